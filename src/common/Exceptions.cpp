@@ -1,0 +1,62 @@
+#include "common/Exceptions.h"
+
+#include <cerrno>
+#include <system_error>
+
+#include "common/Text.h"
+
+namespace {
+
+QString SystemText(int errorNumber)
+{
+    return Widen(std::generic_category().message(errorNumber));
+}
+
+StringId AdviceFor(int errorNumber)
+{
+    switch (errorNumber) {
+    case EACCES:
+    case EPERM:
+    case EROFS:
+        return StringId::CheckRights;
+    case ENOSPC:
+    case EDQUOT:
+    case EFBIG:
+        return StringId::FreeDiskSpace;
+    case ENOENT:
+    case ENOTDIR:
+    case ESTALE:
+        return StringId::CheckPathStillThere;
+    case ENAMETOOLONG:
+        return StringId::ShortenName;
+    case EIO:
+        return StringId::CheckDisk;
+    default:
+        return StringId::CheckFolderAndFileName;
+    }
+}
+
+} // namespace
+
+CGenericException::CGenericException(const QString& caption, const QString& description,
+                                     const QString& advice)
+    : caption(caption),
+      description(description),
+      advice(advice),
+      narrowText(Narrow(caption + " " + description))
+{}
+
+CFileException::CFileException(const QString& path, const Texts& texts)
+    : CGenericException(Text(texts.caption, path), Text(texts.reason), Text(texts.solution))
+{}
+
+CWin32Exception::CWin32Exception(int errorNumber, const QString& message)
+    : CGenericException(message, SystemText(errorNumber), Text(AdviceFor(errorNumber))),
+      errorNumber(errorNumber)
+{}
+
+CUnexpectedException::CUnexpectedException(const char* sourceFile, int line, const QString& description)
+    : CGenericException(FormatText(QStringLiteral("%s\nSource file: %hs(%d)"),
+                                   {Text(StringId::UnexpectedErrorCaption), sourceFile, line}),
+                        description, Text(StringId::UnexpectedErrorAdvice))
+{}

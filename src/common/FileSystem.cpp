@@ -1,0 +1,269 @@
+#include "common/FileSystem.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include "common/Exceptions.h"
+#include "common/Text.h"
+
+namespace {
+
+bool IsSeparator(QChar character)
+{
+    return character == QLatin1Char('/') || character == QLatin1Char('\\');
+}
+
+qsizetype LastSeparator(const QString& path)
+{
+    qsizetype position = path.size() - 1;
+    while (position >= 0 && !IsSeparator(path[position])) {
+        --position;
+    }
+    return position;
+}
+
+bool ComesBefore(const DirectoryEntry& a, const DirectoryEntry& b)
+{
+    const int folded = QString::compare(Lower(a.name), Lower(b.name));
+    return folded != 0 ? folded < 0 : a.name < b.name;
+}
+
+// The parent for MakeDirectoryPath: the path without its last separators and last name.
+QString ParentOf(const QString& path)
+{
+    QString parent = path;
+    while (parent.size() > 1 && IsSeparator(parent.back())) {
+        parent.chop(1);
+    }
+    parent = ExtractFolder(parent);
+    while (parent.size() > 1 && IsSeparator(parent.back())) {
+        parent.chop(1);
+    }
+    return parent;
+}
+
+// An open file descriptor that is closed on every road.
+class CDescriptor {
+public:
+    explicit CDescriptor(int descriptor) : descriptor(descriptor) {}
+    ~CDescriptor() { Close(); }
+    CDescriptor(const CDescriptor&) = delete;
+    CDescriptor& operator=(const CDescriptor&) = delete;
+
+    int Get() const { return descriptor; }
+    bool Close()
+    {
+        const int closing = descriptor;
+        descriptor = -1;
+        return closing < 0 || ::close(closing) == 0;
+    }
+
+private:
+    int descriptor;
+};
+
+bool WriteAll(int descriptor, const char* bytes, size_t count)
+{
+    while (count > 0) {
+        const ssize_t written = ::write(descriptor, bytes, count);
+        if (written < 0 && errno == EINTR) {
+            continue;
+        }
+        if (written < 0) {
+            return false;
+        }
+        bytes += written;
+        count -= static_cast<size_t>(written);
+    }
+    return true;
+}
+
+// 0, or the value of errno of the step that failed.
+int ReplaceByTemporary(const QByteArray& target, const QByteArray& temporary, const QByteArray& bytes)
+{
+    struct stat old;
+    const bool replaces = ::stat(target.constData(), &old) == 0;
+    // A rename asks for rights on the folder only; a file that its owner protected has to stay.
+    if (replaces && ::access(target.constData(), W_OK) != 0) {
+        return errno;
+    }
+    CDescriptor file(::open(temporary.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
+    if (file.Get() < 0) {
+        return errno;
+    }
+    const bool written = (!replaces || ::fchmod(file.Get(), old.st_mode & 07777) == 0) &&
+                         WriteAll(file.Get(), bytes.constData(), static_cast<size_t>(bytes.size())) &&
+                         ::fsync(file.Get()) == 0 && file.Close() &&
+                         ::rename(temporary.constData(), target.constData()) == 0;
+    if (written) {
+        return 0;
+    }
+    const int error = errno;
+    ::unlink(temporary.constData());
+    return error;
+}
+
+void CopyFileOver(const QString& source, const QString& destination)
+{
+    CDescriptor input(::open(QFile::encodeName(source).constData(), O_RDONLY | O_CLOEXEC));
+    if (input.Get() < 0) {
+        throw CWin32Exception(errno, Text(StringId::FileNotCopied, source, destination));
+    }
+    CDescriptor output(
+        ::open(QFile::encodeName(destination).constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
+    if (output.Get() < 0) {
+        throw CWin32Exception(errno, Text(StringId::FileNotCopied, source, destination));
+    }
+    std::vector<char> buffer(256 * 1024);
+    for (;;) {
+        const ssize_t count = ::read(input.Get(), buffer.data(), buffer.size());
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count < 0 || !WriteAll(output.Get(), buffer.data(), static_cast<size_t>(count))) {
+            throw CWin32Exception(errno, Text(StringId::FileNotCopied, source, destination));
+        }
+        if (count == 0) {
+            break;
+        }
+    }
+    if (!output.Close()) {
+        throw CWin32Exception(errno, Text(StringId::FileNotCopied, source, destination));
+    }
+}
+
+// A repeated deployment has to work over files that came read-only from a read-only layout folder.
+void ClearReadOnly(const QString& path)
+{
+    struct stat status;
+    const QByteArray name = QFile::encodeName(path);
+    if (::stat(name.constData(), &status) != 0 || (status.st_mode & S_IWUSR) != 0) {
+        return;
+    }
+    if (::chmod(name.constData(), status.st_mode | S_IWUSR) != 0) {
+        throw CWin32Exception(errno, Text(StringId::ReadOnlyNotCleared, path));
+    }
+}
+
+} // namespace
+
+QString ExtractLastName(const QString& path)
+{
+    return path.mid(LastSeparator(path) + 1);
+}
+
+QString ExtractFolder(const QString& path)
+{
+    return path.left(LastSeparator(path) + 1);
+}
+
+QString WithTrailingSeparator(const QString& folder)
+{
+    return !folder.isEmpty() && IsSeparator(folder.back()) ? folder : folder + QDir::separator();
+}
+
+QString JoinPath(const QString& folder, const QString& name)
+{
+    return WithTrailingSeparator(folder) + name;
+}
+
+bool FileExists(const QString& path)
+{
+    return QFileInfo::exists(path);
+}
+
+bool FolderExists(const QString& path)
+{
+    return QFileInfo(path).isDir();
+}
+
+std::vector<DirectoryEntry> ListDirectory(const QString& folder)
+{
+    const QFileInfoList found =
+        QDir(folder).entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    std::vector<DirectoryEntry> entries;
+    for (const QFileInfo& info : found) {
+        entries.push_back({.name = info.fileName(),
+                           .isDirectory = info.isDir(),
+                           .isHidden = info.fileName().startsWith(QLatin1Char('.')),
+                           .isReadOnly = !info.permission(QFileDevice::WriteOwner)});
+    }
+    std::sort(entries.begin(), entries.end(), ComesBefore);
+    return entries;
+}
+
+void MakeDirectoryPath(const QString& path)
+{
+    if (FolderExists(path)) {
+        return;
+    }
+    const QString parent = ParentOf(path);
+    if (!parent.isEmpty() && parent != path) {
+        MakeDirectoryPath(parent);
+    }
+    if (::mkdir(QFile::encodeName(path).constData(), 0777) != 0) {
+        const int error = errno;
+        // Another worker may have made it in the meantime.
+        if (!FolderExists(path)) {
+            throw CWin32Exception(error, Text(StringId::DirectoryNotCreated, path));
+        }
+    }
+}
+
+void CopyDirectoryTree(const QString& source, const QString& destination)
+{
+    MakeDirectoryPath(destination);
+    for (const DirectoryEntry& entry : ListDirectory(source)) {
+        if (entry.isHidden) {
+            continue;
+        }
+        const QString from = JoinPath(source, entry.name);
+        const QString to = JoinPath(destination, entry.name);
+        if (entry.isDirectory) {
+            CopyDirectoryTree(from, to);
+        } else {
+            ClearReadOnly(to);
+            CopyFileOver(from, to);
+        }
+    }
+}
+
+void WriteFileAtomically(const QString& path, const QByteArray& bytes)
+{
+    // Short, since the target's own name may already have all the length that a name can have.
+    static std::atomic<int> counter = 0;
+    const QString temporaryName = QStringLiteral(".vistorama-%1-%2.tmp").arg(::getpid()).arg(++counter);
+    const QByteArray temporary = QFile::encodeName(ExtractFolder(path) + temporaryName);
+    const int error = ReplaceByTemporary(QFile::encodeName(path), temporary, bytes);
+    if (error != 0) {
+        throw CWin32Exception(error, Text(StringId::FileNotWritten, path));
+    }
+}
+
+QByteArray ReadWholeFile(const QString& path)
+{
+    CDescriptor file(::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC));
+    QByteArray bytes;
+    std::vector<char> buffer(64 * 1024);
+    for (;;) {
+        const ssize_t count = file.Get() < 0 ? -1 : ::read(file.Get(), buffer.data(), buffer.size());
+        if (count < 0 && errno == EINTR && file.Get() >= 0) {
+            continue;
+        }
+        if (count < 0) {
+            throw CWin32Exception(errno, Text(StringId::FileNotRead, path));
+        }
+        if (count == 0) {
+            return bytes;
+        }
+        bytes.append(buffer.data(), static_cast<qsizetype>(count));
+    }
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <vector>
+
+#include <QByteArray>
+#include <QString>
+
+// Paths are kept with native separators; the helpers that cut them accept "/" and "\", so that a project made
+// on another system still finds its pictures by name. All functions are thread-safe.
+
+// The text behind the last separator; the whole text if there is none.
+QString ExtractLastName(const QString& path);
+
+// The text up to and including the last separator; empty if there is none.
+QString ExtractFolder(const QString& path);
+
+// folder + one separator + name. Keeps a separator that folder already ends in.
+QString JoinPath(const QString& folder, const QString& name);
+
+QString WithTrailingSeparator(const QString& folder);
+
+// A file-system entry of that name, of any kind, can be found.
+bool FileExists(const QString& path);
+bool FolderExists(const QString& path);
+
+struct DirectoryEntry {
+    QString name;
+    bool isDirectory = false; // a link to a folder counts as a folder
+    bool isHidden = false;    // the name begins with "."
+    bool isReadOnly = false;  // the owner has no write permission
+};
+
+// All entries but "." and "..", in name order: without regard to case, then exact, so that a run is
+// repeatable on every file system. A folder that can't be listed has no entries.
+std::vector<DirectoryEntry> ListDirectory(const QString& folder);
+
+// Makes a directory with all missing parents. Throws CWin32Exception.
+void MakeDirectoryPath(const QString& path);
+
+// Copies a tree over what is there, hidden entries left out; a read-only file in the way is made writable
+// first. Throws CWin32Exception.
+void CopyDirectoryTree(const QString& source, const QString& destination);
+
+// Writes a file under a temporary name in the same folder, syncs it and renames it over the old one, which
+// stays whole if anything fails. Throws CWin32Exception with "Could not write file %s.".
+void WriteFileAtomically(const QString& path, const QByteArray& bytes);
+
+// Throws CWin32Exception with "Could not read file %s.".
+QByteArray ReadWholeFile(const QString& path);

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+// The folder that holds Templates and Styles, with a trailing separator: $VISTORAMA_DATA if set; else the
+// executable's folder, a last part "Release" or "Debug" taken off, if it holds Templates; else
+// ../share/vistorama beside it.
+QString FindProgramFolder();
+
+// The user's folder for pictures, without a trailing separator.
+QString FindPicturesFolder();
+
+// The user's own folder for temporary files, with a trailing separator. Made with mode 0700 on first use.
+// Throws CGenericException if it belongs to somebody else or others may write to it.
+QString FindTemporaryFolder();
+
+// The folder of the settings files.
+QString FindSettingsFolder();

@@ -1,0 +1,17 @@
+#include "resources/Resources.h"
+
+#include <QResource>
+
+// A static library's resources are registered by hand; the macro may not stand inside a namespace.
+static void RegisterResources()
+{
+    Q_INIT_RESOURCE(resources);
+}
+
+QByteArray FindResource(const QString& name, const QString& type)
+{
+    static const bool registered = (RegisterResources(), true);
+    Q_UNUSED(registered);
+    const QResource resource(QStringLiteral(":/vistorama/%1.%2").arg(name.toLower(), type.toLower()));
+    return resource.isValid() ? resource.uncompressedData() : QByteArray();
+}

@@ -1,0 +1,121 @@
+#include "resources/StringTable.h"
+
+namespace {
+
+const char* FindText(StringId id)
+{
+    switch (id) {
+    case StringId::UnexpectedErrorAdvice:
+        return "Please send detailed information to customer support service.";
+    case StringId::TemplateErrorCaption:
+        return "Template parsing error occured.";
+    case StringId::TemplateErrorAdvice:
+        return "Please contact template developer.";
+    case StringId::TemplateAccessCaption:
+        return "Could not access template.";
+    case StringId::CouldNotOpenFile:
+        return "Could not open file %s.";
+    case StringId::FileDoesNotExist:
+        return "Probably the file does not exist.";
+    case StringId::InformTemplateDeveloper:
+        return "Please inform your gallery template developer.";
+    case StringId::TemplateElementNotFound:
+        return "Could not find template element '%hs'.";
+    case StringId::ObjectNameMissing:
+        return "ERROR:Invalid template variable syntax. Object name was not specified.";
+    case StringId::InvalidObjectName:
+        return "ERROR:Invalid object name: %s.";
+    case StringId::InvalidPageFileName:
+        return "Invalid template page file name '%s'. The name of a page needs an extension.";
+    case StringId::EncoderNotFound:
+        return "Could not find encoder for '%s'.";
+    case StringId::ImageNotSaved:
+        return "Could not save image to '%s'.";
+    case StringId::FileNotCreated:
+        return "The system could not create a new file %s.";
+    case StringId::FileNameInvalid:
+        return "Probably the file name is invalid.";
+    case StringId::CheckFolderAndFileName:
+        return "Please check the folder existence and the file name correctness.";
+    case StringId::TemplateKindNotFound:
+        return "Required template kind %s was not find.";
+    case StringId::UnexpectedErrorCaption:
+        return "Unexpected error occured.";
+    case StringId::FileNotCopied:
+        return "Could not copy file %s to %s.";
+    case StringId::DirectoryNotCreated:
+        return "Could not create directory %s.";
+    case StringId::ReadOnlyNotCleared:
+        return "Could not clear readonly attribute for file %s.";
+
+    case StringId::UnknownSection:
+        return "Unknown template section '%hs'.";
+    case StringId::NestedSection:
+        return "Unexpected nested template section.";
+    case StringId::InvalidVariableSyntax:
+        return "Invalid syntax of variable template section: %s. Variable section syntax: "
+               "<%%=object.variable_name%%>.";
+    case StringId::DuplicateAttribute:
+        return "Duplicate attribute found '%hs'.";
+    case StringId::RequiredAttributeNotFound:
+        return "Required attribute not found '%hs'.";
+    case StringId::InvalidCharacterInName:
+        return "Invalid character '%hc' found in attribute name.";
+    case StringId::OpeningQuoteNotFound:
+        return "Opening quotation mark not found in attribute %hs value.";
+    case StringId::UnknownAttribute:
+        return "Unknown attribute '%hs'.";
+    case StringId::UnexpectedElse:
+        return "Unexpected <%else%> element found.";
+    case StringId::ClosingBracketNotFound:
+        return "Could not find element closing bracket '%>'.";
+    case StringId::IncludeTooDeep:
+        return "The file %s is included more than %d levels deep. Probably it includes itself.";
+
+    case StringId::XmlNotParsed:
+        return "Error occured during xml file parsing.\n File name: %s\n Error reason: %s. Line: %d";
+    case StringId::XmlFileNotFound:
+        return "The file does not exist";
+    case StringId::XmlAttributeNotNumber:
+        return "The value '%s' of the attribute '%s' is not a number";
+    case StringId::TemplateNotFound:
+        return "Template could not be found %s";
+    case StringId::BufferInsufficient:
+        return "Buffer insufficient.";
+    case StringId::PageIndexNotConverted:
+        return "Could not convert page index to string";
+    case StringId::ValueNotConverted:
+        return "A value could not be converted to text.";
+
+    case StringId::FileNotWritten:
+        return "Could not write file %s.";
+    case StringId::FileNotRead:
+        return "Could not read file %s.";
+    case StringId::CheckRights:
+        return "Please check that you have the right to write there.";
+    case StringId::FreeDiskSpace:
+        return "Please free some disk space and try again.";
+    case StringId::CheckPathStillThere:
+        return "Please check that the folder is still there, and that its disk is connected.";
+    case StringId::ShortenName:
+        return "Please choose a shorter name.";
+    case StringId::CheckDisk:
+        return "Please check the disk and try again.";
+    case StringId::UnsafeTemporaryFolder:
+        return "The folder %s for temporary files does not belong to you alone. Please remove it or correct "
+               "its owner.";
+
+    case StringId::SourceNotReadable:
+        return "The picture '%s' could not be read: %s";
+    case StringId::PicturePublishedInPart:
+        return "The picture '%s' is damaged. It was published as far as it could be read.";
+    }
+    return "";
+}
+
+} // namespace
+
+QString Text(StringId id)
+{
+    return QString::fromUtf8(FindText(id));
+}

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "resources/FormatText.h"
+
+// The texts that people see. The number of a text is a stable id; numbers from 20000 on are the texts that
+// were added later.
+enum class StringId : int {
+    UnexpectedErrorAdvice = 135,
+    TemplateErrorCaption = 136,
+    TemplateErrorAdvice = 137,
+    TemplateAccessCaption = 140,
+    CouldNotOpenFile = 146,
+    FileDoesNotExist = 147,
+    InformTemplateDeveloper = 148,
+    TemplateElementNotFound = 149,
+    ObjectNameMissing = 152,
+    InvalidObjectName = 153,
+    InvalidPageFileName = 165,
+    EncoderNotFound = 168,
+    ImageNotSaved = 169,
+    FileNotCreated = 185,
+    FileNameInvalid = 186,
+    CheckFolderAndFileName = 187,
+    TemplateKindNotFound = 220,
+    UnexpectedErrorCaption = 222,
+    FileNotCopied = 12545,
+    DirectoryNotCreated = 12546,
+    ReadOnlyNotCleared = 12547,
+
+    // Template parsing and evaluation.
+    UnknownSection = 20000,
+    NestedSection,
+    InvalidVariableSyntax,
+    DuplicateAttribute,
+    RequiredAttributeNotFound,
+    InvalidCharacterInName,
+    OpeningQuoteNotFound,
+    UnknownAttribute,
+    UnexpectedElse,
+    ClosingBracketNotFound,
+    IncludeTooDeep,
+
+    // Document.
+    XmlNotParsed = 20100,
+    XmlFileNotFound,
+    XmlAttributeNotNumber,
+    TemplateNotFound,
+    BufferInsufficient,
+    PageIndexNotConverted,
+    ValueNotConverted,
+
+    // Files.
+    FileNotWritten = 20200,
+    FileNotRead,
+    CheckRights,
+    FreeDiskSpace,
+    CheckPathStillThere,
+    ShortenName,
+    CheckDisk,
+    UnsafeTemporaryFolder,
+
+    // Images.
+    SourceNotReadable = 20300,
+    PicturePublishedInPart,
+};
+
+// The text as it stands, its "%" included.
+QString Text(StringId id);
+
+// The text with its placeholders filled in order, see FormatText.
+template <class... Arguments>
+QString Text(StringId id, const CFormatArgument& first, const Arguments&... others)
+{
+    return FormatText(Text(id), {first, CFormatArgument(others)...});
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <vector>
+
+#include "template/TemplateSection.h"
+
+// A section with children in document order: the root of a page, the body of an "else".
+class CCompoundTemplateSection : public CTemplateSection {
+public:
+    void Clear() override;
+    void Generate(CImageIterator& iterator, CContentGenerator& generator, std::ostream& out) override;
+    void AddText(const char* text, size_t length) override;
+    void AddSection(const char* name, std::unique_ptr<CTemplateSection> section) override;
+    void Bind(CImageIterator& iterator, CContentGenerator& generator) override;
+
+protected:
+    std::vector<std::unique_ptr<CTemplateSection>> children;
+};

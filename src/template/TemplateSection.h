@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstddef>
+#include <istream>
+#include <memory>
+#include <ostream>
+#include <string>
+
+class CContentGenerator;
+class CImageIterator;
+
+// A node of a parsed page. A tree is built by one Parse, bound any number of times and generated any number
+// of times; it is used by one thread at a time and keeps no reference to the iterator or the generator.
+//
+// Bind and Generate walk a tree in the same order and make the same choices, since pictures are matched to
+// their sections by the order of binding.
+class CTemplateSection {
+public:
+    virtual ~CTemplateSection() = default;
+
+    // The section's closing "%>" has been read.
+    virtual void OnClosingBracket() {}
+    // Releases everything that the section owns.
+    virtual void Clear() = 0;
+    virtual void Generate(CImageIterator& iterator, CContentGenerator& generator, std::ostream& out) = 0;
+    virtual void AddText(const char* text, size_t length) = 0;
+    // name: the keyword as the page wrote it, null for text. section: null where the input ended inside the
+    // keyword of an element.
+    virtual void AddSection(const char* name, std::unique_ptr<CTemplateSection> section) = 0;
+    // The pass before Generate, in which pictures register with the iterator.
+    virtual void Bind(CImageIterator& iterator, CContentGenerator& generator);
+    // The input ended inside the section; text is what is left of it.
+    virtual void OnEndOfFile(const char* text, size_t length);
+
+    // Reads the body of this section, up to its closing "%>" or the end of the input. The stream reports
+    // positions. Throws CTemplateParsingException with the offsets of the innermost section that failed.
+    void Parse(std::istream& stream);
+
+    std::string GenerateToString(CImageIterator& iterator, CContentGenerator& generator);
+};
