@@ -17,7 +17,7 @@ function(add_folder_test name) # FOLDERS folder... LINKS library... LABELS label
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "FOLDERS;LINKS;LABELS;SOURCES")
     add_executable(${name}_tests ${arg_SOURCES})
     target_link_libraries(${name}_tests PRIVATE ${arg_FOLDERS} ${arg_LINKS} support GTest::gmock)
-    target_precompile_headers(${name}_tests PRIVATE <gtest/gtest.h> <QString>)
+    target_precompile_headers(${name}_tests PRIVATE <gtest/gtest.h> <QString> ${PROJECT_SOURCE_DIR}/tests/support/QtPrinters.h)
     gtest_discover_tests(${name}_tests
         TEST_PREFIX ${name}.
         DISCOVERY_TIMEOUT 60

@@ -36,6 +36,16 @@ bool ComesBefore(const DirectoryEntry& a, const DirectoryEntry& b)
     return folded != 0 ? folded < 0 : a.name < b.name;
 }
 
+// A link to its own folder or to one above it would make a walk endless.
+bool LeadsBackUp(const QFileInfo& info)
+{
+    if (!info.isSymLink() || !info.isDir()) {
+        return false;
+    }
+    const QString folder = WithTrailingSeparator(info.dir().canonicalPath());
+    return folder.startsWith(WithTrailingSeparator(info.canonicalFilePath()));
+}
+
 // The parent for MakeDirectoryPath: the path without its last separators and last name.
 QString ParentOf(const QString& path)
 {
@@ -153,6 +163,25 @@ void ClearReadOnly(const QString& path)
     }
 }
 
+// copyRoot: where the whole copy goes; if that lies inside the source it must not be copied into itself.
+void CopyEntries(const QString& source, const QString& destination, const QString& copyRoot)
+{
+    for (const DirectoryEntry& entry : ListDirectory(source)) {
+        const QString from = JoinPath(source, entry.name);
+        const QString to = JoinPath(destination, entry.name);
+        if (entry.isHidden || QFileInfo(from).canonicalFilePath() == copyRoot) {
+            continue;
+        }
+        if (entry.isDirectory) {
+            MakeDirectoryPath(to);
+            CopyEntries(from, to, copyRoot);
+        } else {
+            ClearReadOnly(to);
+            CopyFileOver(from, to);
+        }
+    }
+}
+
 } // namespace
 
 QString ExtractLastName(const QString& path)
@@ -191,6 +220,9 @@ std::vector<DirectoryEntry> ListDirectory(const QString& folder)
         QDir(folder).entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     std::vector<DirectoryEntry> entries;
     for (const QFileInfo& info : found) {
+        if (LeadsBackUp(info)) {
+            continue;
+        }
         entries.push_back({.name = info.fileName(),
                            .isDirectory = info.isDir(),
                            .isHidden = info.fileName().startsWith(QLatin1Char('.')),
@@ -221,19 +253,7 @@ void MakeDirectoryPath(const QString& path)
 void CopyDirectoryTree(const QString& source, const QString& destination)
 {
     MakeDirectoryPath(destination);
-    for (const DirectoryEntry& entry : ListDirectory(source)) {
-        if (entry.isHidden) {
-            continue;
-        }
-        const QString from = JoinPath(source, entry.name);
-        const QString to = JoinPath(destination, entry.name);
-        if (entry.isDirectory) {
-            CopyDirectoryTree(from, to);
-        } else {
-            ClearReadOnly(to);
-            CopyFileOver(from, to);
-        }
-    }
+    CopyEntries(source, destination, QFileInfo(destination).canonicalFilePath());
 }
 
 void WriteFileAtomically(const QString& path, const QByteArray& bytes)

@@ -1,0 +1,31 @@
+# Sourced by ./run and ./test: brings what the build needs and builds. Does nothing that has been done already.
+
+# Installs the packages of a list that are missing.
+install_packages() {
+    local missing=()
+    local package
+    while read -r package; do
+        if ! dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed; then
+            missing+=("$package")
+        fi
+    done < <(grep -v '^#' "$1")
+    if [ ${#missing[@]} -eq 0 ]; then
+        return
+    fi
+    echo "Installing ${missing[*]}" >&2
+    local root=()
+    if [ "$(id -u)" -ne 0 ]; then
+        root=(sudo)
+    fi
+    "${root[@]}" apt-get update -q >&2
+    "${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends "${missing[@]}" >&2
+}
+
+# Configures once and builds what has changed, under the named preset. Speaks only while there is work to do.
+build() {
+    local preset=$1
+    if [ ! -f "build/$preset/build.ninja" ]; then
+        cmake --preset "$preset" >&2
+    fi
+    cmake --build --preset "$preset" >&2
+}

@@ -1,0 +1,203 @@
+#include "common/FileSystem.h"
+
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QFile>
+#include <QFileInfo>
+
+#include "common/Exceptions.h"
+#include "support/ScratchFolder.h"
+
+using testing::ElementsAre;
+
+namespace {
+
+std::vector<QString> NamesIn(const QString& folder)
+{
+    std::vector<QString> names;
+    for (const DirectoryEntry& entry : ListDirectory(folder)) {
+        names.push_back(entry.name);
+    }
+    return names;
+}
+
+QString Native(const QByteArray& path)
+{
+    return QString::fromUtf8(path);
+}
+
+} // namespace
+
+TEST(FileSystem, PathsAreCutAtEitherSeparator)
+{
+    const struct {
+        const char* path;
+        const char* folder;
+        const char* name;
+    } rows[] = {
+        {"/photos/a.jpg", "/photos/", "a.jpg"},
+        {"C:\\photos\\a.jpg", "C:\\photos\\", "a.jpg"},
+        {"C:\\photos/a.jpg", "C:\\photos/", "a.jpg"},
+        {"a.jpg", "", "a.jpg"},
+        {"/photos/", "/photos/", ""},
+        {"", "", ""},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(ExtractFolder(Native(row.path)), Native(row.folder)) << row.path;
+        EXPECT_EQ(ExtractLastName(Native(row.path)), Native(row.name)) << row.path;
+    }
+}
+
+TEST(FileSystem, JoiningPutsExactlyOneSeparator)
+{
+    EXPECT_EQ(JoinPath(QStringLiteral("/a"), QStringLiteral("b")), QStringLiteral("/a/b"));
+    EXPECT_EQ(JoinPath(QStringLiteral("/a/"), QStringLiteral("b")), QStringLiteral("/a/b"));
+    EXPECT_EQ(JoinPath(QStringLiteral("a\\"), QStringLiteral("b")), QStringLiteral("a\\b"));
+}
+
+TEST(FileSystem, ListingsAreInNameOrderWithoutRegardToCaseThenExact)
+{
+    const CScratchFolder scratch;
+    for (const char* name : {"b.txt", "A.txt", "a.txt", "C/x", ".hidden", "B.txt"}) {
+        scratch.Write(Native(name), "x");
+    }
+    EXPECT_THAT(NamesIn(scratch.Path()),
+                ElementsAre(QStringLiteral(".hidden"), QStringLiteral("A.txt"), QStringLiteral("a.txt"),
+                            QStringLiteral("B.txt"), QStringLiteral("b.txt"), QStringLiteral("C")));
+    EXPECT_TRUE(NamesIn(scratch.Path(QStringLiteral("missing"))).empty());
+}
+
+TEST(FileSystem, ALinkThatLeadsBackUpIsNotListed)
+{
+    const CScratchFolder scratch;
+    scratch.Write(QStringLiteral("a/b/x.txt"), "x");
+    ASSERT_TRUE(QFile::link(scratch.Path(QStringLiteral("a")), scratch.Path(QStringLiteral("a/b/up"))));
+    ASSERT_TRUE(QFile::link(scratch.Path(QStringLiteral("a/b")), scratch.Path(QStringLiteral("a/b/self"))));
+    EXPECT_THAT(NamesIn(scratch.Path(QStringLiteral("a/b"))), ElementsAre(QStringLiteral("x.txt")));
+}
+
+TEST(FileSystem, AWholeChainOfDirectoriesIsMade)
+{
+    const CScratchFolder scratch;
+    MakeDirectoryPath(scratch.Path(QStringLiteral("a/b/c")));
+    EXPECT_TRUE(FolderExists(scratch.Path(QStringLiteral("a/b/c"))));
+    MakeDirectoryPath(scratch.Path(QStringLiteral("a/b/c")));
+    MakeDirectoryPath(scratch.Path(QStringLiteral("d/e/")));
+    EXPECT_TRUE(FolderExists(scratch.Path(QStringLiteral("d/e"))));
+}
+
+TEST(FileSystem, AFileInTheWayOfADirectoryIsNamed)
+{
+    const CScratchFolder scratch;
+    const QString file = scratch.Write(QStringLiteral("file"), "x");
+    for (const QString& path : {file, JoinPath(file, QStringLiteral("below"))}) {
+        try {
+            MakeDirectoryPath(path);
+            FAIL();
+        } catch (const CWin32Exception& error) {
+            EXPECT_EQ(error.GetCaption(), QStringLiteral("Could not create directory %1.").arg(file));
+            EXPECT_EQ(error.GetErrorNumber(), EEXIST);
+        }
+    }
+}
+
+TEST(CopyDirectoryTree, CopiesATreeOverAnotherWithoutHiddenEntries)
+{
+    const CScratchFolder scratch;
+    scratch.Write(QStringLiteral("from/a.txt"), "new");
+    scratch.Write(QStringLiteral("from/sub/b.txt"), "b");
+    scratch.Write(QStringLiteral("from/.hidden"), "h");
+    scratch.Write(QStringLiteral("from/.git/config"), "h");
+    scratch.Write(QStringLiteral("to/x/a.txt"), "a longer old text");
+    CopyDirectoryTree(scratch.Path(QStringLiteral("from")), scratch.Path(QStringLiteral("to/x")));
+    EXPECT_EQ(scratch.Read(QStringLiteral("to/x/a.txt")), "new");
+    EXPECT_EQ(scratch.Read(QStringLiteral("to/x/sub/b.txt")), "b");
+    EXPECT_EQ(scratch.ListFiles().filter(QStringLiteral("to/")).size(), 2);
+}
+
+TEST(CopyDirectoryTree, AReadOnlyFileAtTheDestinationIsOverwritten)
+{
+    const CScratchFolder scratch;
+    scratch.Write(QStringLiteral("from/a.txt"), "new");
+    const QString old = scratch.Write(QStringLiteral("to/a.txt"), "old");
+    ASSERT_TRUE(QFile::setPermissions(old, QFileDevice::ReadOwner));
+    CopyDirectoryTree(scratch.Path(QStringLiteral("from")), scratch.Path(QStringLiteral("to")));
+    EXPECT_EQ(scratch.Read(QStringLiteral("to/a.txt")), "new");
+    EXPECT_TRUE(QFileInfo(old).permission(QFileDevice::WriteOwner));
+}
+
+TEST(CopyDirectoryTree, AFileThatCannotBeCopiedIsNamed)
+{
+    const CScratchFolder scratch;
+    const QString source = scratch.Write(QStringLiteral("from/a.txt"), "new");
+    MakeDirectoryPath(scratch.Path(QStringLiteral("to/a.txt")));
+    try {
+        CopyDirectoryTree(scratch.Path(QStringLiteral("from")), scratch.Path(QStringLiteral("to")));
+        FAIL();
+    } catch (const CWin32Exception& error) {
+        EXPECT_EQ(error.GetCaption(), QStringLiteral("Could not copy file %1 to %2.")
+                                          .arg(source, scratch.Path(QStringLiteral("to/a.txt"))));
+    }
+}
+
+TEST(CopyDirectoryTree, ADestinationInsideTheSourceIsNotCopiedIntoItself)
+{
+    const CScratchFolder scratch;
+    scratch.Write(QStringLiteral("style/a.css"), "a");
+    CopyDirectoryTree(scratch.Path(QStringLiteral("style")), scratch.Path(QStringLiteral("style/out/style")));
+    EXPECT_THAT(scratch.ListFiles(),
+                ElementsAre(QStringLiteral("style/a.css"), QStringLiteral("style/out/style/a.css")));
+}
+
+TEST(WriteFileAtomically, ReplacesAFileAndKeepsItsMode)
+{
+    const CScratchFolder scratch;
+    const QString path = scratch.Write(QStringLiteral("p.gallery"), "old");
+    ASSERT_EQ(::chmod(QFile::encodeName(path).constData(), 0600), 0);
+    WriteFileAtomically(path, "new");
+    EXPECT_EQ(scratch.Read(QStringLiteral("p.gallery")), "new");
+    struct stat status;
+    ASSERT_EQ(::stat(QFile::encodeName(path).constData(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0600u);
+    EXPECT_EQ(scratch.ListFiles().size(), 1);
+}
+
+TEST(WriteFileAtomically, ANameOf255BytesIsWritten)
+{
+    const CScratchFolder scratch;
+    const QString name(255, QLatin1Char('n'));
+    WriteFileAtomically(scratch.Path(name), "x");
+    EXPECT_EQ(scratch.Read(name), "x");
+}
+
+TEST(WriteFileAtomically, AFailureNamesThePathAndLeavesNothingBehind)
+{
+    const CScratchFolder scratch;
+    MakeDirectoryPath(scratch.Path(QStringLiteral("taken")));
+    for (const char* name : {"missing/p.gallery", "taken"}) {
+        try {
+            WriteFileAtomically(scratch.Path(Native(name)), "x");
+            FAIL() << name;
+        } catch (const CWin32Exception& error) {
+            EXPECT_EQ(error.GetCaption(),
+                      QStringLiteral("Could not write file %1.").arg(scratch.Path(Native(name))));
+        }
+    }
+    EXPECT_TRUE(scratch.ListFiles().isEmpty());
+}
+
+TEST(ReadWholeFile, AMissingFileAndAFolderAreErrorsThatNameThem)
+{
+    const CScratchFolder scratch;
+    EXPECT_EQ(ReadWholeFile(scratch.Write(QStringLiteral("a"), QByteArray(200000, 'x'))).size(), 200000);
+    for (const char* name : {"missing", ""}) {
+        try {
+            ReadWholeFile(scratch.Path(Native(name)));
+            FAIL() << name;
+        } catch (const CWin32Exception& error) {
+            EXPECT_TRUE(error.GetCaption().contains(scratch.Path(Native(name))));
+        }
+    }
+}

@@ -1,0 +1,84 @@
+#include "common/TempFolder.h"
+
+#include <sys/stat.h>
+
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+
+#include "common/Exceptions.h"
+#include "common/FileSystem.h"
+#include "common/Platform.h"
+#include "resources/Resources.h"
+#include "support/ScratchFolder.h"
+
+TEST(TempFolder, IsPrivateNamedByItsRuleAndGoneAtTheEnd)
+{
+    const CScratchFolder scratch;
+    QString path;
+    {
+        const CTempFolder folder(scratch.Path());
+        path = folder.GetPath();
+        EXPECT_TRUE(QRegularExpression(QStringLiteral("/cvn_tmp_cvn_tmp_[0-9a-f]+/$")).match(path).hasMatch())
+            << qPrintable(path);
+        struct stat status;
+        ASSERT_EQ(::stat(QFile::encodeName(path).constData(), &status), 0);
+        EXPECT_EQ(status.st_mode & 0777, 0700u);
+        QFile file(path + QStringLiteral("x"));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    }
+    EXPECT_FALSE(FileExists(path));
+}
+
+TEST(TempFolder, AResourceIsWrittenOverAnOldFileOnlyWhenAsked)
+{
+    const CScratchFolder scratch;
+    CTempFolder folder(scratch.Path());
+    const auto extract = [&](bool overwrite) {
+        return folder.ExtractResource(QStringLiteral("contextmenu"), QStringLiteral("js"),
+                                      QStringLiteral("c.js"), overwrite);
+    };
+    const QString path = extract(false);
+    EXPECT_EQ(path, folder.GetPath() + QStringLiteral("c.js"));
+    const QByteArray bytes = FindResource(QStringLiteral("contextmenu"), QStringLiteral("js"));
+    EXPECT_EQ(ReadWholeFile(path), bytes);
+    WriteFileAtomically(path, "mine");
+    extract(false);
+    EXPECT_EQ(ReadWholeFile(path), "mine");
+    extract(true);
+    EXPECT_EQ(ReadWholeFile(path), bytes);
+}
+
+TEST(TempFolder, TheUsersFolderIsPrivateAndAnUnsafeOneIsRefused)
+{
+    const CScratchFolder scratch;
+    qputenv("XDG_CACHE_HOME", QFile::encodeName(scratch.Path(QStringLiteral("cache"))));
+    const QString folder = FindTemporaryFolder();
+    EXPECT_EQ(folder, scratch.Path(QStringLiteral("cache/vistorama/tmp/")));
+    EXPECT_EQ(FindTemporaryFolder(), folder);
+    ASSERT_EQ(::chmod(QFile::encodeName(folder).constData(), 0770), 0);
+    EXPECT_THROW(FindTemporaryFolder(), CUnexpectedException);
+    qunsetenv("XDG_CACHE_HOME");
+}
+
+TEST(ProgramFolder, IsTheOneOfTheEnvironmentIfSet)
+{
+    qputenv("VISTORAMA_DATA", "/opt/pictures");
+    EXPECT_EQ(FindProgramFolder(), QStringLiteral("/opt/pictures/"));
+    qunsetenv("VISTORAMA_DATA");
+    EXPECT_TRUE(FindProgramFolder().endsWith(QStringLiteral("/share/vistorama/")));
+}
+
+TEST(Resources, TheContextMenuScriptHasItsExactBytes)
+{
+    const QByteArray expected = "function no_right_click(e) {\r\n"
+                                "  try { if (event.button==2||event.button==3) return false; }  \r\n"
+                                "  catch (e) { if (e.which == 3) return false; } \r\n"
+                                "}\r\n"
+                                "document.oncontextmenu = function() { return false; }\r\n"
+                                "document.ondragstart   = function() { return false; }\r\n"
+                                "document.onmousedown   = no_right_click;";
+    EXPECT_EQ(FindResource(QStringLiteral("CONTEXTMENU"), QStringLiteral("JS")), expected);
+    EXPECT_TRUE(FindResource(QStringLiteral("missing"), QStringLiteral("js")).isNull());
+    EXPECT_TRUE(FindResource(QStringLiteral("new_gallery"), QStringLiteral("png")).startsWith("\x89PNG"));
+}
