@@ -96,28 +96,34 @@ bool WriteAll(int descriptor, const char* bytes, size_t count)
     return true;
 }
 
+struct Replacement {
+    QByteArray target;
+    QByteArray temporary;
+    bool synced;
+};
+
 // 0, or the value of errno of the step that failed.
-int ReplaceByTemporary(const QByteArray& target, const QByteArray& temporary, const QByteArray& bytes)
+int ReplaceByTemporary(const Replacement& names, const QByteArray& bytes)
 {
     struct stat old;
-    const bool replaces = ::stat(target.constData(), &old) == 0;
+    const bool replaces = ::stat(names.target.constData(), &old) == 0;
     // A rename asks for rights on the folder only; a file that its owner protected has to stay.
-    if (replaces && ::access(target.constData(), W_OK) != 0) {
+    if (replaces && ::access(names.target.constData(), W_OK) != 0) {
         return errno;
     }
-    CDescriptor file(::open(temporary.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
+    CDescriptor file(::open(names.temporary.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
     if (file.Get() < 0) {
         return errno;
     }
     const bool written = (!replaces || ::fchmod(file.Get(), old.st_mode & 07777) == 0) &&
                          WriteAll(file.Get(), bytes.constData(), static_cast<size_t>(bytes.size())) &&
-                         ::fsync(file.Get()) == 0 && file.Close() &&
-                         ::rename(temporary.constData(), target.constData()) == 0;
+                         (!names.synced || ::fsync(file.Get()) == 0) && file.Close() &&
+                         ::rename(names.temporary.constData(), names.target.constData()) == 0;
     if (written) {
         return 0;
     }
     const int error = errno;
-    ::unlink(temporary.constData());
+    ::unlink(names.temporary.constData());
     return error;
 }
 
@@ -256,13 +262,18 @@ void CopyDirectoryTree(const QString& source, const QString& destination)
     CopyEntries(source, destination, QFileInfo(destination).canonicalFilePath());
 }
 
-void WriteFileAtomically(const QString& path, const QByteArray& bytes)
+int ReplaceFile(const QString& path, const QByteArray& bytes, Durability durability)
 {
     // Short, since the target's own name may already have all the length that a name can have.
     static std::atomic<int> counter = 0;
     const QString temporaryName = QStringLiteral(".vistorama-%1-%2.tmp").arg(::getpid()).arg(++counter);
     const QByteArray temporary = QFile::encodeName(ExtractFolder(path) + temporaryName);
-    const int error = ReplaceByTemporary(QFile::encodeName(path), temporary, bytes);
+    return ReplaceByTemporary({QFile::encodeName(path), temporary, durability == Durability::Synced}, bytes);
+}
+
+void WriteFileAtomically(const QString& path, const QByteArray& bytes)
+{
+    const int error = ReplaceFile(path, bytes, Durability::Synced);
     if (error != 0) {
         throw CWin32Exception(error, Text(StringId::FileNotWritten, path));
     }

@@ -41,8 +41,14 @@ void MakeDirectoryPath(const QString& path);
 // first. Throws CWin32Exception.
 void CopyDirectoryTree(const QString& source, const QString& destination);
 
-// Writes a file under a temporary name in the same folder, syncs it and renames it over the old one, which
-// stays whole if anything fails. Throws CWin32Exception with "Could not write file %s.".
+enum class Durability { Synced, Plain };
+
+// Writes a file under a temporary name in the same folder and renames it over the old one, which stays whole
+// if anything fails. Synced: the bytes are on the disk before the old file goes. Returns 0, or the value of
+// errno of the step that failed. A file without write permission counts as failed with EACCES.
+int ReplaceFile(const QString& path, const QByteArray& bytes, Durability durability);
+
+// ReplaceFile, synced. Throws CWin32Exception with "Could not write file %s.".
 void WriteFileAtomically(const QString& path, const QByteArray& bytes);
 
 // Throws CWin32Exception with "Could not read file %s.".

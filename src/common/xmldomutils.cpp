@@ -6,7 +6,6 @@
 
 #include <pugixml.hpp>
 
-#include "common/Exceptions.h"
 #include "common/FileSystem.h"
 #include "common/Text.h"
 
@@ -16,11 +15,6 @@ namespace {
 constexpr const char* SourceFile = "xmldomutils";
 constexpr int SourceLine = 32;
 
-CUnexpectedException DocumentError(const QString& path, const QString& reason, int line)
-{
-    return CUnexpectedException(SourceFile, SourceLine, Text(StringId::XmlNotParsed, path, reason, line));
-}
-
 // Names that go through a document are ASCII by definition of the format.
 QString WideName(const char* name)
 {
@@ -28,6 +22,12 @@ QString WideName(const char* name)
 }
 
 } // namespace
+
+CXmlException::CXmlException(const QString& path, const QString& reason, int line)
+    : CUnexpectedException(SourceFile, SourceLine, Text(StringId::XmlNotParsed, path, reason, line)),
+      reason(reason),
+      line(line)
+{}
 
 struct CXmlDocument::Content {
     pugi::xml_document dom;
@@ -124,7 +124,7 @@ std::unique_ptr<CXmlDocument> CreateDocument()
 std::unique_ptr<CXmlDocument> LoadDocument(const QString& path)
 {
     if (!FileExists(path)) {
-        throw DocumentError(path, Text(StringId::XmlFileNotFound), 0);
+        throw CXmlException(path, Text(StringId::XmlFileNotFound), 0);
     }
     auto document = std::make_unique<CXmlDocument>();
     document->path = path;
@@ -132,11 +132,11 @@ std::unique_ptr<CXmlDocument> LoadDocument(const QString& path)
     try {
         bytes = ReadWholeFile(path);
     } catch (const CWin32Exception& error) {
-        throw DocumentError(path, error.GetDescription(), 0);
+        throw CXmlException(path, error.GetDescription(), 0);
     }
     const pugi::xml_parse_result result = document->content->dom.load_buffer(bytes.constData(), bytes.size());
     if (!result) {
-        throw DocumentError(path, Widen(result.description()), document->LineAt(result.offset));
+        throw CXmlException(path, Widen(result.description()), document->LineAt(result.offset));
     }
     return document;
 }
@@ -157,7 +157,7 @@ int32_t GetAttributeLong(const CXmlElement& element, const char* name)
     const double number = std::nearbyint(text.GetString().trimmed().toDouble(&isNumber));
     if (!isNumber || number < -2147483648.0 || number > 4294967295.0) {
         const ptrdiff_t offset = pugi::xml_node(element.node).offset_debug();
-        throw DocumentError(element.document->path,
+        throw CXmlException(element.document->path,
                             Text(StringId::XmlAttributeNotNumber, text.GetString(), WideName(name)),
                             element.document->LineAt(offset));
     }

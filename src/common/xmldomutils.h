@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include "common/Exceptions.h"
 #include "common/Variant.h"
 
 namespace pugi {
@@ -12,6 +13,20 @@ struct xml_node_struct;
 }
 
 class CXmlDocument;
+
+// A file that could not be read, is not well-formed, or holds a value of the wrong kind.
+class CXmlException final : public CUnexpectedException {
+public:
+    // line: from 1; 0 if the file could not be read at all.
+    CXmlException(const QString& path, const QString& reason, int line);
+
+    const QString& GetReason() const { return reason; }
+    int GetLine() const { return line; }
+
+private:
+    QString reason;
+    int line;
+};
 
 // An element of a document: a light handle, valid as long as its document. A null handle stands for "no such
 // element"; reading from it finds nothing.
@@ -75,13 +90,13 @@ private:
 
 std::unique_ptr<CXmlDocument> CreateDocument();
 
-// Throws CUnexpectedException with path, reason and line if the file can't be read or is not well-formed.
+// Throws CXmlException with path, reason and line if the file can't be read or is not well-formed.
 std::unique_ptr<CXmlDocument> LoadDocument(const QString& path);
 
 // A string variant; empty if the element has no such attribute.
 CVariant GetAttributeText(const CXmlElement& element, const char* name);
 
 // 0 if the attribute is absent. A real number is rounded to the nearest integer. A value from 2^31 up to
-// 2^32 - 1 wraps round, since colours are written unsigned. Throws CUnexpectedException with path, reason and
+// 2^32 - 1 wraps round, since colours are written unsigned. Throws CXmlException with path, reason and
 // line if the text is no such number.
 int32_t GetAttributeLong(const CXmlElement& element, const char* name);

@@ -109,6 +109,21 @@ const char* FindText(StringId id)
         return "The picture '%s' could not be read: %s";
     case StringId::PicturePublishedInPart:
         return "The picture '%s' is damaged. It was published as far as it could be read.";
+
+    case StringId::ProjectExists:
+        return "The project %s exists already.";
+    case StringId::NewNeverOverwrites:
+        return "A new project is never written over another one.";
+    case StringId::ChooseAnotherName:
+        return "Please choose another name.";
+    case StringId::NoSuchLayout:
+        return "There is no layout named '%s'.";
+    case StringId::NoSuchStyle:
+        return "There is no style named '%s'.";
+    case StringId::AvailableNames:
+        return "Available are: %s.";
+    case StringId::CheckProgramFolder:
+        return "Please check the name, and that the layouts and styles of the program are installed.";
     }
     return "";
 }

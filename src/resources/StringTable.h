@@ -62,6 +62,15 @@ enum class StringId : int {
     // Images.
     SourceNotReadable = 20300,
     PicturePublishedInPart,
+
+    // Command line.
+    ProjectExists = 20400,
+    NewNeverOverwrites,
+    ChooseAnotherName,
+    NoSuchLayout,
+    NoSuchStyle,
+    AvailableNames,
+    CheckProgramFolder,
 };
 
 // The text as it stands, its "%" included.
