@@ -62,6 +62,15 @@ enum class StringId : int {
     // Images.
     SourceNotReadable = 20300,
     PicturePublishedInPart,
+    ImageFileNotWritten,
+    ImageEmpty,
+    ImageNotAFile,
+    ImageFormatUnknown,
+    ImageDataDamaged,
+    ImageDataIncomplete,
+    ImageTooLarge,
+    ImageSizeImpossible,
+    ImageNotEncodable,
 };
 
 // The text as it stands, its "%" included.

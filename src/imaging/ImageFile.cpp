@@ -1,0 +1,56 @@
+#include "imaging/ImageFile.h"
+
+#include <algorithm>
+
+namespace {
+
+// How much of a reduction is left to the resampler. The decoder's own scaling alone is coarser.
+constexpr double reductionLeft = 2.0;
+
+} // namespace
+
+CImageFile::CImageFile(const QString& path, const ImageHeader& header)
+    : CImageNode(UprightSize(header.size, header.orientation)), path(path), header(header)
+{}
+
+int CImageFile::ShrinkFor(double scale) const
+{
+    for (const int shrink : {8, 4, 2}) {
+        if (header.canShrink && scale * reductionLeft * shrink <= 1) {
+            return shrink;
+        }
+    }
+    return 1;
+}
+
+void CImageFile::Announce(double scale) const
+{
+    const std::lock_guard lock(mutex);
+    announced = std::max(announced, scale);
+}
+
+CPixels CImageFile::Evaluate(double scale) const
+{
+    const std::lock_guard lock(mutex);
+    announced = std::max(announced, scale);
+    if (decodedShrink == 0 || decodedShrink > ShrinkFor(scale)) {
+        decodedShrink = ShrinkFor(announced);
+        decoded.reset();
+        try {
+            decoded = DecodeImage(path, header, decodedShrink);
+            condition = decoded->condition;
+        } catch (const CNoPixelsException& failure) {
+            condition = {ImageCondition::State::NotDecodable, failure.reason};
+        }
+    }
+    if (!decoded) {
+        throw CNoPixelsException{condition.reason};
+    }
+    return decoded->pixels;
+}
+
+ImageCondition CImageFile::GetCondition() const
+{
+    const std::lock_guard lock(mutex);
+    return condition;
+}
