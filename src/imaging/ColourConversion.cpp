@@ -1,7 +1,12 @@
 #include "imaging/ColourConversion.h"
 
 #include <cstdlib>
+#include <map>
+#include <mutex>
 #include <vector>
+
+#include <QByteArray>
+#include <QCryptographicHash>
 
 using vips::VError;
 using vips::VImage;
@@ -32,16 +37,41 @@ VImage ApplyProfile(const VImage& image)
     return image.icc_transform("srgb", VImage::option()->set("embedded", true)->set("depth", 8));
 }
 
+// By hash, since the pictures of a gallery share a few profiles and a trial costs more than a small picture.
+class CProfileMemory {
+public:
+    template <class Trial>
+    bool IsSrgb(const QByteArray& profile, const Trial& trial)
+    {
+        const QByteArray key = QCryptographicHash::hash(profile, QCryptographicHash::Sha256);
+        const std::lock_guard lock(mutex);
+        const auto known = answers.find(key);
+        if (known != answers.end()) {
+            return known->second;
+        }
+        if (answers.size() >= capacity) {
+            answers.clear();
+        }
+        return answers[key] = trial();
+    }
+
+private:
+    static constexpr size_t capacity = 100;
+
+    // Guarded by mutex.
+    std::mutex mutex;
+    std::map<QByteArray, bool> answers;
+};
+
 // Rather by what the profile does than by its name: makers call sRGB by many names. A difference of 2 is the
 // rounding of the way there and back.
-bool IsSrgbProfile(const VImage& image)
+bool LeavesSrgbAlone(const QByteArray& profile)
 {
     std::vector<uint8_t> colours = SampleColours();
     VImage samples = VImage::new_from_memory(colours.data(), colours.size(), 125, 1, 3, VIPS_FORMAT_UCHAR)
                          .copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB));
-    size_t length = 0;
-    const void* profile = image.get_blob(VIPS_META_ICC_NAME, &length);
-    samples.set(VIPS_META_ICC_NAME, nullptr, const_cast<void*>(profile), length);
+    samples.set(VIPS_META_ICC_NAME, nullptr, const_cast<char*>(profile.constData()),
+                static_cast<size_t>(profile.size()));
     const VImage converted = ApplyProfile(samples);
     size_t size = 0;
     const std::unique_ptr<void, decltype(&g_free)> bytes(converted.write_to_memory(&size), &g_free);
@@ -55,6 +85,15 @@ bool IsSrgbProfile(const VImage& image)
         }
     }
     return true;
+}
+
+bool IsSrgbProfile(const VImage& image)
+{
+    static CProfileMemory memory;
+    size_t length = 0;
+    const auto* data = static_cast<const char*>(image.get_blob(VIPS_META_ICC_NAME, &length));
+    const QByteArray profile(data, static_cast<qsizetype>(length));
+    return memory.IsSrgb(profile, [&profile] { return LeavesSrgbAlone(profile); });
 }
 
 VImage WithProfileApplied(const VImage& image)

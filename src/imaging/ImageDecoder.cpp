@@ -6,6 +6,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <new>
+#include <optional>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -18,6 +19,7 @@
 #include "common/Text.h"
 #include "imaging/ColourConversion.h"
 #include "imaging/ImageNode.h"
+#include "imaging/JpegDecoder.h"
 #include "imaging/VipsLibrary.h"
 #include "resources/StringTable.h"
 
@@ -26,8 +28,7 @@ using vips::VImage;
 
 namespace {
 
-constexpr uint8_t missingGrey = 128; // what libjpeg shows for blocks that it can't decode
-constexpr int stripHeight = 8;       // rows that libjpeg's wrapper makes at a time
+constexpr int stripHeight = 8; // rows; what the strip with the first damage holds is lost
 
 [[noreturn]] void ThrowNoPixels(StringId reason)
 {
@@ -135,16 +136,13 @@ public:
     Kind GetKind() const { return kind; }
 
     // Throws VError.
-    VImage Open(int shrink, VipsFailOn failOn)
+    VImage Open(VipsFailOn failOn)
     {
         VImage image;
         vips::VOption* options = VImage::option()
                                      ->set("out", &image)
                                      ->set("access", VIPS_ACCESS_SEQUENTIAL)
                                      ->set("fail_on", failOn);
-        if (shrink > 1) {
-            options->set("shrink", shrink);
-        }
         if (kind == Kind::Magick) {
             const QByteArray bytes = ReadWholeFile(path);
             VipsBlob* blob = vips_blob_copy(bytes.constData(), static_cast<size_t>(bytes.size()));
@@ -164,39 +162,20 @@ private:
     const Kind kind;
 };
 
-// libjpeg tells every irregularity by a warning; only these mean that pixels are lost. Others, such as
-// "extraneous bytes before marker 0xd9", come up in good files of many cameras. Before a restart marker
-// (0xd0 to 0xd7) such bytes are what a damaged interval has left over.
-bool TellsOfDamage(const std::string& warning)
-{
-    for (const char* text :
-         {"remature end of", "bad Huffman code", "bad arithmetic code", "instead of RST",
-          "before marker 0xd0", "before marker 0xd1", "before marker 0xd2", "before marker 0xd3",
-          "before marker 0xd4", "before marker 0xd5", "before marker 0xd6", "before marker 0xd7"}) {
-        if (warning.find(text) != std::string::npos) {
-            return true;
-        }
-    }
-    return false;
-}
-
-bool HasDamage(const CVipsWarnings& warnings)
-{
-    return std::any_of(warnings.Get().begin(), warnings.Get().end(), TellsOfDamage);
-}
-
 struct Rows {
     std::vector<uint8_t> bytes;
-    int firstDamaged = -1; // first row of the strip in which damage showed; -1: none
-    bool isCutOff = false; // nothing came behind that strip
+    bool isCutOff = false; // by damage that ended the decoding
 };
 
-// Read strip by strip on this thread, so that libvips starts no threads and its warnings arrive here.
-Rows ReadRows(const VImage& image, const CVipsWarnings& warnings)
+// Read strip by strip on this thread, so that libvips starts no threads of its own.
+Rows ReadRows(const VImage& image)
 {
+    if (!IsComputable(QSize(image.width(), image.height()))) {
+        ThrowNoPixels(StringId::ImageDataDamaged);
+    }
     const size_t rowBytes = static_cast<size_t>(image.width()) * static_cast<size_t>(image.bands());
     Rows rows;
-    rows.bytes.assign(rowBytes * static_cast<size_t>(image.height()), missingGrey);
+    rows.bytes.assign(rowBytes * static_cast<size_t>(image.height()), 0);
     const std::unique_ptr<VipsRegion, decltype(&g_object_unref)> region(vips_region_new(image.get_image()),
                                                                         &g_object_unref);
     for (int top = 0; top < image.height() && !rows.isCutOff; top += stripHeight) {
@@ -206,62 +185,91 @@ Rows ReadRows(const VImage& image, const CVipsWarnings& warnings)
             std::memcpy(&rows.bytes[rowBytes * static_cast<size_t>(y)], VIPS_REGION_ADDR(region.get(), 0, y),
                         rowBytes);
         }
-        if (rows.firstDamaged < 0 && (rows.isCutOff || HasDamage(warnings))) {
-            rows.firstDamaged = top;
-        }
     }
     vips_error_clear();
     return rows;
 }
 
-bool IsOneColour(const Rows& rows, size_t channels)
+bool IsOneColour(const Rows& rows, int channels)
 {
-    return std::equal(rows.bytes.begin() + static_cast<ptrdiff_t>(channels), rows.bytes.end(),
-                      rows.bytes.begin());
+    return std::equal(rows.bytes.begin() + channels, rows.bytes.end(), rows.bytes.begin());
 }
 
-// A picture that was damaged from its first rows on and shows nothing.
-bool HoldsNothing(const Rows& rows, int channels)
+CPixels ToPixels(const VImage& image, Rows rows)
 {
-    return rows.firstDamaged == 0 && (rows.isCutOff || IsOneColour(rows, static_cast<size_t>(channels)));
+    return MakePixels(QSize(image.width(), image.height()), image.bands(), std::move(rows.bytes));
 }
 
-DecodedImage Decode(CPictureReader& reader, int shrink, VipsFailOn failOn)
+// libjpeg's rows as a picture of libvips, which borrows them and knows what their values mean.
+VImage Borrow(JpegPicture& jpeg)
 {
-    const CVipsWarnings warnings;
-    const VImage image = ToSrgb(reader.Open(shrink, failOn));
-    if (!IsComputable(QSize(image.width(), image.height()))) {
-        ThrowNoPixels(StringId::ImageDataDamaged);
+    const VipsInterpretation meaning = jpeg.channels == 1   ? VIPS_INTERPRETATION_B_W
+                                       : jpeg.channels == 4 ? VIPS_INTERPRETATION_CMYK
+                                                            : VIPS_INTERPRETATION_sRGB;
+    VImage image = VImage::new_from_memory(jpeg.bytes.data(), jpeg.bytes.size(), jpeg.size.width(),
+                                           jpeg.size.height(), jpeg.channels, VIPS_FORMAT_UCHAR)
+                       .copy(VImage::option()->set("interpretation", meaning));
+    if (!jpeg.profile.empty()) {
+        image.set(VIPS_META_ICC_NAME, nullptr, jpeg.profile.data(), jpeg.profile.size());
     }
-    Rows rows = ReadRows(image, warnings);
-    if (HoldsNothing(rows, image.bands())) {
-        ThrowNoPixels(StringId::ImageDataDamaged);
-    }
+    return image;
+}
+
+DecodedImage DecodeJpegFile(const QString& path, int shrink)
+{
+    JpegPicture jpeg = DecodeJpeg(ReadWholeFile(path), shrink);
     DecodedImage decoded;
-    if (rows.firstDamaged >= 0) {
+    if (!jpeg.isWhole) {
         decoded.condition = {ImageCondition::State::InPart, Text(StringId::ImageDataIncomplete)};
     }
-    decoded.pixels = MakePixels(QSize(image.width(), image.height()), image.bands(), std::move(rows.bytes));
+    if (jpeg.channels == 3 && jpeg.profile.empty()) {
+        decoded.pixels = MakePixels(jpeg.size, jpeg.channels, std::move(jpeg.bytes));
+        return decoded;
+    }
+    const VImage image = ToSrgb(Borrow(jpeg));
+    Rows rows = ReadRows(image);
+    if (rows.isCutOff) {
+        ThrowNoPixels(StringId::ImageDataDamaged);
+    }
+    decoded.pixels = ToPixels(image, std::move(rows));
     return decoded;
 }
 
-// Loaders other than JPEG's pass over damage in silence unless they are told to stop at it. So they are told,
-// and only a damaged file is read once more.
-DecodedImage DecodeStrictlyFirst(CPictureReader& reader)
+// The loaders pass over damage in silence unless they are told to stop at it. So they are told, and only a
+// damaged file is read once more.
+std::optional<CPixels> DecodeUndamaged(CPictureReader& reader)
 {
     try {
-        DecodedImage decoded = Decode(reader, 1, VIPS_FAIL_ON_ERROR);
-        if (decoded.condition.state == ImageCondition::State::Whole) {
-            return decoded;
+        const VImage image = ToSrgb(reader.Open(VIPS_FAIL_ON_ERROR));
+        Rows rows = ReadRows(image);
+        if (!rows.isCutOff) {
+            return ToPixels(image, std::move(rows));
         }
     } catch (const VError&) {
         vips_error_clear();
-    } catch (const CNoPixelsException&) {
-        vips_error_clear();
     }
-    DecodedImage decoded = Decode(reader, 1, VIPS_FAIL_ON_NONE);
-    decoded.condition = {ImageCondition::State::InPart, Text(StringId::ImageDataIncomplete)};
-    return decoded;
+    return std::nullopt;
+}
+
+DecodedImage DecodeByVips(CPictureReader& reader)
+{
+    if (const std::optional<CPixels> pixels = DecodeUndamaged(reader)) {
+        return {.pixels = *pixels, .condition = {}};
+    }
+    const VImage image = ToSrgb(reader.Open(VIPS_FAIL_ON_NONE));
+    Rows rows = ReadRows(image);
+    if (IsOneColour(rows, image.bands())) {
+        ThrowNoPixels(StringId::ImageDataDamaged);
+    }
+    return {.pixels = ToPixels(image, std::move(rows)),
+            .condition = {ImageCondition::State::InPart, Text(StringId::ImageDataIncomplete)}};
+}
+
+// False if the file was replaced by another since its header was read.
+bool IsSizeOf(const CPixels& pixels, const ImageHeader& header, int shrink)
+{
+    return pixels.size ==
+           QSize((header.size.width() + shrink - 1) / shrink, (header.size.height() + shrink - 1) / shrink);
 }
 
 } // namespace
@@ -271,7 +279,7 @@ ImageHeader ReadImageHeader(const QString& path)
     StartVips();
     try {
         CPictureReader reader(path);
-        const VImage image = reader.Open(1, VIPS_FAIL_ON_NONE);
+        const VImage image = reader.Open(VIPS_FAIL_ON_NONE);
         const ImageHeader header{QSize(image.width(), image.height()),
                                  vips_image_get_orientation(image.get_image()),
                                  reader.GetKind() == Kind::Jpeg};
@@ -290,8 +298,11 @@ DecodedImage DecodeImage(const QString& path, const ImageHeader& header, int shr
 {
     try {
         CPictureReader reader(path);
-        DecodedImage decoded = reader.GetKind() == Kind::Jpeg ? Decode(reader, shrink, VIPS_FAIL_ON_NONE)
-                                                              : DecodeStrictlyFirst(reader);
+        const bool isJpeg = reader.GetKind() == Kind::Jpeg;
+        DecodedImage decoded = isJpeg ? DecodeJpegFile(path, shrink) : DecodeByVips(reader);
+        if (!IsSizeOf(decoded.pixels, header, shrink)) {
+            ThrowNoPixels(StringId::ImageChanged);
+        }
         // The picture ends within the last pixel of a size that doesn't divide by the shrink.
         decoded.pixels.window = QRectF(QPointF(0, 0), QSizeF(header.size) / shrink);
         decoded.pixels = Upright(decoded.pixels, header.orientation);

@@ -4,8 +4,9 @@
 
 namespace {
 
-// How much of a reduction is left to the resampler. The decoder's own scaling alone is coarser.
-constexpr double reductionLeft = 2.0;
+// How much of a reduction is left to the resampler, since the decoder's own scaling is coarser: with 2.5 the
+// result is at least 42 dB from that of a full decode on photographs, with 2 it falls below 41 dB on some.
+constexpr double reductionLeft = 2.5;
 
 } // namespace
 

@@ -6,21 +6,14 @@
 
 namespace {
 
-thread_local CVipsWarnings* collector = nullptr;
-
-void TakeMessage(const char*, GLogLevelFlags, const char* message, void*)
-{
-    if (collector != nullptr && message != nullptr) {
-        collector->Add(message);
-    }
-}
+void DropMessage(const char*, GLogLevelFlags, const char*, void*) {}
 
 void Start()
 {
     const auto levels =
         static_cast<GLogLevelFlags>(G_LOG_LEVEL_MASK | G_LOG_FLAG_FATAL | G_LOG_FLAG_RECURSION);
     for (const char* domain : {"VIPS", "GLib", "GLib-GObject"}) {
-        g_log_set_handler(domain, levels, TakeMessage, nullptr);
+        g_log_set_handler(domain, levels, DropMessage, nullptr);
     }
     vips_init("vistorama");
     vips_concurrency_set(1);
@@ -33,14 +26,4 @@ void StartVips()
 {
     static std::once_flag once;
     std::call_once(once, Start);
-}
-
-CVipsWarnings::CVipsWarnings()
-{
-    collector = this;
-}
-
-CVipsWarnings::~CVipsWarnings()
-{
-    collector = nullptr;
 }

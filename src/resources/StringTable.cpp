@@ -121,6 +121,8 @@ const char* FindText(StringId id)
         return "Its data is damaged.";
     case StringId::ImageDataIncomplete:
         return "Its data is damaged or incomplete.";
+    case StringId::ImageChanged:
+        return "It was replaced by another picture in the meantime.";
     case StringId::ImageTooLarge:
         return "Its size of %d by %d pixels is too large.";
     case StringId::ImageSizeImpossible:

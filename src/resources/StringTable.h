@@ -68,6 +68,7 @@ enum class StringId : int {
     ImageFormatUnknown,
     ImageDataDamaged,
     ImageDataIncomplete,
+    ImageChanged,
     ImageTooLarge,
     ImageSizeImpossible,
     ImageNotEncodable,
