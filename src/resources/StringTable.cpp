@@ -109,6 +109,26 @@ const char* FindText(StringId id)
         return "The picture '%s' could not be read: %s";
     case StringId::PicturePublishedInPart:
         return "The picture '%s' is damaged. It was published as far as it could be read.";
+    case StringId::ImageFileNotWritten:
+        return "The file '%s' could not be written: %s.";
+    case StringId::ImageEmpty:
+        return "It is empty.";
+    case StringId::ImageNotAFile:
+        return "It is not a file.";
+    case StringId::ImageFormatUnknown:
+        return "It is not a picture of a known format.";
+    case StringId::ImageDataDamaged:
+        return "Its data is damaged.";
+    case StringId::ImageDataIncomplete:
+        return "Its data is damaged or incomplete.";
+    case StringId::ImageChanged:
+        return "It was replaced by another picture in the meantime.";
+    case StringId::ImageTooLarge:
+        return "Its size of %d by %d pixels is too large.";
+    case StringId::ImageSizeImpossible:
+        return "A picture of %d by %d pixels can't be made.";
+    case StringId::ImageNotEncodable:
+        return "A picture of %d by %d pixels can't be saved in this format.";
 
     case StringId::ProjectExists:
         return "The project %s exists already.";

@@ -62,6 +62,16 @@ enum class StringId : int {
     // Images.
     SourceNotReadable = 20300,
     PicturePublishedInPart,
+    ImageFileNotWritten,
+    ImageEmpty,
+    ImageNotAFile,
+    ImageFormatUnknown,
+    ImageDataDamaged,
+    ImageDataIncomplete,
+    ImageChanged,
+    ImageTooLarge,
+    ImageSizeImpossible,
+    ImageNotEncodable,
 
     // Command line.
     ProjectExists = 20400,

@@ -1,0 +1,73 @@
+#include "effects/FileNames.h"
+
+#include "common/Exceptions.h"
+#include "common/FileSystem.h"
+
+namespace {
+
+bool StaysInName(QChar unit)
+{
+    static const QString staying =
+        QStringLiteral("1234567890-_.abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ");
+    return staying.contains(unit);
+}
+
+} // namespace
+
+FileNameParts SplitFileName(const QString& fileName)
+{
+    const QString lastName = ExtractLastName(fileName);
+    const qsizetype dot = lastName.lastIndexOf(QLatin1Char('.'));
+    const qsizetype extensionLength = dot < 0 ? 0 : lastName.size() - dot;
+    return {fileName.chopped(extensionLength), fileName.right(extensionLength)};
+}
+
+QString WithSuffix(const QString& fileName, const QString& suffix)
+{
+    const FileNameParts parts = SplitFileName(fileName);
+    return parts.base + suffix + parts.extension;
+}
+
+QString SanitizeFileName(const QString& name)
+{
+    QString sanitised;
+    for (const QChar unit : name) {
+        sanitised += StaysInName(unit) ? QString(unit) : QString::number(unit.unicode(), 32);
+    }
+    return sanitised;
+}
+
+EncoderChoice GetEncoderForExtension(const QString& extension)
+{
+    for (const QLatin1String lossless : {QLatin1String("bmp"), QLatin1String("png"), QLatin1String("gif")}) {
+        if (extension.compare(lossless, Qt::CaseInsensitive) == 0) {
+            return {QStringLiteral("png"), QStringLiteral(".png")};
+        }
+    }
+    return {QStringLiteral("jpeg"), QStringLiteral(".jpg")};
+}
+
+std::optional<ImageEncoding::Format> GetEncoderClsid(const QString& encoderName)
+{
+    if (QStringLiteral("image/jpeg").contains(encoderName)) {
+        return ImageEncoding::Format::Jpeg;
+    }
+    if (QStringLiteral("image/png").contains(encoderName)) {
+        return ImageEncoding::Format::Png;
+    }
+    return std::nullopt;
+}
+
+ImageEncoding::Format RequireEncoder(const QString& encoderName)
+{
+    const std::optional<ImageEncoding::Format> format = GetEncoderClsid(encoderName);
+    if (!format) {
+        throw CUnexpectedException("ImageEffect", __LINE__, Text(StringId::EncoderNotFound, encoderName));
+    }
+    return *format;
+}
+
+ImageEncoding::Format FormatForPath(const QString& path)
+{
+    return RequireEncoder(GetEncoderForExtension(SplitFileName(path).extension.mid(1)).encoderName);
+}

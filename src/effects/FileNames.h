@@ -1,0 +1,42 @@
+#pragma once
+
+#include <optional>
+
+#include <QString>
+
+#include "imaging/Image.h"
+
+// The names of result files, and the encoder that goes with an extension. A name's base is what stands before
+// the last "." of its last part, its extension that "." and what follows.
+
+struct FileNameParts {
+    QString base; // the folder included
+    QString extension;
+};
+
+// A name without a "." is all base.
+FileNameParts SplitFileName(const QString& fileName);
+
+// "a.jpg" and "_r1" give "a_r1.jpg"; a name without a "." gets the suffix at its end.
+QString WithSuffix(const QString& fileName, const QString& suffix);
+
+// Each UTF-16 unit other than an ASCII letter, a digit, "-", "_" and "." becomes its number in radix 32: a
+// blank becomes "10". One way only: two names may become one.
+QString SanitizeFileName(const QString& name);
+
+struct EncoderChoice {
+    QString encoderName;     // "jpeg" or "png"
+    QString resultExtension; // with its "."
+};
+
+// extension: without its ".", in any case. "bmp", "png" and "gif" become PNG, everything else JPEG.
+EncoderChoice GetEncoderForExtension(const QString& extension);
+
+// The first format whose MIME type contains encoderName.
+std::optional<ImageEncoding::Format> GetEncoderClsid(const QString& encoderName);
+
+// Throws CUnexpectedException naming the encoder if there is none.
+ImageEncoding::Format RequireEncoder(const QString& encoderName);
+
+// The format for a file to be written, by the extension of its path. Throws as RequireEncoder.
+ImageEncoding::Format FormatForPath(const QString& path);

@@ -1,0 +1,26 @@
+#include "effects/ImageEffectResize.h"
+
+#include "effects/EffectGeometry.h"
+#include "effects/FileNames.h"
+#include "effects/ImageEffectSource.h"
+
+QString CImageEffectResize::GetResultFileName(const QString& fileName) const
+{
+    const QString crop = options.crop ? QStringLiteral("d") : QString();
+    return WithSuffix(fileName, QString::number(box.width()) + QString::number(box.height()) + crop);
+}
+
+void CImageEffectResize::Apply(CImageEffectSource& source) const
+{
+    const CImage& image = source.GetImage();
+    if (options.shrinkOnly && FitsInto(image.GetSize(), box)) {
+        // Other chains over the same file may ask for less.
+        image.AnnounceFullSize();
+        return;
+    }
+    if (options.crop) {
+        source.ReplaceImage(image.ResampledAndCropped(FilledSize(image.GetSize(), box), box));
+    } else {
+        source.ReplaceImage(image.Resampled(FittedSize(image.GetSize(), box)));
+    }
+}

@@ -1,0 +1,317 @@
+#include "imaging/ImageDecoder.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <new>
+#include <optional>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+
+#include <QFile>
+#include <vips/vips8>
+
+#include "common/Exceptions.h"
+#include "common/FileSystem.h"
+#include "common/Text.h"
+#include "imaging/ColourConversion.h"
+#include "imaging/ImageNode.h"
+#include "imaging/JpegDecoder.h"
+#include "imaging/VipsLibrary.h"
+#include "resources/StringTable.h"
+
+using vips::VError;
+using vips::VImage;
+
+namespace {
+
+constexpr int stripHeight = 8; // rows; what the strip with the first damage holds is lost
+
+[[noreturn]] void ThrowNoPixels(StringId reason)
+{
+    vips_error_clear();
+    throw CNoPixelsException{Text(reason)};
+}
+
+// An open file that is closed on every road.
+class CFile {
+public:
+    // Not blocking, so that a pipe that is named like a picture can't hold up a run.
+    explicit CFile(const QString& path)
+        : descriptor(::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK))
+    {
+        if (descriptor < 0) {
+            throw CNoPixelsException{Widen(std::generic_category().message(errno))};
+        }
+    }
+    ~CFile() { ::close(descriptor); }
+    CFile(const CFile&) = delete;
+    CFile& operator=(const CFile&) = delete;
+
+    int Get() const { return descriptor; }
+
+private:
+    int descriptor;
+};
+
+using Signature = std::array<uint8_t, 12>;
+
+Signature ReadSignature(const CFile& file)
+{
+    struct stat status;
+    if (::fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        ThrowNoPixels(StringId::ImageNotAFile);
+    }
+    if (status.st_size == 0) {
+        ThrowNoPixels(StringId::ImageEmpty);
+    }
+    Signature signature{};
+    if (::pread(file.Get(), signature.data(), signature.size(), 0) < 0) {
+        throw CNoPixelsException{Widen(std::generic_category().message(errno))};
+    }
+    return signature;
+}
+
+enum class Kind { Jpeg, Png, Gif, Tiff, WebP, Magick };
+
+bool BeginsWith(const Signature& signature, const char* bytes, size_t count)
+{
+    return std::memcmp(signature.data(), bytes, count) == 0;
+}
+
+// The loader is named here and never looked for by libvips: ImageMagick and others open far more kinds of
+// file than pictures, and a gallery's folder may hold anything.
+Kind KindOf(const Signature& signature)
+{
+    if (BeginsWith(signature, "\xff\xd8\xff", 3)) {
+        return Kind::Jpeg;
+    }
+    if (BeginsWith(signature, "\x89PNG\r\n\x1a\n", 8)) {
+        return Kind::Png;
+    }
+    if (BeginsWith(signature, "GIF8", 4)) {
+        return Kind::Gif;
+    }
+    if (BeginsWith(signature, "II*\0", 4) || BeginsWith(signature, "MM\0*", 4)) {
+        return Kind::Tiff;
+    }
+    if (BeginsWith(signature, "RIFF", 4) && std::memcmp(&signature[8], "WEBP", 4) == 0) {
+        return Kind::WebP;
+    }
+    const bool isPcx = signature[0] == 10 && signature[1] <= 5 && signature[2] == 1;
+    if (BeginsWith(signature, "BM", 2) || isPcx) {
+        return Kind::Magick;
+    }
+    ThrowNoPixels(StringId::ImageFormatUnknown);
+}
+
+const char* LoaderOf(Kind kind)
+{
+    switch (kind) {
+    case Kind::Jpeg:
+        return "jpegload_source";
+    case Kind::Png:
+        return "pngload_source";
+    case Kind::Gif:
+        return "gifload_source";
+    case Kind::Tiff:
+        return "tiffload_source";
+    case Kind::WebP:
+        return "webpload_source";
+    case Kind::Magick:
+        return "magickload_buffer";
+    }
+    return "";
+}
+
+// A picture that is open: pixels are read through it once, from the top.
+class CPictureReader {
+public:
+    explicit CPictureReader(const QString& path) : path(path), file(path), kind(KindOf(ReadSignature(file)))
+    {}
+
+    Kind GetKind() const { return kind; }
+
+    // Throws VError.
+    VImage Open(VipsFailOn failOn)
+    {
+        VImage image;
+        vips::VOption* options = VImage::option()
+                                     ->set("out", &image)
+                                     ->set("access", VIPS_ACCESS_SEQUENTIAL)
+                                     ->set("fail_on", failOn);
+        if (kind == Kind::Magick) {
+            const QByteArray bytes = ReadWholeFile(path);
+            VipsBlob* blob = vips_blob_copy(bytes.constData(), static_cast<size_t>(bytes.size()));
+            options->set("buffer", blob);
+            vips_area_unref(VIPS_AREA(blob));
+        } else {
+            ::lseek(file.Get(), 0, SEEK_SET);
+            options->set("source", vips::VSource::new_from_descriptor(file.Get()));
+        }
+        VImage::call(LoaderOf(kind), options);
+        return image;
+    }
+
+private:
+    const QString path;
+    const CFile file;
+    const Kind kind;
+};
+
+struct Rows {
+    std::vector<uint8_t> bytes;
+    bool isCutOff = false; // by damage that ended the decoding
+};
+
+// Read strip by strip on this thread, so that libvips starts no threads of its own.
+Rows ReadRows(const VImage& image)
+{
+    if (!IsComputable(QSize(image.width(), image.height()))) {
+        ThrowNoPixels(StringId::ImageDataDamaged);
+    }
+    const size_t rowBytes = static_cast<size_t>(image.width()) * static_cast<size_t>(image.bands());
+    Rows rows;
+    rows.bytes.assign(rowBytes * static_cast<size_t>(image.height()), 0);
+    const std::unique_ptr<VipsRegion, decltype(&g_object_unref)> region(vips_region_new(image.get_image()),
+                                                                        &g_object_unref);
+    for (int top = 0; top < image.height() && !rows.isCutOff; top += stripHeight) {
+        const VipsRect area{0, top, image.width(), std::min(stripHeight, image.height() - top)};
+        rows.isCutOff = vips_region_prepare(region.get(), &area) != 0;
+        for (int y = top; y < top + area.height && !rows.isCutOff; ++y) {
+            std::memcpy(&rows.bytes[rowBytes * static_cast<size_t>(y)], VIPS_REGION_ADDR(region.get(), 0, y),
+                        rowBytes);
+        }
+    }
+    vips_error_clear();
+    return rows;
+}
+
+bool IsOneColour(const Rows& rows, int channels)
+{
+    return std::equal(rows.bytes.begin() + channels, rows.bytes.end(), rows.bytes.begin());
+}
+
+CPixels ToPixels(const VImage& image, Rows rows)
+{
+    return MakePixels(QSize(image.width(), image.height()), image.bands(), std::move(rows.bytes));
+}
+
+// libjpeg's rows as a picture of libvips, which borrows them and knows what their values mean.
+VImage Borrow(JpegPicture& jpeg)
+{
+    const VipsInterpretation meaning = jpeg.channels == 1   ? VIPS_INTERPRETATION_B_W
+                                       : jpeg.channels == 4 ? VIPS_INTERPRETATION_CMYK
+                                                            : VIPS_INTERPRETATION_sRGB;
+    VImage image = VImage::new_from_memory(jpeg.bytes.data(), jpeg.bytes.size(), jpeg.size.width(),
+                                           jpeg.size.height(), jpeg.channels, VIPS_FORMAT_UCHAR)
+                       .copy(VImage::option()->set("interpretation", meaning));
+    if (!jpeg.profile.empty()) {
+        image.set(VIPS_META_ICC_NAME, nullptr, jpeg.profile.data(), jpeg.profile.size());
+    }
+    return image;
+}
+
+DecodedImage DecodeJpegFile(const QString& path, int shrink)
+{
+    JpegPicture jpeg = DecodeJpeg(ReadWholeFile(path), shrink);
+    DecodedImage decoded;
+    if (!jpeg.isWhole) {
+        decoded.condition = {ImageCondition::State::InPart, Text(StringId::ImageDataIncomplete)};
+    }
+    if (jpeg.channels == 3 && jpeg.profile.empty()) {
+        decoded.pixels = MakePixels(jpeg.size, jpeg.channels, std::move(jpeg.bytes));
+        return decoded;
+    }
+    const VImage image = ToSrgb(Borrow(jpeg));
+    Rows rows = ReadRows(image);
+    if (rows.isCutOff) {
+        ThrowNoPixels(StringId::ImageDataDamaged);
+    }
+    decoded.pixels = ToPixels(image, std::move(rows));
+    return decoded;
+}
+
+// The loaders pass over damage in silence unless they are told to stop at it. So they are told, and only a
+// damaged file is read once more.
+std::optional<CPixels> DecodeUndamaged(CPictureReader& reader)
+{
+    try {
+        const VImage image = ToSrgb(reader.Open(VIPS_FAIL_ON_ERROR));
+        Rows rows = ReadRows(image);
+        if (!rows.isCutOff) {
+            return ToPixels(image, std::move(rows));
+        }
+    } catch (const VError&) {
+        vips_error_clear();
+    }
+    return std::nullopt;
+}
+
+DecodedImage DecodeByVips(CPictureReader& reader)
+{
+    if (const std::optional<CPixels> pixels = DecodeUndamaged(reader)) {
+        return {.pixels = *pixels, .condition = {}};
+    }
+    const VImage image = ToSrgb(reader.Open(VIPS_FAIL_ON_NONE));
+    Rows rows = ReadRows(image);
+    if (IsOneColour(rows, image.bands())) {
+        ThrowNoPixels(StringId::ImageDataDamaged);
+    }
+    return {.pixels = ToPixels(image, std::move(rows)),
+            .condition = {ImageCondition::State::InPart, Text(StringId::ImageDataIncomplete)}};
+}
+
+// False if the file was replaced by another since its header was read.
+bool IsSizeOf(const CPixels& pixels, const ImageHeader& header, int shrink)
+{
+    return pixels.size ==
+           QSize((header.size.width() + shrink - 1) / shrink, (header.size.height() + shrink - 1) / shrink);
+}
+
+} // namespace
+
+ImageHeader ReadImageHeader(const QString& path)
+{
+    StartVips();
+    try {
+        CPictureReader reader(path);
+        const VImage image = reader.Open(VIPS_FAIL_ON_NONE);
+        const ImageHeader header{QSize(image.width(), image.height()),
+                                 vips_image_get_orientation(image.get_image()),
+                                 reader.GetKind() == Kind::Jpeg};
+        if (!IsComputable(header.size)) {
+            throw CNoPixelsException{Text(StringId::ImageTooLarge, image.width(), image.height())};
+        }
+        return header;
+    } catch (const VError&) {
+        ThrowNoPixels(StringId::ImageDataDamaged);
+    } catch (const CGenericException& failure) {
+        throw CNoPixelsException{failure.GetDescription()};
+    }
+}
+
+DecodedImage DecodeImage(const QString& path, const ImageHeader& header, int shrink)
+{
+    try {
+        CPictureReader reader(path);
+        const bool isJpeg = reader.GetKind() == Kind::Jpeg;
+        DecodedImage decoded = isJpeg ? DecodeJpegFile(path, shrink) : DecodeByVips(reader);
+        if (!IsSizeOf(decoded.pixels, header, shrink)) {
+            ThrowNoPixels(StringId::ImageChanged);
+        }
+        // The picture ends within the last pixel of a size that doesn't divide by the shrink.
+        decoded.pixels.window = QRectF(QPointF(0, 0), QSizeF(header.size) / shrink);
+        decoded.pixels = Upright(decoded.pixels, header.orientation);
+        return decoded;
+    } catch (const VError&) {
+        ThrowNoPixels(StringId::ImageDataDamaged);
+    } catch (const std::bad_alloc&) {
+        throw CNoPixelsException{Text(StringId::ImageTooLarge, header.size.width(), header.size.height())};
+    } catch (const CGenericException& failure) {
+        throw CNoPixelsException{failure.GetDescription()};
+    }
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <mutex>
+#include <optional>
+
+#include "imaging/ImageDecoder.h"
+#include "imaging/ImageNode.h"
+
+// A picture file: the header is read at construction, the pixels when they are first asked for. They are then
+// kept for all images derived from this one, at the smallest scale of the decoder that serves the largest of
+// them. Shared by those images, on any number of threads.
+class CImageFile final : public CImageNode {
+public:
+    CImageFile(const QString& path, const ImageHeader& header);
+
+    CPixels Evaluate(double scale) const override;
+    void Announce(double scale) const override;
+    ImageCondition GetCondition() const override;
+
+private:
+    int ShrinkFor(double scale) const;
+
+    // Constant after construction.
+    const QString path;
+    const ImageHeader header;
+
+    // Guarded by mutex. It is held while decoding: who else asks wants the same pixels.
+    mutable std::mutex mutex;
+    mutable double announced = 0;  // the largest scale so far
+    mutable int decodedShrink = 0; // 0: not yet decoded
+    mutable std::optional<DecodedImage> decoded;
+    mutable ImageCondition condition;
+};
+
+// A file that has no picture to give.
+class CUnreadableFile final : public CImageNode {
+public:
+    explicit CUnreadableFile(const QString& reason) : CImageNode(QSize(0, 0)), reason(reason) {}
+
+    CPixels Evaluate(double) const override { throw CNoPixelsException{reason}; }
+    void Announce(double) const override {}
+    ImageCondition GetCondition() const override { return {ImageCondition::State::NotDecodable, reason}; }
+
+private:
+    const QString reason;
+};

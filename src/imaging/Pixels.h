@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include <QRectF>
+#include <QSize>
+
+// Computed pixels: 8-bit sRGB, rows from the top without padding. The bytes are shared and never changed once
+// they are in here.
+struct CPixels {
+    QSize size;
+    int channels = 0; // 3: red, green, blue; 4: and alpha, not premultiplied
+    std::shared_ptr<const std::vector<uint8_t>> bytes;
+    // The picture's place on the grid of these pixels. A decoder that scales rounds to whole pixels, but the
+    // picture then ends within the last one.
+    QRectF window;
+
+    const uint8_t* GetRow(int y) const
+    {
+        return bytes->data() + static_cast<size_t>(y) * static_cast<size_t>(size.width()) * channels;
+    }
+};
+
+// The largest number of pixels that a picture may have: above today's cameras, below what would exhaust
+// memory. Headers may claim anything.
+constexpr int64_t maximumPixels = 250'000'000;
+
+// Whether a picture of this size can be computed at all.
+bool IsComputable(QSize size);
+
+CPixels MakePixels(QSize size, int channels, std::vector<uint8_t> bytes);
+
+// orientation: as in EXIF, tag 0x0112, 1 to 8: what has to be undone to see the picture upright.
+CPixels Upright(const CPixels& pixels, int orientation);
+QSize UprightSize(QSize size, int orientation);
+
+CPixels WithAlpha(const CPixels& pixels);
+
+// Blends onto an opaque colour; three channels.
+CPixels Flattened(const CPixels& pixels, uint8_t grey);
+
+// A part of the picture; what lies outside it is transparent. area: in pixels; its size is computable.
+CPixels Cut(const CPixels& pixels, const QRect& area);
