@@ -1,9 +1,24 @@
 #include "template/TemplateSectionFactory.h"
 
+#include "template/CompoundTemplateSection.h"
 #include "template/MarkupBytes.h"
 #include "template/PageStream.h"
 #include "template/TemplateErrors.h"
+#include "template/TemplateSectionAdvertisement.h"
+#include "template/TemplateSectionBanner.h"
+#include "template/TemplateSectionIf.h"
+#include "template/TemplateSectionImageReference.h"
+#include "template/TemplateSectionInclude.h"
+#include "template/TemplateSectionIsEqual.h"
+#include "template/TemplateSectionIsVisible.h"
+#include "template/TemplateSectionJavaString.h"
+#include "template/TemplateSectionNavigationTable.h"
+#include "template/TemplateSectionPageHeader.h"
 #include "template/TemplateSectionPicture.h"
+#include "template/TemplateSectionRelativePage.h"
+#include "template/TemplateSectionTextProperty.h"
+#include "template/TemplateSectionTextReference.h"
+#include "template/TemplateSectionTextSpan.h"
 #include "template/TemplateSectionVariable.h"
 
 namespace {
@@ -21,7 +36,23 @@ constexpr struct {
     std::string_view keyword;
     SectionMaker make;
 } Keywords[] = {
+    {"textspan", Make<CTemplateSectionTextSpan>},
+    {"textproperty", Make<CTemplateSectionTextProperty>},
     {"picture", Make<CTemplateSectionPicture>},
+    {"navigationtable", Make<CTemplateSectionNavigationTable>},
+    {"pageheader", Make<CTemplateSectionPageHeader>},
+    {"if", Make<CTemplateSectionIf>},
+    {"else", Make<CCompoundTemplateSection>},
+    {"isvisible", Make<CTemplateSectionIsVisible>},
+    {"relative_page", Make<CTemplateSectionRelativePage>},
+    {"relative_page_block", Make<CTemplateSectionRelativePageBlock>},
+    {"isequal", Make<CTemplateSectionIsEqual>},
+    {"imgref", Make<CTemplateSectionImageReference>},
+    {"textref", Make<CTemplateSectionTextReference>},
+    {"banner", Make<CTemplateSectionBanner>},
+    {"include", Make<CTemplateSectionInclude>},
+    {"javastring", Make<CTemplateSectionJavaString>},
+    {"advertisement", Make<CTemplateSectionAdvertisement>},
 };
 
 std::unique_ptr<CTemplateSection> MakeSection(const std::string& name)
