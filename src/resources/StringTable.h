@@ -39,6 +39,7 @@ enum class StringId : int {
     UnexpectedElse,
     ClosingBracketNotFound,
     IncludeTooDeep,
+    NestingTooDeep,
 
     // Document.
     XmlNotParsed = 20100,

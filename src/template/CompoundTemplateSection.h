@@ -14,5 +14,6 @@ public:
     void Bind(CImageIterator& iterator, CContentGenerator& generator) override;
 
 protected:
+    // Null where the input ended inside the keyword of an element; such a child is passed over.
     std::vector<std::unique_ptr<CTemplateSection>> children;
 };

@@ -9,6 +9,12 @@
 class CContentGenerator;
 class CImageIterator;
 
+// How deep a section stands. Handed down while a page is parsed, so that no page can exhaust the stack.
+struct TemplateDepth {
+    int elements = 0; // elements around the section, those of the including files counted
+    int includes = 0; // files that include, one through the other, the file that the section stands in
+};
+
 // A node of a parsed page. A tree is built by one Parse, bound any number of times and generated any number
 // of times; it is used by one thread at a time and keeps no reference to the iterator or the generator.
 //
@@ -37,4 +43,14 @@ public:
     void Parse(std::istream& stream);
 
     std::string GenerateToString(CImageIterator& iterator, CContentGenerator& generator);
+
+    // To be called before Parse; the root of a page keeps the default.
+    void SetDepth(const TemplateDepth& newDepth) { depth = newDepth; }
+
+protected:
+    TemplateDepth depth;
+
+private:
+    void ParseBody(std::istream& stream);
+    void ParseChild(std::istream& stream);
 };

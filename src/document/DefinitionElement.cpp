@@ -1,0 +1,22 @@
+#include "document/DefinitionElement.h"
+
+#include "common/FileSystem.h"
+#include "template/TemplateParsingException.h"
+
+CXmlElement FindDefinition(CXmlDocument& document, const char* tag)
+{
+    const std::vector<CXmlElement> found = document.FindAll(tag);
+    if (found.empty()) {
+        throw CTemplateParsingException(Text(StringId::TemplateErrorCaption),
+                                        Text(StringId::TemplateElementNotFound, tag),
+                                        Text(StringId::TemplateErrorAdvice));
+    }
+    return found.front();
+}
+
+QString DefinitionSubfolder(const QString& definitionPath, const QString& subfolder)
+{
+    QString native = subfolder;
+    native.replace(QLatin1Char('\\'), QLatin1Char('/'));
+    return ExtractFolder(definitionPath) + native;
+}

@@ -1,0 +1,23 @@
+#include "document/GalleryTree.h"
+
+#include "document/Gallery.h"
+
+bool IsAtOrAbove(const CGallery& candidate, const CGallery& gallery)
+{
+    std::set<const CGallery*> seen;
+    std::vector<const CGallery*> open = {&gallery};
+    while (!open.empty()) {
+        const CGallery* const next = open.back();
+        open.pop_back();
+        if (next == &candidate) {
+            return true;
+        }
+        for (const int32_t parentIndex : next->GetParentIndexes()) {
+            const CGallery* const parent = next->GetManager().GetGallery(parentIndex);
+            if (parent && seen.insert(parent).second) {
+                open.push_back(parent);
+            }
+        }
+    }
+    return false;
+}

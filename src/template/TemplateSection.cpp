@@ -1,0 +1,82 @@
+#include "template/TemplateSection.h"
+
+#include <sstream>
+
+#include "template/PageStream.h"
+#include "template/TemplateParsingException.h"
+#include "template/TemplateSectionFactory.h"
+
+namespace {
+
+constexpr size_t DelimiterLength = 2; // of "<%" and "%>"
+constexpr size_t UsualTextLength = 1024;
+
+} // namespace
+
+void CTemplateSection::Bind(CImageIterator&, CContentGenerator&) {}
+
+void CTemplateSection::OnEndOfFile(const char* text, size_t length)
+{
+    AddText(text, length);
+}
+
+std::string CTemplateSection::GenerateToString(CImageIterator& iterator, CContentGenerator& generator)
+{
+    std::ostringstream out;
+    Generate(iterator, generator, out);
+    return out.str();
+}
+
+void CTemplateSection::Parse(std::istream& stream)
+{
+    const uint64_t bodyStart = GetPagePosition(stream);
+    try {
+        ParseBody(stream);
+    } catch (CTemplateParsingException& error) {
+        // The innermost section that sees the error marks it; the sections around it leave the mark alone.
+        if (error.errorStart == 0 && error.errorEnd == 0) {
+            error.errorStart = bodyStart;
+            error.errorEnd = GetPagePosition(stream);
+        }
+        throw;
+    }
+}
+
+void CTemplateSection::ParseBody(std::istream& stream)
+{
+    std::string text;
+    text.reserve(UsualTextLength);
+    const auto addTextBeforeDelimiter = [&] {
+        if (text.size() > DelimiterLength) {
+            AddText(text.data(), text.size() - DelimiterLength);
+        }
+    };
+    // A child that meets the end of the input takes it away from its parents: they get no OnEndOfFile, so an
+    // unfinished "else" or name at the end of a page also leaves the elements around it open, without an
+    // error.
+    while (stream.good()) {
+        const std::optional<char> byte = ReadPageByte(stream);
+        if (!byte) {
+            OnEndOfFile(text.data(), text.size());
+            return;
+        }
+        text += *byte;
+        if (text.ends_with("%>")) {
+            addTextBeforeDelimiter();
+            OnClosingBracket();
+            return;
+        }
+        if (text.ends_with("<%")) {
+            addTextBeforeDelimiter();
+            text.clear();
+            ParseChild(stream);
+        }
+    }
+}
+
+void CTemplateSection::ParseChild(std::istream& stream)
+{
+    std::string name;
+    auto section = CreateSection(name, stream, {depth.elements + 1, depth.includes});
+    AddSection(name.c_str(), std::move(section));
+}
