@@ -146,6 +146,12 @@ const char* FindText(StringId id)
         return "Available are: %s.";
     case StringId::CheckProgramFolder:
         return "Please check the name, and that the layouts and styles of the program are installed.";
+    case StringId::LayoutsHaveErrors:
+        return "There are errors in layouts.";
+    case StringId::BadLayoutsOfAll:
+        return "Layouts with errors: %d of %d.";
+    case StringId::CorrectNamedLines:
+        return "Please correct the lines that are named on standard output.";
     }
     return "";
 }

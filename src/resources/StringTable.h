@@ -82,6 +82,9 @@ enum class StringId : int {
     NoSuchStyle,
     AvailableNames,
     CheckProgramFolder,
+    LayoutsHaveErrors,
+    BadLayoutsOfAll,
+    CorrectNamedLines,
 };
 
 // The text as it stands, its "%" included.

@@ -1,0 +1,7 @@
+#pragma once
+
+#include <QStringList>
+
+// "deploy": writes the finished site of a project to a folder. An interrupt cancels it. Answers an ExitCode;
+// throws CWrongUse and CExceptionBase.
+int RunDeploy(const QStringList& arguments);

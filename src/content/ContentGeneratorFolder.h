@@ -1,0 +1,39 @@
+#pragma once
+
+#include "content/ContentGeneratorBase.h"
+
+class CImageProduction;
+
+// Lays a deployed gallery out in a folder: its images go into "pictures" below it and are asked of the image
+// production, which always makes them anew. One for a run; used on the generation thread.
+class CContentGeneratorFolder final : public CContentGeneratorBase {
+public:
+    struct Options {
+        QString targetFolder;
+        bool precise = false; // the project's choice; images are overwritten in either case
+        QString bannerServer; // address of the frame that a banner shows
+    };
+
+    // production: borrowed, outlives this object. Makes the picture folder; throws CWin32Exception.
+    CContentGeneratorFolder(const Options& options, CImageProduction& production);
+
+    // The output folder of the gallery in work. Makes its picture folder; throws CWin32Exception.
+    void SetOutputFolder(const QString& path);
+
+    void GenerateBanner(const std::string& width, const std::string& height, std::ostream& out) override;
+
+protected:
+    void WriteAdvertisementBody(const QString& text, std::ostream& out) override;
+    void WriteCurrentUrl(CImageIterator& iterator, std::ostream& out) override;
+    bool IsImageOverwriteForced() override;
+    QString GetImageFolder(const QString& sourcePath) override;
+    QString GetImageUrl(const QString& filePath) override;
+    void ProduceImage(const ImageRequest& request) override;
+
+private:
+    QString folder;
+    // Odd but settled: stored, and nothing reads it. Fast and precise deployments write the same files.
+    [[maybe_unused]] const bool precise;
+    const std::string bannerServer;
+    CImageProduction& production;
+};

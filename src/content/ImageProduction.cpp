@@ -1,0 +1,192 @@
+#include "content/ImageProduction.h"
+
+#include <algorithm>
+
+#include "common/StopSignal.h"
+#include "effects/ImageEffect.h"
+#include "effects/ImageEffectSource.h"
+#include "imaging/Image.h"
+#include "resources/StringTable.h"
+
+CImageProduction::CImageProduction(Listener& listener, CStopSignal& stop) : listener(listener), stop(stop) {}
+
+CImageProduction::~CImageProduction()
+{
+    {
+        const std::lock_guard lock(mutex);
+        waiting.clear();
+        finishing = true;
+    }
+    changed.notify_all();
+    for (std::thread& worker : workers) {
+        worker.join();
+    }
+}
+
+void CImageProduction::BeginPage()
+{
+    currentPage = std::make_shared<Page>();
+}
+
+void CImageProduction::Ask(const ImageRequest& request)
+{
+    const auto [entry, isNew] = askedByResult.try_emplace(request.resultPath, asked.size());
+    if (isNew) {
+        asked.emplace_back();
+    }
+    Image& image = asked[entry->second];
+    image.request = request;
+    if (currentPage && (image.pages.empty() || image.pages.back() != currentPage)) {
+        image.pages.push_back(currentPage);
+        const std::lock_guard lock(mutex);
+        ++currentPage->open;
+    }
+}
+
+void CImageProduction::EndPage()
+{
+    const std::shared_ptr<Page> page = std::move(currentPage);
+    const std::lock_guard lock(mutex);
+    CloseOne(*page);
+}
+
+void CImageProduction::StartAsked()
+{
+    std::map<QString, size_t> groups;
+    std::deque<Source> sources;
+    for (Image& image : asked) {
+        const auto [group, isNew] = groups.try_emplace(image.request.sourcePath, sources.size());
+        if (isNew) {
+            sources.push_back({image.request.sourcePath, sourceCount++, {}});
+        }
+        sources[group->second].images.push_back(std::move(image));
+    }
+    asked.clear();
+    askedByResult.clear();
+    if (sources.empty()) {
+        return;
+    }
+    {
+        const std::lock_guard lock(mutex);
+        std::move(sources.begin(), sources.end(), std::back_inserter(waiting));
+    }
+    changed.notify_all();
+    StartWorkers();
+}
+
+void CImageProduction::StartWorkers()
+{
+    const size_t count = std::max(1u, std::thread::hardware_concurrency());
+    while (workers.size() < count) {
+        workers.emplace_back([this] { Work(); });
+    }
+}
+
+void CImageProduction::Finish()
+{
+    StartAsked();
+    {
+        const std::lock_guard lock(mutex);
+        finishing = true;
+    }
+    changed.notify_all();
+    for (std::thread& worker : workers) {
+        worker.join();
+    }
+    workers.clear();
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
+}
+
+void CImageProduction::Work()
+{
+    for (;;) {
+        std::unique_lock lock(mutex);
+        changed.wait(lock, [this] { return finishing || !waiting.empty(); });
+        if (waiting.empty() || stop.IsSet()) {
+            return;
+        }
+        const Source source = std::move(waiting.front());
+        waiting.pop_front();
+        lock.unlock();
+        try {
+            MakeAll(source);
+        } catch (...) {
+            Fail(std::current_exception());
+            return;
+        }
+    }
+}
+
+void CImageProduction::MakeAll(const Source& source)
+{
+    const CImage picture = CImage::FromFile(source.path);
+    // All chains before the first file: each tells the picture the size that it needs, and the decoder then
+    // serves them all at once.
+    std::vector<CImageEffectSource> results;
+    for (const Image& image : source.images) {
+        results.emplace_back(picture, source.path);
+        image.request.effect->Apply(results.back());
+        if (results.back().GetImage().IsSameAs(picture)) {
+            picture.AnnounceFullSize();
+        }
+    }
+    for (size_t i = 0; i < results.size(); ++i) {
+        if (stop.IsSet()) {
+            return;
+        }
+        results[i].Save(source.images[i].request.resultPath);
+        const std::lock_guard lock(mutex);
+        ++imageCount;
+        for (const std::shared_ptr<Page>& page : source.images[i].pages) {
+            CloseOne(*page);
+        }
+    }
+    if (picture.GetCondition().state == ImageCondition::State::InPart) {
+        const std::lock_guard lock(mutex);
+        warnings[source.number] = Text(StringId::PicturePublishedInPart, source.path);
+    }
+}
+
+// With the mutex held, which also makes the listener's calls come one at a time.
+void CImageProduction::CloseOne(Page& page)
+{
+    if (--page.open == 0) {
+        listener.OnPageDone();
+    }
+}
+
+void CImageProduction::Fail(std::exception_ptr error)
+{
+    {
+        const std::lock_guard lock(mutex);
+        if (!failure) {
+            failure = error;
+        }
+    }
+    stop.Set();
+    changed.notify_all();
+}
+
+std::exception_ptr CImageProduction::GetFailure() const
+{
+    const std::lock_guard lock(mutex);
+    return failure;
+}
+
+int CImageProduction::GetImageCount() const
+{
+    const std::lock_guard lock(mutex);
+    return imageCount;
+}
+
+QStringList CImageProduction::GetWarnings() const
+{
+    const std::lock_guard lock(mutex);
+    QStringList texts;
+    for (const auto& [number, text] : warnings) {
+        texts += text;
+    }
+    return texts;
+}

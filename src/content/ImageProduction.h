@@ -1,0 +1,97 @@
+#pragma once
+
+#include <condition_variable>
+#include <deque>
+#include <exception>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include <QString>
+#include <QStringList>
+
+#include "content/ImageRequest.h"
+
+class CStopSignal;
+
+// Makes the images that the pages of a run ask for. The walk asks page by page; what one gallery has asked
+// for is then grouped by source picture and made by one worker per core: each source is opened once and
+// decoded once for all its sizes. The files are as if each had been made in the order of asking: where two
+// requests go to one file, the last one wins.
+//
+// Begin, Ask, End, Start and Finish are called on the generation thread. Memory grows with the count of
+// requests by their names alone; pictures are held only by the workers, one each.
+class CImageProduction {
+public:
+    // Called when a page's file and all its images are written, one call at a time, on any thread of the run.
+    class Listener {
+    public:
+        virtual ~Listener() = default;
+        virtual void OnPageDone() = 0;
+    };
+
+    // listener and stop are borrowed and outlive this object. A failure sets stop, so that the walk ends too.
+    CImageProduction(Listener& listener, CStopSignal& stop);
+    // Stops the workers at their next file and waits for them.
+    ~CImageProduction();
+    CImageProduction(const CImageProduction&) = delete;
+    CImageProduction& operator=(const CImageProduction&) = delete;
+
+    // All requests between the two belong to one page.
+    void BeginPage();
+    void Ask(const ImageRequest& request);
+    void EndPage();
+
+    // Hands all that has been asked for since the last call to the workers.
+    void StartAsked();
+    // Starts what is left and waits for the workers. Rethrows the first failure of a worker.
+    void Finish();
+    // What a worker failed with first; null if none did.
+    std::exception_ptr GetFailure() const;
+
+    int GetImageCount() const;
+    // One text for each source that was published in part, in the order of asking.
+    QStringList GetWarnings() const;
+
+private:
+    struct Page {
+        int open = 1; // the page's own file, plus its images that are not made yet
+    };
+    struct Image {
+        ImageRequest request;
+        std::vector<std::shared_ptr<Page>> pages;
+    };
+    struct Source {
+        QString path;
+        size_t number = 0; // in the order of asking
+        std::vector<Image> images;
+    };
+
+    void StartWorkers();
+    void Work();
+    void MakeAll(const Source& source);
+    void CloseOne(Page& page);
+    void Fail(std::exception_ptr error);
+
+    // Constant after construction.
+    Listener& listener;
+    CStopSignal& stop;
+
+    // Generation thread only.
+    std::vector<Image> asked;
+    std::map<QString, size_t> askedByResult; // position in asked
+    std::shared_ptr<Page> currentPage;
+    std::vector<std::thread> workers;
+    size_t sourceCount = 0;
+
+    // Guarded by mutex.
+    mutable std::mutex mutex;
+    std::condition_variable changed;
+    std::deque<Source> waiting;
+    bool finishing = false;
+    std::exception_ptr failure;
+    int imageCount = 0;
+    std::map<size_t, QString> warnings; // by number of the source
+};

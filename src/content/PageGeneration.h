@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+
+#include <QString>
+#include <QStringList>
+
+class CGalleryProject;
+class CStopSignal;
+
+// Receives the progress of a run. Called on the generation thread and on the image workers, one call at a
+// time.
+class CGenerationProgress {
+public:
+    virtual ~CGenerationProgress() = default;
+    // A page counts as done when its file and all its images are written.
+    virtual void OnPageDone(int32_t donePages, int32_t totalPages) = 0;
+};
+
+// What a run has made.
+struct GenerationResult {
+    int32_t pages = 0;
+    int32_t images = 0;
+    QStringList warnings; // one for each picture that was published in part, in the order of the pages
+};
+
+// Writes a project's whole gallery tree into targetFolder: a first walk counts the pages, a second one writes
+// them while one worker per core makes the images. Returns when all is written or when stop was set; files
+// written so far then stay. Throws the first failure of any thread.
+GenerationResult GeneratePages(CGalleryProject& project, const QString& targetFolder, const CStopSignal& stop,
+                               CGenerationProgress& progress);

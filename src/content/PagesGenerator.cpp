@@ -1,0 +1,59 @@
+#include "content/PagesGenerator.h"
+
+#include <cerrno>
+
+#include "common/Exceptions.h"
+#include "common/FileSystem.h"
+#include "common/StopSignal.h"
+#include "content/ContentGeneratorFolder.h"
+#include "content/ImageProduction.h"
+#include "document/Gallery.h"
+#include "template/CompoundTemplateSection.h"
+#include "template/ImageIterator.h"
+
+void CPagesGenerator::ProcessGallery(const QString& galleryFolder, CGallery& gallery)
+{
+    run.production.StartAsked();
+    for (const QString& directory : gallery.GetStyleDirectories()) {
+        CopyDirectoryTree(directory, JoinPath(run.targetFolder + galleryFolder, ExtractLastName(directory)));
+        if (run.stop.IsSet()) {
+            return;
+        }
+    }
+    subFolder = galleryFolder;
+    run.generator.SetOutputFolder(run.targetFolder + subFolder);
+}
+
+bool CPagesGenerator::ProcessPage(CCompoundTemplateSection& tree, CImageIterator& iterator, bool multipage)
+{
+    for (int32_t page = 0;; ++page) {
+        if (run.stop.IsSet()) {
+            return false;
+        }
+        iterator.SetPageIndex(page);
+        iterator.Reset();
+        tree.Bind(iterator, run.generator);
+        // Once more: Bind has moved the picture cursor, and the ids that it registered stay.
+        iterator.SetPageIndex(page);
+        run.production.BeginPage();
+        WritePage(tree, iterator, JoinPath(run.targetFolder + subFolder, iterator.GetPageFileName(page)));
+        run.production.EndPage();
+        // A page without picture slots would never see its last page.
+        if (!multipage || iterator.IsLastPage() || iterator.GetPicturesPerPage() <= 0) {
+            return true;
+        }
+    }
+}
+
+void CPagesGenerator::WritePage(CCompoundTemplateSection& tree, CImageIterator& iterator, const QString& path)
+{
+    const std::string page = tree.GenerateToString(iterator, run.generator);
+    const int error = ReplaceFile(path, QByteArray::fromStdString(page), Durability::Plain);
+    if (error == ENOSPC || error == EDQUOT || error == EIO) {
+        throw CWin32Exception(error, Text(StringId::FileNotWritten, path));
+    }
+    if (error != 0) {
+        throw CFileException(
+            path, {StringId::FileNotCreated, StringId::FileNameInvalid, StringId::CheckFolderAndFileName});
+    }
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+
+#include "content/GalleryTemplatesProcessor.h"
+
+class CContentGeneratorFolder;
+class CImageProduction;
+class CStopSignal;
+
+// Writes the pages of a walk, and copies the style folders of each gallery next to its pages. The images that
+// the pages ask for are left to the image production, gallery by gallery.
+class CPagesGenerator final : public CGalleryTemplatesProcessor {
+public:
+    // All are borrowed and outlive this object.
+    struct Run {
+        const QString& targetFolder;
+        CContentGeneratorFolder& generator;
+        CImageProduction& production;
+        const CStopSignal& stop;
+    };
+    explicit CPagesGenerator(const Run& run) : run(run) {}
+
+    // Throws CFileException if a page can't be opened, CWin32Exception if it can't be written.
+    bool ProcessPage(CCompoundTemplateSection& tree, CImageIterator& iterator, bool multipage) override;
+    // Throws CWin32Exception from copying.
+    void ProcessGallery(const QString& subFolder, CGallery& gallery) override;
+
+private:
+    void WritePage(CCompoundTemplateSection& tree, CImageIterator& iterator, const QString& path);
+
+    const Run run;
+    QString subFolder;
+};

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <thread>
+
+#include "common/StopSignal.h"
+#include "content/PageGeneration.h"
+#include "deploy/DeployMessages.h"
+#include "deploy/FTPUploadItemsFiller.h"
+#include "document/DeploySettings.h"
+
+class CGalleryProject;
+
+// The three texts of a failed deployment.
+struct DeployError {
+    QString description;
+    QString reason;
+    QString solution;
+};
+
+// A deployment: its choices, its generation thread and what came of it. Owned by the wizard or program that
+// started it. While the thread runs nobody else may change the project; the job turns its preview mode off
+// for that time.
+//
+// The results (error, upload map, warnings) are read after DEPLOY_GENERATED or WaitFinished.
+class CDeployJob final : private CGenerationProgress {
+public:
+    // project: borrowed, outlives the job.
+    explicit CDeployJob(CGalleryProject& project);
+    // Cancels and waits.
+    ~CDeployJob() override;
+    CDeployJob(const CDeployJob&) = delete;
+    CDeployJob& operator=(const CDeployJob&) = delete;
+
+    CDeploySettings settings;
+    // Empty for a deployment to a folder. If set, the site is generated there and listed for the upload.
+    QString temporaryFolder;
+
+    // Starts the thread: the site goes to the temporary folder if there is one, else to settings.folder.
+    // Progress is posted to the target as long as it exists. Not to be called while a generation runs.
+    void StartGeneration(std::weak_ptr<CDeployTarget> target);
+
+    // Sets the cancel flag alone. Safe in a signal handler.
+    void RequestCancel() { cancel.Set(); }
+    // Sets the cancel flag and returns when the thread has ended.
+    void Cancel();
+    void WaitFinished();
+
+    bool IsCancelled() const { return cancel.IsSet(); }
+    const std::optional<DeployError>& GetError() const { return error; }
+    const FTPUploadMap& GetUploadMap() const { return uploadMap; }
+    const GenerationResult& GetResult() const { return result; }
+
+    // Stores the choices in the project.
+    void StoreSettings();
+
+private:
+    void OnPageDone(int32_t donePages, int32_t totalPages) override;
+    void RunGeneration();
+    void Generate();
+
+    CGalleryProject& project;
+    CStopSignal cancel;
+    std::weak_ptr<CDeployTarget> target;
+    std::optional<DeployError> error;
+    FTPUploadMap uploadMap;
+    GenerationResult result;
+    std::thread thread;
+};

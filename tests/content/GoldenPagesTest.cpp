@@ -1,0 +1,72 @@
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <gtest/gtest.h>
+
+#include "common/FileSystem.h"
+#include "common/StopSignal.h"
+#include "content/PageGeneration.h"
+#include "support/ProjectFixture.h"
+
+// Whole published pages. A case is a folder of golden/: a project with a layout and a style of its own, and
+// the pages that must come of it in "expected". Its pictures are made by the test; the project finds them by
+// name.
+
+namespace {
+
+class CNoProgress final : public CGenerationProgress {
+public:
+    void OnPageDone(int32_t, int32_t) override {}
+};
+
+class GoldenPages : public testing::TestWithParam<const char*> {
+protected:
+    QString Golden() const
+    {
+        return QStringLiteral(GOLDEN_FOLDER "/%1").arg(QString::fromLatin1(GetParam()));
+    }
+
+    QString PreparedProject() const
+    {
+        const QString folder = fixture.scratch.Path(QStringLiteral("case"));
+        CopyDirectoryTree(Golden(), folder);
+        for (const char* name : {"a", "b", "c d", "e", "f", "g", "h"}) {
+            const QString file = QString::fromLatin1(name) + QStringLiteral(".png");
+            WriteFileAtomically(JoinPath(folder, file), ReadWholeFile(fixture.WritePicture(file)));
+        }
+        return JoinPath(folder, QStringLiteral("project.gallery"));
+    }
+
+    QStringList PagesIn(const QString& folder) const
+    {
+        QStringList pages;
+        QDirIterator files(folder, {QStringLiteral("*.html")}, QDir::Files, QDirIterator::Subdirectories);
+        while (files.hasNext()) {
+            pages += QDir(folder).relativeFilePath(files.next());
+        }
+        pages.sort();
+        return pages;
+    }
+
+    CProjectFixture fixture;
+};
+
+} // namespace
+
+TEST_P(GoldenPages, ComeOutByteForByte)
+{
+    CGalleryProject& project = fixture.LoadProject(PreparedProject());
+    project.SetPreviewMode(false);
+    const QString site = fixture.scratch.Path(QStringLiteral("site"));
+    CNoProgress progress;
+    GeneratePages(project, site, CStopSignal(), progress);
+
+    const QString expected = Golden() + QStringLiteral("/expected");
+    EXPECT_EQ(PagesIn(site), PagesIn(expected));
+    for (const QString& page : PagesIn(expected)) {
+        EXPECT_EQ(ReadWholeFile(JoinPath(site, page)), ReadWholeFile(JoinPath(expected, page)))
+            << qPrintable(page);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, GoldenPages, testing::Values("furniture", "navigation", "tree"));
