@@ -7,9 +7,7 @@ CXmlElement FindDefinition(CXmlDocument& document, const char* tag)
 {
     const std::vector<CXmlElement> found = document.FindAll(tag);
     if (found.empty()) {
-        throw CTemplateParsingException(Text(StringId::TemplateErrorCaption),
-                                        Text(StringId::TemplateElementNotFound, tag),
-                                        Text(StringId::TemplateErrorAdvice));
+        throw TemplateError(Text(StringId::TemplateElementNotFound, tag));
     }
     return found.front();
 }

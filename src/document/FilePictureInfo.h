@@ -29,6 +29,6 @@ private:
     int32_t angle;
 };
 
-// file_name, file_name_base and file_name_extension of a path, by a name without regard to case. False for any
-// other name.
+// file_name, file_name_base and file_name_extension of a path, by a name without regard to case. False for
+// any other name.
 bool GetFileProperty(const QString& path, const QString& name, CVariant& out);

@@ -117,9 +117,8 @@ std::vector<QString> CGallery::GetStyleDirectories()
 {
     std::vector<QString> directories;
     const auto addOnce = [&](const QString& directory) {
-        if (std::none_of(directories.begin(), directories.end(), [&](const QString& other) {
-                return EqualsIgnoreCase(directory, other);
-            })) {
+        if (std::none_of(directories.begin(), directories.end(),
+                         [&](const QString& other) { return EqualsIgnoreCase(directory, other); })) {
             directories.push_back(directory);
         }
     };
@@ -204,7 +203,7 @@ CGalleryPictureInfo* CGallery::AddChild(int32_t childIndex)
     if (CGalleryPictureInfo* listed = FindChildPicture(childIndex)) {
         return listed;
     }
-    CGallery* const child = manager.GetGallery(childIndex);
+    CGallery* const child = manager.FindGallery(childIndex);
     if (!child || IsAtOrAbove(*child, *this)) {
         return nullptr;
     }
@@ -266,8 +265,8 @@ QString CGallery::GetCoverPath()
 {
     if (!isCoverMade) {
         const QString fileName = ExtractLastName(GetCoverName());
-        manager.GetTempFolder().ExtractResource(QStringLiteral("new_gallery"), QStringLiteral("png"), fileName,
-                                                true);
+        manager.GetTempFolder().ExtractResource(QStringLiteral("new_gallery"), QStringLiteral("png"),
+                                                fileName, true);
         isCoverMade = true;
     }
     return coverPath;
@@ -341,7 +340,8 @@ void CGallery::SetObjectVariable(const QString& object, const QString& name, con
     variables.SetObjectVariable(object, name, value);
 }
 
-bool CGallery::GetPageVariable(const QString& pageName, int32_t pageNumber, const QString& name, CVariant& out)
+bool CGallery::GetPageVariable(const QString& pageName, int32_t pageNumber, const QString& name,
+                               CVariant& out)
 {
     return variables.GetPageVariable({pageName, pageNumber}, name, out);
 }

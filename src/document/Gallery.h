@@ -17,9 +17,9 @@
 
 class CGalleryPictureInfo;
 
-// One gallery of a project: its pictures and child galleries in one order, its layout and style, its variables,
-// stamps and cover. Owned by the project, which outlives it and is seen through CGalleryManager. Used by the
-// main thread, or by the one thread that generates pages while nobody changes the document.
+// One gallery of a project: its pictures and child galleries in one order, its layout and style, its
+// variables, stamps and cover. Owned by the project, which outlives it and is seen through CGalleryManager.
+// Used by the main thread, or by the one thread that generates pages while nobody changes the document.
 class CGallery {
 public:
     // One set of stamps for each class of picture size: small, middle, large.
@@ -40,17 +40,18 @@ public:
 
     // --- Layout and pages.
 
-    // A layout by its key, else by its file name, else the first; see CGalleryCatalogue::ChooseTemplate. The page
-    // number is scaled so that the picture on screen stays there. Throws what GetPicturesPerPage throws for
-    // the new page, and CTemplateParsingException for a first page without extension; then nothing has changed.
+    // A layout by its key, else by its file name, else the first; see CGalleryCatalogue::ChooseTemplate. The
+    // page number is scaled so that the picture on screen stays there. Throws what GetPicturesPerPage throws
+    // for the new page, and CTemplateParsingException for a first page without extension; then nothing has
+    // changed.
     void SetTemplate(const QString& path);
     void SetStyle(const QString& path) { layout.SetStyle(path); }
     // False if it is the page already. Throws CTemplateParsingException for a name without ".".
     bool SetTemplatePage(const QString& name) { return layout.SetTemplatePage(name); }
     // The first layout that has a multipage page, if there is one.
     void SelectMultipageTemplate();
-    // How many pictures one output page takes, counted once for each layout page. 0 for a page without pictures
-    // and for one that can't be parsed. Throws CFileException for a page file that can't be opened.
+    // How many pictures one output page takes, counted once for each layout page. 0 for a page without
+    // pictures and for one that can't be parsed. Throws CFileException for a page file that can't be opened.
     int32_t GetPicturesPerPage(CGalleryTemplate& layoutTemplate, const QString& page);
     // Goes to the page that shows the picture; to the first one if a page shows no pictures.
     void SetCurrentPicture(int32_t position);
@@ -94,8 +95,8 @@ public:
     QString GetCoverPath();
     // The same path, with no file made.
     QString GetCoverName();
-    // To be called behind every change of the content, with the lowest position touched: chooses the cover anew
-    // and tells the parent if its path has changed.
+    // To be called behind every change of the content, with the lowest position touched: chooses the cover
+    // anew and tells the parent if its path has changed.
     void UpdateCover(int32_t changedPosition);
     // The cover of a child has moved from oldPath to its present path.
     void OnChildCoverChanged(const QString& oldPath);
@@ -148,7 +149,8 @@ private:
     CPageVisibility visibility;
     CGalleryVariables variables;
     CPictureList pictures;
-    std::map<int32_t, CGalleryPictureInfo*> childPictures; // by index; each is an entry of pictures, its owner
+    std::map<int32_t, CGalleryPictureInfo*>
+        childPictures; // by index; each is an entry of pictures, its owner
     std::set<int32_t> parentIndexes;
     QString coverPath; // empty until first asked for
     bool isCoverMade = false;

@@ -29,9 +29,8 @@ typename Map::iterator Choose(Map& map, const QString& path)
     }
     // Keys are lower-cased.
     const QString fileName = Lower(ExtractLastName(path));
-    const auto moved = std::find_if(map.begin(), map.end(), [&](const auto& entry) {
-        return ExtractLastName(entry.first) == fileName;
-    });
+    const auto moved = std::find_if(
+        map.begin(), map.end(), [&](const auto& entry) { return ExtractLastName(entry.first) == fileName; });
     return moved != map.end() ? moved : map.begin();
 }
 
@@ -99,7 +98,7 @@ CGalleryCatalogue::Styles::iterator CGalleryCatalogue::ChooseStyle(const QString
 
 CGalleryCatalogue::Styles::iterator CGalleryCatalogue::ChooseDefaultStyle()
 {
-    const auto marked = std::find_if(styles.begin(), styles.end(),
-                                     [](const auto& entry) { return entry.second.isDefault; });
+    const auto marked =
+        std::find_if(styles.begin(), styles.end(), [](const auto& entry) { return entry.second.isDefault; });
     return marked != styles.end() ? marked : styles.begin();
 }

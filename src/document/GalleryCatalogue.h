@@ -8,8 +8,8 @@
 #include "document/GalleryTemplate.h"
 
 // The layouts and styles that a project can choose from. Keys are lower-cased full paths of definition files,
-// so two files of one name in two folders lie side by side. Owned by the project; its galleries keep positions
-// in the two maps.
+// so two files of one name in two folders lie side by side. Owned by the project; its galleries keep
+// positions in the two maps.
 class CGalleryCatalogue {
 public:
     using Templates = std::map<QString, CGalleryTemplate>;

@@ -7,8 +7,8 @@
 
 class CGallery;
 
-// The iterator over a gallery: cuts its pictures into pages by the number of picture sections that a page has.
-// Made for one pass over one page: construct, Init, Reset, bind the page, SetPageIndex, generate.
+// The iterator over a gallery: cuts its pictures into pages by the number of picture sections that a page
+// has. Made for one pass over one page: construct, Init, Reset, bind the page, SetPageIndex, generate.
 class CGalleryIterator final : public CImageIterator {
 public:
     // To be called once, first. The gallery is borrowed. With no names given the gallery's current page and
@@ -38,8 +38,8 @@ public:
 
     // The position in the gallery that a bound id points at from the current page; may lie outside it.
     int32_t GetPictureIndex(int32_t offset, int32_t modulo);
-    // False for an index outside the gallery and for a name that the picture does not know. A name "#PAGE" puts
-    // the URL of that page with the picture into out, and the answer is false all the same.
+    // False for an index outside the gallery and for a name that the picture does not know. A name "#PAGE"
+    // puts the URL of that page with the picture into out, and the answer is false all the same.
     bool GetPictureProperty(int32_t index, const QString& name, CVariant& out);
     // The position of a bound id, -1 for an id that is not bound or points outside the gallery.
     int32_t FindPictureIndex(const QString& id);

@@ -62,9 +62,7 @@ bool CGalleryLayout::SetTemplatePage(const QString& name)
     }
     const qsizetype dot = name.indexOf(QLatin1Char('.'));
     if (dot < 0) {
-        throw CTemplateParsingException(Text(StringId::TemplateErrorCaption),
-                                        Text(StringId::InvalidPageFileName, name),
-                                        Text(StringId::TemplateErrorAdvice));
+        throw TemplateError(Text(StringId::InvalidPageFileName, name));
     }
     pageBaseName = name.left(dot);
     pageExtension = name.mid(dot);

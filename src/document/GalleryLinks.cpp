@@ -62,8 +62,7 @@ QString GetParentUrl(CGallery& gallery)
     }
     url += parent->GetLayout().GetPageBaseName();
     // Odd on purpose: the position in the parent's pictures, not the number of a page.
-    const int32_t position =
-        parent->GetPictures().FindPosition(parent->FindChildPicture(gallery.GetIndex()));
+    const int32_t position = parent->GetPictures().FindPosition(parent->FindChildPicture(gallery.GetIndex()));
     if (position > 0) {
         url += QString::number(position);
     }
@@ -107,10 +106,10 @@ bool GetPageUrl(CGallery& gallery, const PictureLink& link, QString& url)
     }
     const int32_t perPage = gallery.GetPicturesPerPage(*layoutTemplate, link.pageName);
     // The number stands there for page 0 as well; only the very first picture goes without.
-    url = perPage == 0 ? QString()
-                       : JoinPageName({.base = page->base,
-                                       .number = link.position / perPage,
-                                       .extension = page->extension});
+    url = perPage == 0
+              ? QString()
+              : JoinPageName(
+                    {.base = page->base, .number = link.position / perPage, .extension = page->extension});
     return true;
 }
 

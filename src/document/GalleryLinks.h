@@ -7,10 +7,12 @@
 class CGallery;
 class CGalleryManager;
 
-// Links between the pages of a site. The site is flat: the root gallery's pages lie at the top, those of every
-// other gallery in a folder that is named by its index. All URLs are relative to the gallery's own folder.
+// Links between the pages of a site. The site is flat: the root gallery's pages lie at the top, those of
+// every other gallery in a folder that is named by its index. All URLs are relative to the gallery's own
+// folder.
 
-// From a page of this gallery to the page of its parent that lists it; to the gallery's own page for the root.
+// From a page of this gallery to the page of its parent that lists it; to the gallery's own page for the
+// root.
 QString GetParentUrl(CGallery& gallery);
 
 // The breadcrumb: a link for each gallery above, from the root down. Empty for the root.
@@ -21,8 +23,8 @@ struct PictureLink {
     QString pageName; // file name of a page of its layout
 };
 
-// The page that shows the picture, or the child gallery that stands there. False if the layout has no such page
-// or its name can't be split; an empty URL for a page without pictures. Throws what
+// The page that shows the picture, or the child gallery that stands there. False if the layout has no such
+// page or its name can't be split; an empty URL for a page without pictures. Throws what
 // CGallery::GetPicturesPerPage throws.
 bool GetPageUrl(CGallery& gallery, const PictureLink& link, QString& url);
 

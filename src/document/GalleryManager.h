@@ -30,6 +30,8 @@ public:
     virtual CGallery* GetParentGallery(int32_t index) = 0;
     virtual ~CGalleryManager() = default;
 
+    // The same as GetGallery for an index that may name no gallery: no entry is made.
+    virtual CGallery* FindGallery(int32_t index) const = 0;
     // With a trailing separator.
     virtual QString GetProgramFolder() = 0;
     virtual CTempFolder& GetTempFolder() = 0;

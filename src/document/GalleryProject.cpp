@@ -132,10 +132,11 @@ void CGalleryProject::ReadDocument(CXmlDocument& document)
 
 void CGalleryProject::ReadFolders(CXmlDocument& document)
 {
+    const uint32_t maxCount = settings.GetDWord(QStringLiteral("RecentFoldersCount"));
     for (const CXmlElement& folder : document.FindAll("folder")) {
         const QString path = GetAttributeText(folder, "path").GetString();
         if (!path.isEmpty()) {
-            AddFolder(path);
+            recentFolders.Add(path, maxCount);
         }
     }
     if (const CXmlElement folders = document.GetRoot().FindChild("project_folders")) {

@@ -16,8 +16,8 @@
 #include "document/RecentFolders.h"
 
 // The document: one project, a tree of galleries, with the layouts and styles that they choose from. Owned by
-// the program's frame for as long as it runs. Main thread, or the one thread that generates pages while nobody
-// changes the document.
+// the program's frame for as long as it runs. Main thread, or the one thread that generates pages while
+// nobody changes the document.
 //
 // After a failed Load or New the project holds no gallery and IsLoaded is false: GetCurrentGallery and
 // GetRootGallery are null until another Load or New succeeds.
@@ -30,8 +30,8 @@ public:
 
     // --- Files.
 
-    // Loads the file, or makes a new project and saves it there if there is no such file. Throws what Load, New
-    // and Save throw.
+    // Loads the file, or makes a new project and saves it there if there is no such file. Throws what Load,
+    // New and Save throw.
     void Open(const QString& path);
     // Throws CWin32Exception if the system names no pictures folder, and what bad definitions throw.
     void New();
@@ -55,12 +55,10 @@ public:
     int32_t GetCurrentGalleryIndex() const { return currentGalleryIndex; }
     CGallery* GetCurrentGallery() const { return FindGallery(currentGalleryIndex); }
     CGallery* GetRootGallery() const { return FindGallery(rootGalleryIndex); }
-    // Null for an index that names no gallery.
-    CGallery* FindGallery(int32_t index) const;
     // -1: a child of the current gallery. Returns the new index, or -1 if there is no such parent.
     int32_t AddChildGallery(int32_t parentIndex);
-    // Puts a new gallery, which becomes the current one, between the gallery and its parent. Returns its index,
-    // or -1 if there is no such gallery. Throws what CGallery::SetTemplate throws.
+    // Puts a new gallery, which becomes the current one, between the gallery and its parent. Returns its
+    // index, or -1 if there is no such gallery. Throws what CGallery::SetTemplate throws.
     int32_t AddParentGallery(int32_t index);
 
     // --- Folders, catalogue, settings.
@@ -88,6 +86,7 @@ public:
     int32_t GetGalleryIndex(const CGallery* gallery) override;
     int32_t GetRootGalleryIndex() override { return rootGalleryIndex; }
     CGallery* GetParentGallery(int32_t index) override;
+    CGallery* FindGallery(int32_t index) const override;
     QString GetProgramFolder() override { return environment.programFolder; }
     CTempFolder& GetTempFolder() override { return *environment.tempFolder; }
     QString GetBannerServer() override;

@@ -6,8 +6,8 @@
 
 class CGalleryProject;
 
-// Base of everything that shows the document: the three views. A view performs the changes that are its own in
-// UpdateProject and passes every hint on to this base, which tells the other views. Main thread only.
+// Base of everything that shows the document: the three views. A view performs the changes that are its own
+// in UpdateProject and passes every hint on to this base, which tells the other views. Main thread only.
 class CGalleryProjectConsumer {
 public:
     virtual ~CGalleryProjectConsumer() = default;

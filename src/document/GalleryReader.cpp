@@ -36,7 +36,7 @@ void ReadStyle(CGallery& gallery, const CXmlElement& element)
 void ReadChild(CGallery& gallery, int32_t childIndex)
 {
     CGalleryManager& manager = gallery.GetManager();
-    const CGallery* const child = manager.GetGallery(childIndex);
+    const CGallery* const child = manager.FindGallery(childIndex);
     if (child && child->GetParentIndexes().empty() && childIndex != manager.GetRootGalleryIndex()) {
         gallery.AddChild(childIndex);
     }

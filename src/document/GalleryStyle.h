@@ -5,8 +5,8 @@
 // A style: how the pages of a layout look. A plain record, read from its definition file once.
 struct CGalleryStyle {
     CGalleryStyle() = default;
-    // Throws CUnexpectedException for a file that is not well-formed, CTemplateParsingException for one without
-    // the element "style".
+    // Throws CUnexpectedException for a file that is not well-formed, CTemplateParsingException for one
+    // without the element "style".
     explicit CGalleryStyle(const QString& definitionPath);
 
     QString css;       // file name of the style sheet

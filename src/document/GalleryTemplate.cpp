@@ -52,8 +52,8 @@ bool CGalleryTemplate::HasPage(const QString& file) const
 
 const CGalleryTemplatePage& CGalleryTemplate::GetPage(const QString& file) const
 {
-    const auto page =
-        std::find_if(pages.begin(), pages.end(), [&](const auto& candidate) { return candidate.file == file; });
+    const auto page = std::find_if(pages.begin(), pages.end(),
+                                   [&](const auto& candidate) { return candidate.file == file; });
     if (page != pages.end()) {
         return *page;
     }

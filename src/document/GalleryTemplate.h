@@ -16,12 +16,12 @@ struct CGalleryTemplatePage {
     bool addAtFront = false;     // where pictures go that are added while the page is shown
 };
 
-// A layout: which page files a gallery has. Read from its definition file once, owned by the catalogue, used on
-// the thread that works on the document.
+// A layout: which page files a gallery has. Read from its definition file once, owned by the catalogue, used
+// on the thread that works on the document.
 class CGalleryTemplate {
 public:
-    // Throws CUnexpectedException for a file that is not well-formed, CTemplateParsingException for one without
-    // the element "template".
+    // Throws CUnexpectedException for a file that is not well-formed, CTemplateParsingException for one
+    // without the element "template".
     explicit CGalleryTemplate(const QString& definitionPath);
     virtual ~CGalleryTemplate() = default;
     CGalleryTemplate(const CGalleryTemplate&) = delete;

@@ -13,7 +13,7 @@ bool IsAtOrAbove(const CGallery& candidate, const CGallery& gallery)
             return true;
         }
         for (const int32_t parentIndex : next->GetParentIndexes()) {
-            const CGallery* const parent = next->GetManager().GetGallery(parentIndex);
+            const CGallery* const parent = next->GetManager().FindGallery(parentIndex);
             if (parent && seen.insert(parent).second) {
                 open.push_back(parent);
             }

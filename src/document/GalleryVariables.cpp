@@ -55,8 +55,7 @@ bool CGalleryVariables::GetObjectVariable(const QString& object, const QString& 
         return true;
     }
     if (lowered == QStringLiteral("advertisement")) {
-        out = CVariant(
-            advertisements[layout.GetTemplatePage()].try_emplace(name, EmptyText()).first->second);
+        out = CVariant(advertisements[layout.GetTemplatePage()].try_emplace(name, EmptyText()).first->second);
         return true;
     }
     return lowered == QStringLiteral("content") && gallery.GetPictures().GetVariable(name, out);

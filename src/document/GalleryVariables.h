@@ -10,9 +10,9 @@
 
 class CGallery;
 
-// What the markup of a layout can ask a gallery for by object and name: the variables of the gallery and of its
-// pages, the advertisements, and the values that follow from layout, style and place in the tree. Owned by its
-// gallery.
+// What the markup of a layout can ask a gallery for by object and name: the variables of the gallery and of
+// its pages, the advertisements, and the values that follow from layout, style and place in the tree. Owned
+// by its gallery.
 class CGalleryVariables {
 public:
     // Base name of a layout page, number of the output page.

@@ -7,8 +7,8 @@
 
 #include "document/PictureInfo.h"
 
-// The records of a gallery or of a folder, in display order and by lower-cased path, with the earliest and the
-// latest date of its files. Owns the records. One thread at a time.
+// The records of a gallery or of a folder, in display order and by lower-cased path, with the earliest and
+// the latest date of its files. Owns the records. One thread at a time.
 class CPictureList {
 public:
     enum class Order { ByUser, ByDate };

@@ -36,8 +36,8 @@ enum class UpdateHint : int32_t {
 // What a change is about: nothing, an index, a link, or picture positions in ascending order.
 using UpdateParameter = std::variant<std::monostate, int32_t, QString, std::vector<int32_t>>;
 
-// Which views take notice of a hint. The galleries view and the pages view go by one bit each, the folder view
-// by a list of hints.
+// Which views take notice of a hint. The galleries view and the pages view go by one bit each, the folder
+// view by a list of hints.
 bool ConcernsGalleriesView(UpdateHint hint);
 bool ConcernsPagesView(UpdateHint hint);
 bool ConcernsFolderView(UpdateHint hint);

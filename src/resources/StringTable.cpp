@@ -88,6 +88,8 @@ const char* FindText(StringId id)
         return "Could not convert page index to string";
     case StringId::ValueNotConverted:
         return "A value could not be converted to text.";
+    case StringId::PicturesFolderNotFound:
+        return "The system names no folder for your pictures.";
 
     case StringId::FileNotWritten:
         return "Could not write file %s.";

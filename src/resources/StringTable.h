@@ -49,6 +49,7 @@ enum class StringId : int {
     BufferInsufficient,
     PageIndexNotConverted,
     ValueNotConverted,
+    PicturesFolderNotFound,
 
     // Files.
     FileNotWritten = 20200,
