@@ -27,7 +27,7 @@ struct PictureAttributes {
     std::string height;
     std::string width;
     bool hasImageReference = false;
-    std::optional<std::string> alt; // nothing if the element has no such attribute
+    std::optional<std::string> alt = std::nullopt; // nothing if the element has no such attribute
 };
 
 struct NavigationTableAttributes {

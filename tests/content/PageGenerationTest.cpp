@@ -143,9 +143,9 @@ TEST_F(PageGeneration, EveryGalleryLiesDirectlyBelowTheTarget)
     expected += QStringLiteral("%1/pictures/02020.png").arg(grandchild);
     expected += QStringLiteral("%1/pictures/12020.png").arg(grandchild);
     // A child is shown in its parent by its cover.
-    expected += QStringLiteral("pictures/vsm%12020.png").arg(child);
-    expected += QStringLiteral("pictures/vsm%12020.png").arg(second);
-    expected += QStringLiteral("%1/pictures/vsm%22020.png").arg(child).arg(grandchild);
+    expected += QStringLiteral("pictures/vsm%1").arg(child) + QStringLiteral("2020.png");
+    expected += QStringLiteral("pictures/vsm%1").arg(second) + QStringLiteral("2020.png");
+    expected += QStringLiteral("%1/pictures/vsm%2").arg(child).arg(grandchild) + QStringLiteral("2020.png");
     expected.sort();
     EXPECT_EQ(SiteFiles(), expected);
 }

@@ -13,8 +13,11 @@ public:
     bool showsHooks = false;
     std::vector<ImageRequest> requests;
 
-    using CContentGeneratorBase::GetImageFolder;
     using CContentGeneratorBase::GetImageUrl;
+    QString GetImageFolder(const QString& sourcePath) override
+    {
+        return imageFolder.isEmpty() ? CContentGeneratorBase::GetImageFolder(sourcePath) : imageFolder;
+    }
 
 protected:
     void WriteAdvertisementBody(const QString& text, std::ostream& out) override
@@ -22,10 +25,6 @@ protected:
         out << "[ad " << text.toStdString() << ']';
     }
     void WriteCurrentUrl(CImageIterator&, std::ostream& out) override { out << "HERE"; }
-    QString GetImageFolder(const QString& sourcePath) override
-    {
-        return imageFolder.isEmpty() ? CContentGeneratorBase::GetImageFolder(sourcePath) : imageFolder;
-    }
     void ProduceImage(const ImageRequest& request) override
     {
         requests.push_back(request);
