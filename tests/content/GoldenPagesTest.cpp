@@ -55,7 +55,7 @@ protected:
 
 TEST_P(GoldenPages, ComeOutByteForByte)
 {
-    CGalleryProject& project = fixture.LoadProject(PreparedProject());
+    CGalleryProject& project = fixture.OpenProject(PreparedProject());
     project.SetPreviewMode(false);
     const QString site = fixture.scratch.Path(QStringLiteral("site"));
     CNoProgress progress;

@@ -72,10 +72,10 @@ CGalleryProject& CProjectFixture::NewProject()
     return *project;
 }
 
-CGalleryProject& CProjectFixture::LoadProject(const QString& path)
+CGalleryProject& CProjectFixture::OpenProject(const QString& path)
 {
     project = std::make_unique<CGalleryProject>(GetEnvironment());
-    project->Load(path);
+    project->Open(path);
     return *project;
 }
 

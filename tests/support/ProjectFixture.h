@@ -33,7 +33,7 @@ public:
     // A new project over what has been written so far; gallery 0 is its root, with the page of its layout
     // set.
     CGalleryProject& NewProject();
-    CGalleryProject& LoadProject(const QString& path);
+    CGalleryProject& OpenProject(const QString& path);
     CGalleryProject& GetProject() { return *project; }
     CGallery& GetRoot();
 
