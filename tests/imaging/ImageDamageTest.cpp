@@ -134,8 +134,7 @@ TEST(ImageDamage, OddButHarmlessFilesAreWhole)
     } rows[] = {
         {"padding before the end mark", withoutEnd + QByteArray(64, '\0') + "\xff\xd9"},
         {"data behind the end mark", whole + QByteArray(5000, 'x')},
-        {"bytes between two segments",
-         QByteArray(whole).insert(whole.indexOf("\xff\xdb"), QByteArray(5, '\0'))},
+        {"bytes between two segments", WithSegment(whole, 0xfe, "x").insert(7, QByteArray(5, '\0'))},
         {"no end mark", withoutEnd},
         {"fill bytes before a mark", whole.left(2) + QByteArray(7, '\xff') + whole.mid(2)},
         {"an empty comment", WithSegment(whole, 0xfe, {})},

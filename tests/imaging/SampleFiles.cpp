@@ -200,7 +200,8 @@ QByteArray JpegOf(QSize size, const Painter& painter, const JpegOptions& options
     const vips::VImage picture = vips::VImage::new_from_file(qPrintable(path)).flatten();
     VipsBlob* blob =
         picture.jpegsave_buffer(vips::VImage::option()
-                                    ->set("Q", options.quality)->set("strip", true)
+                                    ->set("Q", options.quality)
+                                    ->set("strip", true)
                                     ->set("interlace", options.progressive)
                                     ->set("subsample_mode", options.subsampled ? VIPS_FOREIGN_SUBSAMPLE_ON
                                                                                : VIPS_FOREIGN_SUBSAMPLE_OFF));
