@@ -101,3 +101,24 @@ TEST(ImageColour, CmykBecomesRgb)
     EXPECT_GT(sea[2], 180);
     EXPECT_LT(ink[0] + ink[1] + ink[2], 3 * 70);
 }
+
+TEST(ImageColour, CmykWithAProfileIsConvertedByIt)
+{
+    // Soft colours, which ink can print: there and back again they stay nearly what they were.
+    const Painter soft = [](int x, int y) {
+        return Colour{110 + x / 2, 120 + y / 2, 150 - x / 4, 255};
+    };
+    const CScratchFolder folder;
+    const QString plain = folder.Path(QStringLiteral("plain.png"));
+    ASSERT_EQ(CImage::FromRgba(sampleSize, Paint(sampleSize, soft))
+                  .Save(plain, {.format = ImageEncoding::Format::Png})
+                  .status,
+              ImageSaveResult::Status::Saved);
+    const QString path = folder.Path(QStringLiteral("cmyk.jpg"));
+    vips::VImage::new_from_file(qPrintable(plain))
+        .flatten()
+        .icc_transform("cmyk", vips::VImage::option()->set("input_profile", "srgb"))
+        .jpegsave(qPrintable(path), vips::VImage::option()->set("Q", 100));
+    ASSERT_TRUE(folder.Read(QStringLiteral("cmyk.jpg")).contains("ICC_PROFILE"));
+    EXPECT_LT(MeanError(CImage::FromFile(path).GetRgba(), Paint(sampleSize, soft)), 3.0);
+}

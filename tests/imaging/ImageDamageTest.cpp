@@ -187,3 +187,29 @@ TEST(ImageDamage, IsInheritedByWhatIsDerived)
     EXPECT_EQ(derived.GetCondition().state, State::InPart);
     EXPECT_EQ(image.GetCondition().state, State::InPart);
 }
+
+TEST(ImageDamage, OfAnyKindNeverEndsTheProgram)
+{
+    const QSize size(40, 30);
+    const QByteArray jpeg = JpegOf(size, Detail);
+    const QByteArray progressive = JpegOf(size, Detail, {.progressive = true});
+    uint32_t random = 12345;
+    const auto next = [&random](uint32_t limit) {
+        random = random * 1664525u + 1013904223u;
+        return static_cast<qsizetype>((random >> 8) % limit);
+    };
+    const CScratchFolder folder;
+    for (const QByteArray& whole : {jpeg, progressive, BmpOf(size, Detail), PcxOf(size, Detail)}) {
+        for (int round = 0; round < 30; ++round) {
+            QByteArray damaged = whole;
+            for (int i = 0; i <= round % 6; ++i) {
+                // Headers are hit as often as pixels.
+                const auto reach = static_cast<uint32_t>(i % 2 == 0 ? damaged.size() : qsizetype(200));
+                damaged[next(reach)] = static_cast<char>(next(256));
+            }
+            const CImage image = Opened(folder, damaged);
+            const QByteArray rgba = image.Resampled({9, 7}).GetRgba();
+            EXPECT_TRUE(rgba.size() == 9 * 7 * 4 || image.GetCondition().state == State::NotDecodable);
+        }
+    }
+}
