@@ -218,7 +218,7 @@ TEST(ImageResample, TheDecodersScaleKeepsTheQuality)
     const QSize full(1203, 907);
     for (const bool subsampled : {false, true}) {
         const QString path = folder.Write(QStringLiteral("detail.jpg"),
-                                          JpegOf(full, Detail, {.quality = 92, .subsampled = subsampled}));
+                                          JpegOf(full, Grain, {.quality = 92, .subsampled = subsampled}));
         const CImage decoded = CImage::FromRgba(full, CImage::FromFile(path).GetRgba());
         for (const int width : {601, 481, 300, 241, 240, 150, 121, 120, 61, 60, 31}) {
             const QSize size(width, width * 907 / 1203);

@@ -190,6 +190,19 @@ Colour Detail(int x, int y)
     return {ToByte(value), ToByte(value * 0.9 + (x / 40 % 2) * 20), ToByte(255 - value), 255};
 }
 
+Colour Grain(int x, int y)
+{
+    uint32_t hash = static_cast<uint32_t>(x) * 73856093u ^ static_cast<uint32_t>(y) * 19349663u;
+    hash = (hash ^ hash >> 13) * 0x5bd1e995u;
+    hash ^= hash >> 15;
+    const int noise = static_cast<int>(hash & 0xff) * 120 / 255 - 60;
+    Colour colour = Detail(x, y);
+    for (int c = 0; c < 3; ++c) {
+        colour[c] = std::clamp(colour[c] + noise, 0, 255);
+    }
+    return colour;
+}
+
 QByteArray JpegOf(QSize size, const Painter& painter, const JpegOptions& options)
 {
     const CScratchFolder folder;

@@ -30,6 +30,8 @@ double Psnr(const QByteArray& a, const QByteArray& b);
 Colour Waves(int x, int y);
 // Detail of all sizes and directions, with hard edges.
 Colour Detail(int x, int y);
+// The same under strong noise, harder to reduce well than any photograph.
+Colour Grain(int x, int y);
 
 struct JpegOptions {
     int quality = 95;
