@@ -1,0 +1,127 @@
+#include "template/ContentGeneratorStringConverter.h"
+
+#include <cmath>
+#include <limits>
+
+#include <QLocale>
+
+#include "common/Exceptions.h"
+#include "template/ImageIterator.h"
+
+namespace {
+
+QString Converted(const CVariant& value)
+{
+    CContentGeneratorStringConverter generator;
+    return generator.VariantToString(value);
+}
+
+QString ShortDate(int year, int month, int day)
+{
+    return QLocale::system().toString(QDate(year, month, day), QLocale::ShortFormat);
+}
+
+} // namespace
+
+TEST(ContentGeneratorStringConverter, IntegersArePlainDecimals)
+{
+    EXPECT_EQ(Converted(0), QStringLiteral("0"));
+    EXPECT_EQ(Converted(1234567), QStringLiteral("1234567"));
+    EXPECT_EQ(Converted(-2147483647 - 1), QStringLiteral("-2147483648"));
+    EXPECT_EQ(Converted(2147483647), QStringLiteral("2147483647"));
+}
+
+TEST(ContentGeneratorStringConverter, RealsHaveNoGroupSeparators)
+{
+    const struct {
+        double number;
+        const char* expected;
+    } rows[] = {
+        {0.0, "0"},       {1234567.5, "1234567.5"},
+        {-0.25, "-0.25"}, {0.1 + 0.2, "0.3"},
+        {3.0, "3"},       {123456789012345.0, "123456789012345"},
+        {1e20, "1e+20"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(Converted(CVariant::Real(row.number)), QString::fromLatin1(row.expected));
+    }
+}
+
+TEST(ContentGeneratorStringConverter, ADateDropsItsTimeOfDayByRoundingDown)
+{
+    const struct {
+        double date;
+        int year, month, day;
+    } rows[] = {
+        {0.0, 1899, 12, 30},      {0.99, 1899, 12, 30},   {1.0, 1899, 12, 31},    {-0.25, 1899, 12, 29},
+        {-1.0, 1899, 12, 29},     {-1.5, 1899, 12, 28},   {39448.75, 2008, 1, 1}, {45351.0, 2024, 2, 29},
+        {45351.999, 2024, 2, 29}, {-36521.5, 1800, 1, 1},
+    };
+    for (const auto& row : rows) {
+        const QString expected = ShortDate(row.year, row.month, row.day);
+        EXPECT_EQ(Converted(CVariant::Date(row.date)), expected) << row.date;
+        EXPECT_TRUE(expected.contains(QString::number(row.year % 100)));
+    }
+}
+
+TEST(ContentGeneratorStringConverter, StringsStayAsTheyAreAndNothingIsEmpty)
+{
+    EXPECT_EQ(Converted(QStringLiteral(" a<b>\u00fc ")), QStringLiteral(" a<b>\u00fc "));
+    EXPECT_EQ(Converted(QString()), QString());
+    EXPECT_EQ(Converted(CVariant()), QString());
+}
+
+TEST(ContentGeneratorStringConverter, AValueWithoutATextThrows)
+{
+    const double infinity = std::numeric_limits<double>::infinity();
+    for (const double number : {std::nan(""), infinity, -infinity}) {
+        EXPECT_THROW(Converted(CVariant::Real(number)), CUnexpectedException);
+        EXPECT_THROW(Converted(CVariant::Date(number)), CUnexpectedException);
+    }
+    EXPECT_THROW(Converted(CVariant::Date(1e300)), CUnexpectedException);
+    EXPECT_THROW(Converted(CVariant::Date(-1e12)), CUnexpectedException);
+}
+
+TEST(SizeClass, FollowsTheLongerSide)
+{
+    const struct {
+        int32_t width, height;
+        int expected;
+    } rows[] = {
+        {199, 199, 0}, {199, 200, 1}, {200, 199, 1}, {199, 599, 1}, {599, 599, 1},
+        {199, 700, 2}, {600, 1, 2},   {0, 0, 0},     {-5, -5, 0},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(GetSizeClass(row.width, row.height), row.expected) << row.width << ' ' << row.height;
+    }
+}
+
+TEST(Variant, KnowsItsTypeAndAnswersNeutrallyForOthers)
+{
+    EXPECT_TRUE(CVariant().IsEmpty());
+    EXPECT_EQ(CVariant().GetType(), CVariant::Type::Empty);
+    EXPECT_EQ(CVariant(5).GetType(), CVariant::Type::Integer);
+    EXPECT_EQ(CVariant::Real(5).GetType(), CVariant::Type::Real);
+    EXPECT_EQ(CVariant::Date(5).GetType(), CVariant::Type::Date);
+    EXPECT_EQ(CVariant(QStringLiteral("5")).GetType(), CVariant::Type::String);
+    EXPECT_FALSE(CVariant(QString()).IsEmpty()); // a string without text is a value
+    EXPECT_EQ(CVariant(5).GetInteger(), 5);
+    EXPECT_EQ(CVariant::Date(5.5).GetNumber(), 5.5);
+    EXPECT_EQ(CVariant(5).GetString(), QString());
+    EXPECT_EQ(CVariant(5).GetNumber(), 0.0);
+    EXPECT_EQ(CVariant(QStringLiteral("5")).GetInteger(), 0);
+    EXPECT_FALSE(CVariant::Real(5) == CVariant::Date(5));
+}
+
+TEST(VariableMap, TakesNamesWithoutRegardToCase)
+{
+    CVariableMap variables;
+    variables.Set(QStringLiteral("Title"), 1);
+    CVariant value = QStringLiteral("untouched");
+    EXPECT_FALSE(variables.Get(QStringLiteral("other"), value));
+    EXPECT_EQ(value.GetString(), QStringLiteral("untouched"));
+    EXPECT_TRUE(variables.Get(QStringLiteral("TITLE"), value));
+    EXPECT_EQ(value.GetInteger(), 1);
+    variables.Set(QStringLiteral("tITLE"), 2);
+    EXPECT_EQ(variables.GetEntries().size(), 1u);
+}
