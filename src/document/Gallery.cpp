@@ -179,8 +179,7 @@ void CGallery::RotatePicture(int32_t position, bool clockwise)
         return;
     }
     constexpr int32_t fullTurn = 4;
-    const int32_t turned = (record->GetAngle() + (clockwise ? 1 : -1)) % fullTurn;
-    record->SetAngle(turned < 0 ? turned + fullTurn : turned);
+    record->SetAngle((record->GetAngle() + (clockwise ? 1 : fullTurn - 1)) % fullTurn);
     UpdateCover(position);
 }
 

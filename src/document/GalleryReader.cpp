@@ -17,6 +17,13 @@ bool HasAttribute(const CXmlElement& element, const char* name)
     return !GetAttributeText(element, name).IsEmpty();
 }
 
+// 0 to 3, whatever a file says: the rest of the program relies on it.
+int32_t QuarterTurns(int32_t angle)
+{
+    constexpr int32_t fullTurn = 4;
+    return (angle % fullTurn + fullTurn) % fullTurn;
+}
+
 void ReadStyle(CGallery& gallery, const CXmlElement& element)
 {
     const CXmlElement style = element.FindChild("style");
@@ -55,7 +62,8 @@ void ReadPicture(CGallery& gallery, const CXmlElement& element, CPictureFinder& 
     if (path.isNull()) {
         return;
     }
-    CPictureInfo* const record = gallery.AppendPicture(path, GetAttributeLong(element, "angle"));
+    CPictureInfo* const record =
+        gallery.AppendPicture(path, QuarterTurns(GetAttributeLong(element, "angle")));
     if (record) {
         ReadVariables(element, "picture_variable", record->GetVariables());
     }
