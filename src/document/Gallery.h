@@ -80,6 +80,7 @@ public:
     CGalleryPictureInfo* AddChild(int32_t childIndex);
     void RemoveChild(int32_t childIndex);
     std::set<int32_t> GetChildren() const;
+    bool HasChildren() const { return !childPictures.empty(); }
     // Null if this gallery does not list that one.
     CGalleryPictureInfo* FindChildPicture(int32_t childIndex) const;
     // Null for the root, and for a gallery that no other lists.

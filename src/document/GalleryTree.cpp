@@ -4,6 +4,9 @@
 
 bool IsAtOrAbove(const CGallery& candidate, const CGallery& gallery)
 {
+    if (!candidate.HasChildren()) {
+        return &candidate == &gallery;
+    }
     std::set<const CGallery*> seen;
     std::vector<const CGallery*> open = {&gallery};
     while (!open.empty()) {

@@ -112,8 +112,8 @@ void WriteStamps(CGallery& gallery, CXmlElement& element)
 
 void WriteAdvertisements(const CGalleryVariables::Advertisements& advertisements, CXmlElement& element)
 {
-    for (const auto& [page, slots] : advertisements) {
-        for (const auto& [name, value] : slots) {
+    for (const auto& [page, texts] : advertisements) {
+        for (const auto& [name, value] : texts) {
             CXmlElement advertisement = element.AppendChild("advertisement");
             advertisement.SetAttribute("name", name);
             advertisement.SetAttribute("value", value);

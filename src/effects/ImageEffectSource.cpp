@@ -43,7 +43,7 @@ CImage CImageEffectSource::DetachImage()
 void CImageEffectSource::Save(const QString& path) const
 {
     // A file is never written over itself.
-    if (!path.isNull() && EqualsIgnoreCase(path, sourcePath)) {
+    if (!sourcePath.isEmpty() && EqualsIgnoreCase(path, sourcePath)) {
         return;
     }
     const ImageSaveResult result = image.Save(path, {.format = FormatForPath(path), .quality = 100});

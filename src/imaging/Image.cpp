@@ -17,14 +17,9 @@ std::shared_ptr<const CImageNode> NoPicture()
     return node;
 }
 
-CPixels PixelsOf(const CImageNode& node)
+QString TooLarge(QSize size)
 {
-    try {
-        return node.Evaluate(1);
-    } catch (const std::bad_alloc&) {
-        throw CNoPixelsException{
-            Text(StringId::ImageTooLarge, node.GetSize().width(), node.GetSize().height())};
-    }
+    return Text(StringId::ImageTooLarge, size.width(), size.height());
 }
 
 } // namespace
@@ -81,9 +76,7 @@ CImage CImage::ResampledAndCropped(QSize size, QSize box) const
     if (GetSize().isEmpty() || !IsComputable(box) || size.isEmpty()) {
         return CImage(std::make_shared<const CImpossibleNode>(node, box));
     }
-    // Truncated toward zero, so an odd overhang leaves its extra pixel at the right and at the bottom.
-    const QPoint offset((box.width() - size.width()) / 2, (box.height() - size.height()) / 2);
-    return CImage(std::make_shared<const CResampledNode>(node, size, QRect(-offset, box)));
+    return CImage(std::make_shared<const CResampledNode>(node, size, QRect(-CentredOffset(box, size), box)));
 }
 
 CImage CImage::OnCard(QSize size, QSize card) const
@@ -112,10 +105,12 @@ void CImage::AnnounceFullSize() const
 QByteArray CImage::GetRgba() const
 {
     try {
-        const CPixels pixels = WithAlpha(PixelsOf(*node));
+        const CPixels pixels = WithAlpha(node->Evaluate(1));
         return QByteArray(reinterpret_cast<const char*>(pixels.bytes->data()),
                           static_cast<qsizetype>(pixels.bytes->size()));
     } catch (const CNoPixelsException&) {
+        return {};
+    } catch (const std::bad_alloc&) {
         return {};
     }
 }
@@ -123,9 +118,11 @@ QByteArray CImage::GetRgba() const
 ImageSaveResult CImage::Save(const QString& path, const ImageEncoding& encoding) const
 {
     try {
-        WriteFileAtomically(path, EncodeImage(PixelsOf(*node), encoding));
+        WriteFileAtomically(path, EncodeImage(node->Evaluate(1), encoding));
     } catch (const CNoPixelsException& failure) {
         return {ImageSaveResult::Status::NoPixels, failure.reason};
+    } catch (const std::bad_alloc&) {
+        return {ImageSaveResult::Status::NoPixels, TooLarge(GetSize())};
     } catch (const CGenericException& failure) {
         return {ImageSaveResult::Status::NotWritten, failure.GetDescription()};
     }

@@ -57,7 +57,7 @@ private:
     int descriptor;
 };
 
-using Signature = std::array<uint8_t, 12>;
+using Signature = std::array<uint8_t, 26>; // enough for the sizes in BMP and PCX
 
 Signature ReadSignature(const CFile& file)
 {
@@ -127,10 +127,28 @@ const char* LoaderOf(Kind kind)
     return "";
 }
 
+// What BMP or PCX say of their size, as bytes of pixels: 0 for an absurd one.
+qsizetype ClaimedBytes(const Signature& signature)
+{
+    const auto number = [&signature](size_t place, int bytes) {
+        int64_t value = 0;
+        for (int i = bytes - 1; i >= 0; --i) {
+            value = value * 256 + signature[place + static_cast<size_t>(i)];
+        }
+        return value;
+    };
+    const bool isBmp = BeginsWith(signature, "BM", 2);
+    const int64_t width = isBmp ? number(18, 4) : number(8, 2) - number(4, 2) + 1;
+    const int64_t height = isBmp ? number(22, 4) : number(10, 2) - number(6, 2) + 1;
+    const bool isSane = width > 0 && height > 0 && width <= maximumPixels / height;
+    return isSane ? static_cast<qsizetype>(width * height * 4) : 0;
+}
+
 // A picture that is open: pixels are read through it once, from the top.
 class CPictureReader {
 public:
-    explicit CPictureReader(const QString& path) : path(path), file(path), kind(KindOf(ReadSignature(file)))
+    explicit CPictureReader(const QString& path)
+        : path(path), file(path), signature(ReadSignature(file)), kind(KindOf(signature))
     {}
 
     Kind GetKind() const { return kind; }
@@ -138,27 +156,53 @@ public:
     // Throws VError.
     VImage Open(VipsFailOn failOn)
     {
-        VImage image;
-        vips::VOption* options = VImage::option()
-                                     ->set("out", &image)
-                                     ->set("access", VIPS_ACCESS_SEQUENTIAL)
-                                     ->set("fail_on", failOn);
         if (kind == Kind::Magick) {
-            const QByteArray bytes = ReadWholeFile(path);
-            VipsBlob* blob = vips_blob_copy(bytes.constData(), static_cast<size_t>(bytes.size()));
-            options->set("buffer", blob);
-            vips_area_unref(VIPS_AREA(blob));
-        } else {
-            ::lseek(file.Get(), 0, SEEK_SET);
-            options->set("source", vips::VSource::new_from_descriptor(file.Get()));
+            return OpenByMagick(failOn);
         }
-        VImage::call(LoaderOf(kind), options);
-        return image;
+        ::lseek(file.Get(), 0, SEEK_SET);
+        return Load(Options(failOn)->set("source", vips::VSource::new_from_descriptor(file.Get())));
     }
 
 private:
+    static vips::VOption* Options(VipsFailOn failOn)
+    {
+        return VImage::option()->set("access", VIPS_ACCESS_SEQUENTIAL)->set("fail_on", failOn);
+    }
+
+    VImage Load(vips::VOption* options)
+    {
+        VImage image;
+        VImage::call(LoaderOf(kind), options->set("out", &image));
+        return image;
+    }
+
+    VImage LoadBytes(const QByteArray& bytes, VipsFailOn failOn)
+    {
+        VipsBlob* blob = vips_blob_copy(bytes.constData(), static_cast<size_t>(bytes.size()));
+        vips::VOption* options = Options(failOn)->set("buffer", blob);
+        vips_area_unref(VIPS_AREA(blob));
+        return Load(options);
+    }
+
+    // ImageMagick gives nothing of a file that ends too early, so one that does is lengthened by zeros.
+    VImage OpenByMagick(VipsFailOn failOn)
+    {
+        QByteArray bytes = ReadWholeFile(path);
+        try {
+            return LoadBytes(bytes, failOn);
+        } catch (const VError&) {
+            if (failOn != VIPS_FAIL_ON_NONE || ClaimedBytes(signature) == 0) {
+                throw;
+            }
+        }
+        vips_error_clear();
+        bytes.append(ClaimedBytes(signature), '\0');
+        return LoadBytes(bytes, failOn);
+    }
+
     const QString path;
     const CFile file;
+    const Signature signature;
     const Kind kind;
 };
 

@@ -15,12 +15,6 @@ int OrientationOfTurn(int quarterTurns)
     return orientations[quarterTurns];
 }
 
-// Truncated toward zero, so a negative offset lies half a pixel further right: published sizes must not move.
-QRect Centred(QSize outer, QSize inner)
-{
-    return QRect(QPoint((outer.width() - inner.width()) / 2, (outer.height() - inner.height()) / 2), inner);
-}
-
 double NeededScale(QSize full, QSize scaled)
 {
     return std::max(static_cast<double>(scaled.width()) / full.width(),
@@ -50,9 +44,6 @@ CResampledNode::CResampledNode(Parent parent, QSize scaled, const QRect& area)
 CPixels CResampledNode::Evaluate(double) const
 {
     const QRect covered = area.intersected(QRect(QPoint(0, 0), scaled));
-    if (covered.isEmpty()) {
-        return Cut(CBlankNode(QSize(1, 1)).Evaluate(1), area.translated(1, 1));
-    }
     const CPixels pixels = Resample(parent->Evaluate(scale), scaled, covered);
     return Cut(pixels, area.translated(-covered.topLeft()));
 }
@@ -61,7 +52,7 @@ CPixels CCardNode::Evaluate(double) const
 {
     const CPixels picture = Flattened(parent->Evaluate(1), cardGrey);
     std::vector<uint8_t> bytes(static_cast<size_t>(GetSize().width()) * GetSize().height() * 3, cardGrey);
-    const QRect place = Centred(GetSize(), picture.size);
+    const QRect place(CentredOffset(GetSize(), picture.size), picture.size);
     const QRect visible = place.intersected(QRect(QPoint(0, 0), GetSize()));
     for (int y = visible.top(); y <= visible.bottom(); ++y) {
         const uint8_t* source = picture.GetRow(y - place.top()) + (visible.left() - place.left()) * 3;

@@ -4,6 +4,7 @@
 #include <csetjmp>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <jconfig.h> // what jerror.h numbers depends on it
 #include <jerror.h>
 #include <jpeglib.h>
@@ -17,8 +18,12 @@ constexpr uint8_t missingGrey = 128; // what libjpeg itself shows for blocks wit
 constexpr int maximumScans = 500;    // of a progressive file; far more only keep the decoder busy
 constexpr int maximumRetries = 3;
 
-// Left over behind the last block. Some cameras pad; but much of it means that blocks were lost on the way.
-constexpr int paddingAllowed = 4096;
+// Bytes left over behind the last block. More of them, unless they are all alike and so the padding of some
+// cameras, mean that blocks were lost on the way.
+constexpr int leftOverAllowed = 64;
+
+// Fewer bytes of compressed pixels than this hold not even one block of a photograph.
+constexpr size_t leastPixelBytes = 8;
 
 // One run of libjpeg over bytes in memory. libjpeg reports fatal errors by a jump, so no function that a
 // jump leaves may have locals with destructors: all state is in members. One thread.
@@ -51,6 +56,7 @@ public:
         if (jpeg_read_icc_profile(&info, &found, &foundLength)) {
             TakeProfile(found, foundLength);
         }
+        scanStart = GetPosition();
         return true;
     }
 
@@ -80,6 +86,7 @@ public:
     void Finish()
     {
         if (setjmp(jump) == 0) {
+            pictureEnd = GetPosition();
             jpeg_finish_decompress(&info);
         }
     }
@@ -95,6 +102,16 @@ public:
     // Where a fatal error was found.
     size_t GetPosition() const { return info.src == nullptr ? 0 : length - info.src->bytes_in_buffer; }
     const std::vector<uint8_t>& GetProfile() const { return profile; }
+
+    // Whether the first scan has any pixels at all.
+    bool HasPixelBytes() const
+    {
+        size_t end = scanStart;
+        while (end + 1 < length && (data[end] != 0xff || data[end + 1] == 0)) {
+            ++end;
+        }
+        return end - scanStart >= leastPixelBytes;
+    }
 
 private:
     static CJpegRun& RunOf(j_common_ptr info) { return *static_cast<CJpegRun*>(info->client_data); }
@@ -127,13 +144,21 @@ private:
             return true;
         case JWRN_EXTRANEOUS_DATA: // parameters: count of bytes, marker behind them
             return (parameters[1] >= JPEG_RST0 && parameters[1] <= JPEG_RST0 + 7) ||
-                   parameters[0] > paddingAllowed;
+                   (parameters[0] > leftOverAllowed && !IsPadding(static_cast<size_t>(parameters[0])));
         case JWRN_JPEG_EOF:
             // With one scan only the end marker may be missing; lost blocks are told of by JWRN_HIT_MARKER.
             return jpeg_has_multiple_scans(&info);
         default:
             return false;
         }
+    }
+
+    // count: of the bytes between the end of the picture and the next marker.
+    bool IsPadding(size_t count) const
+    {
+        const uint8_t* first = data + pictureEnd;
+        const uint8_t* last = first + std::min(count, length - pictureEnd);
+        return pictureEnd == 0 || std::adjacent_find(first, last, std::not_equal_to<>()) == last;
     }
 
     void TakeProfile(JOCTET* found, unsigned int foundLength)
@@ -162,6 +187,8 @@ private:
     jpeg_progress_mgr progress{};
     std::jmp_buf jump{};
     std::vector<uint8_t> profile;
+    size_t scanStart = 0;
+    size_t pictureEnd = 0; // 0: not yet there
     bool isDamaged = false;
 };
 
@@ -216,7 +243,7 @@ JpegPicture DecodeJpeg(const QByteArray& file, int shrink)
             JpegPicture picture = ReadRows(run);
             picture.profile = run.GetProfile();
             picture.isWhole = picture.isWhole && attempt == 0;
-            if (!picture.isWhole && IsOneColour(picture)) {
+            if (!picture.isWhole && (!run.HasPixelBytes() || IsOneColour(picture))) {
                 break;
             }
             return picture;

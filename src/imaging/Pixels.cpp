@@ -60,6 +60,11 @@ bool IsComputable(QSize size)
     return !size.isEmpty() && static_cast<int64_t>(size.width()) * size.height() <= maximumPixels;
 }
 
+QPoint CentredOffset(QSize outer, QSize inner)
+{
+    return {(outer.width() - inner.width()) / 2, (outer.height() - inner.height()) / 2};
+}
+
 CPixels MakePixels(QSize size, int channels, std::vector<uint8_t> bytes)
 {
     return {size, channels, std::make_shared<const std::vector<uint8_t>>(std::move(bytes)),

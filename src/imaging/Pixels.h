@@ -30,6 +30,10 @@ constexpr int64_t maximumPixels = 250'000'000;
 // Whether a picture of this size can be computed at all.
 bool IsComputable(QSize size);
 
+// Where inner lies on the middle of outer. Truncated toward zero, so that of an odd difference the larger
+// part is at the right and at the bottom, inside as well as overhanging: published pixels must not move.
+QPoint CentredOffset(QSize outer, QSize inner);
+
 CPixels MakePixels(QSize size, int channels, std::vector<uint8_t> bytes);
 
 // orientation: as in EXIF, tag 0x0112, 1 to 8: what has to be undone to see the picture upright.

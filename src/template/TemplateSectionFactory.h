@@ -7,7 +7,8 @@
 #include "template/TemplateSection.h"
 
 // Elements may stand in each other, through includes too, so deep. Parsing, evaluating and deleting a tree
-// recurse once for each level; pages of people have less than ten, and 256 fit any thread's stack.
+// recurse once for each level: no page that people write has ten, and 256 take well under a megabyte of
+// stack.
 constexpr int MaxNestingDepth = 256;
 
 // Makes the section of an element whose "<%" has just been read, and parses its body. name takes the keyword

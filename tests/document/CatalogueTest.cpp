@@ -177,7 +177,7 @@ TEST(Catalogue, DefinitionsBesideTheProjectAndBesideTheProgramLieSideBySide)
     CTestProject test;
     test.AddLayout(QStringLiteral("a"), "<page file=\"i.html\"/>");
     test.AddStyle(QStringLiteral("s"));
-    const QByteArray own = "<template name=\"own\"><page file=\"i.html\"/></template>";
+    const QByteArray own = "<template name=\"own\" folder=\".\"><page file=\"i.html\"/></template>";
     test.scratch.Write(QStringLiteral("site/Templates/a.xml"), own);
     test.scratch.Write(QStringLiteral("site/Styles/s.xml"), "<style name=\"own\"/>");
     test.LoadXml("<project/>");
@@ -186,6 +186,8 @@ TEST(Catalogue, DefinitionsBesideTheProjectAndBesideTheProgramLieSideBySide)
                                                            QStringLiteral("site/templates/a.xml")}));
     EXPECT_EQ(FoldersOfKeys(test.project.GetCatalogue().GetStyles(), test),
               (QStringList{QStringLiteral("program/styles/s.xml"), QStringLiteral("site/styles/s.xml")}));
+    test.AddPage(QStringLiteral("a"), QStringLiteral("i.html"), 1);
+    test.scratch.Write(QStringLiteral("site/Templates/i.html"), "");
     // By key the one that is named, by file name the first in key order.
     CGallery& gallery = *test.project.GetRootGallery();
     gallery.SetTemplate(Lower(test.Path(QStringLiteral("site/Templates/a.xml"))));

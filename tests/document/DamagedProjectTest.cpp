@@ -147,6 +147,7 @@ TEST(DamagedProject, AFolderThatMayNotBeWrittenLeavesProjectAndFileAsTheyWere)
 TEST(DamagedProject, AFailedSaveKeepsTheNameAndTheSuggestedFolder)
 {
     CTestProject test;
+    test.AddStandard();
     test.NewGallery();
     test.scratch.Write(QStringLiteral("file"), "");
     EXPECT_THROW(test.project.Save(test.Path(QStringLiteral("file/below/My.gallery"))), CWin32Exception);
@@ -294,7 +295,8 @@ TEST(DamagedProject, ADeepLineOfGalleriesIsWalkedWithoutRecursion)
         xml += GalleryListing(index, {index + 1});
     }
     CTestProject test;
-    test.LoadXml(xml + "</project>");
+    test.scratch.Write(QStringLiteral("site/My.gallery"), xml + "</project>");
+    test.project.Open(test.ProjectPath());
     CGallery& deepest = *test.project.FindGallery(depth - 1);
     EXPECT_EQ(deepest.GetParentPath().count(QStringLiteral("<a href")), depth - 1);
 }

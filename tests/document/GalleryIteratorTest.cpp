@@ -96,7 +96,6 @@ TEST(GalleryIterator, CountsItsPages)
 TEST(GalleryIterator, ASecondSectionOfOneIdShowsTheSamePictureAndTakesNoPlace)
 {
     CTestProject test;
-    CGalleryIterator iterator;
     CBoundIterator bound(test.NewGallery(9), 2, 1);
     bound.iterator.Reset();
     for (const char* id : {"a", "A", "b", "a"}) {
@@ -234,12 +233,18 @@ TEST(GalleryIterator, APageFileNameHasADigitFromPageOneOn)
 {
     CTestProject test;
     CGallery& gallery = test.NewGallery();
-    const QString page = QStringLiteral("page");
-    const QString fileName = QStringLiteral("file_name");
-    EXPECT_EQ(Answer(CBoundIterator(gallery, 1, 0).iterator, page, fileName), QStringLiteral("p.html"));
-    EXPECT_EQ(Answer(CBoundIterator(gallery, 1, 3).iterator, page, fileName), QStringLiteral("p3.html"));
-    EXPECT_EQ(Answer(CBoundIterator(gallery, 1, 2147483647).iterator, page, QStringLiteral("number")),
-              QStringLiteral("#2147483647"));
+    const struct {
+        int page;
+        const char* fileName;
+        const char* number;
+    } rows[] = {{0, "p.html", "#1"}, {3, "p3.html", "#4"}, {2147483647, "p2147483647.html", "#2147483647"}};
+    for (const auto& row : rows) {
+        CBoundIterator bound(gallery, 1, row.page);
+        EXPECT_EQ(Answer(bound.iterator, QStringLiteral("page"), QStringLiteral("file_name")),
+                  QString::fromUtf8(row.fileName));
+        EXPECT_EQ(Answer(bound.iterator, QStringLiteral("page"), QStringLiteral("number")),
+                  QString::fromUtf8(row.number));
+    }
 }
 
 TEST(GalleryIterator, PropertiesOutsideTheGalleryAreFalse)

@@ -61,6 +61,8 @@ TEST(GalleryLayout, ALayoutIsFoundByKeyThenByFileNameThenTheFirst)
     CTestProject test;
     const QString second = test.AddLayout(QStringLiteral("b"), "<page file=\"i.html\"/>");
     test.AddLayout(QStringLiteral("a"), "<page file=\"i.html\"/>");
+    test.AddPage(QStringLiteral("a"), QStringLiteral("i.html"), 1);
+    test.AddPage(QStringLiteral("b"), QStringLiteral("i.html"), 1);
     CGallery& gallery = test.NewGallery();
     const struct {
         QString path;

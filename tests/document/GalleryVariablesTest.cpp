@@ -149,8 +149,8 @@ TEST(GalleryVariables, AMissingAdvertisementIsCreatedEmptyOnThePageInWork)
     EXPECT_TRUE(root.GetObjectVariable(QStringLiteral("advertisement"), QStringLiteral("Top"), value));
     EXPECT_EQ(value.GetType(), CVariant::Type::String);
     EXPECT_FALSE(value.GetString().isNull());
-    const auto& slots = root.GetVariables().GetAdvertisements()[QStringLiteral("p.html")];
-    EXPECT_EQ(slots.count(QStringLiteral("Top")), 1u);
+    const auto& texts = root.GetVariables().GetAdvertisements()[QStringLiteral("p.html")];
+    EXPECT_EQ(texts.count(QStringLiteral("Top")), 1u);
 }
 
 TEST(GalleryVariables, APageAnswersWithItsOwnStyle)

@@ -48,7 +48,7 @@ void FillProject(CTestProject& test)
     root.SetVisibilityMap({{QStringLiteral("logo"), false}, {QStringLiteral("date"), true}});
     root.GetImageStamps()[1] = {{.position = 5, .margin = 3}, QStringLiteral("/w.png"), 40};
     root.GetTextStamps()[2] = {
-        {.position = 10, .margin = 4}, QStringLiteral("(c)"), QStringLiteral("Arial"), 12, 3, 4278190335u};
+        {.position = 10, .margin = 4}, QStringLiteral("by me"), QStringLiteral("Arial"), 12, 3, 4278190335u};
     root.GetVariables().GetAdvertisements()[QStringLiteral("index.html")][QStringLiteral("top")] =
         QStringLiteral("buy");
     test.project.AddFolder(test.Path(QStringLiteral("pictures")));
@@ -82,7 +82,7 @@ QByteArray ExpectedFullProject()
            R"(" name="addition_date" vt="7"/><picture_variable )"
            R"(doubleVal="0.1000000000000000055511151231257827021181583404541015625" name="ratio" vt="5"/>)"
            R"(<picture_variable lVal="-7" name="size" vt="3"/>)"
-           R"(<picture_variable bstrVal="&lt;&quot;quoted&quot;&gt;" name="title" vt="8"/>)"
+           R"(<picture_variable bstrVal="&lt;&quot;quoted&quot;>" name="title" vt="8"/>)"
            R"(<picture_variable name="void" vt="0"/></picture><picture index="5"/>)"
            R"(<picture path="~/pictures/)"
            "M\xc3\xbcnchen.jpg"
@@ -100,7 +100,7 @@ QByteArray ExpectedFullProject()
            R"(<image_stamp index="2" position="0" margin="10" file="" transparency="0"/>)"
            R"(<text_stamp index="0" position="0" margin="10" font="MS Sans Serif" text="" font_size="8" font_style="0" color="0"/>)"
            R"(<text_stamp index="1" position="0" margin="10" font="MS Sans Serif" text="" font_size="8" font_style="0" color="0"/>)"
-           R"(<text_stamp index="2" position="10" margin="4" font="Arial" text="(c)" font_size="12" font_style="3" color="4278190335"/>)"
+           R"(<text_stamp index="2" position="10" margin="4" font="Arial" text="by me" font_size="12" font_style="3" color="4278190335"/>)"
            R"(<advertisement name="top" value="buy" page="index.html"/></gallery>)"
            R"(<gallery index="5"><style template="~/program/templates/plain.xml" template_page="" )"
            R"(css="~/program/styles/blue.xml"/><picture_list/>)" +

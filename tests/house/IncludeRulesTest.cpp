@@ -50,7 +50,7 @@ TEST(IncludeRules, ALibraryIsIncludedOnlyByItsOwnFolder)
         const char* folder;
     } rules[] = {
         {"^<pugixml", "common"},
-        {"^<(vips/|cairo|pango/)", "imaging"},
+        {"^<(vips/|jpeglib|jerror|cairo|pango/)", "imaging"},
         {"^<(QtWidgets|QtGui|QtWebEngine|QtWebChannel|QWidget|QApplication|QMainWindow|QDialog|QWizard|QWeb)",
          "shell"},
         {"^<sys/socket|^<netdb|^<poll", "ftpengine"},

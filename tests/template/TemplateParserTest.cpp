@@ -1,4 +1,6 @@
 #include <fstream>
+#include <sstream>
+#include <thread>
 
 #include "PageRun.h"
 #include "support/ScratchFolder.h"
@@ -276,6 +278,26 @@ TEST(TemplateParser, TakesElementsInElementsUpToItsLimit)
     EXPECT_EQ(ParseError(Repeated("<%javastring value=\"", 100'000)).substr(0, 80), error.substr(0, 80));
     // Elements beside each other are no nesting.
     EXPECT_EQ(Generated(Repeated("<%else a%>", 1000)), std::string(1000, 'a'));
+}
+
+TEST(TemplateParser, TheDeepestTreesCanBeBoundGeneratedAndDeletedOnAnyThread)
+{
+    const int levels = MaxNestingDepth;
+    const struct {
+        std::string page;
+        const char* expected;
+    } rows[] = {
+        {Repeated("<%javastring value=\"", levels) + "x" + Repeated("\"%>", levels), "x"},
+        {Repeated("<%else ", levels) + "x" + Repeated("%>", levels), "x"},
+        {Repeated("<%if a", levels) + "x" + Repeated("%>", levels), ""},
+        {Repeated("<%if <%else a%>", levels - 1) + "x" + Repeated("%>", levels - 1), "x"},
+        {Repeated("<%if ", levels) + "x" + Repeated("%>", levels), ""},
+    };
+    for (const auto& row : rows) {
+        std::string generated;
+        std::thread([&] { generated = Generated(row.page); }).join();
+        EXPECT_EQ(generated, row.expected) << row.page.substr(0, 30);
+    }
 }
 
 TEST(TemplateParser, TakesAStreamThatCannotBeReadAsEmpty)
