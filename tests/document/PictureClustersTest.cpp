@@ -155,7 +155,7 @@ TEST(PictureClusters, OneDayIsOneClusterWhateverItsSize)
         {"2005-03-01", 10, "Tuesday, 1 March 2005: 0"},
         {"2005-03-01*10", 10, "Tuesday, 1 March 2005: 0-9"},
         {"2005-03-01*250", 10, "Tuesday, 1 March 2005: 0-249"},
-        {"2005-03-01*3 2005-03-02 2005-03-01*2", 3,
+        {"2005-03-01*3 2005-03-02 2005-03-01*2", 1,
          "Tuesday, 1 March 2005: 0-2,4-5 | Wednesday, 2 March 2005: 3"},
     });
 }
