@@ -7,11 +7,6 @@
 
 namespace {
 
-QString SystemText(int errorNumber)
-{
-    return Widen(std::generic_category().message(errorNumber));
-}
-
 StringId AdviceFor(int errorNumber)
 {
     switch (errorNumber) {
@@ -38,6 +33,11 @@ StringId AdviceFor(int errorNumber)
 
 } // namespace
 
+QString SystemErrorText(int errorNumber)
+{
+    return Widen(std::generic_category().message(errorNumber));
+}
+
 CGenericException::CGenericException(const QString& caption, const QString& description,
                                      const QString& advice)
     : caption(caption),
@@ -51,7 +51,7 @@ CFileException::CFileException(const QString& path, const Texts& texts)
 {}
 
 CWin32Exception::CWin32Exception(int errorNumber, const QString& message)
-    : CGenericException(message, SystemText(errorNumber), Text(AdviceFor(errorNumber))),
+    : CGenericException(message, SystemErrorText(errorNumber), Text(AdviceFor(errorNumber))),
       errorNumber(errorNumber)
 {}
 

@@ -46,6 +46,9 @@ public:
     CFileException(const QString& path, const Texts& texts);
 };
 
+// The system's own text for a value of errno.
+QString SystemErrorText(int errorNumber);
+
 // A call of the operating system that failed: the caption says what was attempted, the description is the
 // system's own text for its error, and the advice follows from that error.
 class CWin32Exception : public CGenericException {

@@ -18,14 +18,7 @@ public:
     explicit CTemplatePageGuard(CGallery& gallery)
         : layout(gallery.GetLayout()), page(layout.GetTemplatePage())
     {}
-    ~CTemplatePageGuard()
-    {
-        if (page.isEmpty()) {
-            layout.ClearTemplatePage();
-        } else {
-            layout.SetTemplatePage(page);
-        }
-    }
+    ~CTemplatePageGuard() { layout.RestoreTemplatePage(page); }
     CTemplatePageGuard(const CTemplatePageGuard&) = delete;
     CTemplatePageGuard& operator=(const CTemplatePageGuard&) = delete;
 

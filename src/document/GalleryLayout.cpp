@@ -60,21 +60,19 @@ bool CGalleryLayout::SetTemplatePage(const QString& name)
     if (name == templatePage && !name.isNull()) {
         return false;
     }
-    const qsizetype dot = name.indexOf(QLatin1Char('.'));
-    if (dot < 0) {
+    if (!name.contains(QLatin1Char('.'))) {
         throw TemplateError(Text(StringId::InvalidPageFileName, name));
     }
-    pageBaseName = name.left(dot);
-    pageExtension = name.mid(dot);
-    templatePage = name;
+    RestoreTemplatePage(name);
     return true;
 }
 
-void CGalleryLayout::ClearTemplatePage()
+void CGalleryLayout::RestoreTemplatePage(const QString& name)
 {
-    pageBaseName.clear();
-    pageExtension.clear();
-    templatePage.clear();
+    const qsizetype dot = name.indexOf(QLatin1Char('.'));
+    pageBaseName = name.left(dot);
+    pageExtension = dot < 0 ? QString() : name.mid(dot);
+    templatePage = name;
 }
 
 void CGalleryLayout::SetStyle(const QString& path)

@@ -44,8 +44,8 @@ public:
     bool ChooseTemplate(const QString& path);
     // False if it is the page already. Throws CTemplateParsingException for a name without ".".
     bool SetTemplatePage(const QString& name);
-    // Back to no page, which no name can express.
-    void ClearTemplatePage();
+    // Back to a name that GetTemplatePage gave, the empty one of no page included. Never throws.
+    void RestoreTemplatePage(const QString& name);
     // The style becomes that of the gallery and of the current page.
     void SetStyle(const QString& path);
 

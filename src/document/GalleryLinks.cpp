@@ -19,11 +19,29 @@ QString FolderName(int32_t galleryIndex)
     return QString::number(galleryIndex) + QLatin1Char('/');
 }
 
+struct ShownPage {
+    QString baseName;
+    QString extension;
+};
+
+// The page that a link to a gallery leads to: its current one or, as long as none was chosen, the first page of
+// its layout, on which every look-up of a page lands.
+ShownPage PageShownBy(const CGalleryLayout& layout)
+{
+    const CGalleryTemplate* const layoutTemplate = layout.GetTemplate();
+    if (!layout.GetTemplatePage().isEmpty() || !layoutTemplate || layoutTemplate->GetPages().empty()) {
+        return {layout.GetPageBaseName(), layout.GetPageExtension()};
+    }
+    const QString& file = layoutTemplate->GetPages().front().file;
+    const qsizetype dot = file.indexOf(QLatin1Char('.'));
+    return dot < 0 ? ShownPage{file, QString()} : ShownPage{file.left(dot), file.mid(dot)};
+}
+
 QString UrlOfChild(const CGallery& gallery, const CGalleryPictureInfo& entry)
 {
-    const CGalleryLayout& layout = entry.GetGallery().GetLayout();
+    const ShownPage page = PageShownBy(entry.GetGallery().GetLayout());
     return (IsRoot(gallery) ? QString() : QStringLiteral("../")) + FolderName(entry.GetGalleryIndex()) +
-           layout.GetPageBaseName() + layout.GetPageExtension();
+           page.baseName + page.extension;
 }
 
 // The index in decimal that a URL names as its folder; null if it names none.
@@ -53,20 +71,21 @@ QString StyleChosenFor(const CGalleryLayout& layout, const QString& pageBaseName
 QString GetParentUrl(CGallery& gallery)
 {
     CGallery* const parent = gallery.GetParent();
+    const ShownPage page = PageShownBy(parent ? parent->GetLayout() : gallery.GetLayout());
     if (!parent) {
-        return gallery.GetLayout().GetPageBaseName() + gallery.GetLayout().GetPageExtension();
+        return page.baseName + page.extension;
     }
     QString url = QStringLiteral("../");
     if (!IsRoot(*parent)) {
         url += FolderName(parent->GetIndex());
     }
-    url += parent->GetLayout().GetPageBaseName();
+    url += page.baseName;
     // Odd on purpose: the position in the parent's pictures, not the number of a page.
     const int32_t position = parent->GetPictures().FindPosition(parent->FindChildPicture(gallery.GetIndex()));
     if (position > 0) {
         url += QString::number(position);
     }
-    return url + parent->GetLayout().GetPageExtension();
+    return url + page.extension;
 }
 
 QString GetParentPath(CGallery& gallery)

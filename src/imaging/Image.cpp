@@ -118,13 +118,16 @@ QByteArray CImage::GetRgba() const
 ImageSaveResult CImage::Save(const QString& path, const ImageEncoding& encoding) const
 {
     try {
-        WriteFileAtomically(path, EncodeImage(node->Evaluate(1), encoding));
+        const QByteArray bytes = EncodeImage(node->Evaluate(1), encoding);
+        // Not synced: a picture can always be made again, and waiting for the disk at each would double the time.
+        const int error = ReplaceFile(path, bytes, Durability::Plain);
+        if (error != 0) {
+            return {ImageSaveResult::Status::NotWritten, SystemErrorText(error)};
+        }
     } catch (const CNoPixelsException& failure) {
         return {ImageSaveResult::Status::NoPixels, failure.reason};
     } catch (const std::bad_alloc&) {
         return {ImageSaveResult::Status::NoPixels, TooLarge(GetSize())};
-    } catch (const CGenericException& failure) {
-        return {ImageSaveResult::Status::NotWritten, failure.GetDescription()};
     }
     return {};
 }

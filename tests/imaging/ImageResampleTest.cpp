@@ -220,7 +220,7 @@ TEST(ImageResample, TheDecodersScaleKeepsTheQuality)
         const QString path = folder.Write(QStringLiteral("detail.jpg"),
                                           JpegOf(full, Grain, {.quality = 92, .subsampled = subsampled}));
         const CImage decoded = CImage::FromRgba(full, CImage::FromFile(path).GetRgba());
-        for (const int width : {601, 481, 300, 241, 240, 150, 121, 120, 61, 60, 31}) {
+        for (const int width : {481, 300, 240, 150, 120, 60}) {
             const QSize size(width, width * 907 / 1203);
             const double quality =
                 Psnr(CImage::FromFile(path).Resampled(size).GetRgba(), decoded.Resampled(size).GetRgba());
@@ -232,7 +232,7 @@ TEST(ImageResample, TheDecodersScaleKeepsTheQuality)
 TEST(ImageResample, TheDecodersScaleKeepsEveryPlaceUnderOrientationAndTurns)
 {
     const CScratchFolder folder;
-    const QSize full(803, 605);
+    const QSize full(403, 305);
     const QByteArray jpeg = JpegOf(full, Detail);
     for (int orientation = 1; orientation <= 8; ++orientation) {
         const QString path = folder.Write(QStringLiteral("o.jpg"),
@@ -241,7 +241,7 @@ TEST(ImageResample, TheDecodersScaleKeepsEveryPlaceUnderOrientationAndTurns)
             const CImage file = CImage::FromFile(path).Rotated(turns);
             const CImage decoded = CImage::FromRgba(file.GetSize(), file.GetRgba());
             const CImage fresh = CImage::FromFile(path).Rotated(turns);
-            for (const int part : {5, 10, 20}) {
+            for (const int part : {5, 10}) {
                 const QSize size = file.GetSize() / part;
                 EXPECT_GT(Psnr(fresh.Resampled(size).GetRgba(), decoded.Resampled(size).GetRgba()), 41.0)
                     << orientation << " " << turns << " " << part;

@@ -5,6 +5,9 @@
 #include <QFile>
 #include <QFileInfo>
 #include <gtest/gtest.h>
+#include <sys/fsuid.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 CScratchFolder::CScratchFolder()
 {
@@ -42,4 +45,17 @@ QStringList CScratchFolder::ListFiles() const
     }
     files.sort();
     return files;
+}
+
+COrdinaryRights::COrdinaryRights(const CScratchFolder& folder)
+{
+    EXPECT_EQ(::chmod(QFile::encodeName(folder.Path()).constData(), 0755), 0);
+    constexpr uid_t nobody = 65534;
+    // With it go the rights over files that others own.
+    formerUser = ::setfsuid(::geteuid() == 0 ? nobody : ::geteuid());
+}
+
+COrdinaryRights::~COrdinaryRights()
+{
+    ::setfsuid(static_cast<uid_t>(formerUser));
 }
