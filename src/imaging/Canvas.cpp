@@ -105,9 +105,7 @@ void CCanvas::DrawText(const CanvasText& text, const QRect& box, const CanvasCol
 {
     // Some letters reach beyond their box, italic ones above all.
     const int reach = std::clamp(text.points, 0, 1000) * 2;
-    const QRect area = QRect(box.topLeft(), box.size().expandedTo(MeasureLayout(text, box.width())))
-                           .adjusted(-reach, -reach, reach, reach)
-                           .intersected(GetArea());
+    const QRect area = box.adjusted(-reach, -reach, reach, reach).intersected(GetArea());
     if (!box.isEmpty() && !area.isEmpty()) {
         const CPixels pixels =
             RenderLayout(text, {.width = box.width(), .area = area.translated(-box.topLeft())}, colour);

@@ -60,8 +60,8 @@ public:
     // The size of the text in pixels, truncated; wrapped where it is wider than the canvas.
     QSize MeasureText(const CanvasText& text) const;
 
-    // Anti-aliased; each line centred in the box and wrapped at its width. What is higher than the box
-    // reaches beyond it. alpha is not used: a text is opaque.
+    // Anti-aliased; each line centred in the box and wrapped at its width. Cut off well outside the box, so
+    // that letters may hang over. alpha is not used: a text is opaque.
     void DrawText(const CanvasText& text, const QRect& box, const CanvasColour& colour);
 
     // Nothing for a place outside.

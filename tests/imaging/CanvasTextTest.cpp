@@ -178,7 +178,7 @@ TEST(CanvasText, WithoutASizeThereIsNoText)
 
 TEST(CanvasText, AnySizeAndAnyBoxIsBorne)
 {
-    EXPECT_FALSE(Drawn(SampleText(QStringLiteral("-"), 5000), {0, -4350, 400, 200}).isEmpty());
+    EXPECT_FALSE(Drawn(SampleText(QStringLiteral("-"), 5000), {0, -4350, 400, 5000}).isEmpty());
     EXPECT_FALSE(CCanvas({9, 9}).MeasureText(SampleText(QStringLiteral("M"), 2147483647)).isEmpty());
     Drawn(SampleText(QStringLiteral("M"), 2147483647));
     EXPECT_TRUE(Drawn(SampleText(QStringLiteral("M")), {0, 0, 0, 0}).isEmpty());
