@@ -10,11 +10,7 @@ constexpr double reductionLeft = 2.5;
 
 } // namespace
 
-CImageFile::CImageFile(const QString& path, const ImageHeader& header)
-    : CImageNode(UprightSize(header.size, header.orientation)), path(path), header(header)
-{}
-
-int CImageFile::ShrinkFor(double scale) const
+int ChooseShrink(const ImageHeader& header, double scale)
 {
     for (const int shrink : {8, 4, 2}) {
         if (header.canShrink && scale * reductionLeft * shrink <= 1) {
@@ -23,6 +19,10 @@ int CImageFile::ShrinkFor(double scale) const
     }
     return 1;
 }
+
+CImageFile::CImageFile(const QString& path, const ImageHeader& header)
+    : CImageNode(UprightSize(header.size, header.orientation)), path(path), header(header)
+{}
 
 void CImageFile::Announce(double scale) const
 {
@@ -34,8 +34,8 @@ CPixels CImageFile::Evaluate(double scale) const
 {
     const std::lock_guard lock(mutex);
     announced = std::max(announced, scale);
-    if (decodedShrink == 0 || decodedShrink > ShrinkFor(scale)) {
-        decodedShrink = ShrinkFor(announced);
+    if (decodedShrink == 0 || decodedShrink > ChooseShrink(header, scale)) {
+        decodedShrink = ChooseShrink(header, announced);
         decoded.reset();
         try {
             decoded = DecodeImage(path, header, decodedShrink);

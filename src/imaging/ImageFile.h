@@ -6,6 +6,9 @@
 #include "imaging/ImageDecoder.h"
 #include "imaging/ImageNode.h"
 
+// The largest reduction by the decoder (1, 2, 4 or 8) that leaves enough for a result of that scale.
+int ChooseShrink(const ImageHeader& header, double scale);
+
 // A picture file: the header is read at construction, the pixels when they are first asked for. They are then
 // kept for all images derived from this one, at the smallest scale of the decoder that serves the largest of
 // them. Shared by those images, on any number of threads.
@@ -18,8 +21,6 @@ public:
     ImageCondition GetCondition() const override;
 
 private:
-    int ShrinkFor(double scale) const;
-
     // Constant after construction.
     const QString path;
     const ImageHeader header;
