@@ -11,6 +11,8 @@ ROOT = "/sample"
 TEMPLATE, PAGE = "/sample/templates/classic.xml", "index.html"
 PAPER, INK = "/sample/styles/paper.xml", "/sample/styles/ink.xml"
 STRING = "8"
+# Laid over the large pictures, in black or white by what lies below.
+SIGNATURE, LARGE, BOTTOM_RIGHT = "© Vistorama sample", 2, 10
 
 GALLERIES = [
     {
@@ -99,12 +101,17 @@ def picture(folder, name, title, description):
     return element("picture", {"path": f"{ROOT}/{folder}{name}", "angle": 0}, texts)
 
 
+def text_stamp(index):
+    is_large = index == LARGE
+    return element("text_stamp", {
+        "index": index, "position": BOTTOM_RIGHT if is_large else 0, "margin": 16 if is_large else 10,
+        "font": "DejaVu Serif" if is_large else "MS Sans Serif", "text": SIGNATURE if is_large else "",
+        "font_size": 14 if is_large else 8, "font_style": 2 if is_large else 0, "color": 0})
+
+
 def stamps():
-    # The values of a new gallery: nothing is drawn on the pictures.
     image = [element("image_stamp", {"index": i, "position": 0, "margin": 10, "file": "", "transparency": 0}) for i in range(3)]
-    text = [element("text_stamp", {"index": i, "position": 0, "margin": 10, "font": "MS Sans Serif", "text": "",
-                                   "font_size": 8, "font_style": 0, "color": 0}) for i in range(3)]
-    return "".join(image + text)
+    return "".join(image + [text_stamp(i) for i in range(3)])
 
 
 def gallery(index, data):

@@ -2,17 +2,23 @@
 
 #include <cstdio>
 
+#include <QDir>
+
 #include "cli/CheckCommand.h"
 #include "cli/DeployCommand.h"
 #include "cli/InfoCommand.h"
 #include "cli/NewCommand.h"
+#include "common/FileSystem.h"
 #include "common/Text.h"
 
 namespace {
 
 const char* const Usage = "Usage:\n"
                           "  vistorama-cli new PROJECT.gallery [--layout NAME] [--style NAME] [--tree "
-                          "FOLDER] [PICTURE|FOLDER ...]\n"
+                          "FOLDER]\n"
+                          "      [--watermark FILE] [--signature TEXT] [--position NAME|NUMBER] [--margin "
+                          "PIXELS]\n"
+                          "      [--size-class small|middle|large|all] [PICTURE|FOLDER ...]\n"
                           "  vistorama-cli deploy PROJECT.gallery TARGET_FOLDER [--quiet]\n"
                           "  vistorama-cli info PROJECT.gallery [--json] [--clusters SIZE]\n"
                           "  vistorama-cli check LAYOUT.xml ...\n"
@@ -134,6 +140,15 @@ QString FailureLines(const QString& caption, const QString& description, const Q
 {
     return QStringLiteral("caption: ") + OnOneLine(caption) + QStringLiteral("\ndescription: ") +
            OnOneLine(description) + QStringLiteral("\nadvice: ") + OnOneLine(advice) + QLatin1Char('\n');
+}
+
+QString ExistingPath(const QString& argument)
+{
+    if (!FileExists(argument)) {
+        throw CFileException(argument, {StringId::CouldNotOpenFile, StringId::FileDoesNotExist,
+                                        StringId::CheckFolderAndFileName});
+    }
+    return QDir(argument).absolutePath();
 }
 
 void PrintOut(const QString& text)

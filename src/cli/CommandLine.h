@@ -49,6 +49,9 @@ int RunCommandLine(const QStringList& arguments);
 // "caption: ...", "description: ...", "advice: ...", each on one line, line breaks inside a text as "\n".
 QString FailureLines(const QString& caption, const QString& description, const QString& advice);
 
+// The absolute path of the file or folder that an argument names. Throws CFileException if there is none.
+QString ExistingPath(const QString& argument);
+
 // Writes to standard output or standard error at once.
 void PrintOut(const QString& text);
 void PrintError(const QString& text);

@@ -7,6 +7,7 @@
 
 #include "cli/CommandLine.h"
 #include "cli/ProjectSession.h"
+#include "cli/StampOptions.h"
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
 #include "common/Text.h"
@@ -48,7 +49,8 @@ QString FindByName(const Definitions& definitions, const QString& name, StringId
 // Fills a new project from the arguments.
 class CProjectBuilder {
 public:
-    CProjectBuilder(CGalleryProject& project, const CommandArguments& arguments) : project(project)
+    CProjectBuilder(CGalleryProject& project, const CommandArguments& arguments)
+        : project(project), stamps(arguments)
     {
         if (arguments.Has(QStringLiteral("layout"))) {
             layout = FindByName(project.GetCatalogue().GetTemplates(),
@@ -67,6 +69,7 @@ public:
         // name.
         gallery.SetTemplate(layout.isEmpty() ? gallery.GetLayout().GetTemplateKey() : layout);
         gallery.SetStyle(style.isEmpty() ? gallery.GetLayout().GetStyleKey() : style);
+        stamps.ApplyTo(gallery);
         return gallery;
     }
 
@@ -94,18 +97,10 @@ public:
 
 private:
     CGalleryProject& project;
+    const CStampOptions stamps;
     QString layout;
     QString style;
 };
-
-QString ExistingPath(const QString& argument)
-{
-    if (!FileExists(argument)) {
-        throw CFileException(argument, {StringId::CouldNotOpenFile, StringId::FileDoesNotExist,
-                                        StringId::CheckFolderAndFileName});
-    }
-    return QDir(argument).absolutePath();
-}
 
 QString ExistingFolder(const QString& argument)
 {
@@ -121,11 +116,12 @@ QString ExistingFolder(const QString& argument)
 int RunNew(const QStringList& arguments)
 {
     const CommandArguments parsed = ParseArguments(
-        arguments,
-        {.valueOptions = {QStringLiteral("layout"), QStringLiteral("style"), QStringLiteral("tree")},
-         .switches = {},
-         .minPositional = 1,
-         .maxPositional = std::numeric_limits<qsizetype>::max()});
+        arguments, {.valueOptions = QStringList{QStringLiteral("layout"), QStringLiteral("style"),
+                                                QStringLiteral("tree")} +
+                                    CStampOptions::GetNames(),
+                    .switches = {},
+                    .minPositional = 1,
+                    .maxPositional = std::numeric_limits<qsizetype>::max()});
     const QString path = QDir(parsed.positional.front()).absolutePath();
     if (FileExists(path)) {
         throw CGenericException(Text(StringId::ProjectExists, path), Text(StringId::NewNeverOverwrites),

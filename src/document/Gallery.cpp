@@ -4,7 +4,6 @@
 
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
-#include "common/TempFolder.h"
 #include "document/GalleryIterator.h"
 #include "document/GalleryLinks.h"
 #include "document/GalleryPictureInfo.h"
@@ -23,7 +22,7 @@ bool IsChild(const CPictureInfo* record)
 } // namespace
 
 CGallery::CGallery(CGalleryManager& manager, CGalleryCatalogue& catalogue, int32_t index)
-    : manager(manager), index(index), layout(catalogue), variables(*this)
+    : manager(manager), index(index), layout(catalogue), variables(*this), cover(*this)
 {}
 
 void CGallery::SetTemplate(const QString& path)
@@ -258,60 +257,6 @@ int32_t CGallery::PositionOfAdded(const CPictureInfo* record) const
         return last;
     }
     return pictures.GetAt(0) == record ? 0 : pictures.FindPosition(record);
-}
-
-QString CGallery::GetCoverPath()
-{
-    if (!isCoverMade) {
-        const QString fileName = ExtractLastName(GetCoverName());
-        manager.GetTempFolder().ExtractResource(QStringLiteral("new_gallery"), QStringLiteral("png"),
-                                                fileName, true);
-        isCoverMade = true;
-    }
-    return coverPath;
-}
-
-QString CGallery::GetCoverName()
-{
-    if (coverPath.isEmpty()) {
-        coverPath = GetNewGalleryCover();
-    }
-    return coverPath;
-}
-
-QString CGallery::GetNewGalleryCover() const
-{
-    return manager.GetTempFolder().GetPath() + QStringLiteral("vsm%1.png").arg(index);
-}
-
-void CGallery::UpdateCover(int32_t changedPosition)
-{
-    if (changedPosition < CoverPictureCount) {
-        SetCover(GetNewGalleryCover());
-    }
-}
-
-// A change climbs the tree, since the parent keeps this gallery under the path of its cover.
-void CGallery::SetCover(const QString& path)
-{
-    const QString oldPath = GetCoverName();
-    if (path == oldPath) {
-        return;
-    }
-    coverPath = path;
-    isCoverMade = false;
-    if (CGallery* parent = GetParent()) {
-        parent->OnChildCoverChanged(oldPath);
-    }
-}
-
-void CGallery::OnChildCoverChanged(const QString& oldPath)
-{
-    const int32_t position = pictures.Find(oldPath);
-    if (position >= 0) {
-        pictures.Rekey(oldPath);
-        UpdateCover(position);
-    }
 }
 
 QString CGallery::GetDisplayName()

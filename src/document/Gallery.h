@@ -8,6 +8,7 @@
 
 #include <QString>
 
+#include "document/GalleryCover.h"
 #include "document/GalleryLayout.h"
 #include "document/GalleryManager.h"
 #include "document/GalleryVariables.h"
@@ -24,8 +25,6 @@ class CGallery {
 public:
     // One set of stamps for each class of picture size: small, middle, large.
     static constexpr size_t StampCount = 3;
-    // As many pictures show in a cover.
-    static constexpr int32_t CoverPictureCount = 4;
 
     CGallery(CGalleryManager& manager, CGalleryCatalogue& catalogue, int32_t index);
     CGallery(const CGallery&) = delete;
@@ -90,17 +89,14 @@ public:
     // For a gallery that is about to leave the project: no child knows it as a parent any more.
     void ForgetChildren();
 
-    // --- Cover.
+    // --- Cover. See GalleryCover.h.
 
-    // The file of the cover, made when it is first asked for. Throws CWin32Exception if it can't be written.
-    QString GetCoverPath();
-    // The same path, with no file made.
-    QString GetCoverName();
-    // To be called behind every change of the content, with the lowest position touched: chooses the cover
-    // anew and tells the parent if its path has changed.
-    void UpdateCover(int32_t changedPosition);
-    // The cover of a child has moved from oldPath to its present path.
-    void OnChildCoverChanged(const QString& oldPath);
+    QString GetCoverPath() { return cover.GetPath(); }
+    QString GetCoverName() { return cover.GetName(); }
+    // To be called behind every change of the content, with the lowest position touched.
+    void UpdateCover(int32_t changedPosition) { cover.Update(changedPosition); }
+    void OnChildCoverChanged(const QString& oldPath) { cover.OnChildChanged(oldPath); }
+    CGalleryCover& GetCover() { return cover; }
 
     // --- Names, links and values. See GalleryLinks.h and GalleryVariables.h.
 
@@ -141,8 +137,6 @@ private:
     int32_t CountPictures(CGalleryTemplate& layoutTemplate, const QString& page);
     int32_t ScaledPageNumber(const CGalleryLayout& before);
     int32_t PositionOfAdded(const CPictureInfo* record) const;
-    QString GetNewGalleryCover() const;
-    void SetCover(const QString& path);
 
     CGalleryManager& manager;
     const int32_t index;
@@ -153,8 +147,7 @@ private:
     std::map<int32_t, CGalleryPictureInfo*>
         childPictures; // by index; each is an entry of pictures, its owner
     std::set<int32_t> parentIndexes;
-    QString coverPath; // empty until first asked for
-    bool isCoverMade = false;
+    CGalleryCover cover;
     std::array<CImageStampParams, StampCount> imageStamps;
     std::array<CTextStampParams, StampCount> textStamps;
     QString queryString;

@@ -6,6 +6,8 @@
 #include "common/Exceptions.h"
 #include "document/Gallery.h"
 #include "effects/ImageEffectCompound.h"
+#include "effects/ImageEffectGraphicsStamp.h"
+#include "effects/ImageEffectTextStamp.h"
 
 namespace {
 
@@ -33,11 +35,20 @@ void CGalleryIterator::Init(CGallery& newGallery, const QString& baseName, const
     MakeStampEffects();
 }
 
-// The one place that fills the compounds of the size classes.
+// The text lies above the watermark.
 void CGalleryIterator::MakeStampEffects()
 {
-    for (auto& effects : stampEffects) {
-        effects = std::make_shared<CImageEffectCompound>();
+    for (size_t sizeClass = 0; sizeClass < stampEffects.size(); ++sizeClass) {
+        const auto effects = std::make_shared<CImageEffectCompound>();
+        const CImageStampParams& image = gallery->GetImageStamps()[sizeClass];
+        if (!image.file.isEmpty()) {
+            effects->Add(std::make_shared<CImageEffectGraphicsStamp>(image));
+        }
+        const CTextStampParams& text = gallery->GetTextStamps()[sizeClass];
+        if (!text.text.isEmpty()) {
+            effects->Add(std::make_shared<CImageEffectTextStamp>(text));
+        }
+        stampEffects[sizeClass] = effects;
     }
 }
 

@@ -8,6 +8,7 @@
 #include "common/FileSystem.h"
 #include "document/DefinitionFolder.h"
 #include "document/GalleryReader.h"
+#include "document/GalleryTree.h"
 #include "document/GalleryWriter.h"
 #include "document/PictureFinder.h"
 
@@ -159,7 +160,7 @@ void CGalleryProject::ReadGalleries(CXmlDocument& document)
     }
     // Parents name their children by index, so that all galleries have to be there before the first is read.
     for (const CXmlElement& element : elements) {
-        CreateGallery(GetAttributeLong(element, "index"));
+        CreateGallery(GetAttributeLong(element, "index")).GetCover().Hold();
     }
     if (!FindGallery(rootGalleryIndex)) {
         rootGalleryIndex = galleries.begin()->first;
@@ -169,6 +170,9 @@ void CGalleryProject::ReadGalleries(CXmlDocument& document)
     }
     for (const CXmlElement& element : elements) {
         ReadGallery(*FindGallery(GetAttributeLong(element, "index")), element, finder);
+    }
+    for (CGallery* gallery : ChildrenBeforeParents(galleries)) {
+        gallery->GetCover().Release();
     }
 }
 

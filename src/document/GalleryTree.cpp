@@ -1,5 +1,7 @@
 #include "document/GalleryTree.h"
 
+#include <algorithm>
+
 #include "document/Gallery.h"
 
 bool IsAtOrAbove(const CGallery& candidate, const CGallery& gallery)
@@ -23,4 +25,21 @@ bool IsAtOrAbove(const CGallery& candidate, const CGallery& gallery)
         }
     }
     return false;
+}
+
+std::vector<CGallery*> ChildrenBeforeParents(const std::map<int32_t, std::unique_ptr<CGallery>>& galleries)
+{
+    std::vector<CGallery*> ordered;
+    for (const auto& [index, gallery] : galleries) {
+        if (gallery && gallery->GetParentIndexes().empty()) {
+            ordered.push_back(gallery.get());
+        }
+    }
+    for (size_t i = 0; i < ordered.size(); ++i) {
+        for (const int32_t child : ordered[i]->GetChildren()) {
+            ordered.push_back(ordered[i]->GetManager().FindGallery(child));
+        }
+    }
+    std::reverse(ordered.begin(), ordered.end());
+    return ordered;
 }

@@ -53,6 +53,7 @@ public:
 
     // For kinds of images that other files of this folder compute.
     explicit CImage(std::shared_ptr<const CImageNode> node);
+    const std::shared_ptr<const CImageNode>& GetNode() const { return node; }
 
     // In pixels, by the picture's own orientation tag (EXIF, tag 0x0112).
     QSize GetSize() const;

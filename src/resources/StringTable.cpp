@@ -156,6 +156,10 @@ const char* FindText(StringId id)
         return "Layouts with errors: %d of %d.";
     case StringId::CorrectNamedLines:
         return "Please correct the lines that are named on standard output.";
+    case StringId::WatermarkNotReadable:
+        return "The watermark %s can't be used.";
+    case StringId::ChooseAnotherWatermark:
+        return "Please choose another picture for the watermark.";
     }
     return "";
 }

@@ -87,6 +87,8 @@ enum class StringId : int {
     LayoutsHaveErrors,
     BadLayoutsOfAll,
     CorrectNamedLines,
+    WatermarkNotReadable,
+    ChooseAnotherWatermark,
 };
 
 // The text as it stands, its "%" included.

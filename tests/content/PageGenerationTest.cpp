@@ -143,9 +143,14 @@ TEST_F(PageGeneration, EveryGalleryLiesDirectlyBelowTheTarget)
     expected += QStringLiteral("%1/pictures/02020.png").arg(grandchild);
     expected += QStringLiteral("%1/pictures/12020.png").arg(grandchild);
     // A child is shown in its parent by its cover.
-    expected += QStringLiteral("pictures/vsm%1").arg(child) + QStringLiteral("2020.png");
-    expected += QStringLiteral("pictures/vsm%1").arg(second) + QStringLiteral("2020.png");
-    expected += QStringLiteral("%1/pictures/vsm%2").arg(child).arg(grandchild) + QStringLiteral("2020.png");
+    const auto pageImageOfCover = [&](int32_t index) {
+        QString name = ExtractLastName(project.FindGallery(index)->GetCoverName());
+        return QStringLiteral("pictures/") +
+               name.insert(name.lastIndexOf(QLatin1Char('.')), QStringLiteral("2020"));
+    };
+    expected += pageImageOfCover(child);
+    expected += pageImageOfCover(second);
+    expected += QStringLiteral("%1/").arg(child) + pageImageOfCover(grandchild);
     expected.sort();
     EXPECT_EQ(SiteFiles(), expected);
 }

@@ -304,6 +304,42 @@ TEST(GalleryIterator, ThreeClassesOfPictureSizeHaveTheirOwnStamps)
     }
 }
 
+TEST(GalleryIterator, EachSizeClassHasItsWatermarkBelowItsSignature)
+{
+    CTestProject test;
+    CGallery& gallery = test.NewGallery();
+    gallery.GetImageStamps()[0].file = QStringLiteral("a"); // 97
+    gallery.GetImageStamps()[2].file = QStringLiteral("b");
+    gallery.GetTextStamps()[1].text = QStringLiteral("c");
+    gallery.GetTextStamps()[2].text = QStringLiteral("d");
+    // Settings without a file or a text are no stamp.
+    gallery.GetImageStamps()[1].position = 5;
+    gallery.GetTextStamps()[0].font_size = 20;
+    CGalleryIterator iterator;
+    iterator.Init(gallery);
+    const auto nameAt = [&](int32_t width, int32_t height) {
+        return iterator.GetEffectsForSize(width, height)->GetResultFileName(QStringLiteral("x.jpg"));
+    };
+    EXPECT_EQ(nameAt(199, 199), QStringLiteral("xg970as0.jpg"));
+    EXPECT_EQ(nameAt(200, 199), QStringLiteral("xt990a525422.jpg"));
+    EXPECT_EQ(nameAt(600, 100), QStringLiteral("xg980as0t1000a525422.jpg"));
+}
+
+TEST(GalleryIterator, AStampOutlivesItsIterator)
+{
+    CTestProject test;
+    CGallery& gallery = test.NewGallery();
+    gallery.GetTextStamps()[0].text = QStringLiteral("c");
+    std::shared_ptr<const CImageEffectCompound> effects;
+    {
+        CGalleryIterator iterator;
+        iterator.Init(gallery);
+        effects = iterator.GetEffectsForSize(1, 1);
+        gallery.GetTextStamps()[0].text = QStringLiteral("changed later");
+    }
+    EXPECT_EQ(effects->GetResultFileName(QStringLiteral("x.jpg")), QStringLiteral("xt990a525422.jpg"));
+}
+
 TEST(GalleryIterator, EachInitBeginsWithFreshStamps)
 {
     CTestProject test;

@@ -163,25 +163,7 @@ TEST(GalleryPictures, OnlyAPlainPictureBecomesAGallery)
     EXPECT_EQ(test.project.GetGalleries().size(), 2u);
 }
 
-TEST(GalleryCover, IsMadeWhenItIsFirstAskedForAndNotBefore)
-{
-    CTestProject test;
-    CGallery& gallery = test.NewGallery(1);
-    test.project.AddChildGallery(-1);
-    const QString folder = ExtractLastName(test.tempFolder.GetPath().chopped(1));
-    const QString expected = test.tempFolder.GetPath() + QStringLiteral("vsm1.png");
-    EXPECT_EQ(test.project.FindGallery(1)->GetCoverName(), expected);
-    EXPECT_FALSE(FileExists(expected));
-
-    test.scratch.Write(folder + QStringLiteral("/vsm1.png"), "left over");
-    EXPECT_EQ(gallery.GetPictures().GetAt(1)->GetPath(), expected);
-    EXPECT_TRUE(test.scratch.Read(folder + QStringLiteral("/vsm1.png")).startsWith("\x89PNG"));
-    EXPECT_FALSE(FileExists(test.tempFolder.GetPath() + QStringLiteral("vsm0.png")));
-    EXPECT_EQ(gallery.GetCoverPath(), test.tempFolder.GetPath() + QStringLiteral("vsm0.png"));
-    EXPECT_TRUE(FileExists(test.tempFolder.GetPath() + QStringLiteral("vsm0.png")));
-}
-
-TEST(GalleryCover, AChildIsListedUnderThePathOfItsCover)
+TEST(GalleryPictures, AChildIsListedUnderThePathOfItsCover)
 {
     CTestProject test;
     CGallery& gallery = test.NewGallery(1);
@@ -193,7 +175,7 @@ TEST(GalleryCover, AChildIsListedUnderThePathOfItsCover)
     EXPECT_EQ(gallery.GetPictures().Find(cover), 1);
 }
 
-TEST(GalleryCover, APictureOfACoversPathDoesNotPushTheChildOut)
+TEST(GalleryPictures, APictureOfACoversPathDoesNotPushTheChildOut)
 {
     CTestProject test;
     CGallery& gallery = test.NewGallery();

@@ -2,6 +2,7 @@
 
 #include "TestProject.h"
 #include "common/Exceptions.h"
+#include "common/FileSystem.h"
 #include "document/GalleryPictureInfo.h"
 
 namespace {
@@ -230,13 +231,15 @@ TEST(GalleryPictureInfo, AnswersForTheChildGallery)
     child.SetTemplatePage(QStringLiteral("c.html"));
     root.SetTemplatePage(QStringLiteral("r.html"));
     CPictureInfo& entry = *root.GetPictures().GetAt(0);
+    const QByteArray coverName = ExtractLastName(child.GetCoverName()).toUtf8();
+    const QByteArray coverBase = coverName.chopped(4); // ".png"
     const struct {
         const char* name;
         const char* expected;
     } rows[] = {
         {"file_creation_time", "date:43833.5"},
-        {"file_name", "vsm1.png"},
-        {"file_name_base", "vsm1"},
+        {"file_name", coverName.constData()},
+        {"file_name_base", coverBase.constData()},
         {"file_name_extension", "png"},
         {"name", "Kids"},
         {"NAME", "Kids"},

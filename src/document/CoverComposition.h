@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include <QString>
+
+// One of the pictures that a cover is made of.
+struct CoverPicture {
+    QString path;
+    // What the name of a composed cover is made from: the path; for another cover its name alone, since the
+    // folder of covers is another one in each run and published names should not be.
+    QString namedBy;
+    int32_t angle = 0; // quarter turns clockwise
+};
+
+// How many of a gallery's first pictures its cover shows: 0, 1, 2 or 4.
+int32_t CountOfCoverPictures(int32_t pictureCount);
+
+// The file name of a cover of 0, 1, 2 or 4 pictures: "vsm3.png" for gallery 3 without pictures, a name after
+// the picture for one, after "vsm3.png" for more. No file is opened.
+QString CoverFileName(int32_t galleryIndex, const std::vector<CoverPicture>& pictures);
+
+// Composes the cover of 1, 2 or 4 pictures and writes it over what is there. A picture that can't be read
+// leaves its tile empty; if none can be read, the answer is false and the file means nothing. Throws
+// CUnexpectedException if the file can't be written.
+bool SaveCover(const QString& path, const std::vector<CoverPicture>& pictures);
+
+// The picture of a gallery without pictures, in the format of path's extension. from: a file of it.
+void SaveCoverLike(const QString& path, const QString& from);

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include <QString>
+
+struct CoverPicture;
+class CGallery;
+class CPictureInfo;
+
+// The picture that stands for a gallery in its parent: made from the gallery's first pictures, in the
+// temporary folder of the run. Its name is known at once; its pixels are made when somebody asks for the
+// file, so that a project opens without opening a picture. Part of its gallery, used on its thread.
+class CGalleryCover {
+public:
+    // As many pictures can show.
+    static constexpr int32_t PictureCount = 4;
+
+    explicit CGalleryCover(CGallery& gallery) : gallery(gallery) {}
+    CGalleryCover(const CGalleryCover&) = delete;
+    CGalleryCover& operator=(const CGalleryCover&) = delete;
+
+    // The file, made if need be, together with those that it shows. If none of the pictures can be read, it
+    // holds the picture of an empty gallery under the same name. Throws CExceptionBase if it can't be
+    // written.
+    QString GetPath();
+
+    // The same path, with no file made.
+    QString GetName();
+
+    // Behind a change of the gallery's content at that position: chooses name and pictures anew, and likewise
+    // in all galleries above that show this one.
+    void Update(int32_t changedPosition);
+
+    // The cover of a child has moved from oldPath to its present path.
+    void OnChildChanged(const QString& oldPath);
+
+    // While held, the cover is that of an empty gallery whatever happens. For reading a project: galleries
+    // released from the bottom up choose their covers once each.
+    void Hold() { isHeld = true; }
+    void Release();
+
+private:
+    bool Choose();
+    int32_t PositionOf(const CPictureInfo* record) const;
+    int32_t RekeyChild(const CGallery& child, const QString& oldPath);
+    std::vector<CoverPicture> GetShownPictures() const;
+    std::vector<CGallery*> GetShownChildren() const;
+    QString PathOf(const std::vector<CoverPicture>& pictures) const;
+    void Make();
+
+    CGallery& gallery;
+    QString path;           // empty until first asked for
+    int32_t shownCount = 0; // pictures from the gallery's front
+    bool isMade = false;
+    bool isHeld = false;
+};
