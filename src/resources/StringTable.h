@@ -86,6 +86,32 @@ enum class StringId : int {
     LayoutsHaveErrors,
     BadLayoutsOfAll,
     CorrectNamedLines,
+
+    // FTP: words for a status.
+    InvalidNameTitle = 20500,
+    InvalidNameDescription,
+    AbortedTitle,
+    AbortedDescription,
+    NetworkUnreachableTitle,
+    NetworkUnreachableDescription,
+    NetworkResetTitle,
+    NetworkResetDescription,
+    ConnectionAbortedTitle,
+    ConnectionAbortedDescription,
+    ConnectionResetTitle,
+    ConnectionResetDescription,
+    TimedOutTitle,
+    TimedOutDescription,
+    ConnectionRefusedTitle,
+    ConnectionRefusedDescription,
+    HostDownTitle,
+    HostDownDescription,
+    NoRouteTitle,
+    NoRouteDescription,
+    HostNotFoundTitle,
+    HostNotFoundDescription,
+    UnknownStatusTitle,
+    UnknownStatusDescription,
 };
 
 // The text as it stands, its "%" included.
