@@ -70,7 +70,7 @@ int CSocket::Create()
     return 0;
 }
 
-int CSocket::Connect(const sockaddr_in& address, std::chrono::milliseconds timeout)
+int CSocket::Connect(const sockaddr_in& address, std::chrono::milliseconds timeout, const CEvent* interrupt)
 {
     if (::connect(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) {
         return 0;
@@ -78,8 +78,11 @@ int CSocket::Connect(const sockaddr_in& address, std::chrono::milliseconds timeo
     if (errno != EINPROGRESS && errno != EINTR) {
         return EngineStatus::FromErrno(errno);
     }
-    if (WaitForFirst({{descriptor, true}}, timeout) == WaitResult::TimedOut) {
-        return EngineStatus::TimedOut;
+    const WaitedDescriptor connected = {descriptor, true};
+    const WaitResult result = interrupt == nullptr ? WaitForFirst({connected}, timeout)
+                                                   : WaitForFirst({connected, UntilSet(*interrupt)}, timeout);
+    if (result != WaitResult::First) {
+        return result == WaitResult::TimedOut ? EngineStatus::TimedOut : EngineStatus::Aborted;
     }
     int error = 0;
     socklen_t size = sizeof error;

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <netinet/in.h>
 
+class CEvent;
+
 // What a transfer that doesn't wait came to.
 struct SocketResult {
     std::size_t bytes = 0;
@@ -23,8 +25,10 @@ public:
 
     // 0, or the error's number.
     int Create();
-    // Waits until the connection is there. NoLimit: as long as the platform takes.
-    int Connect(const sockaddr_in& address, std::chrono::milliseconds timeout);
+    // Waits until the connection is there, or, with 995, until interrupt is signalled. NoLimit: as long as
+    // the platform takes. 0, or the error's number.
+    int Connect(const sockaddr_in& address, std::chrono::milliseconds timeout,
+                const CEvent* interrupt = nullptr);
     void Close();
 
     // No bytes and no error: the peer has closed.
