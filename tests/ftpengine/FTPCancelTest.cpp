@@ -151,9 +151,9 @@ TEST_F(FTPCancel, BetweenTwoFilesIsSeenAtTheNextWait)
 {
     // The reply to the second PASV is held back, so that the wait for it finds no chunk.
     int pasvs = 0;
-    CEvent never;
     server.On("PASV", [&](CServerSession& session, const std::string&) {
         if (++pasvs == 2) {
+            reached.Set();
             session.Stall();
         } else {
             session.Send(session.ListenForData());
@@ -172,6 +172,7 @@ TEST_F(FTPCancel, BetweenTwoFilesIsSeenAtTheNextWait)
     engine.Upload(server.GetDestination(), QStringLiteral("t"), map, target);
     EXPECT_EQ(Finished().status, 995);
     EXPECT_EQ(target->GetMessages(), (Names{"808 t", "809 file t", "80b file t", "809 second t", "80c t"}));
+    EXPECT_TRUE(reached.Wait(milliseconds(30000)));
     EXPECT_EQ(server.GetCommands().back(), "PASV");
     server.Stop();
 }

@@ -322,6 +322,7 @@ TEST_F(FTPTransfer, AServerThatClosesTheDataEarlyStillGetsItsSay)
     server.On("STOR", [](CServerSession& session, const std::string&) {
         session.Send("150 go on\r\n");
         ASSERT_TRUE(session.AcceptData());
+        session.TakeSomeData();
         session.ResetData();
         session.Send("426 broken\r\n");
     });

@@ -138,11 +138,19 @@ std::string CServerSession::ListenForData(int backlog)
 
 bool CServerSession::AcceptData()
 {
-    if (!dataListener) {
+    if (!dataListener || dataListener->GetDescriptor() < 0 ||
+        WaitForFirst({UntilSet(stop), {dataListener->GetDescriptor()}, {control.GetDescriptor()}}, NoLimit) !=
+            WaitResult::Second) {
         return false;
     }
     data = dataListener->Accept(stop);
     return data.IsOpen();
+}
+
+void CServerSession::TakeSomeData()
+{
+    std::string taken;
+    ReadMore(data, taken, stop);
 }
 
 std::string CServerSession::ReadData()

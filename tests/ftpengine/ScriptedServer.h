@@ -58,11 +58,13 @@ public:
     // Opens a data port; returns the reply to PASV for it.
     std::string ListenForData(int backlog = 16);
     CListener& GetDataListener() { return *dataListener; }
-    // False if nobody came.
+    // False if nobody came, and the client has hung up instead.
     bool AcceptData();
     void SendData(std::string_view bytes) { SendAll(data, bytes, stop); }
     // Until the client closes.
     std::string ReadData();
+    // Waits for the first bytes.
+    void TakeSomeData();
     // Takes a little at a time until the client closes.
     void SipData(std::chrono::milliseconds pause);
     void CloseData() { data.Close(); }
