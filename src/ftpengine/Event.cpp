@@ -30,6 +30,7 @@ CEvent::~CEvent()
 
 void CEvent::Set()
 {
+    timesSet.fetch_add(1, std::memory_order_release);
     const uint64_t one = 1;
     // Refused only when the counter is full; then the event is signalled already.
     [[maybe_unused]] const ssize_t written = ::write(descriptor, &one, sizeof one);
@@ -49,5 +50,7 @@ bool CEvent::IsSet() const
 
 bool CEvent::Wait(std::chrono::milliseconds timeout) const
 {
-    return WaitForFirst({UntilSet(*this)}, timeout) == WaitResult::First;
+    const bool isSet = WaitForFirst({UntilSet(*this)}, timeout) == WaitResult::First;
+    static_cast<void>(timesSet.load(std::memory_order_acquire));
+    return isSet;
 }

@@ -18,7 +18,7 @@ inline FTPTimeouts ShortTimeouts()
     using std::chrono::milliseconds;
     return {.send = milliseconds(2000),
             .reply = milliseconds(500),
-            .greetingSilence = milliseconds(150),
+            .greetingSilence = milliseconds(200),
             .segmentSilence = milliseconds(30),
             .stopWorker = milliseconds(1000),
             .dataStall = milliseconds(300)};

@@ -264,6 +264,7 @@ TEST_F(FTPSequence, TheGroupOfTheReplyDecides)
         const std::string whole = "refused 550|" + row.reply.substr(0, row.reply.size() - 2);
         EXPECT_EQ(Run<CFTPCommandSequenceTypeA>(), row.outcome == nullptr ? whole : row.outcome) << row.reply;
     }
+    server.Stop();
     EXPECT_TRUE(traces.Has("_T(\"ExecuteCurrentSequence unknown group\")"));
     EXPECT_TRUE(traces.Has("\"ExecuteCurrentSequence throws: \"550"));
 }

@@ -29,9 +29,16 @@ std::size_t CountThreads()
     return CountEntries("/proc/self/task");
 }
 
+// The first thread of a process may bring along one that stays, that of a sanitizer.
+std::size_t CountThreadsBefore()
+{
+    std::thread([] {}).join();
+    return CountThreads();
+}
+
 } // namespace
 
-CResourceGuard::CResourceGuard() : descriptors(CountDescriptors()), threads(CountThreads()) {}
+CResourceGuard::CResourceGuard() : descriptors(CountDescriptors()), threads(CountThreadsBefore()) {}
 
 CResourceGuard::~CResourceGuard()
 {

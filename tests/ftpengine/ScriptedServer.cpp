@@ -58,6 +58,7 @@ void SendAll(CSocket& socket, std::string_view bytes, const CEvent& stop)
     while (!bytes.empty() && socket.IsOpen()) {
         const SocketResult result = socket.Send(bytes.data(), bytes.size());
         if (result.error != 0) {
+            socket.Close();
             return;
         }
         bytes.remove_prefix(result.bytes);
