@@ -1,5 +1,8 @@
 #include "ftpengine/FTPEngine.h"
 
+#include <sys/resource.h>
+#include <unistd.h>
+
 #include <QCoreApplication>
 #include <QTimer>
 
@@ -431,6 +434,29 @@ TEST_F(FTPEngine, TwoEnginesWorkSideBySide)
     Finished(2);
     EXPECT_TRUE(target->GetResults()[0].IsSuccess());
     EXPECT_TRUE(target->GetResults()[1].IsSuccess());
+}
+
+TEST_F(FTPEngine, EndsWithAStatusWhenTheSystemHasNoDescriptorsLeft)
+{
+    server.Start();
+    CFTPEngine engine(ShortTimeouts());
+    rlimit usual{};
+    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &usual), 0);
+    const int next = ::dup(0);
+    ::close(next);
+    std::size_t results = 0;
+    for (rlim_t spare = 0; spare < 10; ++spare) {
+        const rlimit scarce = {.rlim_cur = static_cast<rlim_t>(next) + spare, .rlim_max = usual.rlim_max};
+        ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &scarce), 0);
+        engine.TestConnection(server.GetDestination(), target);
+        target->WaitForFinished(++results);
+    }
+    ::setrlimit(RLIMIT_NOFILE, &usual);
+    EXPECT_EQ(target->GetResults()[0].status, 10055); // not even a worker
+    EXPECT_NE(target->GetResults()[3].status, 0);     // a worker, but no connection
+    EXPECT_EQ(target->GetMessages().size(), 2 * results);
+    engine.TestConnection(server.GetDestination(), target);
+    EXPECT_TRUE(Finished(results + 1).IsSuccess());
 }
 
 TEST_F(FTPEngine, IsMadeAndDestroyedWithoutWork)
