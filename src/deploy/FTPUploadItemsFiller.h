@@ -1,26 +1,11 @@
 #pragma once
 
-#include <cstdint>
-#include <map>
-
 #include <QString>
 
 #include "common/DirectoryProcessor.h"
+#include "ftpengine/FTPUploadItem.h"
 
 class CStopSignal;
-
-// One file to send.
-struct FTPUploadItem {
-    QString localPath;
-    QString name; // without directories
-    QString
-        directory; // relative to the walked root, with "\" between its parts; empty for a file in the root
-    uint32_t size = 0; // bytes; 0 if the file couldn't be asked
-};
-
-// By full local path in plain string order, which keeps the files of one directory together, so that an
-// upload changes its remote directory as seldom as it can.
-using FTPUploadMap = std::map<QString, FTPUploadItem>;
 
 // Walks a generated site into an upload map. An empty directory has no item, so it does not come to be on the
 // server.

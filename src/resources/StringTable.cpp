@@ -156,6 +156,63 @@ const char* FindText(StringId id)
         return "Layouts with errors: %d of %d.";
     case StringId::CorrectNamedLines:
         return "Please correct the lines that are named on standard output.";
+
+    case StringId::InvalidNameTitle:
+        return "Invalid name";
+    case StringId::InvalidNameDescription:
+        return "A name holds a line break or a zero character. No server can be asked for it.";
+    case StringId::AbortedTitle:
+        return "Operation aborted";
+    case StringId::AbortedDescription:
+        return "An operation was canceled.";
+    case StringId::NetworkUnreachableTitle:
+        return "Network is unreachable";
+    case StringId::NetworkUnreachableDescription:
+        return "This usually means the local software knows no route to reach the remote host.";
+    case StringId::NetworkResetTitle:
+        return "Network dropped connection on reset";
+    case StringId::NetworkResetDescription:
+        return "The connection has been broken due to keep-alive activity detecting a failure while the "
+               "operation was in progress.";
+    case StringId::ConnectionAbortedTitle:
+        return "Software caused connection abort";
+    case StringId::ConnectionAbortedDescription:
+        return "An established connection was aborted by the software in your host computer, possibly due to "
+               "a data transmission time-out or protocol error.";
+    case StringId::ConnectionResetTitle:
+        return "Connection reset by peer";
+    case StringId::ConnectionResetDescription:
+        return "An existing connection was forcibly closed by the remote host. This normally results if the "
+               "peer application on the remote host is suddenly stopped, the host is rebooted, the host or "
+               "remote network interface is disabled";
+    case StringId::TimedOutTitle:
+        return "Connection timed out";
+    case StringId::TimedOutDescription:
+        return "A connection attempt failed because the connected party did not properly respond after a "
+               "period of time, or the established connection failed because the connected host has failed "
+               "to respond.";
+    case StringId::ConnectionRefusedTitle:
+        return "Connection refused";
+    case StringId::ConnectionRefusedDescription:
+        return "No connection could be made because the target computer actively refused it. This usually "
+               "results from trying to connect to a service that is inactive on the foreign host—that is, "
+               "one with no server application running.";
+    case StringId::HostDownTitle:
+        return "Host is down";
+    case StringId::HostDownDescription:
+        return "A socket operation failed because the destination host is down.";
+    case StringId::NoRouteTitle:
+        return "No route to host";
+    case StringId::NoRouteDescription:
+        return "A socket operation was attempted to an unreachable host.";
+    case StringId::HostNotFoundTitle:
+        return "Host not found";
+    case StringId::HostNotFoundDescription:
+        return "No such host is known.";
+    case StringId::UnknownStatusTitle:
+        return "Unknown error";
+    case StringId::UnknownStatusDescription:
+        return "No additional information is available";
     case StringId::WatermarkNotReadable:
         return "The watermark %s can't be used.";
     case StringId::ChooseAnotherWatermark:

@@ -1,0 +1,55 @@
+#include "ftpengine/WindowTaskWaiter.h"
+
+#include <algorithm>
+#include <climits>
+
+#include <QAbstractEventDispatcher>
+#include <QCoreApplication>
+#include <QSocketNotifier>
+#include <QTimer>
+
+#include "ftpengine/EngineStatus.h"
+
+void CWindowTaskWaiter::Post(FTPMessage message)
+{
+    if (auto* const created = std::get_if<FTP_CREATE_FINISHED>(&message)) {
+        Complete(std::move(created->result));
+    } else if (auto* const renamed = std::get_if<FTP_RENAME_FINISHED>(&message)) {
+        Complete(std::move(renamed->result));
+    }
+}
+
+void CWindowTaskWaiter::Complete(CTaskResult taken)
+{
+    const std::lock_guard guard(lock);
+    result = std::move(taken);
+    completed.Set();
+}
+
+CTaskResult CWindowTaskWaiter::Wait(std::chrono::milliseconds timeout)
+{
+    const bool hasLoop = QAbstractEventDispatcher::instance() != nullptr;
+    if (!(hasLoop ? WaitDispatching(timeout) : completed.Wait(timeout))) {
+        CTaskResult late;
+        late.status = EngineStatus::TimedOut;
+        return late;
+    }
+    const std::lock_guard guard(lock);
+    return result;
+}
+
+bool CWindowTaskWaiter::WaitDispatching(std::chrono::milliseconds timeout) const
+{
+    QSocketNotifier wake(completed.GetDescriptor(), QSocketNotifier::Read);
+    QObject::connect(&wake, &QSocketNotifier::activated, &wake, [&wake] { wake.setEnabled(false); });
+    QTimer quiet;
+    quiet.setSingleShot(true);
+    bool tooLong = false;
+    QObject::connect(&quiet, &QTimer::timeout, &quiet, [&tooLong] { tooLong = true; });
+    while (!completed.IsSet() && !tooLong) {
+        QCoreApplication::processEvents();
+        quiet.start(static_cast<int>(std::clamp<int64_t>(timeout.count(), 0, INT_MAX)));
+        QAbstractEventDispatcher::instance()->processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    return completed.IsSet();
+}

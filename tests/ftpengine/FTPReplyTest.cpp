@@ -1,0 +1,48 @@
+#include "ftpengine/FTPReply.h"
+
+TEST(FTPReply, TheLastLineDecides)
+{
+    const struct {
+        const char* chunk;
+        int code;
+        const char* text;
+    } rows[] = {
+        {"230 OK\r\n", 230, "230 OK\r\n"},
+        {"230-Hello\r\n230 OK\r\n", 230, "230 OK\r\n"},
+        {"150 Opening\r\n226 Done\r\n", 226, "226 Done\r\n"},
+        {"230-Hello\r\n", 230, "230-Hello\r\n"}, // that others follow is not looked at
+        {"150 Opening\r\n226 Done", 226, "226 Done"},
+        {"230-Hello\r\n 230 text\r\n", 23, " 230 text\r\n"}, // a blank counts among the three bytes
+        {"Hello\r\n", 0, "Hello\r\n"},
+        {"", 0, ""},
+        {"2", 2, "2"},
+        {"22\r\n", 22, "22\r\n"},
+        {"2a0 x\r\n", 2, "2a0 x\r\n"},
+        {"-12 x\r\n", -12, "-12 x\r\n"},
+        {"\r\n", 0, "\r\n"},
+        {"\r\n\r\n", 0, "\r\n"},
+        {"220 a\n230 b\n", 220, "220 a\n230 b\n"}, // a line ends in both characters
+        {"220 a\r\n\xff\xfe", 0, "\xef\xbf\xbd\xef\xbf\xbd"},
+        {"2345 x\r\n", 234, "2345 x\r\n"},
+    };
+    for (const auto& row : rows) {
+        const FTPReply reply = ReadReply(row.chunk);
+        EXPECT_EQ(reply.code, row.code) << row.chunk;
+        EXPECT_EQ(reply.text, QString::fromUtf8(row.text)) << row.chunk;
+    }
+}
+
+TEST(FTPReply, AGreetingIsReadAsAWhole)
+{
+    const FTPReply reply = ReadGreeting("220-Hello\r\n230 there\r\n");
+    EXPECT_EQ(reply.code, 220);
+    EXPECT_EQ(reply.text, QStringLiteral("220-Hello\r\n230 there\r\n"));
+    EXPECT_EQ(ReadGreeting("").code, 0);
+}
+
+TEST(FTPReply, AFreshOneIsGood)
+{
+    EXPECT_EQ(FTPReply().code, 200);
+    EXPECT_EQ(FTPReply().text, QString());
+    EXPECT_EQ((FTPReply{.code = 599, .text = {}}).GetGroup(), 5);
+}
