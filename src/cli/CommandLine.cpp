@@ -14,7 +14,7 @@ const char* const Usage = "Usage:\n"
                           "  vistorama-cli new PROJECT.gallery [--layout NAME] [--style NAME] [--tree "
                           "FOLDER] [PICTURE|FOLDER ...]\n"
                           "  vistorama-cli deploy PROJECT.gallery TARGET_FOLDER [--quiet]\n"
-                          "  vistorama-cli info PROJECT.gallery [--json]\n"
+                          "  vistorama-cli info PROJECT.gallery [--json] [--clusters SIZE]\n"
                           "  vistorama-cli check LAYOUT.xml ...\n"
                           "  vistorama-cli --help | --version\n";
 

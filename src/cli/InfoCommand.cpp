@@ -1,5 +1,6 @@
 #include "cli/InfoCommand.h"
 
+#include <optional>
 #include <set>
 
 #include <QJsonArray>
@@ -12,13 +13,30 @@
 #include "document/GalleryPictureInfo.h"
 #include "document/GalleryStyle.h"
 #include "document/GalleryTemplate.h"
+#include "document/PictureClusters.h"
 
 namespace {
+
+class CNeverCancelled final : public CPictureClustersCanceller {
+public:
+    bool IsCancelled() override { return false; }
+};
+
+std::vector<PictureCluster> ClustersOf(CGallery& gallery, int32_t size)
+{
+    std::vector<PictureCluster> clusters;
+    CNeverCancelled canceller;
+    BuildPictureClusters(clusters, gallery.GetPictures(), size, canceller);
+    return clusters;
+}
 
 // Shows each gallery of the tree once, parents before their children.
 class CInfoWriter {
 public:
-    explicit CInfoWriter(CGalleryProject& project) : project(project) {}
+    // clusterSize: nothing for no clusters.
+    CInfoWriter(CGalleryProject& project, std::optional<int32_t> clusterSize)
+        : project(project), clusterSize(clusterSize)
+    {}
 
     QString WriteText()
     {
@@ -29,6 +47,9 @@ public:
                         .arg(index)
                         .arg(gallery.GetDisplayName(), LayoutName(gallery), StyleName(gallery))
                         .arg(CountPictures(gallery));
+            if (clusterSize) {
+                WriteClusters(gallery, depth);
+            }
         });
         return project.GetName() + QLatin1Char('\n') + text;
     }
@@ -75,6 +96,36 @@ private:
         return gallery.GetPictures().GetCount() - static_cast<int>(gallery.GetChildren().size());
     }
 
+    void WriteClusters(CGallery& gallery, int depth)
+    {
+        for (const auto& [label, positions] : ClustersOf(gallery, *clusterSize)) {
+            text += QStringLiteral("  ").repeated(depth + 2) +
+                    QStringLiteral("%1: %2 pictures\n").arg(label).arg(positions.size());
+        }
+    }
+
+    // Child galleries have their places among the pictures.
+    QJsonArray ClustersArray(CGallery& gallery)
+    {
+        QJsonArray clusters;
+        for (const auto& [label, positions] : ClustersOf(gallery, *clusterSize)) {
+            QJsonArray pictures;
+            QJsonArray children;
+            for (const int32_t position : positions) {
+                CPictureInfo* const picture = gallery.GetPictures().GetAt(position);
+                if (const auto* child = dynamic_cast<const CGalleryPictureInfo*>(picture)) {
+                    children.append(child->GetGalleryIndex());
+                } else {
+                    pictures.append(picture->GetPath());
+                }
+            }
+            clusters.append(QJsonObject{{QStringLiteral("label"), label},
+                                        {QStringLiteral("pictures"), pictures},
+                                        {QStringLiteral("children"), children}});
+        }
+        return clusters;
+    }
+
     QJsonObject GalleryObject(int32_t index)
     {
         CGallery& gallery = *project.FindGallery(index);
@@ -90,29 +141,51 @@ private:
         for (const int32_t child : gallery.GetChildren()) {
             children.append(child);
         }
-        return {{QStringLiteral("index"), index},
-                {QStringLiteral("name"), gallery.GetDisplayName()},
-                {QStringLiteral("layout"), LayoutName(gallery)},
-                {QStringLiteral("style"), StyleName(gallery)},
-                {QStringLiteral("children"), children},
-                {QStringLiteral("pictures"), pictures}};
+        QJsonObject object{{QStringLiteral("index"), index},
+                           {QStringLiteral("name"), gallery.GetDisplayName()},
+                           {QStringLiteral("layout"), LayoutName(gallery)},
+                           {QStringLiteral("style"), StyleName(gallery)},
+                           {QStringLiteral("children"), children},
+                           {QStringLiteral("pictures"), pictures}};
+        if (clusterSize) {
+            object.insert(QStringLiteral("clusters"), ClustersArray(gallery));
+        }
+        return object;
     }
 
     CGalleryProject& project;
+    const std::optional<int32_t> clusterSize;
     std::set<int32_t> visited;
     QString text;
 };
+
+std::optional<int32_t> ParseClusterSize(const CommandArguments& parsed)
+{
+    const QString option = QStringLiteral("clusters");
+    if (!parsed.Has(option)) {
+        return std::nullopt;
+    }
+    bool isNumber = false;
+    const int32_t size = parsed.Get(option).toInt(&isNumber);
+    if (!isNumber || size <= 0) {
+        throw CWrongUse(QStringLiteral("The option '--clusters' needs a number from 1 on, not '%1'.")
+                            .arg(parsed.Get(option)));
+    }
+    return size;
+}
 
 } // namespace
 
 int RunInfo(const QStringList& arguments)
 {
-    const CommandArguments parsed = ParseArguments(
-        arguments,
-        {.valueOptions = {}, .switches = {QStringLiteral("json")}, .minPositional = 1, .maxPositional = 1});
+    const CommandArguments parsed = ParseArguments(arguments, {.valueOptions = {QStringLiteral("clusters")},
+                                                               .switches = {QStringLiteral("json")},
+                                                               .minPositional = 1,
+                                                               .maxPositional = 1});
+    const std::optional<int32_t> clusterSize = ParseClusterSize(parsed);
     CProjectSession session;
     session.OpenExisting(parsed.positional.front());
-    CInfoWriter writer(session.GetProject());
+    CInfoWriter writer(session.GetProject(), clusterSize);
     PrintOut(parsed.Has(QStringLiteral("json")) ? writer.WriteJson() : writer.WriteText());
     return ExitDone;
 }

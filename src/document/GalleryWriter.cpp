@@ -32,9 +32,26 @@ void WritePictures(const CPictureList& pictures, CXmlElement& element)
     WriteVariables(list, "picture_list_variable", pictures.GetVariables());
 }
 
+// A loop of a layout leaves empty variables behind on every page that it was rendered for. They are not
+// written, as they would not be read, so that looking at a page doesn't change the project's file.
+CVariableMap WithoutEmpty(const CVariableMap& variables)
+{
+    CVariableMap result;
+    for (const auto& [name, value] : variables.GetEntries()) {
+        if (!value.IsEmpty()) {
+            result.Set(name, value);
+        }
+    }
+    return result;
+}
+
 void WritePages(const CGalleryVariables::PageVariables& pages, CXmlElement& element)
 {
-    for (const auto& [key, variables] : pages) {
+    for (const auto& [key, allVariables] : pages) {
+        const CVariableMap variables = WithoutEmpty(allVariables);
+        if (variables.GetEntries().empty()) {
+            continue;
+        }
         CXmlElement page = element.AppendChild("page");
         page.SetAttribute("name", key.first);
         page.SetAttribute("index", key.second);

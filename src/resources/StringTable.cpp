@@ -73,6 +73,8 @@ const char* FindText(StringId id)
         return "The file %s is included more than %d levels deep. Probably it includes itself.";
     case StringId::NestingTooDeep:
         return "Template sections are nested more than %d levels deep, those of included files counted.";
+    case StringId::LoopsTooDeep:
+        return "Blog sections are nested more than %d levels deep, those of included files counted.";
 
     case StringId::XmlNotParsed:
         return "Error occured during xml file parsing.\n File name: %s\n Error reason: %s. Line: %d";

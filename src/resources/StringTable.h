@@ -40,6 +40,7 @@ enum class StringId : int {
     ClosingBracketNotFound,
     IncludeTooDeep,
     NestingTooDeep,
+    LoopsTooDeep,
 
     // Document.
     XmlNotParsed = 20100,

@@ -55,6 +55,11 @@ CTemplateParsingException NestingTooDeepError(int limit)
     return TemplateError(Text(StringId::NestingTooDeep, limit));
 }
 
+CTemplateParsingException LoopsTooDeepError(int limit)
+{
+    return TemplateError(Text(StringId::LoopsTooDeep, limit));
+}
+
 CTemplateParsingException IncludeTooDeepError(const QString& file, int limit)
 {
     return TemplateError(Text(StringId::IncludeTooDeep, file, limit));

@@ -20,6 +20,7 @@ CTemplateParsingException NoOpeningQuoteError(const std::string& attributeName);
 CTemplateParsingException UnexpectedElseError();
 CTemplateParsingException NoClosingBracketError();
 
-// Limits that keep a page from exhausting the stack.
+// Limits that keep a page from exhausting the stack or the user's patience.
 CTemplateParsingException NestingTooDeepError(int limit);
+CTemplateParsingException LoopsTooDeepError(int limit);
 CTemplateParsingException IncludeTooDeepError(const QString& file, int limit);

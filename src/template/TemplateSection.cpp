@@ -77,6 +77,8 @@ void CTemplateSection::ParseBody(std::istream& stream)
 void CTemplateSection::ParseChild(std::istream& stream)
 {
     std::string name;
-    auto section = CreateSection(name, stream, {depth.elements + 1, depth.includes});
+    TemplateDepth childDepth = depth;
+    ++childDepth.elements;
+    auto section = CreateSection(name, stream, childDepth);
     AddSection(name.c_str(), std::move(section));
 }

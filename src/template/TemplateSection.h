@@ -9,10 +9,12 @@
 class CContentGenerator;
 class CImageIterator;
 
-// How deep a section stands. Handed down while a page is parsed, so that no page can exhaust the stack.
+// How deep a section stands. Handed down while a page is parsed, so that no page can exhaust the stack
+// or repeat itself for ever.
 struct TemplateDepth {
     int elements = 0; // elements around the section, those of the including files counted
     int includes = 0; // files that include, one through the other, the file that the section stands in
+    int loops = 0;    // loops around what the section holds, those of the including files counted
 };
 
 // A node of a parsed page. A tree is built by one Parse, bound any number of times and generated any number
@@ -45,7 +47,7 @@ public:
     std::string GenerateToString(CImageIterator& iterator, CContentGenerator& generator);
 
     // To be called before Parse; the root of a page keeps the default.
-    void SetDepth(const TemplateDepth& newDepth) { depth = newDepth; }
+    virtual void SetDepth(const TemplateDepth& newDepth) { depth = newDepth; }
 
 protected:
     TemplateDepth depth;

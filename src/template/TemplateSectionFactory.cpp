@@ -6,6 +6,7 @@
 #include "template/TemplateErrors.h"
 #include "template/TemplateSectionAdvertisement.h"
 #include "template/TemplateSectionBanner.h"
+#include "template/TemplateSectionBlog.h"
 #include "template/TemplateSectionIf.h"
 #include "template/TemplateSectionImageReference.h"
 #include "template/TemplateSectionInclude.h"
@@ -51,6 +52,7 @@ constexpr struct {
     {"textref", Make<CTemplateSectionTextReference>},
     {"banner", Make<CTemplateSectionBanner>},
     {"include", Make<CTemplateSectionInclude>},
+    {"blog", Make<CTemplateSectionBlog>},
     {"javastring", Make<CTemplateSectionJavaString>},
     {"advertisement", Make<CTemplateSectionAdvertisement>},
 };

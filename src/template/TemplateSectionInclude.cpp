@@ -69,7 +69,9 @@ void CTemplateSectionInclude::Load(CImageIterator& iterator, CContentGenerator& 
 
 void CTemplateSectionInclude::ParseContent(std::istream& stream)
 {
-    content.SetDepth({depth.elements, depth.includes + 1});
+    TemplateDepth contentDepth = depth;
+    ++contentDepth.includes;
+    content.SetDepth(contentDepth);
     try {
         content.Parse(stream);
     } catch (...) {

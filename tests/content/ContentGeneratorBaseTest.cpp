@@ -301,6 +301,20 @@ TEST_F(ContentGeneratorBase, AnAdvertisementIsWrittenAlsoWhenItsBlockIsEmpty)
     EXPECT_EQ(out.str(), "[ad ]");
 }
 
+TEST_F(ContentGeneratorBase, ABannerIsLeftToDeployedPages)
+{
+    std::ostringstream out;
+    generator.GenerateBanner("468", "60", out);
+    EXPECT_EQ(out.str(), "");
+}
+
+TEST_F(ContentGeneratorBase, AScriptThatDoesNotExistIsAnEmptyElement)
+{
+    std::ostringstream out;
+    generator.WriteResourceScript(QStringLiteral("missing"), out);
+    EXPECT_EQ(out.str(), "<script type=\"text/javascript\" ></script>");
+}
+
 TEST_F(ContentGeneratorBase, TheSizeOfASourceIsStoredInItsVariables)
 {
     Gallery().AddPicture(fixture.WritePicture(QStringLiteral("a.jpg"), QSize(40, 30)));

@@ -69,4 +69,4 @@ TEST_P(GoldenPages, ComeOutByteForByte)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, GoldenPages, testing::Values("furniture", "navigation", "tree"));
+INSTANTIATE_TEST_SUITE_P(Cases, GoldenPages, testing::Values("blog", "furniture", "navigation", "tree"));

@@ -14,6 +14,7 @@ public:
     std::vector<ImageRequest> requests;
 
     using CContentGeneratorBase::GetImageUrl;
+    using CContentGeneratorBase::WriteResourceScript;
     QString GetImageFolder(const QString& sourcePath) override
     {
         return imageFolder.isEmpty() ? CContentGeneratorBase::GetImageFolder(sourcePath) : imageFolder;

@@ -39,9 +39,9 @@ bool CTestIterator::GetVariable(const QString& object, const QString& name, CVar
     return false;
 }
 
-void CTestIterator::SetVariable(const QString&, const QString& name, const CVariant& value)
+void CTestIterator::SetVariable(const QString& object, const QString& name, const CVariant& value)
 {
-    gallery.Set(name, value);
+    (EqualsIgnoreCase(object, QStringLiteral("page")) ? pages[pageIndex] : gallery).Set(name, value);
 }
 
 void CTestIterator::BindPicture(const QString& id)
@@ -122,7 +122,8 @@ bool CTestIterator::GetPageVariable(const QString& name, CVariant& out)
     } else if (name == QStringLiteral("file_name")) {
         out = GetPageFileName(pageIndex);
     } else {
-        return false;
+        const auto variables = pages.find(pageIndex);
+        return variables != pages.end() && variables->second.Get(name, out);
     }
     return true;
 }

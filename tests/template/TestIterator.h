@@ -33,6 +33,7 @@ public:
     CPictureInfo* GetCurrentPicture() override { return nullptr; }
 
     CVariableMap gallery;
+    std::map<int32_t, CVariableMap> pages; // variables by page index
     std::set<QString> hiddenElements;
     bool echoesGallery = false;       // any variable of "gallery" has its own name in brackets as its value
     int32_t forcedPageCount = -1;     // replaces the count that follows from the pictures
