@@ -1,5 +1,6 @@
 #include "common/Settings.h"
 
+#include <algorithm>
 #include <fcntl.h>
 #include <mutex>
 #include <sys/stat.h>
@@ -38,10 +39,15 @@ public:
 
     QStringList ListSubKeys(Scope scope, const QString& key) const override
     {
+        const QString prefix = PrefixOf(key);
         const std::lock_guard lock(mutex);
-        QSettings file(Locate(scope, key), QSettings::IniFormat);
-        file.beginGroup(GroupOf(key));
-        QStringList names = file.childGroups();
+        QStringList names;
+        for (const QString& entry : ReaderOf(Locate(scope, key)).allKeys()) {
+            if (entry.startsWith(prefix) && entry.indexOf(QLatin1Char('/'), prefix.size()) >= 0) {
+                names += entry.mid(prefix.size()).section(QLatin1Char('/'), 0, 0);
+            }
+        }
+        names.removeDuplicates();
         names.sort();
         return names;
     }
@@ -74,19 +80,31 @@ public:
     }
 
 private:
+    // Kept open, since each new one would parse its file anew. It is never changed itself; it sees what this
+    // and other programs have written. Under the mutex only.
+    const QSettings& ReaderOf(const QString& path) const
+    {
+        std::unique_ptr<QSettings>& reader = readers[path];
+        if (!reader) {
+            reader = std::make_unique<QSettings>(path, QSettings::IniFormat);
+        }
+        reader->sync();
+        return *reader;
+    }
+
     QVariant ReadVariant(Scope scope, const QString& key, const QString& name) const
     {
         const std::lock_guard lock(mutex);
-        const QSettings file(Locate(scope, key), QSettings::IniFormat);
-        return file.value(EntryOf(key, name));
+        return ReaderOf(Locate(scope, key)).value(EntryOf(key, name));
     }
 
     bool HoldsAnything(Scope scope, const QString& key) const
     {
+        const QString prefix = PrefixOf(key);
         const std::lock_guard lock(mutex);
-        QSettings file(Locate(scope, key), QSettings::IniFormat);
-        file.beginGroup(GroupOf(key));
-        return !file.allKeys().isEmpty();
+        const QStringList entries = ReaderOf(Locate(scope, key)).allKeys();
+        return std::any_of(entries.begin(), entries.end(),
+                           [&](const QString& entry) { return entry.startsWith(prefix); });
     }
 
     template <class Action>
@@ -96,6 +114,10 @@ private:
         const QString path = Locate(scope, key);
         if (!PrepareFile(path, scope == Scope::User ? UserFileMode : MachineFileMode)) {
             return false;
+        }
+        // Lines that are none of an INI file get lost in the writing; a copy keeps them.
+        if (ReaderOf(path).status() == QSettings::FormatError) {
+            QFile::copy(path, path + QStringLiteral(".damaged"));
         }
         QSettings file(path, QSettings::IniFormat);
         action(file);
@@ -127,10 +149,17 @@ private:
 
     static QString GroupOf(const QString& key) { return key.section(QLatin1Char('/'), 1); }
 
+    // What all entries of a key begin with.
+    static QString PrefixOf(const QString& key)
+    {
+        const QString group = GroupOf(key);
+        return group.isEmpty() ? QString() : group + QLatin1Char('/');
+    }
+
     static QString EntryOf(const QString& key, const QString& name)
     {
         // The default value may not stand for its key itself: removing it would remove all sub-keys.
-        return GroupOf(key) + QLatin1Char('/') + (name.isEmpty() ? QStringLiteral("@") : name);
+        return PrefixOf(key) + (name.isEmpty() ? QStringLiteral("@") : name);
     }
 
     // Constant after construction.
@@ -138,6 +167,9 @@ private:
     const QString machineFolder;
 
     mutable std::mutex mutex;
+
+    // Guarded by mutex. By path.
+    mutable std::map<QString, std::unique_ptr<QSettings>> readers;
 };
 
 } // namespace

@@ -113,6 +113,23 @@ enum class StringId : int {
     HostNotFoundDescription,
     UnknownStatusTitle,
     UnknownStatusDescription,
+
+    // FTP destinations.
+    DestinationExists = 20700,
+    DestinationNamesAreUnique,
+    NoSuchDestination,
+    NoDestinations,
+    CheckDestinationName,
+    SeveralDestinations,
+    DestinationKeysAre,
+    NameDestinationByKey,
+    DestinationNotStored,
+    DestinationNotRemoved,
+    SettingsFileNotWritten,
+    AllUsersNeedAdministrator,
+    KeyFileUnfit,
+    CorrectUserKeyFile,
+    CorrectMachineKeyFile,
 };
 
 // The text as it stands, its "%" included.
