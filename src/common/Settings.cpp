@@ -55,8 +55,9 @@ public:
     bool WriteAll(Scope scope, const QString& key, const Values& values) override
     {
         return Change(scope, key, [&](QSettings& file) {
-            for (const auto& [name, value] : values) {
-                std::visit([&](const auto& typed) { file.setValue(EntryOf(key, name), typed); }, value);
+            for (const auto& each : values) {
+                const QString entry = EntryOf(key, each.first);
+                std::visit([&](const auto& value) { file.setValue(entry, value); }, each.second);
             }
         });
     }
