@@ -6,6 +6,7 @@
 
 #include "cli/CheckCommand.h"
 #include "cli/DeployCommand.h"
+#include "cli/DestinationCommand.h"
 #include "cli/InfoCommand.h"
 #include "cli/NewCommand.h"
 #include "common/FileSystem.h"
@@ -22,6 +23,10 @@ const char* const Usage = "Usage:\n"
                           "  vistorama-cli deploy PROJECT.gallery TARGET_FOLDER [--quiet]\n"
                           "  vistorama-cli info PROJECT.gallery [--json] [--clusters SIZE]\n"
                           "  vistorama-cli check LAYOUT.xml ...\n"
+                          "  vistorama-cli destination add NAME "
+                          "ftp://[USER[:PASSWORD]@]HOST[:PORT][/DIRECTORY] [--all-users]\n"
+                          "  vistorama-cli destination list\n"
+                          "  vistorama-cli destination remove NAME\n"
                           "  vistorama-cli --help | --version\n";
 
 using Command = int (*)(const QStringList& arguments);
@@ -33,6 +38,7 @@ Command FindCommand(const QString& name)
         {QStringLiteral("deploy"), RunDeploy},
         {QStringLiteral("info"), RunInfo},
         {QStringLiteral("check"), RunCheck},
+        {QStringLiteral("destination"), RunDestination},
     };
     const auto command = commands.find(name);
     if (command == commands.end()) {

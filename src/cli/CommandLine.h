@@ -42,7 +42,7 @@ struct CommandSyntax {
 // Throws CWrongUse.
 CommandArguments ParseArguments(const QStringList& arguments, const CommandSyntax& syntax);
 
-// Runs "new", "deploy", "info" or "check" with the arguments behind the program's name. Answers an ExitCode.
+// Runs the named command with the arguments behind the program's name. Answers an ExitCode.
 // Failures go to standard error: three lines for failed work, the reason and the usage for wrong use.
 int RunCommandLine(const QStringList& arguments);
 

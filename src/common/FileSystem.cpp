@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include "common/Descriptor.h"
 #include "common/Exceptions.h"
 #include "common/Text.h"
 
@@ -60,42 +61,6 @@ QString ParentOf(const QString& path)
     return parent;
 }
 
-// An open file descriptor that is closed on every road.
-class CDescriptor {
-public:
-    explicit CDescriptor(int descriptor) : descriptor(descriptor) {}
-    ~CDescriptor() { Close(); }
-    CDescriptor(const CDescriptor&) = delete;
-    CDescriptor& operator=(const CDescriptor&) = delete;
-
-    int Get() const { return descriptor; }
-    bool Close()
-    {
-        const int closing = descriptor;
-        descriptor = -1;
-        return closing < 0 || ::close(closing) == 0;
-    }
-
-private:
-    int descriptor;
-};
-
-bool WriteAll(int descriptor, const char* bytes, size_t count)
-{
-    while (count > 0) {
-        const ssize_t written = ::write(descriptor, bytes, count);
-        if (written < 0 && errno == EINTR) {
-            continue;
-        }
-        if (written < 0) {
-            return false;
-        }
-        bytes += written;
-        count -= static_cast<size_t>(written);
-    }
-    return true;
-}
-
 struct Replacement {
     QByteArray target;
     QByteArray temporary;
@@ -116,7 +81,7 @@ int ReplaceByTemporary(const Replacement& names, const QByteArray& bytes)
         return errno;
     }
     const bool written = (!replaces || ::fchmod(file.Get(), old.st_mode & 07777) == 0) &&
-                         WriteAll(file.Get(), bytes.constData(), static_cast<size_t>(bytes.size())) &&
+                         file.WriteAll(bytes.constData(), static_cast<size_t>(bytes.size())) &&
                          (!names.synced || ::fsync(file.Get()) == 0) && file.Close() &&
                          ::rename(names.temporary.constData(), names.target.constData()) == 0;
     if (written) {
@@ -144,7 +109,7 @@ void CopyFileOver(const QString& source, const QString& destination)
         if (count < 0 && errno == EINTR) {
             continue;
         }
-        if (count < 0 || !WriteAll(output.Get(), buffer.data(), static_cast<size_t>(count))) {
+        if (count < 0 || !output.WriteAll(buffer.data(), static_cast<size_t>(count))) {
             throw CWin32Exception(errno, Text(StringId::FileNotCopied, source, destination));
         }
         if (count == 0) {

@@ -80,3 +80,13 @@ QString FindSettingsFolder()
 {
     return UserFolder(QStandardPaths::GenericConfigLocation);
 }
+
+QString FindMachineSettingsFolder()
+{
+    return QStringLiteral("/etc/xdg");
+}
+
+QString FindDataFolder()
+{
+    return UserFolder(QStandardPaths::GenericDataLocation);
+}

@@ -16,3 +16,9 @@ QString FindTemporaryFolder();
 
 // The folder of the settings files.
 QString FindSettingsFolder();
+
+// The folder of the settings files for all users of the machine.
+QString FindMachineSettingsFolder();
+
+// The folder of the user's data files: not that of the settings, which people copy and publish.
+QString FindDataFolder();

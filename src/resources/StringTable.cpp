@@ -213,6 +213,43 @@ const char* FindText(StringId id)
         return "Unknown error";
     case StringId::UnknownStatusDescription:
         return "No additional information is available";
+
+    case StringId::DestinationExists:
+        return "A destination named '%s' exists already.";
+    case StringId::DestinationNamesAreUnique:
+        return "A new destination needs a name of its own.";
+    case StringId::NoSuchDestination:
+        return "There is no destination named '%s'.";
+    case StringId::NoDestinations:
+        return "No destination is stored.";
+    case StringId::CheckDestinationName:
+        return "Please check the name, or add the destination first.";
+    case StringId::SeveralDestinations:
+        return "Several destinations are named '%s'.";
+    case StringId::DestinationKeysAre:
+        return "Their numbers are: %s.";
+    case StringId::NameDestinationByKey:
+        return "Please give the number of the one that you mean.";
+    case StringId::DestinationNotStored:
+        return "The destination '%s' could not be stored.";
+    case StringId::DestinationNotRemoved:
+        return "The destination '%s' could not be removed.";
+    case StringId::SettingsFileNotWritten:
+        return "The settings file %s could not be written.";
+    case StringId::AllUsersNeedAdministrator:
+        return "Destinations for all users can be changed by an administrator only.";
+    case StringId::KeyFileUnfit:
+        return "Its password can't be protected: the key file %s is damaged, or has the wrong owner or mode, "
+               "or "
+               "could not be made.";
+    case StringId::CorrectUserKeyFile:
+        return "Please give the key file to your user with mode 600. If it is damaged, remove it: a new one "
+               "is "
+               "made, and stored passwords have to be typed again.";
+    case StringId::CorrectMachineKeyFile:
+        return "Please let an administrator give the key file to root with mode 644. If it is damaged, "
+               "remove "
+               "it: a new one is made, and stored passwords have to be typed again.";
     case StringId::WatermarkNotReadable:
         return "The watermark %s can't be used.";
     case StringId::ChooseAnotherWatermark:

@@ -87,6 +87,8 @@ enum class StringId : int {
     LayoutsHaveErrors,
     BadLayoutsOfAll,
     CorrectNamedLines,
+    WatermarkNotReadable,
+    ChooseAnotherWatermark,
 
     // FTP: words for a status.
     InvalidNameTitle = 20500,
@@ -113,8 +115,23 @@ enum class StringId : int {
     HostNotFoundDescription,
     UnknownStatusTitle,
     UnknownStatusDescription,
-    WatermarkNotReadable,
-    ChooseAnotherWatermark,
+
+    // FTP destinations.
+    DestinationExists = 20700,
+    DestinationNamesAreUnique,
+    NoSuchDestination,
+    NoDestinations,
+    CheckDestinationName,
+    SeveralDestinations,
+    DestinationKeysAre,
+    NameDestinationByKey,
+    DestinationNotStored,
+    DestinationNotRemoved,
+    SettingsFileNotWritten,
+    AllUsersNeedAdministrator,
+    KeyFileUnfit,
+    CorrectUserKeyFile,
+    CorrectMachineKeyFile,
 };
 
 // The text as it stands, its "%" included.

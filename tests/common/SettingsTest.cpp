@@ -1,5 +1,10 @@
 #include "common/Settings.h"
 
+#include <sys/stat.h>
+#include <thread>
+
+#include <QFile>
+
 #include "support/ScratchFolder.h"
 
 using Scope = CSettingsStore::Scope;
@@ -50,4 +55,216 @@ TEST(Settings, ATableGivesDefaults)
     EXPECT_EQ(settings.GetDWord(QStringLiteral("RecentFoldersCount")), 3u);
     EXPECT_TRUE(settings.SetString(QStringLiteral("RecentFoldersCount"), QStringLiteral("many")));
     EXPECT_EQ(settings.GetDWord(QStringLiteral("RecentFoldersCount")), 10u);
+}
+
+namespace {
+
+const QString Root = QStringLiteral("Corvane/FTPDestinations");
+
+QString SubKey(const QString& name)
+{
+    return Root + QLatin1Char('/') + name;
+}
+
+// A store over two folders that do not exist yet.
+struct TestStore {
+    const CScratchFolder scratch;
+    const std::unique_ptr<CSettingsStore> store =
+        CreateIniSettings(scratch.Path(QStringLiteral("user")), scratch.Path(QStringLiteral("machine")));
+
+    // The same files, seen by a program that starts anew.
+    std::unique_ptr<CSettingsStore> Reopened() const
+    {
+        return CreateIniSettings(scratch.Path(QStringLiteral("user")),
+                                 scratch.Path(QStringLiteral("machine")));
+    }
+
+    QFile::Permissions RightsOf(const QString& file) const
+    {
+        return QFile::permissions(scratch.Path(file)) & ~RightsOfMe;
+    }
+
+    static constexpr QFile::Permissions RightsOfMe =
+        QFile::ReadUser | QFile::WriteUser | QFile::ExeUser | QFile::ExeOwner;
+};
+
+} // namespace
+
+TEST(Settings, SubKeysAreListedOnceAndInTheOrderOfTheirNames)
+{
+    const TestStore test;
+    EXPECT_EQ(test.store->ListSubKeys(Scope::User, Root), QStringList());
+    for (const char* name : {"2", "10", "Options", "1", "a b/c", "\xc3\xa4%"}) {
+        test.store->Write(Scope::User, SubKey(QString::fromUtf8(name)), QStringLiteral("Dispname"),
+                          QStringLiteral("x"));
+        test.store->Write(Scope::User, SubKey(QString::fromUtf8(name)), QStringLiteral("Server"),
+                          QStringLiteral("y"));
+    }
+    test.store->Write(Scope::User, Root, QString(), QStringLiteral("1"));
+    test.store->Write(Scope::User, QStringLiteral("Corvane/Vistorama"), QStringLiteral("a"),
+                      QStringLiteral("b"));
+    const QStringList expected{QStringLiteral("1"),       QStringLiteral("10"),  QStringLiteral("2"),
+                               QStringLiteral("Options"), QStringLiteral("a b"), QStringLiteral("\u00e4%")};
+    EXPECT_EQ(test.store->ListSubKeys(Scope::User, Root), expected);
+    EXPECT_EQ(test.Reopened()->ListSubKeys(Scope::User, Root), expected);
+    EXPECT_EQ(test.store->ListSubKeys(Scope::Machine, Root), QStringList());
+}
+
+TEST(Settings, RemovingTheDefaultValueLeavesTheSubKeys)
+{
+    const TestStore test;
+    test.store->Write(Scope::User, Root, QString(), QStringLiteral("7"));
+    test.store->Write(Scope::User, SubKey(QStringLiteral("7")), QStringLiteral("Server"),
+                      QStringLiteral("s"));
+    EXPECT_EQ(test.Reopened()->Read(Scope::User, Root, QString()), QStringLiteral("7"));
+
+    EXPECT_TRUE(test.store->RemoveValue(Scope::User, Root, QString()));
+    EXPECT_EQ(test.Reopened()->Read(Scope::User, Root, QString()), std::nullopt);
+    EXPECT_EQ(test.Reopened()->ListSubKeys(Scope::User, Root), QStringList(QStringLiteral("7")));
+}
+
+TEST(Settings, ARemovedKeyTakesItsOwnValuesAndNoOthers)
+{
+    const TestStore test;
+    for (const char* name : {"1", "1/deep", "10", "11"}) {
+        test.store->Write(Scope::User, SubKey(QString::fromLatin1(name)), QStringLiteral("Server"),
+                          QStringLiteral("s"));
+    }
+    EXPECT_TRUE(test.store->RemoveKey(Scope::User, SubKey(QStringLiteral("1"))));
+    EXPECT_EQ(test.Reopened()->ListSubKeys(Scope::User, Root),
+              QStringList({QStringLiteral("10"), QStringLiteral("11")}));
+}
+
+TEST(Settings, RemovingWhatIsNotThereMakesNoFile)
+{
+    const TestStore test;
+    EXPECT_TRUE(test.store->RemoveKey(Scope::Machine, SubKey(QStringLiteral("1"))));
+    EXPECT_TRUE(test.store->RemoveValue(Scope::User, Root, QString()));
+    EXPECT_EQ(test.scratch.ListFiles(), QStringList());
+}
+
+TEST(Settings, AValueIsReadAsWhatItWasWrittenAs)
+{
+    const QByteArray allBytes = [] {
+        QByteArray bytes;
+        for (int i = 0; i < 256; ++i) {
+            bytes += static_cast<char>(i);
+        }
+        return bytes;
+    }();
+    const TestStore test;
+    const QString text = QStringLiteral("@ByteArray(x), \"y\"; %41\\n\u00e4\n");
+    EXPECT_TRUE(test.store->WriteAll(Scope::User, Root,
+                                     {{QStringLiteral("bytes"), allBytes}, {QStringLiteral("text"), text}}));
+    for (const auto& store : {test.Reopened(), test.Reopened()}) {
+        EXPECT_EQ(store->ReadBytes(Scope::User, Root, QStringLiteral("bytes")), allBytes);
+        EXPECT_EQ(store->Read(Scope::User, Root, QStringLiteral("bytes")), std::nullopt);
+        EXPECT_EQ(store->Read(Scope::User, Root, QStringLiteral("text")), text);
+        EXPECT_EQ(store->ReadBytes(Scope::User, Root, QStringLiteral("text")), std::nullopt);
+    }
+}
+
+TEST(Settings, AFileOfTheUserIsForTheUserAloneAndOneOfTheMachineForAll)
+{
+    const TestStore test;
+    test.scratch.Write(QStringLiteral("user/Corvane.ini"), "[Vistorama]\nold=1\n");
+    QFile::setPermissions(test.scratch.Path(QStringLiteral("user/Corvane.ini")),
+                          QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
+    const mode_t formerMask = ::umask(0077);
+    for (const Scope scope : {Scope::User, Scope::Machine}) {
+        EXPECT_TRUE(test.store->Write(scope, Root, QStringLiteral("a"), QStringLiteral("b")));
+        EXPECT_TRUE(test.store->Write(scope, QStringLiteral("New/Root"), QStringLiteral("a"), QString()));
+    }
+    ::umask(formerMask);
+    const QFile::Permissions mine = QFile::ReadOwner | QFile::WriteOwner;
+    const QFile::Permissions everybodys = mine | QFile::ReadGroup | QFile::ReadOther;
+    EXPECT_EQ(test.RightsOf(QStringLiteral("user/Corvane.ini")), mine);
+    EXPECT_EQ(test.RightsOf(QStringLiteral("user/New.ini")), mine);
+    EXPECT_EQ(test.RightsOf(QStringLiteral("machine/Corvane.ini")), everybodys);
+    EXPECT_EQ(test.RightsOf(QStringLiteral("machine/New.ini")), everybodys);
+    EXPECT_EQ(test.store->Read(Scope::User, QStringLiteral("Corvane/Vistorama"), QStringLiteral("old")),
+              QStringLiteral("1"));
+}
+
+TEST(Settings, AFileThatCannotBeReadIsNotReplaced)
+{
+    const TestStore test;
+    const QString file = test.scratch.Write(QStringLiteral("user/Corvane.ini"), "[Vistorama]\nold=1\n");
+    EXPECT_EQ(::chmod(QFile::encodeName(test.scratch.Path(QStringLiteral("user"))).constData(), 0777), 0);
+    EXPECT_EQ(::chmod(QFile::encodeName(file).constData(), 0200), 0);
+    {
+        const COrdinaryRights rights(test.scratch);
+        EXPECT_FALSE(test.store->Write(Scope::User, Root, QStringLiteral("a"), QStringLiteral("b")));
+    }
+    EXPECT_EQ(::chmod(QFile::encodeName(file).constData(), 0600), 0);
+    EXPECT_EQ(test.scratch.Read(QStringLiteral("user/Corvane.ini")), "[Vistorama]\nold=1\n");
+}
+
+TEST(Settings, RemovingFromAScopeThatCannotBeWrittenSaysSo)
+{
+    const TestStore test;
+    test.store->Write(Scope::User, SubKey(QStringLiteral("1")), QStringLiteral("Server"),
+                      QStringLiteral("s"));
+    EXPECT_EQ(
+        ::chmod(QFile::encodeName(test.scratch.Path(QStringLiteral("user/Corvane.ini"))).constData(), 0444),
+        0);
+    const COrdinaryRights rights(test.scratch);
+    EXPECT_FALSE(test.store->RemoveKey(Scope::User, SubKey(QStringLiteral("1"))));
+    EXPECT_FALSE(test.store->RemoveValue(Scope::User, SubKey(QStringLiteral("1")), QStringLiteral("Server")));
+    EXPECT_EQ(test.store->Read(Scope::User, SubKey(QStringLiteral("1")), QStringLiteral("Server")),
+              QStringLiteral("s"));
+}
+
+TEST(Settings, ADamagedFileIsWrittenAndACopyKeepsItsLines)
+{
+    const TestStore test;
+    const QByteArray damaged = "[Vistorama]\nold=1\nno value here\n[Vistorama\nlost\n";
+    test.scratch.Write(QStringLiteral("user/Corvane.ini"), damaged);
+    EXPECT_EQ(test.store->Read(Scope::User, QStringLiteral("Corvane/Vistorama"), QStringLiteral("old")),
+              QStringLiteral("1"));
+    EXPECT_TRUE(test.store->Write(Scope::User, Root, QStringLiteral("a"), QStringLiteral("b")));
+    EXPECT_EQ(test.store->Read(Scope::User, QStringLiteral("Corvane/Vistorama"), QStringLiteral("old")),
+              QStringLiteral("1"));
+    EXPECT_EQ(test.Reopened()->Read(Scope::User, Root, QStringLiteral("a")), QStringLiteral("b"));
+    EXPECT_EQ(test.scratch.Read(QStringLiteral("user/Corvane.ini.damaged")), damaged);
+    EXPECT_EQ(test.RightsOf(QStringLiteral("user/Corvane.ini.damaged")),
+              QFile::ReadOwner | QFile::WriteOwner);
+}
+
+TEST(Settings, WhatAnotherProgramWritesIsSeen)
+{
+    const TestStore test;
+    const auto read = [&] {
+        return test.store->Read(Scope::User, QStringLiteral("Corvane/Vistorama"), QStringLiteral("a"));
+    };
+    EXPECT_EQ(read(), std::nullopt);
+    test.scratch.Write(QStringLiteral("user/Corvane.ini"), "[Vistorama]\na=first\n");
+    EXPECT_EQ(read(), QStringLiteral("first"));
+    test.scratch.Write(QStringLiteral("user/Corvane.ini"), "[Vistorama]\na=another\n");
+    EXPECT_EQ(read(), QStringLiteral("another"));
+    QFile::remove(test.scratch.Path(QStringLiteral("user/Corvane.ini")));
+    EXPECT_TRUE(test.store->Write(Scope::User, QStringLiteral("Corvane/Vistorama"), QStringLiteral("b"),
+                                  QStringLiteral("new")));
+    EXPECT_EQ(read(), std::nullopt);
+    EXPECT_EQ(test.store->ListSubKeys(Scope::User, QStringLiteral("Corvane")),
+              QStringList(QStringLiteral("Vistorama")));
+}
+
+TEST(Settings, ThreadsWriteAndReadOneFile)
+{
+    const TestStore test;
+    constexpr int writes = 20;
+    std::vector<std::thread> threads;
+    for (const char* name : {"1", "2", "3", "4"}) {
+        threads.emplace_back([&, key = SubKey(QString::fromLatin1(name))] {
+            for (int i = 0; i < writes; ++i) {
+                EXPECT_TRUE(test.store->Write(Scope::User, key, QStringLiteral("a"), QString::number(i)));
+                EXPECT_EQ(test.store->Read(Scope::User, key, QStringLiteral("a")), QString::number(i));
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(test.Reopened()->ListSubKeys(Scope::User, Root).size(), 4);
 }

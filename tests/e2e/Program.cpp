@@ -77,6 +77,7 @@ QProcessEnvironment CProgram::GetEnvironment() const
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("VISTORAMA_DATA"), dataFolder);
     environment.insert(QStringLiteral("XDG_CONFIG_HOME"), Path(QStringLiteral("config")));
+    environment.insert(QStringLiteral("XDG_DATA_HOME"), Path(QStringLiteral("share")));
     environment.insert(QStringLiteral("XDG_CACHE_HOME"), Path(QStringLiteral("cache")));
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
     environment.insert(QStringLiteral("program"), QStringLiteral(PROGRAM_FILE));

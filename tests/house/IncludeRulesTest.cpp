@@ -53,6 +53,7 @@ TEST(IncludeRules, ALibraryIsIncludedOnlyByItsOwnFolder)
         {"^<(vips/|jpeglib|jerror|cairo|pango/)", "imaging"},
         {"^<(QtWidgets|QtGui|QtWebEngine|QtWebChannel|QWidget|QApplication|QMainWindow|QDialog|QWizard|QWeb)",
          "shell"},
+        {"^<sodium", "ftpengine"},
         {"^<sys/socket|^<netdb|^<poll", "ftpengine"},
     };
     const auto lines = ReadIncludeLines();

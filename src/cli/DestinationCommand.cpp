@@ -1,0 +1,70 @@
+#include "cli/DestinationCommand.h"
+
+#include <limits>
+
+#include "cli/CommandLine.h"
+#include "cli/DestinationSession.h"
+#include "cli/PasswordPrompt.h"
+
+namespace {
+
+int Add(const QStringList& arguments, CNamedDestinations& destinations)
+{
+    const QString allUsers = QStringLiteral("all-users");
+    const CommandArguments parsed =
+        ParseArguments(arguments, {.valueOptions = {},
+                                   .switches = {allUsers},
+                                   .minPositional = 2,
+                                   .maxPositional = std::numeric_limits<qsizetype>::max()});
+    // The general text would repeat an address with its password.
+    if (parsed.positional.size() > 2) {
+        throw CWrongUse(QStringLiteral("There are more words than a name and an address. A name with blanks "
+                                       "needs quotation marks."));
+    }
+    FtpUrl url = ParseFtpUrl(parsed.positional[1]);
+    url.password = FindPassword(url);
+    if (!url.password) {
+        return ExitInterrupted;
+    }
+    destinations.Add(parsed.positional[0], url, {.allUsers = parsed.Has(allUsers)});
+    return ExitDone;
+}
+
+int List(const QStringList& arguments, CNamedDestinations& destinations)
+{
+    ParseArguments(arguments, {});
+    PrintOut(destinations.List());
+    return ExitDone;
+}
+
+int Remove(const QStringList& arguments, CNamedDestinations& destinations)
+{
+    const CommandArguments parsed = ParseArguments(
+        arguments, {.valueOptions = {}, .switches = {}, .minPositional = 1, .maxPositional = 1});
+    destinations.Remove(parsed.positional[0]);
+    return ExitDone;
+}
+
+} // namespace
+
+int RunDestination(const QStringList& arguments)
+{
+    CDestinationSession session;
+    return RunDestination(arguments, session.GetDestinations());
+}
+
+int RunDestination(const QStringList& arguments, CNamedDestinations& destinations)
+{
+    const QString action = arguments.value(0);
+    const QStringList others = arguments.mid(1);
+    if (action == QStringLiteral("add")) {
+        return Add(others, destinations);
+    }
+    if (action == QStringLiteral("list")) {
+        return List(others, destinations);
+    }
+    if (action == QStringLiteral("remove")) {
+        return Remove(others, destinations);
+    }
+    throw CWrongUse(QStringLiteral("'destination' needs 'add', 'list' or 'remove'."));
+}

@@ -1,0 +1,9 @@
+#include "cli/DestinationSession.h"
+
+#include "common/Platform.h"
+
+CDestinationSession::CDestinationSession()
+    : settings(CreateProgramSettings()),
+      protection(FindDataFolder(), FindMachineSettingsFolder()),
+      destinations(*settings, protection)
+{}

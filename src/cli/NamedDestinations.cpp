@@ -1,0 +1,175 @@
+#include "cli/NamedDestinations.h"
+
+#include "cli/CommandLine.h"
+#include "common/Exceptions.h"
+#include "common/Text.h"
+
+namespace {
+
+CSettingsStore::Scope ScopeOf(const CFTPDestination& destination)
+{
+    return destination.allUsers ? CSettingsStore::Scope::Machine : CSettingsStore::Scope::User;
+}
+
+void RequireStorable(const QString& text, const QString& what)
+{
+    if (text.size() > CFTPDestinations::MaxTextLength) {
+        throw CWrongUse(QStringLiteral("The %1 has more than %2 characters.")
+                            .arg(what)
+                            .arg(CFTPDestinations::MaxTextLength));
+    }
+}
+
+void RequireUsableName(const QString& name)
+{
+    if (name.trimmed().isEmpty()) {
+        throw CWrongUse(QStringLiteral("The name of the destination is empty."));
+    }
+    for (const QChar character : name) {
+        if (character.category() == QChar::Other_Control) {
+            throw CWrongUse(QStringLiteral("The name of the destination holds a line break, a tab or another "
+                                           "control character."));
+        }
+    }
+}
+
+// Other programs may have stored any name; on a terminal it must not do more than be seen.
+QString Printable(QString text)
+{
+    for (QChar& character : text) {
+        if (character.category() == QChar::Other_Control) {
+            character = QChar::ReplacementCharacter;
+        }
+    }
+    return text;
+}
+
+QString AddressOf(const FTPDestinationConnection& record)
+{
+    return FormatFtpUrl({.userName = record.userName,
+                         .password = {},
+                         .server = record.server,
+                         .port = record.port,
+                         .directory = record.directory});
+}
+
+QString Joined(const std::vector<CFTPDestination>& destinations,
+               const QString& (*text)(const CFTPDestination&))
+{
+    QStringList texts;
+    for (const CFTPDestination& destination : destinations) {
+        texts += text(destination);
+    }
+    return texts.join(QStringLiteral(", "));
+}
+
+} // namespace
+
+CNamedDestinations::CNamedDestinations(CSettingsStore& store, const CPasswordProtection& protection)
+    : store(store), protection(protection), destinations(store, protection)
+{}
+
+void CNamedDestinations::Add(const QString& name, const FtpUrl& url, Owner owner)
+{
+    RequireUsableName(name);
+    RequireStorable(name, QStringLiteral("name of the destination"));
+    RequireStorable(url.userName, QStringLiteral("user name"));
+    RequireStorable(url.password.value_or(QString()), QStringLiteral("password"));
+    RequireStorable(url.server, QStringLiteral("name of the server"));
+    RequireStorable(url.directory, QStringLiteral("directory"));
+    if (!FindAll(name).empty()) {
+        throw CGenericException(Text(StringId::DestinationExists, name),
+                                Text(StringId::DestinationNamesAreUnique), Text(StringId::ChooseAnotherName));
+    }
+    CFTPDestination added = destinations.Create(owner.allUsers);
+    added.connection = {.displayName = name,
+                        .userName = url.userName,
+                        .password = url.password.value_or(QString()),
+                        .server = url.server,
+                        .directory = url.directory,
+                        .port = url.port};
+    switch (destinations.Save(added)) {
+    case CFTPDestinations::SaveResult::Saved:
+        return;
+    case CFTPDestinations::SaveResult::SavedWithoutPassword:
+        destinations.Delete(added.key);
+        ThrowNotProtected(added);
+    case CFTPDestinations::SaveResult::NotSaved:
+        ThrowNotWritten(StringId::DestinationNotStored, added);
+    }
+}
+
+CFTPDestination CNamedDestinations::Find(const QString& name) const
+{
+    const auto found = FindAll(name);
+    if (found.size() > 1) {
+        const QString keys =
+            Joined(found, [](const CFTPDestination& each) -> const QString& { return each.keyName; });
+        throw CGenericException(Text(StringId::SeveralDestinations, name),
+                                Text(StringId::DestinationKeysAre, keys),
+                                Text(StringId::NameDestinationByKey));
+    }
+    if (found.size() == 1) {
+        return found.front();
+    }
+    const auto all = destinations.Enumerate();
+    for (const CFTPDestination& destination : all) {
+        if (destination.keyName == name) {
+            return destination;
+        }
+    }
+    const QString names = Joined(
+        all, [](const CFTPDestination& each) -> const QString& { return each.connection.displayName; });
+    throw CGenericException(Text(StringId::NoSuchDestination, name),
+                            all.empty() ? Text(StringId::NoDestinations)
+                                        : Text(StringId::AvailableNames, Printable(names)),
+                            Text(StringId::CheckDestinationName));
+}
+
+void CNamedDestinations::Remove(const QString& name)
+{
+    const CFTPDestination removed = Find(name);
+    if (!destinations.Delete(removed.key)) {
+        ThrowNotWritten(StringId::DestinationNotRemoved, removed);
+    }
+}
+
+QString CNamedDestinations::List() const
+{
+    QString lines;
+    for (const CFTPDestination& destination : destinations.Enumerate()) {
+        const QStringList columns{destination.keyName, Printable(destination.connection.displayName),
+                                  Printable(AddressOf(destination.connection)),
+                                  destination.allUsers ? QStringLiteral("all users")
+                                                       : QStringLiteral("this user")};
+        lines += columns.join(QLatin1Char('\t')) + QLatin1Char('\n');
+    }
+    return lines;
+}
+
+std::vector<CFTPDestination> CNamedDestinations::FindAll(const QString& name) const
+{
+    std::vector<CFTPDestination> found;
+    for (const CFTPDestination& destination : destinations.Enumerate()) {
+        if (EqualsIgnoreCase(destination.connection.displayName, name)) {
+            found.push_back(destination);
+        }
+    }
+    return found;
+}
+
+void CNamedDestinations::ThrowNotWritten(StringId caption, const CFTPDestination& destination) const
+{
+    const QString file = store.Locate(ScopeOf(destination), destination.parentKeyPath);
+    throw CGenericException(
+        Text(caption, destination.connection.displayName), Text(StringId::SettingsFileNotWritten, file),
+        Text(destination.allUsers ? StringId::AllUsersNeedAdministrator : StringId::CheckRights));
+}
+
+void CNamedDestinations::ThrowNotProtected(const CFTPDestination& destination) const
+{
+    throw CGenericException(
+        Text(StringId::DestinationNotStored, destination.connection.displayName),
+        Text(StringId::KeyFileUnfit, protection.GetKeyPath(ScopeOf(destination))),
+        Text(destination.allUsers ? StringId::CorrectMachineKeyFile : StringId::CorrectUserKeyFile));
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "cli/FtpUrl.h"
+#include "ftpengine/FTPDestinations.h"
+#include "ftpengine/PasswordProtection.h"
+#include "resources/StringTable.h"
+
+// The stored FTP destinations as a person at the command line names them: by display name without regard to
+// case, or, for names that are not unique, by key. Belongs to one run of a command; single-threaded.
+class CNamedDestinations {
+public:
+    // Both are borrowed and must outlive this object.
+    CNamedDestinations(CSettingsStore& store, const CPasswordProtection& protection);
+
+    struct Owner {
+        bool allUsers = false;
+    };
+    // Throws CWrongUse for a name or a part of the address that can't be kept, CGenericException if the name
+    // is taken or the store can't be written; then nothing of it is stored. url: its password is stored.
+    void Add(const QString& name, const FtpUrl& url, Owner owner);
+    // The only one of that name; else the one of that key. Throws CGenericException.
+    CFTPDestination Find(const QString& name) const;
+    // Throws CGenericException.
+    void Remove(const QString& name);
+
+    // "KEY<tab>NAME<tab>ADDRESS<tab>this user" or "... all users", one on each line, without passwords.
+    QString List() const;
+
+private:
+    std::vector<CFTPDestination> FindAll(const QString& name) const;
+    [[noreturn]] void ThrowNotWritten(StringId caption, const CFTPDestination& destination) const;
+    [[noreturn]] void ThrowNotProtected(const CFTPDestination& destination) const;
+
+    CSettingsStore& store;
+    const CPasswordProtection& protection;
+    CFTPDestinations destinations;
+};

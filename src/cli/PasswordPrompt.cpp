@@ -1,0 +1,112 @@
+#include "cli/PasswordPrompt.h"
+
+#include <csignal>
+#include <string>
+#include <sys/select.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include "cli/CommandLine.h"
+#include "common/Text.h"
+
+namespace {
+
+void LeaveWait(int) {}
+
+// While it lives, the terminal shows nothing of what is typed, and an interrupt ends a wait for input instead
+// of the program: the terminal has to be put right first.
+class CSilentTerminal {
+public:
+    CSilentTerminal()
+    {
+        // Outside the wait both are held back, so that none is lost between two of them.
+        sigset_t held;
+        sigemptyset(&held);
+        sigaddset(&held, SIGINT);
+        sigaddset(&held, SIGTERM);
+        pthread_sigmask(SIG_BLOCK, &held, &formerMask);
+        struct sigaction action {};
+        action.sa_handler = LeaveWait;
+        sigaction(SIGINT, &action, &formerInterrupt);
+        sigaction(SIGTERM, &action, &formerTermination);
+        tcgetattr(STDIN_FILENO, &former);
+        termios silent = former;
+        silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+        tcsetattr(STDIN_FILENO, TCSAFLUSH, &silent);
+    }
+    ~CSilentTerminal()
+    {
+        tcsetattr(STDIN_FILENO, TCSAFLUSH, &former);
+        sigaction(SIGINT, &formerInterrupt, nullptr);
+        sigaction(SIGTERM, &formerTermination, nullptr);
+        pthread_sigmask(SIG_SETMASK, &formerMask, nullptr);
+    }
+    CSilentTerminal(const CSilentTerminal&) = delete;
+    CSilentTerminal& operator=(const CSilentTerminal&) = delete;
+
+    // Up to the line break or the end of input. Nothing if it was interrupted.
+    std::optional<QString> ReadLine() const
+    {
+        std::string line;
+        for (;;) {
+            if (!WaitForInput()) {
+                return std::nullopt;
+            }
+            char character = 0;
+            if (::read(STDIN_FILENO, &character, 1) <= 0 || character == '\n') {
+                return Widen(line);
+            }
+            line += character;
+        }
+    }
+
+private:
+    // False if it was interrupted.
+    bool WaitForInput() const
+    {
+        fd_set inputs;
+        FD_ZERO(&inputs);
+        FD_SET(STDIN_FILENO, &inputs);
+        return ::pselect(STDIN_FILENO + 1, &inputs, nullptr, nullptr, nullptr, &formerMask) >= 0;
+    }
+
+    termios former{};
+    sigset_t formerMask{};
+    struct sigaction formerInterrupt {};
+    struct sigaction formerTermination {};
+};
+
+std::optional<QString> Prompt(const QString& question)
+{
+    const CSilentTerminal terminal;
+    // Behind the silence: nobody types before the question is there.
+    PrintError(question);
+    const auto answer = terminal.ReadLine();
+    PrintError(QStringLiteral("\n"));
+    return answer;
+}
+
+} // namespace
+
+std::optional<QString> FindPassword(const FtpUrl& url)
+{
+    if (url.password) {
+        return url.password;
+    }
+    const char* const variable = "VISTORAMA_FTP_PASSWORD";
+    if (qEnvironmentVariableIsSet(variable)) {
+        const QString password = qEnvironmentVariable(variable);
+        if (password.contains(QLatin1Char('\r')) || password.contains(QLatin1Char('\n'))) {
+            throw CWrongUse(
+                QStringLiteral("The password in %1 holds a line break.").arg(QLatin1String(variable)));
+        }
+        return password;
+    }
+    const bool namesUser = url.userName != QStringLiteral("anonymous");
+    if (!namesUser || isatty(STDIN_FILENO) == 0) {
+        return QString();
+    }
+    FtpUrl login = url;
+    login.directory.clear();
+    return Prompt(QStringLiteral("Password for %1: ").arg(FormatFtpUrl(login)));
+}

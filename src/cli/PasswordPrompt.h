@@ -1,0 +1,11 @@
+#pragma once
+
+#include <optional>
+
+#include "cli/FtpUrl.h"
+
+// The password for an address: its own; else that of the variable VISTORAMA_FTP_PASSWORD, even if empty;
+// else, if the address names a user and standard input is a terminal, what a person types there without echo;
+// else
+// "". Nothing if the prompt was interrupted. Throws CWrongUse for a password with a line break.
+std::optional<QString> FindPassword(const FtpUrl& url);
