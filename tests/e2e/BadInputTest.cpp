@@ -198,10 +198,11 @@ TEST_F(BadInput, AReadOnlyTargetIsNamed)
     const QString project = program.WriteProject({program.WritePicture(QStringLiteral("a.jpg"))});
     MakeDirectoryPath(program.Path(QStringLiteral("mount")));
     // A file system of its own, since no mode keeps an administrator out.
-    const ProgramResult result =
-        program.RunInShell(QStringLiteral("unshare -rm sh -c 'mount -t tmpfs -o ro tmpfs \"$2\" && exec "
-                                          "\"$program\" deploy \"$1\" \"$2/site\"' sh \"$1\" \"$2\""),
-                           {project, program.Path(QStringLiteral("mount"))});
+    const ProgramResult result = program.RunInShell(
+        QStringLiteral(
+            "unshare $(test $(id -u) = 0 || echo -r) -m sh -c 'mount -t tmpfs -o ro tmpfs \"$2\" && exec "
+            "\"$program\" deploy \"$1\" \"$2/site\"' sh \"$1\" \"$2\""),
+        {project, program.Path(QStringLiteral("mount"))});
     ExpectFailure(result, program.Path(QStringLiteral("mount/site")));
     ExpectFailure(result, QStringLiteral("Read-only file system"));
     ExpectFailure(result, QStringLiteral("Please check that you have the right to write there."));
@@ -217,7 +218,8 @@ TEST_F(BadInput, AFullDiskIsNamedAndLeavesNoHalfFile)
     const QString project = program.WriteProject(pictures);
     MakeDirectoryPath(program.Path(QStringLiteral("mount")));
     const ProgramResult result = program.RunInShell(
-        QStringLiteral("unshare -rm sh -c 'mount -t tmpfs -o size=600k tmpfs \"$2\" && \"$program\" deploy "
+        QStringLiteral("unshare $(test $(id -u) = 0 || echo -r) -m sh -c 'mount -t tmpfs -o size=600k tmpfs "
+                       "\"$2\" && \"$program\" deploy "
                        "\"$1\" \"$2\";"
                        " code=$?; cp -r \"$2\" \"$3\"; exit $code' sh \"$1\" \"$2\" \"$3\""),
         {project, program.Path(QStringLiteral("mount")), program.Path(QStringLiteral("kept"))});
