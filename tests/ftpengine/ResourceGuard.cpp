@@ -36,17 +36,31 @@ std::size_t CountThreadsBefore()
     return CountThreads();
 }
 
+template <class Condition>
+bool Await(const Condition& condition)
+{
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > deadline) {
+            return false;
+        }
+        std::this_thread::yield();
+    }
+    return true;
+}
+
 } // namespace
 
 CResourceGuard::CResourceGuard() : descriptors(CountDescriptors()), threads(CountThreadsBefore()) {}
 
 CResourceGuard::~CResourceGuard()
 {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    while ((CountThreads() > threads || CountDescriptors() > descriptors) &&
-           std::chrono::steady_clock::now() < deadline) {
-        std::this_thread::yield();
-    }
-    EXPECT_LE(CountDescriptors(), descriptors);
-    EXPECT_LE(CountThreads(), threads);
+    EXPECT_TRUE(AwaitThreads());
+    // What an abandoned worker held is released at its end.
+    EXPECT_TRUE(Await([this] { return CountDescriptors() <= descriptors; }));
+}
+
+bool CResourceGuard::AwaitThreads() const
+{
+    return Await([this] { return CountThreads() <= threads; });
 }

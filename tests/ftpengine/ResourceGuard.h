@@ -11,6 +11,9 @@ public:
     CResourceGuard(const CResourceGuard&) = delete;
     CResourceGuard& operator=(const CResourceGuard&) = delete;
 
+    // Waits until there are no more threads than at first; false if that takes too long.
+    bool AwaitThreads() const;
+
 private:
     const std::size_t descriptors;
     const std::size_t threads;
