@@ -1,3 +1,5 @@
+#include <gmock/gmock.h>
+
 #include "FTPEngineFixture.h"
 #include "support/ScratchFolder.h"
 
@@ -12,8 +14,9 @@ using Kind = CTaskResult::Kind;
 struct Misdeed {
     const char* name;
     CScriptedServer::Handler handler;
-    int status;  // what the task ends with; -1: whatever it is
-    int refusal; // the reply's code if the status is 0
+    int status;           // what the task ends with; -1: whatever it is
+    int refusal;          // the reply's code if the status is 0
+    int otherStatus = -2; // as good as status, where two ends of a broken connection race
 };
 
 CScriptedServer::Handler Saying(const std::string& bytes)
@@ -83,7 +86,8 @@ protected:
     {
         for (const Misdeed& misdeed : misdeeds) {
             const std::vector<CTaskResult> results = Results(verb, misdeed, task);
-            EXPECT_EQ(results[0].status, misdeed.status) << verb << ' ' << misdeed.name << ": " << results[0];
+            EXPECT_THAT(results[0].status, testing::AnyOf(misdeed.status, misdeed.otherStatus))
+                << verb << ' ' << misdeed.name << ": " << results[0];
             if (misdeed.refusal != 0) {
                 EXPECT_EQ(results[0].reply.code, misdeed.refusal) << verb << ' ' << misdeed.name;
             }
@@ -168,7 +172,15 @@ TEST_F(FTPBadServer, AtRename)
 TEST_F(FTPBadServer, AtList)
 {
     // The data connection is open, and quiet; so the worker is waited for, too.
-    ExpectFittingListings("LIST", Misdeeds());
+    std::vector<Misdeed> misdeeds = Misdeeds();
+    for (Misdeed& misdeed : misdeeds) {
+        if (std::string_view(misdeed.name) == "closing") {
+            // The data connection ends, too. Its worker then aborts the wait, unless the close is seen
+            // before.
+            misdeed.otherStatus = 995;
+        }
+    }
+    ExpectFittingListings("LIST", misdeeds);
 }
 
 TEST_F(FTPBadServer, WithABadDataPort)
