@@ -24,6 +24,12 @@ TEST(Variant, KnowsItsTypeAndAnswersNeutrallyForOthers)
     }
 }
 
+TEST(Variant, AStringWithoutTextIsAValueAndADateIsNoPlainNumber)
+{
+    EXPECT_FALSE(CVariant(QString()).IsEmpty());
+    EXPECT_FALSE(CVariant::Real(5) == CVariant::Date(5));
+}
+
 TEST(VariableMap, NamesAreCaseInsensitive)
 {
     CVariableMap map;

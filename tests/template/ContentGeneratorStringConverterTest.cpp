@@ -5,6 +5,7 @@
 
 #include <QLocale>
 
+#include "PageRun.h"
 #include "common/Exceptions.h"
 #include "template/ImageIterator.h"
 
@@ -96,32 +97,17 @@ TEST(SizeClass, FollowsTheLongerSide)
     }
 }
 
-TEST(Variant, KnowsItsTypeAndAnswersNeutrallyForOthers)
+TEST(ContentGeneratorStringConverter, WritesNothingThoughABindPassStillReadsVariables)
 {
-    EXPECT_TRUE(CVariant().IsEmpty());
-    EXPECT_EQ(CVariant().GetType(), CVariant::Type::Empty);
-    EXPECT_EQ(CVariant(5).GetType(), CVariant::Type::Integer);
-    EXPECT_EQ(CVariant::Real(5).GetType(), CVariant::Type::Real);
-    EXPECT_EQ(CVariant::Date(5).GetType(), CVariant::Type::Date);
-    EXPECT_EQ(CVariant(QStringLiteral("5")).GetType(), CVariant::Type::String);
-    EXPECT_FALSE(CVariant(QString()).IsEmpty()); // a string without text is a value
-    EXPECT_EQ(CVariant(5).GetInteger(), 5);
-    EXPECT_EQ(CVariant::Date(5.5).GetNumber(), 5.5);
-    EXPECT_EQ(CVariant(5).GetString(), QString());
-    EXPECT_EQ(CVariant(5).GetNumber(), 0.0);
-    EXPECT_EQ(CVariant(QStringLiteral("5")).GetInteger(), 0);
-    EXPECT_FALSE(CVariant::Real(5) == CVariant::Date(5));
-}
-
-TEST(VariableMap, TakesNamesWithoutRegardToCase)
-{
-    CVariableMap variables;
-    variables.Set(QStringLiteral("Title"), 1);
-    CVariant value = QStringLiteral("untouched");
-    EXPECT_FALSE(variables.Get(QStringLiteral("other"), value));
-    EXPECT_EQ(value.GetString(), QStringLiteral("untouched"));
-    EXPECT_TRUE(variables.Get(QStringLiteral("TITLE"), value));
-    EXPECT_EQ(value.GetInteger(), 1);
-    variables.Set(QStringLiteral("tITLE"), 2);
-    EXPECT_EQ(variables.GetEntries().size(), 1u);
+    const Page page =
+        ParsePage("<%pageheader%><%picture id=\"<%=gallery.id%>\" width=\"1\" height=\"1\" href=\"\"%>"
+                  "<%textspan property=\"gallery.t\" default=\"d\" name=\"n\"%>"
+                  "<%banner width=\"1\" height=\"1\"%><%advertisement name=\"a\"%>");
+    CTestIterator iterator;
+    iterator.gallery.Set(QStringLiteral("id"), QStringLiteral("cover"));
+    CContentGeneratorStringConverter generator;
+    iterator.Reset();
+    page->Bind(iterator, generator);
+    EXPECT_EQ(iterator.bound, std::vector<QString>{QStringLiteral("cover")});
+    EXPECT_EQ(page->GenerateToString(iterator, generator), "");
 }
