@@ -2,8 +2,13 @@
 
 find_program(CCACHE ccache)
 if(CCACHE)
-    set(CMAKE_C_COMPILER_LAUNCHER ${CCACHE})
-    set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+    # Precompiled headers are cached only with these two set aside; without the folder in the key, a second checkout
+    # of the project finds what the first one has compiled.
+    set(launcher ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros CCACHE_NOHASHDIR=1
+        CCACHE_BASEDIR=${PROJECT_SOURCE_DIR} ${CCACHE})
+    set(CMAKE_C_COMPILER_LAUNCHER ${launcher})
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${launcher})
+    add_compile_options($<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
 endif()
 
 find_program(MOLD mold)
