@@ -132,6 +132,22 @@ enum class StringId : int {
     KeyFileUnfit,
     CorrectUserKeyFile,
     CorrectMachineKeyFile,
+
+    // Deployment to a server.
+    UploadFailed = 20800,
+    UploadConnectionLost,
+    UploadNotConnected,
+    UploadLater,
+    UploadRefused,
+    CheckSiteParameters,
+
+    // FTP commands of the command line.
+    FolderNotListed = 20900,
+    FolderNotMade,
+    FolderNotRenamed,
+    NetworkFailed,
+    CheckServerAndTryAgain,
+    ChooseNameWithoutLineBreaks,
 };
 
 // The text as it stands, its "%" included.
