@@ -5,9 +5,13 @@
 #include <cmath>
 #include <numbers>
 
+#include "imaging/ResamplerKernels.h"
+
 namespace {
 
-constexpr int lanes = 4; // of one pixel: three colours, and alpha or nothing
+using ResamplerKernels::blockRows;
+using ResamplerKernels::ColumnTaps;
+using ResamplerKernels::tileElements;
 
 double Lanczos3(double x)
 {
@@ -56,9 +60,15 @@ Taps TapsAt(const Axis& axis, int position)
         weights.push_back(ratio > 1 ? Lanczos3(distance) : CatmullRom(distance));
         sum += weights.back();
     }
-    Taps taps{first, {}};
-    for (const double weight : weights) {
-        taps.weights.push_back(static_cast<float>(weight / sum));
+    // Those at both ends may be zero, just out of reach.
+    const auto isThere = [](double weight) {
+        return weight != 0;
+    };
+    const auto begin = std::find_if(weights.begin(), weights.end(), isThere);
+    const auto end = std::find_if(weights.rbegin(), weights.rend(), isThere).base();
+    Taps taps{first + static_cast<int>(begin - weights.begin()), {}};
+    for (auto weight = begin; weight < end; ++weight) {
+        taps.weights.push_back(static_cast<float>(*weight / sum));
     }
     return taps;
 }
@@ -73,63 +83,89 @@ std::vector<Taps> MakeTaps(const Axis& axis, int first, int count)
     return taps;
 }
 
-// Rows of the source, scaled horizontally. Those in reach of one row of the result are kept.
-class CRowCache {
+// Rows of the source, scaled horizontally, a block at a time. Those in reach of one row of the result are
+// kept.
+class CScaledRows {
 public:
-    CRowCache(const CPixels& pixels, const std::vector<Taps>& columns, size_t capacity)
+    CScaledRows(const CPixels& pixels, const std::vector<Taps>& columns, size_t reach)
         : pixels(pixels),
-          columns(columns),
-          premultiplied(static_cast<size_t>(pixels.size.width()) * lanes),
-          rows(capacity),
-          numbers(capacity, -1)
+          taps(JoinTaps(columns)),
+          stride(RoundedUp(columns.size() * static_cast<size_t>(pixels.channels),
+                           tileElements * static_cast<size_t>(pixels.channels))),
+          block(static_cast<size_t>(pixels.size.width()) * pixels.channels * blockRows),
+          // What is in reach may begin at the last row of one block and end at the first of another.
+          ring((reach / blockRows + 2) * blockRows * stride)
     {}
 
+    // Of a row of pixels; at least as many as there are, the rest of no meaning.
+    size_t GetStride() const { return stride; }
+
+    // To be asked for in an order that goes back by no more than the reach.
     const float* GetRow(int y)
     {
-        const size_t slot = static_cast<size_t>(y) % rows.size();
-        if (numbers[slot] != y) {
-            rows[slot].resize(columns.size() * lanes);
-            ReadRow(y);
-            ScaleRow(rows[slot].data());
-            numbers[slot] = y;
+        while (y >= end) {
+            ScaleBlock(end);
+            end += static_cast<int>(blockRows);
         }
-        return rows[slot].data();
+        return PlaceOf(y);
     }
+
+    // Rows above this one won't be asked for.
+    void BeginAt(int y) { end = y / static_cast<int>(blockRows) * static_cast<int>(blockRows); }
 
 private:
-    void ReadRow(int y)
+    static size_t RoundedUp(size_t count, size_t multiple)
     {
-        const uint8_t* source = pixels.GetRow(y);
-        float* target = premultiplied.data();
-        for (int x = 0; x < pixels.size.width(); ++x, source += pixels.channels, target += lanes) {
-            const float alpha = pixels.channels == 4 ? source[3] / 255.0f : 1.0f;
-            target[0] = source[0] * alpha;
-            target[1] = source[1] * alpha;
-            target[2] = source[2] * alpha;
-            target[3] = alpha;
-        }
+        return (count + multiple - 1) / multiple * multiple;
     }
 
-    void ScaleRow(float* target) const
+    static ColumnTaps JoinTaps(const std::vector<Taps>& columns)
     {
-        for (const Taps& taps : columns) {
-            std::array<float, lanes> sum{};
-            const float* source = &premultiplied[static_cast<size_t>(taps.first) * lanes];
-            for (const float weight : taps.weights) {
-                for (int lane = 0; lane < lanes; ++lane) {
-                    sum[lane] += weight * source[lane];
-                }
-                source += lanes;
+        ColumnTaps joined;
+        for (const Taps& column : columns) {
+            joined.first.push_back(column.first);
+            joined.count.push_back(static_cast<int>(column.weights.size()));
+            joined.weights.insert(joined.weights.end(), column.weights.begin(), column.weights.end());
+        }
+        return joined;
+    }
+
+    float* PlaceOf(int y) { return &ring[static_cast<size_t>(y) * stride % ring.size()]; }
+
+    void ScaleBlock(int top)
+    {
+        std::array<const uint8_t*, blockRows> rows;
+        for (size_t r = 0; r < blockRows; ++r) {
+            rows[r] = pixels.GetRow(std::min(top + static_cast<int>(r), pixels.size.height() - 1));
+        }
+        ResamplerKernels::SpreadRows(rows.data(), static_cast<size_t>(pixels.size.width()) * pixels.channels,
+                                     block.data());
+        if (pixels.channels == 4) {
+            Premultiply();
+        }
+        ResamplerKernels::ScaleColumns(block.data(), taps, pixels.channels, PlaceOf(top), stride);
+    }
+
+    void Premultiply()
+    {
+        for (size_t pixel = 0; pixel < block.size(); pixel += 4 * blockRows) {
+            float* const values = &block[pixel];
+            for (size_t r = 0; r < blockRows; ++r) {
+                const float alpha = values[3 * blockRows + r] / 255.0f;
+                values[r] *= alpha;
+                values[blockRows + r] *= alpha;
+                values[2 * blockRows + r] *= alpha;
+                values[3 * blockRows + r] = alpha;
             }
-            target = std::copy(sum.begin(), sum.end(), target);
         }
     }
 
     const CPixels& pixels;
-    const std::vector<Taps>& columns;
-    std::vector<float> premultiplied;
-    std::vector<std::vector<float>> rows;
-    std::vector<int> numbers; // of the rows in them
+    const ColumnTaps taps;
+    const size_t stride;
+    std::vector<float> block;
+    std::vector<float> ring;
+    int end = 0; // the first row that isn't scaled yet
 };
 
 uint8_t ToByte(float value)
@@ -137,16 +173,21 @@ uint8_t ToByte(float value)
     return static_cast<uint8_t>(std::clamp(value + 0.5f, 0.0f, 255.0f));
 }
 
-void StoreRow(const std::vector<float>& sums, int channels, uint8_t* target)
+void StoreOpaqueRow(const float* sums, size_t count, uint8_t* target)
 {
-    for (size_t i = 0; i < sums.size(); i += lanes, target += channels) {
-        const float alpha = channels == 4 ? std::clamp(sums[i + 3], 0.0f, 1.0f) : 1.0f;
+    for (size_t i = 0; i < 3 * count; ++i) {
+        target[i] = ToByte(sums[i]);
+    }
+}
+
+void StoreRow(const float* sums, size_t count, uint8_t* target)
+{
+    for (size_t i = 0; i < count; ++i, sums += 4, target += 4) {
+        const float alpha = std::clamp(sums[3], 0.0f, 1.0f);
         for (int c = 0; c < 3; ++c) {
-            target[c] = alpha > 0 ? ToByte(sums[i + static_cast<size_t>(c)] / alpha) : 0;
+            target[c] = alpha > 0 ? ToByte(sums[c] / alpha) : 0;
         }
-        if (channels == 4) {
-            target[3] = ToByte(alpha * 255);
-        }
+        target[3] = ToByte(alpha * 255);
     }
 }
 
@@ -162,6 +203,9 @@ CPixels Resample(const CPixels& pixels, QSize size, const QRect& area)
     if (IsUnscaled(pixels, size)) {
         return Cut(pixels, area);
     }
+    if (area.isEmpty()) {
+        return MakePixels(area.size(), pixels.channels, {});
+    }
     const QRectF& window = pixels.window;
     const std::vector<Taps> columns =
         MakeTaps({window.x(), window.width(), pixels.size.width(), size.width()}, area.left(), area.width());
@@ -171,20 +215,19 @@ CPixels Resample(const CPixels& pixels, QSize size, const QRect& area)
     for (const Taps& line : lines) {
         reach = std::max(reach, line.weights.size());
     }
-    CRowCache rows(pixels, columns, reach);
+    CScaledRows rows(pixels, columns, reach);
+    rows.BeginAt(lines.front().first);
     std::vector<uint8_t> bytes(static_cast<size_t>(area.width()) * area.height() * pixels.channels);
-    std::vector<float> sums(columns.size() * lanes);
+    std::vector<float> sums(rows.GetStride());
+    std::vector<const float*> inReach(reach);
     uint8_t* target = bytes.data();
     for (const Taps& line : lines) {
-        std::fill(sums.begin(), sums.end(), 0.0f);
-        for (size_t tap = 0; tap < line.weights.size(); ++tap) {
-            const float* row = rows.GetRow(line.first + static_cast<int>(tap));
-            const float weight = line.weights[tap];
-            for (size_t i = 0; i < sums.size(); ++i) {
-                sums[i] += weight * row[i];
-            }
+        const size_t count = line.weights.size();
+        for (size_t tap = 0; tap < count; ++tap) {
+            inReach[tap] = rows.GetRow(line.first + static_cast<int>(tap));
         }
-        StoreRow(sums, pixels.channels, target);
+        ResamplerKernels::SumRows(inReach.data(), line.weights.data(), count, sums.size(), sums.data());
+        (pixels.channels == 3 ? StoreOpaqueRow : StoreRow)(sums.data(), columns.size(), target);
         target += static_cast<size_t>(area.width()) * pixels.channels;
     }
     return MakePixels(area.size(), pixels.channels, std::move(bytes));
