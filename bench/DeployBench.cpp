@@ -1,19 +1,25 @@
-// How long a deployment takes beside what its decoder alone needs, measured in one run on one machine.
+// How fast a deployment is beside what its decoder and encoder alone need, and beside vipsthumbnail, measured
+// in one run on one machine.
 //
-//     bench_deploy FOLDER
+//     bench_deploy [FOLDER]
 //
-// Deploys the photographs of the folder and of those below it, each at 160x120 and 800x600, and decodes each
-// of them once at the same reduction, on as many threads. Prints seconds and their ratio; the best of three
-// rounds counts.
+// Deploys the photographs of the folder and of those below it, each at 160x120 and 800x600; without a folder,
+// 24 photographs of 10 to 25 megapixels that it makes. The bound: each source decoded once at the reduction
+// used and each result encoded once, on as many threads. Prints seconds, ratios and the peak of memory; the
+// best of three rounds counts.
 
 #include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <functional>
+#include <jpeglib.h>
+#include <random>
 #include <thread>
 
 #include <QCoreApplication>
+#include <QFile>
+#include <QProcess>
 #include <QTemporaryDir>
 
 #include "common/DirectoryProcessor.h"
@@ -25,6 +31,7 @@
 #include "document/GalleryProject.h"
 #include "document/PictureFiles.h"
 #include "imaging/ImageFile.h"
+#include "imaging/JpegDecoder.h"
 
 namespace {
 
@@ -81,9 +88,11 @@ public:
         }
     }
 
+    QString GetSite() const { return Path(QStringLiteral("site")); }
+
     int Deploy()
     {
-        RemoveDirectoryTree(Path(QStringLiteral("site")));
+        RemoveDirectoryTree(GetSite());
         CNoProgress progress;
         return GeneratePages(*project, Path(QStringLiteral("site")), CStopSignal(), progress).images;
     }
@@ -103,22 +112,84 @@ double ScaleInBox(QSize size)
     return std::min({1.0, double(Box.width()) / size.width(), double(Box.height()) / size.height()});
 }
 
-void DecodeAll(const std::vector<QString>& photographs)
+unsigned CoreCount()
+{
+    return std::max(1u, std::thread::hardware_concurrency());
+}
+
+// Does the work for each number below count, on all cores.
+void OnAllCores(size_t count, const std::function<void(size_t)>& work)
 {
     std::atomic<size_t> next = 0;
     std::vector<std::thread> workers;
-    for (unsigned i = 0; i < std::max(1u, std::thread::hardware_concurrency()); ++i) {
+    for (unsigned i = 0; i < CoreCount(); ++i) {
         workers.emplace_back([&] {
-            for (size_t at = next++; at < photographs.size(); at = next++) {
-                const ImageHeader header = ReadImageHeader(photographs[at]);
-                const QSize upright = CImage::FromFile(photographs[at]).GetSize();
-                DecodeImage(photographs[at], header, ChooseShrink(header, ScaleInBox(upright)));
+            for (size_t at = next++; at < count; at = next++) {
+                work(at);
             }
         });
     }
     for (std::thread& worker : workers) {
         worker.join();
     }
+}
+
+void DecodeAsUsed(const QString& photograph)
+{
+    const ImageHeader header = ReadImageHeader(photograph);
+    const QSize upright = UprightSize(header.size, header.orientation);
+    DecodeJpeg(ReadWholeFile(photograph), ChooseShrink(header, ScaleInBox(upright)));
+}
+
+// By libjpeg alone, with the settings of the results.
+void Encode(const JpegPicture& picture)
+{
+    jpeg_compress_struct info{};
+    jpeg_error_mgr errors{};
+    info.err = jpeg_std_error(&errors);
+    jpeg_create_compress(&info);
+    unsigned char* bytes = nullptr;
+    unsigned long length = 0;
+    jpeg_mem_dest(&info, &bytes, &length);
+    info.image_width = static_cast<JDIMENSION>(picture.size.width());
+    info.image_height = static_cast<JDIMENSION>(picture.size.height());
+    info.input_components = 3;
+    info.in_color_space = JCS_RGB;
+    jpeg_set_defaults(&info);
+    jpeg_set_quality(&info, 100, TRUE);
+    info.comp_info[0].h_samp_factor = 1;
+    info.comp_info[0].v_samp_factor = 1;
+    jpeg_start_compress(&info, TRUE);
+    while (info.next_scanline < info.image_height) {
+        auto* row = const_cast<JSAMPLE*>(&picture.bytes[size_t(info.next_scanline) * info.image_width * 3]);
+        jpeg_write_scanlines(&info, &row, 1);
+    }
+    jpeg_finish_compress(&info);
+    jpeg_destroy_compress(&info);
+    std::free(bytes);
+}
+
+std::vector<JpegPicture> ReadResults(const QString& site)
+{
+    std::vector<JpegPicture> results;
+    for (const QString& path : FindPhotographs(site)) {
+        results.push_back(DecodeJpeg(ReadWholeFile(path), 1));
+    }
+    return results;
+}
+
+// Both sizes of every photograph, by as many processes as there are cores.
+void RunVipsThumbnail(const std::vector<QString>& photographs, const QString& folder)
+{
+    OnAllCores(photographs.size(), [&](size_t at) {
+        for (const char* const size : {"160x120", "800x600"}) {
+            const QString target = QStringLiteral("%1/%2-%3.jpg[Q=100,strip]")
+                                       .arg(folder, QString::number(at), QLatin1String(size));
+            QProcess::execute(QStringLiteral("vipsthumbnail"),
+                              {photographs[at], QStringLiteral("--size"), QLatin1String(size),
+                               QStringLiteral("-o"), target});
+        }
+    });
 }
 
 double Megapixels(const std::vector<QString>& photographs)
@@ -131,26 +202,107 @@ double Megapixels(const std::vector<QString>& photographs)
     return pixels / 1e6;
 }
 
+// Smooth shapes, edges and grain: as hard to decode as a photograph.
+void MakePhotograph(const QString& path, QSize size, unsigned seed)
+{
+    std::mt19937 random(seed);
+    std::vector<double> phases(12);
+    for (double& phase : phases) {
+        phase = std::uniform_real_distribution(0.0, 6.28)(random);
+    }
+    QByteArray bytes(qsizetype(size.width()) * size.height() * 4, '\xff');
+    auto* pixel = reinterpret_cast<uint8_t*>(bytes.data());
+    for (int y = 0; y < size.height(); ++y) {
+        for (int x = 0; x < size.width(); ++x, pixel += 4) {
+            const double u = x * 6.28 / size.width();
+            const double v = y * 6.28 / size.height();
+            const double shape = std::sin(2 * u + phases[0]) + std::sin(3 * v + phases[1]) +
+                                 std::sin(u * v * 3 + phases[2]) +
+                                 (std::sin(40 * u + 23 * v) > 0.6 ? 0.7 : 0);
+            const int grain = int(random() % 25) - 12;
+            for (int c = 0; c < 3; ++c) {
+                pixel[c] = uint8_t(
+                    std::clamp(128 + 28 * shape + 20 * std::sin(u + phases[3 + c]) + grain, 0.0, 255.0));
+            }
+        }
+    }
+    CImage::FromRgba(size, bytes).Save(path, {ImageEncoding::Format::Jpeg, 90});
+}
+
+void MakePhotographs(const QString& folder)
+{
+    const QSize sizes[] = {{4000, 2672}, {4608, 3456}, {5184, 3456},
+                           {6000, 4000}, {3456, 4608}, {5472, 3648}};
+    OnAllCores(24, [&](size_t at) {
+        MakePhotograph(QStringLiteral("%1/%2.jpg").arg(folder).arg(at), sizes[at % std::size(sizes)],
+                       unsigned(at));
+    });
+}
+
+// One deployment in a process of its own: prints the peak of its memory in MB.
+int DeployOnce(const std::vector<QString>& photographs)
+{
+    CBenchProject(photographs).Deploy();
+    // Not getrusage: its peak counts from before the program was loaded.
+    QFile status(QStringLiteral("/proc/self/status"));
+    const QByteArray text = status.open(QIODevice::ReadOnly) ? status.readAll() : QByteArray();
+    const qsizetype peak = text.indexOf("VmHWM:");
+    std::printf("%.0f", text.mid(peak + 6).trimmed().split(' ').value(0).toDouble() / 1024);
+    return peak > 0 ? 0 : 1;
+}
+
+QByteArray MeasureMemory(const QString& program, const QString& folder)
+{
+    QProcess process;
+    process.start(program, {QStringLiteral("--once"), folder});
+    process.waitForFinished(-1);
+    return process.readAllStandardOutput();
+}
+
+void Measure(const std::vector<QString>& photographs, const QByteArray& memory)
+{
+    CBenchProject project(photographs);
+    const int images = project.Deploy();
+    const std::vector<JpegPicture> results = ReadResults(project.GetSite());
+    const QTemporaryDir thumbnails;
+    double deploy = 1e9;
+    double decode = 1e9;
+    double encode = 1e9;
+    double vips = 1e9;
+    for (int round = 0; round < Rounds; ++round) {
+        deploy = std::min(deploy, SecondsOf([&] { project.Deploy(); }));
+        decode =
+            std::min(decode, SecondsOf([&] {
+                         OnAllCores(photographs.size(), [&](size_t at) { DecodeAsUsed(photographs[at]); });
+                     }));
+        encode = std::min(
+            encode, SecondsOf([&] { OnAllCores(results.size(), [&](size_t at) { Encode(results[at]); }); }));
+        vips = std::min(vips, SecondsOf([&] { RunVipsThumbnail(photographs, thumbnails.path()); }));
+    }
+    const double bound = decode + encode;
+    std::printf("%zu photographs, %.1f megapixels, %d images at 160x120 and 800x600\n", photographs.size(),
+                Megapixels(photographs), images);
+    std::printf("deployment     %6.2f s   peak of memory %s MB\n", deploy, memory.constData());
+    std::printf("bound          %6.2f s   (decoding %.2f s, encoding %.2f s)   ratio %.2f\n", bound, decode,
+                encode, deploy / bound);
+    std::printf("vipsthumbnail  %6.2f s   ratio %.2f\n", vips, vips / deploy);
+}
+
 } // namespace
 
 int main(int argumentCount, char** arguments)
 {
-    QCoreApplication application(argumentCount, arguments);
-    if (argumentCount != 2) {
-        std::fputs("Usage: bench_deploy FOLDER\n", stderr);
-        return 2;
+    const QCoreApplication application(argumentCount, arguments);
+    QStringList names = QCoreApplication::arguments().mid(1);
+    if (names.value(0) == QStringLiteral("--once")) {
+        return DeployOnce(FindPhotographs(names.value(1)));
     }
-    const std::vector<QString> photographs = FindPhotographs(QString::fromLocal8Bit(arguments[1]));
-    CBenchProject project(photographs);
-    double deploy = 1e9;
-    double decode = 1e9;
-    int images = 0;
-    for (int round = 0; round < Rounds; ++round) {
-        deploy = std::min(deploy, SecondsOf([&] { images = project.Deploy(); }));
-        decode = std::min(decode, SecondsOf([&] { DecodeAll(photographs); }));
+    const QTemporaryDir made;
+    if (names.isEmpty()) {
+        MakePhotographs(made.path());
+        names += made.path();
     }
-    std::printf("%zu photographs, %.1f megapixels, %d images at 160x120 and 800x600\n", photographs.size(),
-                Megapixels(photographs), images);
-    std::printf("deployment %.2f s, decoding alone %.2f s, ratio %.2f\n", deploy, decode, deploy / decode);
+    const QByteArray memory = MeasureMemory(QCoreApplication::applicationFilePath(), names[0]);
+    Measure(FindPhotographs(names[0]), memory);
     return 0;
 }
