@@ -134,11 +134,21 @@ void OnAllCores(size_t count, const std::function<void(size_t)>& work)
     }
 }
 
+JpegPicture Decode(const QString& path, int shrink)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        std::fprintf(stderr, "%s can't be read\n", qPrintable(path));
+        std::exit(1);
+    }
+    return DecodeJpeg(CFileBytes(file.handle()), shrink);
+}
+
 void DecodeAsUsed(const QString& photograph)
 {
     const ImageHeader header = ReadImageHeader(photograph);
     const QSize upright = UprightSize(header.size, header.orientation);
-    DecodeJpeg(ReadWholeFile(photograph), ChooseShrink(header, ScaleInBox(upright)));
+    Decode(photograph, ChooseShrink(header, ScaleInBox(upright)));
 }
 
 // By libjpeg alone, with the settings of the results.
@@ -173,7 +183,7 @@ std::vector<JpegPicture> ReadResults(const QString& site)
 {
     std::vector<JpegPicture> results;
     for (const QString& path : FindPhotographs(site)) {
-        results.push_back(DecodeJpeg(ReadWholeFile(path), 1));
+        results.push_back(Decode(path, 1));
     }
     return results;
 }

@@ -20,6 +20,7 @@
 #include "imaging/ColourConversion.h"
 #include "imaging/ImageNode.h"
 #include "imaging/JpegDecoder.h"
+#include "imaging/Resampler.h"
 #include "imaging/VipsLibrary.h"
 #include "resources/StringTable.h"
 
@@ -152,6 +153,7 @@ public:
     {}
 
     Kind GetKind() const { return kind; }
+    int GetDescriptor() const { return file.Get(); }
 
     // Throws VError.
     VImage Open(VipsFailOn failOn)
@@ -259,13 +261,17 @@ VImage Borrow(JpegPicture& jpeg)
     return image;
 }
 
-DecodedImage DecodeJpegFile(const QString& path, int shrink)
+ImageCondition ConditionOf(const JpegPicture& jpeg)
 {
-    JpegPicture jpeg = DecodeJpeg(ReadWholeFile(path), shrink);
+    return jpeg.isWhole ? ImageCondition{}
+                        : ImageCondition{ImageCondition::State::InPart, Text(StringId::ImageDataIncomplete)};
+}
+
+DecodedImage DecodeJpegFile(const CPictureReader& reader, int shrink)
+{
+    JpegPicture jpeg = DecodeJpeg(CFileBytes(reader.GetDescriptor()), shrink);
     DecodedImage decoded;
-    if (!jpeg.isWhole) {
-        decoded.condition = {ImageCondition::State::InPart, Text(StringId::ImageDataIncomplete)};
-    }
+    decoded.condition = ConditionOf(jpeg);
     if (jpeg.channels == 3 && jpeg.profile.empty()) {
         decoded.pixels = MakePixels(jpeg.size, jpeg.channels, std::move(jpeg.bytes));
         return decoded;
@@ -309,11 +315,87 @@ DecodedImage DecodeByVips(CPictureReader& reader)
             .condition = {ImageCondition::State::InPart, Text(StringId::ImageDataIncomplete)}};
 }
 
-// False if the file was replaced by another since its header was read.
-bool IsSizeOf(const CPixels& pixels, const ImageHeader& header, int shrink)
+QSize ShrunkSize(const ImageHeader& header, int shrink)
 {
-    return pixels.size ==
-           QSize((header.size.width() + shrink - 1) / shrink, (header.size.height() + shrink - 1) / shrink);
+    return {(header.size.width() + shrink - 1) / shrink, (header.size.height() + shrink - 1) / shrink};
+}
+
+// The picture ends within the last pixel of a size that doesn't divide by the shrink.
+QRectF ShrunkWindow(const ImageHeader& header, int shrink)
+{
+    return QRectF(QPointF(0, 0), QSizeF(header.size) / shrink);
+}
+
+// Scales the rows of a picture to all sizes as they come.
+class CScalingTaker final : public CJpegRowTaker {
+public:
+    CScalingTaker(const PixelGrid& grid, const std::vector<Resampling>& resamplings)
+        : grid(grid), resamplings(resamplings)
+    {}
+
+    bool Begin(QSize size) override
+    {
+        // Otherwise the file was replaced by another since its header was read.
+        hasBegun = size == grid.size;
+        if (hasBegun) {
+            for (const Resampling& resampling : resamplings) {
+                resamplers.emplace_back(grid, resampling);
+            }
+            block.emplace(grid.size, grid.channels);
+            rows.reserve(RowBytes() * static_cast<size_t>(CRowBlock::GetRowCount()));
+        }
+        return hasBegun;
+    }
+
+    void TakeRow(const uint8_t* row) override
+    {
+        rows.insert(rows.end(), row, row + RowBytes());
+        ++count;
+        if (count % CRowBlock::GetRowCount() == 0 || count == grid.size.height()) {
+            TakeBlock((count - 1) / CRowBlock::GetRowCount() * CRowBlock::GetRowCount());
+            rows.clear();
+        }
+    }
+
+    bool HasBegun() const { return hasBegun; }
+
+    std::vector<CPixels> Finish()
+    {
+        std::vector<CPixels> images;
+        for (CResampler& resampler : resamplers) {
+            images.push_back(resampler.Finish());
+        }
+        return images;
+    }
+
+private:
+    size_t RowBytes() const
+    {
+        return static_cast<size_t>(grid.size.width()) * static_cast<size_t>(grid.channels);
+    }
+
+    void TakeBlock(int top)
+    {
+        block->Fill(top, rows.data());
+        for (CResampler& resampler : resamplers) {
+            resampler.TakeBlock(*block);
+        }
+    }
+
+    const PixelGrid grid;
+    const std::vector<Resampling>& resamplings;
+    std::vector<CResampler> resamplers;
+    std::optional<CRowBlock> block;
+    std::vector<uint8_t> rows;
+    int count = 0;
+    bool hasBegun = false;
+};
+
+bool CanScaleAll(const PixelGrid& grid, const std::vector<Resampling>& resamplings)
+{
+    return std::none_of(resamplings.begin(), resamplings.end(), [&grid](const Resampling& each) {
+        return each.area.isEmpty() || IsUnscaled(grid, each);
+    });
 }
 
 } // namespace
@@ -343,12 +425,12 @@ DecodedImage DecodeImage(const QString& path, const ImageHeader& header, int shr
     try {
         CPictureReader reader(path);
         const bool isJpeg = reader.GetKind() == Kind::Jpeg;
-        DecodedImage decoded = isJpeg ? DecodeJpegFile(path, shrink) : DecodeByVips(reader);
-        if (!IsSizeOf(decoded.pixels, header, shrink)) {
+        DecodedImage decoded = isJpeg ? DecodeJpegFile(reader, shrink) : DecodeByVips(reader);
+        // The file may have been replaced by another since its header was read.
+        if (decoded.pixels.size != ShrunkSize(header, shrink)) {
             ThrowNoPixels(StringId::ImageChanged);
         }
-        // The picture ends within the last pixel of a size that doesn't divide by the shrink.
-        decoded.pixels.window = QRectF(QPointF(0, 0), QSizeF(header.size) / shrink);
+        decoded.pixels.window = ShrunkWindow(header, shrink);
         decoded.pixels = Upright(decoded.pixels, header.orientation);
         return decoded;
     } catch (const VError&) {
@@ -357,5 +439,28 @@ DecodedImage DecodeImage(const QString& path, const ImageHeader& header, int shr
         throw CNoPixelsException{Text(StringId::ImageTooLarge, header.size.width(), header.size.height())};
     } catch (const CGenericException& failure) {
         throw CNoPixelsException{failure.GetDescription()};
+    }
+}
+
+std::optional<DecodedScaledImages> DecodeScaledImages(const QString& path, const ImageHeader& header,
+                                                      const ScaledDecoding& wanted)
+{
+    const PixelGrid grid{ShrunkSize(header, wanted.shrink), 3, ShrunkWindow(header, wanted.shrink)};
+    if (header.orientation > 1 || !CanScaleAll(grid, wanted.resamplings)) {
+        return std::nullopt;
+    }
+    try {
+        const CPictureReader reader(path);
+        if (reader.GetKind() != Kind::Jpeg) {
+            return std::nullopt;
+        }
+        CScalingTaker taker(grid, wanted.resamplings);
+        const JpegPicture jpeg = DecodeJpeg(CFileBytes(reader.GetDescriptor()), wanted.shrink, &taker);
+        if (!taker.HasBegun()) {
+            return std::nullopt;
+        }
+        return DecodedScaledImages{taker.Finish(), ConditionOf(jpeg)};
+    } catch (const std::bad_alloc&) {
+        throw CNoPixelsException{Text(StringId::ImageTooLarge, header.size.width(), header.size.height())};
     }
 }

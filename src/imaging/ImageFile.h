@@ -9,18 +9,31 @@
 // The largest reduction by the decoder (1, 2, 4 or 8) that leaves enough for a result of that scale.
 int ChooseShrink(const ImageHeader& header, double scale);
 
-// A picture file: the header is read at construction, the pixels when they are first asked for. They are then
-// kept for all images derived from this one, at the smallest scale of the decoder that serves the largest of
-// them. Shared by those images, on any number of threads.
+// A picture file: the header is read at construction, the pixels when they are first asked for. It is decoded
+// at the smallest scale of the decoder that serves the largest of all images derived from it. If only scaled
+// images were announced, they are all made while it is decoded, and kept; else the pixels are. Shared by
+// those images, on any number of threads.
 class CImageFile final : public CImageNode {
 public:
     CImageFile(const QString& path, const ImageHeader& header);
 
     CPixels Evaluate(double scale) const override;
     void Announce(double scale) const override;
+    CPixels EvaluateResampled(const Resampling& resampling) const override;
+    void AnnounceResampled(const Resampling& resampling) const override;
     ImageCondition GetCondition() const override;
 
 private:
+    struct Scaled {
+        Resampling resampling;
+        std::optional<CPixels> pixels; // none before it has been decoded
+    };
+
+    // With the mutex held.
+    const CPixels& GetPixels(double scale) const;
+    Scaled& FindScaled(const Resampling& resampling) const;
+    void DecodeScaled() const;
+
     // Constant after construction.
     const QString path;
     const ImageHeader header;
@@ -30,6 +43,8 @@ private:
     mutable double announced = 0;  // the largest scale so far
     mutable int decodedShrink = 0; // 0: not yet decoded
     mutable std::optional<DecodedImage> decoded;
+    mutable bool wholeNeeded = false;
+    mutable std::vector<Scaled> scaledImages;
     mutable ImageCondition condition;
 };
 

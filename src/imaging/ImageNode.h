@@ -5,6 +5,7 @@
 
 #include "imaging/Image.h"
 #include "imaging/Pixels.h"
+#include "imaging/Resampling.h"
 
 // Thrown by Evaluate: there are no pixels. Doesn't leave this folder.
 struct CNoPixelsException {
@@ -28,6 +29,10 @@ public:
 
     // Foretells an Evaluate, so that a file isn't decoded too small at first.
     virtual void Announce(double scale) const = 0;
+
+    // The same for a scaled picture: its area alone. A file can be scaled while it is decoded.
+    virtual CPixels EvaluateResampled(const Resampling& resampling) const;
+    virtual void AnnounceResampled(const Resampling& resampling) const { Announce(resampling.scale); }
 
     virtual ImageCondition GetCondition() const = 0;
 

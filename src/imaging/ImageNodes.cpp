@@ -23,6 +23,11 @@ double NeededScale(QSize full, QSize scaled)
 
 } // namespace
 
+CPixels CImageNode::EvaluateResampled(const Resampling& resampling) const
+{
+    return Resample(Evaluate(resampling.scale), resampling);
+}
+
 CPixels CBlankNode::Evaluate(double) const
 {
     std::vector<uint8_t> bytes(static_cast<size_t>(GetSize().width()) * GetSize().height() * 4, 255);
@@ -34,18 +39,16 @@ CPixels CBlankNode::Evaluate(double) const
 
 CResampledNode::CResampledNode(Parent parent, QSize scaled, const QRect& area)
     : CDerivedNode(area.size(), std::move(parent)),
-      scaled(scaled),
       area(area),
-      scale(NeededScale(this->parent->GetSize(), scaled))
+      resampling{scaled, area.intersected(QRect(QPoint(0, 0), scaled)),
+                 NeededScale(this->parent->GetSize(), scaled)}
 {
-    this->parent->Announce(scale);
+    this->parent->AnnounceResampled(resampling);
 }
 
 CPixels CResampledNode::Evaluate(double) const
 {
-    const QRect covered = area.intersected(QRect(QPoint(0, 0), scaled));
-    const CPixels pixels = Resample(parent->Evaluate(scale), scaled, covered);
-    return Cut(pixels, area.translated(-covered.topLeft()));
+    return Cut(parent->EvaluateResampled(resampling), area.translated(-resampling.area.topLeft()));
 }
 
 CPixels CCardNode::Evaluate(double) const

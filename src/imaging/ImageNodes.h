@@ -53,9 +53,8 @@ public:
     CPixels Evaluate(double) const override;
 
 private:
-    const QSize scaled;
     const QRect area;
-    const double scale; // that the parent is needed at
+    const Resampling resampling; // of what the parent has of the area
 };
 
 // An image on the middle of an opaque card.

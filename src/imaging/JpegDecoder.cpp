@@ -1,10 +1,10 @@
 #include "imaging/JpegDecoder.h"
 
 #include <algorithm>
+#include <array>
 #include <csetjmp>
 #include <cstdio>
 #include <cstdlib>
-#include <functional>
 #include <jconfig.h> // what jerror.h numbers depends on it
 #include <jerror.h>
 #include <jpeglib.h>
@@ -17,6 +17,7 @@ namespace {
 constexpr uint8_t missingGrey = 128; // what libjpeg itself shows for blocks without data
 constexpr int maximumScans = 500;    // of a progressive file; far more only keep the decoder busy
 constexpr int maximumRetries = 3;
+constexpr size_t pieceSize = 65536; // of a file, in bytes
 
 // Bytes left over behind the last block. More of them, unless they are all alike and so the padding of some
 // cameras, mean that blocks were lost on the way.
@@ -25,12 +26,20 @@ constexpr int leftOverAllowed = 64;
 // Fewer bytes of compressed pixels than this hold not even one block of a photograph.
 constexpr size_t leastPixelBytes = 8;
 
-// One run of libjpeg over bytes in memory. libjpeg reports fatal errors by a jump, so no function that a
-// jump leaves may have locals with destructors: all state is in members. One thread.
+// One run of libjpeg over the first bytes of a file. libjpeg reports fatal errors by a jump, so no function
+// that a jump leaves may have locals with destructors: all state is in members. One thread.
 class CJpegRun {
 public:
-    CJpegRun(const uint8_t* data, size_t length) : data(data), length(length)
+    // length: how many bytes of the file count.
+    CJpegRun(const CFileBytes& file, size_t length) : file(file), length(length), piece(pieceSize)
     {
+        source.init_source = [](j_decompress_ptr) {
+        };
+        source.fill_input_buffer = ReadPiece;
+        source.skip_input_data = SkipBytes;
+        source.resync_to_restart = jpeg_resync_to_restart;
+        source.term_source = [](j_decompress_ptr) {
+        };
         info.err = jpeg_std_error(&errors);
         errors.error_exit = LeaveByJump;
         errors.emit_message = TakeMessage;
@@ -48,7 +57,7 @@ public:
         }
         jpeg_create_decompress(&info);
         info.client_data = this;
-        jpeg_mem_src(&info, data, length);
+        info.src = &source;
         jpeg_save_markers(&info, JPEG_APP0 + 2, 0xffff);
         jpeg_read_header(&info, TRUE);
         JOCTET* found = nullptr;
@@ -100,23 +109,57 @@ public:
     bool IsInvertedCmyk() const { return info.out_color_space == JCS_CMYK && info.saw_Adobe_marker; }
     bool IsDamaged() const { return isDamaged; }
     // Where a fatal error was found.
-    size_t GetPosition() const { return info.src == nullptr ? 0 : length - info.src->bytes_in_buffer; }
+    size_t GetPosition() const { return pieceEnd - source.bytes_in_buffer; }
     const std::vector<uint8_t>& GetProfile() const { return profile; }
 
     // Whether the first scan has any pixels at all.
     bool HasPixelBytes() const
     {
-        size_t end = scanStart;
-        while (end + 1 < length && (data[end] != 0xff || data[end + 1] == 0)) {
+        std::array<uint8_t, leastPixelBytes + 1> bytes{};
+        const size_t count = file.Read(scanStart, bytes.data(), std::min(bytes.size(), length - scanStart));
+        size_t end = 0;
+        while (end + 1 < count && (bytes[end] != 0xff || bytes[end + 1] == 0)) {
             ++end;
         }
-        return end - scanStart >= leastPixelBytes;
+        return end >= leastPixelBytes;
     }
 
 private:
     static CJpegRun& RunOf(j_common_ptr info) { return *static_cast<CJpegRun*>(info->client_data); }
 
     [[noreturn]] static void LeaveByJump(j_common_ptr info) { std::longjmp(RunOf(info).jump, 1); }
+
+    // What comes behind the end is taken for the end marker, as libjpeg's own sources do.
+    static boolean ReadPiece(j_decompress_ptr decompressor)
+    {
+        static const JOCTET endMarker[] = {0xff, JPEG_EOI};
+        CJpegRun& run = RunOf(reinterpret_cast<j_common_ptr>(decompressor));
+        const size_t count =
+            run.file.Read(run.pieceEnd, run.piece.data(), std::min(pieceSize, run.length - run.pieceEnd));
+        run.pieceEnd += count;
+        run.source.next_input_byte = run.piece.data();
+        run.source.bytes_in_buffer = count;
+        if (count == 0) {
+            run.pieceEnd = run.length;
+            WARNMS(decompressor, JWRN_JPEG_EOF);
+            run.source.next_input_byte = endMarker;
+            run.source.bytes_in_buffer = sizeof endMarker;
+        }
+        return TRUE;
+    }
+
+    static void SkipBytes(j_decompress_ptr decompressor, long count)
+    {
+        jpeg_source_mgr& source = *decompressor->src;
+        while (count > static_cast<long>(source.bytes_in_buffer)) {
+            count -= static_cast<long>(source.bytes_in_buffer);
+            source.fill_input_buffer(decompressor);
+        }
+        if (count > 0) {
+            source.next_input_byte += count;
+            source.bytes_in_buffer -= static_cast<size_t>(count);
+        }
+    }
 
     static void TakeMessage(j_common_ptr info, int level)
     {
@@ -156,9 +199,8 @@ private:
     // count: of the bytes between the end of the picture and the next marker.
     bool IsPadding(size_t count) const
     {
-        const uint8_t* first = data + pictureEnd;
-        const uint8_t* last = first + std::min(count, length - pictureEnd);
-        return pictureEnd == 0 || std::adjacent_find(first, last, std::not_equal_to<>()) == last;
+        return pictureEnd == 0 ||
+               file.AreAlike(pictureEnd, pictureEnd + std::min(count, length - pictureEnd));
     }
 
     void TakeProfile(JOCTET* found, unsigned int foundLength)
@@ -180,8 +222,11 @@ private:
         }
     }
 
-    const uint8_t* const data;
+    const CFileBytes& file;
     const size_t length;
+    std::vector<uint8_t> piece;
+    size_t pieceEnd = 0; // where the next piece begins
+    jpeg_source_mgr source{};
     jpeg_decompress_struct info{};
     jpeg_error_mgr errors{};
     jpeg_progress_mgr progress{};
@@ -192,65 +237,115 @@ private:
     bool isDamaged = false;
 };
 
-bool IsOneColour(const JpegPicture& picture)
-{
-    return std::equal(picture.bytes.begin() + picture.channels, picture.bytes.end(), picture.bytes.begin());
-}
+// Where the rows go that are decoded: into the picture or to a taker.
+class CRowStore {
+public:
+    CRowStore(const CJpegRun& run, CJpegRowTaker* taker) : isInverted(run.IsInvertedCmyk())
+    {
+        picture.size = run.GetSize();
+        picture.channels = run.GetChannels();
+        picture.profile = run.GetProfile();
+        rowBytes = static_cast<size_t>(picture.size.width()) * static_cast<size_t>(picture.channels);
+        const bool isPlain = picture.channels == 3 && picture.profile.empty();
+        this->taker = taker != nullptr && isPlain && taker->Begin(picture.size) ? taker : nullptr;
+        picture.bytes.resize(this->taker ? rowBytes : rowBytes * static_cast<size_t>(picture.size.height()));
+    }
 
-JpegPicture ReadRows(CJpegRun& run)
-{
+    // Where to put the next row.
+    uint8_t* GetPlace() { return &picture.bytes[taker ? 0 : rowBytes * static_cast<size_t>(count)]; }
+
+    void TakeRow()
+    {
+        uint8_t* const row = GetPlace();
+        if (isInverted) {
+            std::transform(row, row + rowBytes, row,
+                           [](uint8_t ink) { return static_cast<uint8_t>(255 - ink); });
+        }
+        LookAtColours(row);
+        if (taker) {
+            taker->TakeRow(row);
+        }
+        ++count;
+    }
+
+    // For those that couldn't be decoded.
+    void TakeGreyRows()
+    {
+        while (!IsFull()) {
+            std::fill_n(GetPlace(), rowBytes, missingGrey);
+            TakeRow();
+        }
+    }
+
+    bool IsFull() const { return count == picture.size.height(); }
+    bool HasOneColour() const { return hasOneColour; }
+
+    JpegPicture Finish(bool isWhole)
+    {
+        if (taker) {
+            picture.bytes.clear();
+        }
+        picture.isWhole = isWhole;
+        return std::move(picture);
+    }
+
+private:
+    void LookAtColours(const uint8_t* row)
+    {
+        const auto channels = static_cast<size_t>(picture.channels);
+        if (count == 0) {
+            firstPixel.assign(row, row + channels);
+        }
+        // Photographs are known by their first pixels.
+        for (size_t i = 0; i < rowBytes && hasOneColour; ++i) {
+            hasOneColour = row[i] == firstPixel[i % channels];
+        }
+    }
+
     JpegPicture picture;
-    picture.size = run.GetSize();
-    picture.channels = run.GetChannels();
-    const size_t rowBytes = static_cast<size_t>(picture.size.width()) * static_cast<size_t>(picture.channels);
-    picture.bytes.assign(rowBytes * static_cast<size_t>(picture.size.height()), missingGrey);
-    int y = 0;
-    while (y < picture.size.height() && run.ReadRow(&picture.bytes[rowBytes * static_cast<size_t>(y)])) {
-        ++y;
-    }
-    if (y == picture.size.height()) {
-        run.Finish();
-    } else {
-        std::fill(picture.bytes.begin() + static_cast<ptrdiff_t>(rowBytes * static_cast<size_t>(y)),
-                  picture.bytes.end(), missingGrey);
-    }
-    picture.isWhole = y == picture.size.height() && !run.IsDamaged();
-    if (run.IsInvertedCmyk()) {
-        std::transform(picture.bytes.begin(), picture.bytes.end(), picture.bytes.begin(),
-                       [](uint8_t ink) { return static_cast<uint8_t>(255 - ink); });
-    }
-    return picture;
-}
+    CJpegRowTaker* taker = nullptr;
+    const bool isInverted; // Photoshop's CMYK
+    size_t rowBytes = 0;
+    int count = 0;
+    std::vector<uint8_t> firstPixel;
+    bool hasOneColour = true;
+};
 
-// The place of the marker at or before position, to which the file can be cut.
-size_t MarkerBefore(const QByteArray& file, size_t position)
+// Whether all rows were there and undamaged.
+bool ReadRows(CJpegRun& run, CRowStore& store)
 {
-    const qsizetype marker = file.lastIndexOf('\xff', static_cast<qsizetype>(position) - 1);
-    return marker < 0 ? 0 : static_cast<size_t>(marker);
+    while (!store.IsFull() && run.ReadRow(store.GetPlace())) {
+        store.TakeRow();
+    }
+    const bool isFull = store.IsFull();
+    if (isFull) {
+        run.Finish();
+    }
+    store.TakeGreyRows();
+    return isFull && !run.IsDamaged();
 }
 
 } // namespace
 
-JpegPicture DecodeJpeg(const QByteArray& file, int shrink)
+JpegPicture DecodeJpeg(const CFileBytes& file, int shrink, CJpegRowTaker* taker)
 {
-    size_t length = static_cast<size_t>(file.size());
+    size_t length = file.GetLength();
     for (int attempt = 0; attempt <= maximumRetries && length > 0; ++attempt) {
-        CJpegRun run(reinterpret_cast<const uint8_t*>(file.constData()), length);
+        CJpegRun run(file, length);
         if (!run.ReadHeader()) {
             break;
         }
         if (run.Start(shrink)) {
-            JpegPicture picture = ReadRows(run);
-            picture.profile = run.GetProfile();
-            picture.isWhole = picture.isWhole && attempt == 0;
-            if (!picture.isWhole && (!run.HasPixelBytes() || IsOneColour(picture))) {
+            CRowStore store(run, taker);
+            const bool isWhole = ReadRows(run, store) && attempt == 0;
+            if (!isWhole && (!run.HasPixelBytes() || store.HasOneColour())) {
                 break;
             }
-            return picture;
+            return store.Finish(isWhole);
         }
         // A progressive file is read to its end before the first row comes. The scans before a fatal error
-        // are good: the file is taken to end there.
-        length = MarkerBefore(file, run.GetPosition());
+        // are good: the file is taken to end there, at the marker before it.
+        length = file.FindLast(0xff, run.GetPosition()).value_or(0);
     }
     throw CNoPixelsException{Text(StringId::ImageDataDamaged)};
 }

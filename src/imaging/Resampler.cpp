@@ -83,90 +83,21 @@ std::vector<Taps> MakeTaps(const Axis& axis, int first, int count)
     return taps;
 }
 
-// Rows of the source, scaled horizontally, a block at a time. Those in reach of one row of the result are
-// kept.
-class CScaledRows {
-public:
-    CScaledRows(const CPixels& pixels, const std::vector<Taps>& columns, size_t reach)
-        : pixels(pixels),
-          taps(JoinTaps(columns)),
-          stride(RoundedUp(columns.size() * static_cast<size_t>(pixels.channels),
-                           tileElements * static_cast<size_t>(pixels.channels))),
-          block(static_cast<size_t>(pixels.size.width()) * pixels.channels * blockRows),
-          // What is in reach may begin at the last row of one block and end at the first of another.
-          ring((reach / blockRows + 2) * blockRows * stride)
-    {}
+size_t RoundedUp(size_t count, size_t multiple)
+{
+    return (count + multiple - 1) / multiple * multiple;
+}
 
-    // Of a row of pixels; at least as many as there are, the rest of no meaning.
-    size_t GetStride() const { return stride; }
-
-    // To be asked for in an order that goes back by no more than the reach.
-    const float* GetRow(int y)
-    {
-        while (y >= end) {
-            ScaleBlock(end);
-            end += static_cast<int>(blockRows);
-        }
-        return PlaceOf(y);
+ColumnTaps JoinTaps(const std::vector<Taps>& columns)
+{
+    ColumnTaps joined;
+    for (const Taps& column : columns) {
+        joined.first.push_back(column.first);
+        joined.count.push_back(static_cast<int>(column.weights.size()));
+        joined.weights.insert(joined.weights.end(), column.weights.begin(), column.weights.end());
     }
-
-    // Rows above this one won't be asked for.
-    void BeginAt(int y) { end = y / static_cast<int>(blockRows) * static_cast<int>(blockRows); }
-
-private:
-    static size_t RoundedUp(size_t count, size_t multiple)
-    {
-        return (count + multiple - 1) / multiple * multiple;
-    }
-
-    static ColumnTaps JoinTaps(const std::vector<Taps>& columns)
-    {
-        ColumnTaps joined;
-        for (const Taps& column : columns) {
-            joined.first.push_back(column.first);
-            joined.count.push_back(static_cast<int>(column.weights.size()));
-            joined.weights.insert(joined.weights.end(), column.weights.begin(), column.weights.end());
-        }
-        return joined;
-    }
-
-    float* PlaceOf(int y) { return &ring[static_cast<size_t>(y) * stride % ring.size()]; }
-
-    void ScaleBlock(int top)
-    {
-        std::array<const uint8_t*, blockRows> rows;
-        for (size_t r = 0; r < blockRows; ++r) {
-            rows[r] = pixels.GetRow(std::min(top + static_cast<int>(r), pixels.size.height() - 1));
-        }
-        ResamplerKernels::SpreadRows(rows.data(), static_cast<size_t>(pixels.size.width()) * pixels.channels,
-                                     block.data());
-        if (pixels.channels == 4) {
-            Premultiply();
-        }
-        ResamplerKernels::ScaleColumns(block.data(), taps, pixels.channels, PlaceOf(top), stride);
-    }
-
-    void Premultiply()
-    {
-        for (size_t pixel = 0; pixel < block.size(); pixel += 4 * blockRows) {
-            float* const values = &block[pixel];
-            for (size_t r = 0; r < blockRows; ++r) {
-                const float alpha = values[3 * blockRows + r] / 255.0f;
-                values[r] *= alpha;
-                values[blockRows + r] *= alpha;
-                values[2 * blockRows + r] *= alpha;
-                values[3 * blockRows + r] = alpha;
-            }
-        }
-    }
-
-    const CPixels& pixels;
-    const ColumnTaps taps;
-    const size_t stride;
-    std::vector<float> block;
-    std::vector<float> ring;
-    int end = 0; // the first row that isn't scaled yet
-};
+    return joined;
+}
 
 uint8_t ToByte(float value)
 {
@@ -191,44 +122,159 @@ void StoreRow(const float* sums, size_t count, uint8_t* target)
     }
 }
 
-bool IsUnscaled(const CPixels& pixels, QSize size)
-{
-    return pixels.size == size && pixels.window == QRectF(QPointF(0, 0), QSizeF(size));
-}
-
 } // namespace
 
-CPixels Resample(const CPixels& pixels, QSize size, const QRect& area)
-{
-    if (IsUnscaled(pixels, size)) {
-        return Cut(pixels, area);
-    }
-    if (area.isEmpty()) {
-        return MakePixels(area.size(), pixels.channels, {});
-    }
-    const QRectF& window = pixels.window;
-    const std::vector<Taps> columns =
-        MakeTaps({window.x(), window.width(), pixels.size.width(), size.width()}, area.left(), area.width());
-    const std::vector<Taps> lines = MakeTaps(
-        {window.y(), window.height(), pixels.size.height(), size.height()}, area.top(), area.height());
-    size_t reach = 1;
-    for (const Taps& line : lines) {
-        reach = std::max(reach, line.weights.size());
-    }
-    CScaledRows rows(pixels, columns, reach);
-    rows.BeginAt(lines.front().first);
-    std::vector<uint8_t> bytes(static_cast<size_t>(area.width()) * area.height() * pixels.channels);
-    std::vector<float> sums(rows.GetStride());
-    std::vector<const float*> inReach(reach);
-    uint8_t* target = bytes.data();
-    for (const Taps& line : lines) {
-        const size_t count = line.weights.size();
-        for (size_t tap = 0; tap < count; ++tap) {
-            inReach[tap] = rows.GetRow(line.first + static_cast<int>(tap));
+// The rows in reach of one row of the result are kept, scaled horizontally.
+struct CResampler::State {
+    State(const PixelGrid& grid, const Resampling& resampling)
+        : channels(static_cast<size_t>(grid.channels)),
+          area(resampling.area),
+          columns(JoinTaps(
+              MakeTaps({grid.window.x(), grid.window.width(), grid.size.width(), resampling.size.width()},
+                       area.left(), area.width()))),
+          lines(
+              MakeTaps({grid.window.y(), grid.window.height(), grid.size.height(), resampling.size.height()},
+                       area.top(), area.height())),
+          // 16 pixels fill whole tiles.
+          stride(RoundedUp(columns.first.size() * channels, tileElements * channels)),
+          sums(stride),
+          bytes(static_cast<size_t>(area.width()) * static_cast<size_t>(area.height()) * channels)
+    {
+        size_t reach = 1;
+        for (const Taps& line : lines) {
+            reach = std::max(reach, line.weights.size());
         }
-        ResamplerKernels::SumRows(inReach.data(), line.weights.data(), count, sums.size(), sums.data());
-        (pixels.channels == 3 ? StoreOpaqueRow : StoreRow)(sums.data(), columns.size(), target);
-        target += static_cast<size_t>(area.width()) * pixels.channels;
+        inReach.resize(reach);
+        // What is in reach may begin at the last row of one block and end at the first of another.
+        ring.resize((reach / blockRows + 2) * blockRows * stride);
     }
-    return MakePixels(area.size(), pixels.channels, std::move(bytes));
+
+    float* PlaceOf(int y) { return &ring[static_cast<size_t>(y) * stride % ring.size()]; }
+
+    void MakeLine()
+    {
+        const Taps& line = lines[nextLine];
+        for (size_t tap = 0; tap < line.weights.size(); ++tap) {
+            inReach[tap] = PlaceOf(line.first + static_cast<int>(tap));
+        }
+        ResamplerKernels::SumRows(inReach.data(), line.weights.data(), line.weights.size(), stride,
+                                  sums.data());
+        uint8_t* const target = &bytes[nextLine * static_cast<size_t>(area.width()) * channels];
+        (channels == 3 ? StoreOpaqueRow : StoreRow)(sums.data(), columns.first.size(), target);
+        ++nextLine;
+    }
+
+    const size_t channels;
+    const QRect area;
+    const ColumnTaps columns;
+    const std::vector<Taps> lines;
+    const size_t stride; // of a row of floats; at least as many as there are, the rest of no meaning
+    std::vector<float> sums;
+    std::vector<const float*> inReach;
+    std::vector<float> ring;
+    size_t nextLine = 0;
+    std::vector<uint8_t> bytes;
+};
+
+CResampler::CResampler(const PixelGrid& grid, const Resampling& resampling)
+    : state(std::make_unique<State>(grid, resampling))
+{}
+
+CResampler::~CResampler() = default;
+CResampler::CResampler(CResampler&&) noexcept = default;
+
+bool CResampler::Needs(int top) const
+{
+    return !IsFull() && top + static_cast<int>(blockRows) > state->lines.front().first;
+}
+
+bool CResampler::IsFull() const
+{
+    return state->nextLine == state->lines.size();
+}
+
+void CResampler::TakeBlock(const CRowBlock& block)
+{
+    if (!Needs(block.GetTop())) {
+        return;
+    }
+    const auto isInReach = [this, end = block.GetTop() + static_cast<int>(blockRows)] {
+        const Taps& line = state->lines[state->nextLine];
+        return line.first + static_cast<int>(line.weights.size()) <= end;
+    };
+    ResamplerKernels::ScaleColumns(block.GetFloats(), state->columns, static_cast<int>(state->channels),
+                                   state->PlaceOf(block.GetTop()), state->stride);
+    while (!IsFull() && isInReach()) {
+        state->MakeLine();
+    }
+}
+
+CPixels CResampler::Finish()
+{
+    return MakePixels(state->area.size(), static_cast<int>(state->channels), std::move(state->bytes));
+}
+
+CRowBlock::CRowBlock(QSize size, int channels)
+    : height(size.height()),
+      channels(channels),
+      elements(static_cast<size_t>(size.width()) * static_cast<size_t>(channels)),
+      floats(elements * blockRows)
+{}
+
+int CRowBlock::GetRowCount()
+{
+    return static_cast<int>(blockRows);
+}
+
+void CRowBlock::Fill(int newTop, const uint8_t* rows)
+{
+    top = newTop;
+    const int present = std::min(static_cast<int>(blockRows), height - top);
+    std::array<const uint8_t*, blockRows> pointers;
+    for (int r = 0; r < static_cast<int>(blockRows); ++r) {
+        pointers[static_cast<size_t>(r)] = rows + static_cast<size_t>(std::min(r, present - 1)) * elements;
+    }
+    ResamplerKernels::SpreadRows(pointers.data(), elements, floats.data());
+    if (channels == 4) {
+        Premultiply();
+    }
+}
+
+void CRowBlock::Premultiply()
+{
+    for (size_t pixel = 0; pixel < floats.size(); pixel += 4 * blockRows) {
+        float* const values = &floats[pixel];
+        for (size_t r = 0; r < blockRows; ++r) {
+            const float alpha = values[3 * blockRows + r] / 255.0f;
+            values[r] *= alpha;
+            values[blockRows + r] *= alpha;
+            values[2 * blockRows + r] *= alpha;
+            values[3 * blockRows + r] = alpha;
+        }
+    }
+}
+
+bool IsUnscaled(const PixelGrid& grid, const Resampling& resampling)
+{
+    return grid.size == resampling.size && grid.window == QRectF(QPointF(0, 0), QSizeF(resampling.size));
+}
+
+CPixels Resample(const CPixels& pixels, const Resampling& resampling)
+{
+    const PixelGrid grid{pixels.size, pixels.channels, pixels.window};
+    if (IsUnscaled(grid, resampling)) {
+        return Cut(pixels, resampling.area);
+    }
+    if (resampling.area.isEmpty()) {
+        return MakePixels(resampling.area.size(), pixels.channels, {});
+    }
+    CResampler resampler(grid, resampling);
+    CRowBlock block(pixels.size, pixels.channels);
+    for (int top = 0; top < pixels.size.height() && !resampler.IsFull(); top += static_cast<int>(blockRows)) {
+        if (resampler.Needs(top)) {
+            block.Fill(top, pixels.GetRow(top));
+            resampler.TakeBlock(block);
+        }
+    }
+    return resampler.Finish();
 }
