@@ -11,6 +11,7 @@ namespace {
 
 using ResamplerKernels::blockRows;
 using ResamplerKernels::ColumnTaps;
+using ResamplerKernels::RoundToByte;
 using ResamplerKernels::tileElements;
 
 double Lanczos3(double x)
@@ -99,16 +100,9 @@ ColumnTaps JoinTaps(const std::vector<Taps>& columns)
     return joined;
 }
 
-uint8_t ToByte(float value)
-{
-    return static_cast<uint8_t>(std::clamp(value + 0.5f, 0.0f, 255.0f));
-}
-
 void StoreOpaqueRow(const float* sums, size_t count, uint8_t* target)
 {
-    for (size_t i = 0; i < 3 * count; ++i) {
-        target[i] = ToByte(sums[i]);
-    }
+    ResamplerKernels::RoundToBytes(sums, 3 * count, target);
 }
 
 void StoreRow(const float* sums, size_t count, uint8_t* target)
@@ -116,9 +110,9 @@ void StoreRow(const float* sums, size_t count, uint8_t* target)
     for (size_t i = 0; i < count; ++i, sums += 4, target += 4) {
         const float alpha = std::clamp(sums[3], 0.0f, 1.0f);
         for (int c = 0; c < 3; ++c) {
-            target[c] = alpha > 0 ? ToByte(sums[c] / alpha) : 0;
+            target[c] = alpha > 0 ? RoundToByte(sums[c] / alpha) : 0;
         }
-        target[3] = ToByte(alpha * 255);
+        target[3] = RoundToByte(alpha * 255);
     }
 }
 

@@ -14,11 +14,21 @@ namespace {
 
 // Vectors as GCC and Clang have them on every processor; where it has shorter registers, they take several.
 using Bytes = uint8_t __attribute__((vector_size(16)));
-using HalfBytes = uint8_t __attribute__((vector_size(8)));
-using Integers = int32_t __attribute__((vector_size(32)));
 using Floats = float __attribute__((vector_size(32)));
 
-constexpr size_t floatsInVector = 8;
+// What one instruction works on.
+struct Narrow {
+    static constexpr size_t count = 8;
+    using Bytes = uint8_t __attribute__((vector_size(8)));
+    using Integers = int32_t __attribute__((vector_size(32)));
+    using Floats = ResamplerKernels::Floats;
+};
+struct Wide {
+    static constexpr size_t count = 16;
+    using Bytes = ResamplerKernels::Bytes;
+    using Integers = int32_t __attribute__((vector_size(64)));
+    using Floats = float __attribute__((vector_size(64)));
+};
 
 // The kernels are inlined into one function for each set of instructions.
 #define VISTORAMA_KERNEL [[gnu::always_inline]] inline
@@ -46,16 +56,19 @@ VISTORAMA_KERNEL void Interleave(const std::array<Bytes, 16>& from, std::array<B
     }
 }
 
+template <class Width>
 VISTORAMA_KERNEL void StoreAsFloats(const Bytes& bytes, float* to)
 {
-    HalfBytes halves[2];
-    std::memcpy(halves, &bytes, sizeof bytes);
-    for (const HalfBytes& half : halves) {
-        Store(to, __builtin_convertvector(__builtin_convertvector(half, Integers), Floats));
-        to += floatsInVector;
+    typename Width::Bytes parts[blockRows / Width::count];
+    std::memcpy(parts, &bytes, sizeof bytes);
+    for (const auto& part : parts) {
+        const auto integers = __builtin_convertvector(part, typename Width::Integers);
+        Store(to, __builtin_convertvector(integers, typename Width::Floats));
+        to += Width::count;
     }
 }
 
+template <class Width>
 VISTORAMA_KERNEL void Spread(const uint8_t* const* rows, size_t elements, float* block)
 {
     size_t e = 0;
@@ -70,7 +83,7 @@ VISTORAMA_KERNEL void Spread(const uint8_t* const* rows, size_t elements, float*
         Interleave(tile, turned);
         Interleave(turned, tile);
         for (size_t i = 0; i < 16; ++i) {
-            StoreAsFloats(tile[i], block + (e + i) * blockRows);
+            StoreAsFloats<Width>(tile[i], block + (e + i) * blockRows);
         }
     }
     for (; e < elements; ++e) {
@@ -83,8 +96,8 @@ VISTORAMA_KERNEL void Spread(const uint8_t* const* rows, size_t elements, float*
 // A tile of elements by rows becomes one of rows by elements.
 VISTORAMA_KERNEL void TurnTile(const float (&tile)[tileElements][blockRows], float* target, size_t stride)
 {
-    for (size_t row = 0; row < blockRows; row += floatsInVector) {
-        for (size_t element = 0; element < tileElements; element += floatsInVector) {
+    for (size_t row = 0; row < blockRows; row += Narrow::count) {
+        for (size_t element = 0; element < tileElements; element += Narrow::count) {
             std::array<Floats, 8> a;
             std::array<Floats, 8> b;
             for (size_t i = 0; i < 8; ++i) {
@@ -110,42 +123,44 @@ VISTORAMA_KERNEL void TurnTile(const float (&tile)[tileElements][blockRows], flo
 }
 
 // The sums of one result pixel in all rows: Channels elements of the tile.
-template <size_t Channels>
+template <size_t Channels, class Width>
 VISTORAMA_KERNEL void ScalePixel(const float* source, const float* weights, int count,
                                  float (*result)[blockRows])
 {
-    Floats sums[Channels][2]{};
+    constexpr size_t parts = blockRows / Width::count;
+    using Vector = typename Width::Floats;
+    Vector sums[Channels][parts]{};
     for (int tap = 0; tap < count; ++tap) {
-        const Floats weight = weights[tap] - Floats{};
+        const Vector weight = weights[tap] - Vector{};
         for (size_t c = 0; c < Channels; ++c) {
-            Floats low;
-            Floats high;
-            Load(low, source);
-            Load(high, source + floatsInVector);
-            sums[c][0] += weight * low;
-            sums[c][1] += weight * high;
+            for (size_t part = 0; part < parts; ++part) {
+                Vector values;
+                Load(values, source + part * Width::count);
+                sums[c][part] += weight * values;
+            }
             source += blockRows;
         }
     }
     for (size_t c = 0; c < Channels; ++c) {
-        Store(&result[c][0], sums[c][0]);
-        Store(&result[c][floatsInVector], sums[c][1]);
+        for (size_t part = 0; part < parts; ++part) {
+            Store(&result[c][part * Width::count], sums[c][part]);
+        }
     }
 }
 
-template <size_t Channels>
+template <size_t Channels, class Width>
 VISTORAMA_KERNEL void Scale(const float* block, const ColumnTaps& taps, float* target, size_t stride)
 {
     // 16 pixels fill a whole number of tiles, whatever the channels.
     constexpr size_t pixels = tileElements;
-    alignas(32) float tiles[Channels][tileElements][blockRows] = {};
+    alignas(64) float tiles[Channels][tileElements][blockRows] = {};
     const float* weights = taps.weights.data();
     for (size_t column = 0; column < taps.first.size(); column += pixels) {
         const size_t present = std::min(pixels, taps.first.size() - column);
         for (size_t i = 0; i < present; ++i) {
             const float* source = block + static_cast<size_t>(taps.first[column + i]) * Channels * blockRows;
             const int count = taps.count[column + i];
-            ScalePixel<Channels>(source, weights, count, &tiles[0][0] + i * Channels);
+            ScalePixel<Channels, Width>(source, weights, count, &tiles[0][0] + i * Channels);
             weights += count;
         }
         const size_t used = (present * Channels + tileElements - 1) / tileElements;
@@ -155,25 +170,32 @@ VISTORAMA_KERNEL void Scale(const float* block, const ColumnTaps& taps, float* t
     }
 }
 
+template <class Width>
 VISTORAMA_KERNEL void Sum(const float* const* rows, const float* weights, size_t rowCount, size_t elements,
                           float* sums)
 {
-    constexpr size_t step = 2 * floatsInVector;
-    static_assert(tileElements % step == 0);
-    for (size_t e = 0; e < elements; e += step) {
-        Floats low{};
-        Floats high{};
+    using Vector = typename Width::Floats;
+    constexpr size_t parts = tileElements / Width::count;
+    for (size_t e = 0; e < elements; e += tileElements) {
+        Vector parted[parts]{};
         for (size_t r = 0; r < rowCount; ++r) {
-            const Floats weight = weights[r] - Floats{};
-            Floats a;
-            Floats b;
-            Load(a, rows[r] + e);
-            Load(b, rows[r] + e + floatsInVector);
-            low += weight * a;
-            high += weight * b;
+            const Vector weight = weights[r] - Vector{};
+            for (size_t part = 0; part < parts; ++part) {
+                Vector values;
+                Load(values, rows[r] + e + part * Width::count);
+                parted[part] += weight * values;
+            }
         }
-        Store(sums + e, low);
-        Store(sums + e + floatsInVector, high);
+        for (size_t part = 0; part < parts; ++part) {
+            Store(sums + e + part * Width::count, parted[part]);
+        }
+    }
+}
+
+VISTORAMA_KERNEL void Round(const float* values, size_t count, uint8_t* bytes)
+{
+    for (size_t i = 0; i < count; ++i) {
+        bytes[i] = RoundToByte(values[i]);
     }
 }
 
@@ -183,42 +205,57 @@ struct Kernels {
     void (*scale4)(const float* block, const ColumnTaps& taps, float* target, size_t stride);
     void (*sum)(const float* const* rows, const float* weights, size_t rowCount, size_t elements,
                 float* sums);
+    void (*round)(const float* values, size_t count, uint8_t* bytes);
 };
 
-#define VISTORAMA_DEFINE_KERNELS(name, attribute)                                                            \
-    attribute void Spread##name(const uint8_t* const* rows, size_t elements, float* block)                   \
+#define VISTORAMA_DEFINE_KERNELS(Name, Width, attribute)                                                     \
+    attribute void Spread##Name(const uint8_t* const* rows, size_t elements, float* block)                   \
     {                                                                                                        \
-        Spread(rows, elements, block);                                                                       \
+        Spread<Width>(rows, elements, block);                                                                \
     }                                                                                                        \
-    attribute void Scale3##name(const float* block, const ColumnTaps& taps, float* target, size_t stride)    \
+    attribute void Scale3##Name(const float* block, const ColumnTaps& taps, float* target, size_t stride)    \
     {                                                                                                        \
-        Scale<3>(block, taps, target, stride);                                                               \
+        Scale<3, Width>(block, taps, target, stride);                                                        \
     }                                                                                                        \
-    attribute void Scale4##name(const float* block, const ColumnTaps& taps, float* target, size_t stride)    \
+    attribute void Scale4##Name(const float* block, const ColumnTaps& taps, float* target, size_t stride)    \
     {                                                                                                        \
-        Scale<4>(block, taps, target, stride);                                                               \
+        Scale<4, Width>(block, taps, target, stride);                                                        \
     }                                                                                                        \
-    attribute void Sum##name(const float* const* rows, const float* weights, size_t rowCount,                \
+    attribute void Sum##Name(const float* const* rows, const float* weights, size_t rowCount,                \
                              size_t elements, float* sums)                                                   \
     {                                                                                                        \
-        Sum(rows, weights, rowCount, elements, sums);                                                        \
+        Sum<Width>(rows, weights, rowCount, elements, sums);                                                 \
     }                                                                                                        \
-    constexpr Kernels kernels##name{Spread##name, Scale3##name, Scale4##name, Sum##name};
+    attribute void Round##Name(const float* values, size_t count, uint8_t* bytes)                            \
+    {                                                                                                        \
+        Round(values, count, bytes);                                                                         \
+    }                                                                                                        \
+    constexpr Kernels kernels##Name{Spread##Name, Scale3##Name, Scale4##Name, Sum##Name, Round##Name};
 
-VISTORAMA_DEFINE_KERNELS(Plain, )
+VISTORAMA_DEFINE_KERNELS(Plain, Narrow, )
 #ifdef VISTORAMA_WIDE_KERNELS
-VISTORAMA_DEFINE_KERNELS(Avx2, [[gnu::target("avx2")]])
+VISTORAMA_DEFINE_KERNELS(Avx2, Narrow, [[gnu::target("avx2")]])
+VISTORAMA_DEFINE_KERNELS(Avx512, Wide, [[gnu::target("avx512f,avx512bw,avx512vl,avx512dq")]])
 #endif
 
-const Kernels& GetKernels()
+const Kernels& FindKernels()
 {
 #ifdef VISTORAMA_WIDE_KERNELS
-    static const bool isWide = __builtin_cpu_supports("avx2") != 0;
-    if (isWide) {
+    if (__builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl") &&
+        __builtin_cpu_supports("avx512dq")) {
+        return kernelsAvx512;
+    }
+    if (__builtin_cpu_supports("avx2")) {
         return kernelsAvx2;
     }
 #endif
     return kernelsPlain;
+}
+
+const Kernels& GetKernels()
+{
+    static const Kernels& kernels = FindKernels();
+    return kernels;
 }
 
 } // namespace
@@ -237,6 +274,11 @@ void ScaleColumns(const float* block, const ColumnTaps& taps, int channels, floa
 void SumRows(const float* const* rows, const float* weights, size_t rowCount, size_t elements, float* sums)
 {
     GetKernels().sum(rows, weights, rowCount, elements, sums);
+}
+
+void RoundToBytes(const float* values, size_t count, uint8_t* bytes)
+{
+    GetKernels().round(values, count, bytes);
 }
 
 } // namespace ResamplerKernels

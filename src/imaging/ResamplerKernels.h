@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -28,5 +29,12 @@ void ScaleColumns(const float* block, const ColumnTaps& taps, int channels, floa
 
 // sums[e] = weights[0] * rows[0][e] + weights[1] * rows[1][e] + ... elements: a multiple of tileElements.
 void SumRows(const float* const* rows, const float* weights, size_t rowCount, size_t elements, float* sums);
+
+// To the nearest of 0 to 255; halves upwards.
+inline uint8_t RoundToByte(float value)
+{
+    return static_cast<uint8_t>(std::min(std::max(value + 0.5f, 0.0f), 255.0f));
+}
+void RoundToBytes(const float* values, size_t count, uint8_t* bytes);
 
 } // namespace ResamplerKernels
