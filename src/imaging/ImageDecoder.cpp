@@ -338,56 +338,20 @@ public:
         // Otherwise the file was replaced by another since its header was read.
         hasBegun = size == grid.size;
         if (hasBegun) {
-            for (const Resampling& resampling : resamplings) {
-                resamplers.emplace_back(grid, resampling);
-            }
-            block.emplace(grid.size, grid.channels);
-            rows.reserve(RowBytes() * static_cast<size_t>(CRowBlock::GetRowCount()));
+            resampler.emplace(grid, resamplings);
         }
         return hasBegun;
     }
 
-    void TakeRow(const uint8_t* row) override
-    {
-        rows.insert(rows.end(), row, row + RowBytes());
-        ++count;
-        if (count % CRowBlock::GetRowCount() == 0 || count == grid.size.height()) {
-            TakeBlock((count - 1) / CRowBlock::GetRowCount() * CRowBlock::GetRowCount());
-            rows.clear();
-        }
-    }
+    void TakeRow(const uint8_t* row) override { resampler->TakeRow(row); }
 
     bool HasBegun() const { return hasBegun; }
-
-    std::vector<CPixels> Finish()
-    {
-        std::vector<CPixels> images;
-        for (CResampler& resampler : resamplers) {
-            images.push_back(resampler.Finish());
-        }
-        return images;
-    }
+    std::vector<CPixels> Finish() { return resampler->Finish(); }
 
 private:
-    size_t RowBytes() const
-    {
-        return static_cast<size_t>(grid.size.width()) * static_cast<size_t>(grid.channels);
-    }
-
-    void TakeBlock(int top)
-    {
-        block->Fill(top, rows.data());
-        for (CResampler& resampler : resamplers) {
-            resampler.TakeBlock(*block);
-        }
-    }
-
     const PixelGrid grid;
     const std::vector<Resampling>& resamplings;
-    std::vector<CResampler> resamplers;
-    std::optional<CRowBlock> block;
-    std::vector<uint8_t> rows;
-    int count = 0;
+    std::optional<CResampler> resampler;
     bool hasBegun = false;
 };
 

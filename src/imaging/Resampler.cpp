@@ -11,6 +11,7 @@ namespace {
 
 using ResamplerKernels::blockRows;
 using ResamplerKernels::ColumnTaps;
+using ResamplerKernels::Range;
 using ResamplerKernels::RoundToByte;
 using ResamplerKernels::tileElements;
 
@@ -95,6 +96,7 @@ ColumnTaps JoinTaps(const std::vector<Taps>& columns)
     for (const Taps& column : columns) {
         joined.first.push_back(column.first);
         joined.count.push_back(static_cast<int>(column.weights.size()));
+        joined.firstWeight.push_back(joined.weights.size());
         joined.weights.insert(joined.weights.end(), column.weights.begin(), column.weights.end());
     }
     return joined;
@@ -116,11 +118,15 @@ void StoreRow(const float* sums, size_t count, uint8_t* target)
     }
 }
 
+// So many pixels are made ready and scaled while they are in the processor's nearest cache.
+constexpr size_t pixelsAtOnce = 128;
+
 } // namespace
 
-// The rows in reach of one row of the result are kept, scaled horizontally.
-struct CResampler::State {
-    State(const PixelGrid& grid, const Resampling& resampling)
+// One of the results. The rows in reach of one row of it are kept, scaled horizontally.
+class CResampler::CScaling {
+public:
+    CScaling(const PixelGrid& grid, const Resampling& resampling)
         : channels(static_cast<size_t>(grid.channels)),
           area(resampling.area),
           columns(JoinTaps(
@@ -129,8 +135,8 @@ struct CResampler::State {
           lines(
               MakeTaps({grid.window.y(), grid.window.height(), grid.size.height(), resampling.size.height()},
                        area.top(), area.height())),
-          // 16 pixels fill whole tiles.
-          stride(RoundedUp(columns.first.size() * channels, tileElements * channels)),
+          // The kernels work on 16 pixels at once.
+          stride(RoundedUp(columns.first.size(), tileElements) * channels),
           sums(stride),
           bytes(static_cast<size_t>(area.width()) * static_cast<size_t>(area.height()) * channels)
     {
@@ -141,6 +147,42 @@ struct CResampler::State {
         inReach.resize(reach);
         // What is in reach may begin at the last row of one block and end at the first of another.
         ring.resize((reach / blockRows + 2) * blockRows * stride);
+    }
+
+    bool IsFull() const { return nextLine == lines.size(); }
+    bool NeedsBlock(int top) const
+    {
+        return !IsFull() && top + static_cast<int>(blockRows) > lines.front().first;
+    }
+
+    // Pixels of the block up to endPixel are there: scales the columns that need no others.
+    void TakePixels(const float* block, int top, size_t endPixel)
+    {
+        const size_t begin = nextColumn;
+        while (nextColumn < columns.first.size() && IsThere(nextColumn, endPixel)) {
+            nextColumn = std::min(nextColumn + tileElements, columns.first.size());
+        }
+        ResamplerKernels::ScaleColumns(block, columns, {begin, nextColumn}, static_cast<int>(channels),
+                                       {PlaceOf(top), stride});
+    }
+
+    void EndBlock(int top)
+    {
+        nextColumn = 0;
+        while (!IsFull() && lines[nextLine].first + static_cast<int>(lines[nextLine].weights.size()) <=
+                                top + static_cast<int>(blockRows)) {
+            MakeLine();
+        }
+    }
+
+    CPixels Finish() { return MakePixels(area.size(), static_cast<int>(channels), std::move(bytes)); }
+
+private:
+    // Whether all source pixels of the 16 columns from this one are.
+    bool IsThere(size_t column, size_t endPixel) const
+    {
+        const size_t last = std::min(column + tileElements, columns.first.size()) - 1;
+        return static_cast<size_t>(columns.first[last] + columns.count[last]) <= endPixel;
     }
 
     float* PlaceOf(int y) { return &ring[static_cast<size_t>(y) * stride % ring.size()]; }
@@ -166,78 +208,86 @@ struct CResampler::State {
     std::vector<float> sums;
     std::vector<const float*> inReach;
     std::vector<float> ring;
+    size_t nextColumn = 0;
     size_t nextLine = 0;
     std::vector<uint8_t> bytes;
 };
 
-CResampler::CResampler(const PixelGrid& grid, const Resampling& resampling)
-    : state(std::make_unique<State>(grid, resampling))
-{}
+CResampler::CResampler(const PixelGrid& grid, const std::vector<Resampling>& resamplings)
+    : grid(grid),
+      rowBytes(static_cast<size_t>(grid.size.width()) * static_cast<size_t>(grid.channels)),
+      rows(rowBytes * blockRows),
+      block(rowBytes * blockRows)
+{
+    for (const Resampling& resampling : resamplings) {
+        scalings.push_back(std::make_unique<CScaling>(grid, resampling));
+    }
+}
 
 CResampler::~CResampler() = default;
-CResampler::CResampler(CResampler&&) noexcept = default;
 
-bool CResampler::Needs(int top) const
+void CResampler::TakeRow(const uint8_t* row)
 {
-    return !IsFull() && top + static_cast<int>(blockRows) > state->lines.front().first;
+    const size_t place = static_cast<size_t>(nextRow) % blockRows;
+    std::copy_n(row, rowBytes, &rows[place * rowBytes]);
+    ++nextRow;
+    if (place + 1 == blockRows || nextRow == grid.size.height()) {
+        TakeBlock(static_cast<int>(place) + 1);
+    }
 }
 
 bool CResampler::IsFull() const
 {
-    return state->nextLine == state->lines.size();
+    return std::all_of(scalings.begin(), scalings.end(),
+                       [](const auto& scaling) { return scaling->IsFull(); });
 }
 
-void CResampler::TakeBlock(const CRowBlock& block)
+std::vector<CPixels> CResampler::Finish()
 {
-    if (!Needs(block.GetTop())) {
+    std::vector<CPixels> results;
+    for (const auto& scaling : scalings) {
+        results.push_back(scaling->Finish());
+    }
+    return results;
+}
+
+void CResampler::TakeBlock(int rowCount)
+{
+    const int top = nextRow - rowCount;
+    std::vector<CScaling*> needing;
+    for (const auto& scaling : scalings) {
+        if (scaling->NeedsBlock(top)) {
+            needing.push_back(scaling.get());
+        }
+    }
+    if (needing.empty()) {
         return;
     }
-    const auto isInReach = [this, end = block.GetTop() + static_cast<int>(blockRows)] {
-        const Taps& line = state->lines[state->nextLine];
-        return line.first + static_cast<int>(line.weights.size()) <= end;
-    };
-    ResamplerKernels::ScaleColumns(block.GetFloats(), state->columns, static_cast<int>(state->channels),
-                                   state->PlaceOf(block.GetTop()), state->stride);
-    while (!IsFull() && isInReach()) {
-        state->MakeLine();
-    }
-}
-
-CPixels CResampler::Finish()
-{
-    return MakePixels(state->area.size(), static_cast<int>(state->channels), std::move(state->bytes));
-}
-
-CRowBlock::CRowBlock(QSize size, int channels)
-    : height(size.height()),
-      channels(channels),
-      elements(static_cast<size_t>(size.width()) * static_cast<size_t>(channels)),
-      floats(elements * blockRows)
-{}
-
-int CRowBlock::GetRowCount()
-{
-    return static_cast<int>(blockRows);
-}
-
-void CRowBlock::Fill(int newTop, const uint8_t* rows)
-{
-    top = newTop;
-    const int present = std::min(static_cast<int>(blockRows), height - top);
     std::array<const uint8_t*, blockRows> pointers;
-    for (int r = 0; r < static_cast<int>(blockRows); ++r) {
-        pointers[static_cast<size_t>(r)] = rows + static_cast<size_t>(std::min(r, present - 1)) * elements;
+    for (size_t r = 0; r < blockRows; ++r) {
+        pointers[r] = &rows[std::min(r, static_cast<size_t>(rowCount) - 1) * rowBytes];
     }
-    ResamplerKernels::SpreadRows(pointers.data(), elements, floats.data());
-    if (channels == 4) {
-        Premultiply();
+    const auto width = static_cast<size_t>(grid.size.width());
+    const auto channels = static_cast<size_t>(grid.channels);
+    for (size_t pixel = 0; pixel < width; pixel += pixelsAtOnce) {
+        const size_t end = std::min(pixel + pixelsAtOnce, width);
+        ResamplerKernels::SpreadRows(pointers.data(), {pixel * channels, end * channels}, block.data());
+        if (channels == 4) {
+            Premultiply(pixel, end);
+        }
+        for (CScaling* const scaling : needing) {
+            scaling->TakePixels(block.data(), top, end);
+        }
+    }
+    for (CScaling* const scaling : needing) {
+        scaling->EndBlock(top);
     }
 }
 
-void CRowBlock::Premultiply()
+void CResampler::Premultiply(size_t firstPixel, size_t endPixel)
 {
-    for (size_t pixel = 0; pixel < floats.size(); pixel += 4 * blockRows) {
-        float* const values = &floats[pixel];
+    for (size_t pixel = firstPixel; pixel < endPixel; ++pixel) {
+        float* const values = &block[pixel * 4 * blockRows];
         for (size_t r = 0; r < blockRows; ++r) {
             const float alpha = values[3 * blockRows + r] / 255.0f;
             values[r] *= alpha;
@@ -262,13 +312,9 @@ CPixels Resample(const CPixels& pixels, const Resampling& resampling)
     if (resampling.area.isEmpty()) {
         return MakePixels(resampling.area.size(), pixels.channels, {});
     }
-    CResampler resampler(grid, resampling);
-    CRowBlock block(pixels.size, pixels.channels);
-    for (int top = 0; top < pixels.size.height() && !resampler.IsFull(); top += static_cast<int>(blockRows)) {
-        if (resampler.Needs(top)) {
-            block.Fill(top, pixels.GetRow(top));
-            resampler.TakeBlock(block);
-        }
+    CResampler resampler(grid, {resampling});
+    for (int y = 0; y < pixels.size.height() && !resampler.IsFull(); ++y) {
+        resampler.TakeRow(pixels.GetRow(y));
     }
-    return resampler.Finish();
+    return resampler.Finish().front();
 }

@@ -6,10 +6,6 @@
 #include "imaging/Pixels.h"
 #include "imaging/Resampling.h"
 
-// Scaling of pictures: Lanczos with three lobes where a picture gets smaller, bicubic (Catmull-Rom) where it
-// gets larger; alpha is premultiplied meanwhile. A picture can be scaled to several sizes while its rows come
-// in.
-
 // The pixels that a picture comes in.
 struct PixelGrid {
     QSize size;
@@ -17,49 +13,36 @@ struct PixelGrid {
     QRectF window; // the picture's place on them
 };
 
-// Some rows of a picture, made ready for all scalings of it.
-class CRowBlock {
-public:
-    // size: of the whole picture, in pixels.
-    CRowBlock(QSize size, int channels);
-
-    static int GetRowCount();
-    // top: a multiple of the row count. rows: one behind the other; at the picture's foot only those there
-    // are.
-    void Fill(int top, const uint8_t* rows);
-
-    int GetTop() const { return top; }
-    const float* GetFloats() const { return floats.data(); }
-
-private:
-    void Premultiply();
-
-    const int height;
-    const int channels;
-    const size_t elements; // of a row
-    std::vector<float> floats;
-    int top = 0;
-};
-
-// One scaling of a picture whose rows come in blocks, from the top. Needs memory for a few rows beside the
-// result.
+// Scales one picture to several sizes while its rows come in: Lanczos with three lobes where it gets smaller,
+// bicubic (Catmull-Rom) where it gets larger; alpha is premultiplied meanwhile. Needs memory for a few rows
+// beside the results. One thread.
 class CResampler {
 public:
-    // The scaling has to be one, see IsUnscaled, and its area not empty.
-    CResampler(const PixelGrid& grid, const Resampling& resampling);
+    // No area may be empty.
+    CResampler(const PixelGrid& grid, const std::vector<Resampling>& resamplings);
     ~CResampler();
-    CResampler(CResampler&& other) noexcept;
+    CResampler(const CResampler&) = delete;
+    CResampler& operator=(const CResampler&) = delete;
 
-    // Whether the block of that top says anything about the result.
-    bool Needs(int top) const;
+    // From the top to the bottom. The row is copied.
+    void TakeRow(const uint8_t* row);
+    // Whether no more rows are needed.
     bool IsFull() const;
-    void TakeBlock(const CRowBlock& block);
-    // To be called once, when all blocks have been taken.
-    CPixels Finish();
+    // To be called once, when all needed rows have been taken. In the order of the resamplings.
+    std::vector<CPixels> Finish();
 
 private:
-    struct State;
-    std::unique_ptr<State> state;
+    class CScaling;
+
+    void TakeBlock(int rowCount);
+    void Premultiply(size_t firstPixel, size_t endPixel);
+
+    const PixelGrid grid;
+    const size_t rowBytes;
+    std::vector<std::unique_ptr<CScaling>> scalings;
+    std::vector<uint8_t> rows; // of the block that is being collected
+    int nextRow = 0;
+    std::vector<float> block;
 };
 
 // Whether the pixels are those of the result already.

@@ -69,10 +69,10 @@ VISTORAMA_KERNEL void StoreAsFloats(const Bytes& bytes, float* to)
 }
 
 template <class Width>
-VISTORAMA_KERNEL void Spread(const uint8_t* const* rows, size_t elements, float* block)
+VISTORAMA_KERNEL void Spread(const uint8_t* const* rows, Range elements, float* block)
 {
-    size_t e = 0;
-    for (; e + 16 <= elements; e += 16) {
+    size_t e = elements.begin;
+    for (; e + 16 <= elements.end; e += 16) {
         std::array<Bytes, 16> tile;
         std::array<Bytes, 16> turned;
         for (size_t r = 0; r < 16; ++r) {
@@ -86,7 +86,7 @@ VISTORAMA_KERNEL void Spread(const uint8_t* const* rows, size_t elements, float*
             StoreAsFloats<Width>(tile[i], block + (e + i) * blockRows);
         }
     }
-    for (; e < elements; ++e) {
+    for (; e < elements.end; ++e) {
         for (size_t r = 0; r < blockRows; ++r) {
             block[e * blockRows + r] = rows[r][e];
         }
@@ -149,23 +149,21 @@ VISTORAMA_KERNEL void ScalePixel(const float* source, const float* weights, int 
 }
 
 template <size_t Channels, class Width>
-VISTORAMA_KERNEL void Scale(const float* block, const ColumnTaps& taps, float* target, size_t stride)
+VISTORAMA_KERNEL void Scale(const float* block, const ColumnTaps& taps, Range columns, ScaleTarget target)
 {
     // 16 pixels fill a whole number of tiles, whatever the channels.
     constexpr size_t pixels = tileElements;
     alignas(64) float tiles[Channels][tileElements][blockRows] = {};
-    const float* weights = taps.weights.data();
-    for (size_t column = 0; column < taps.first.size(); column += pixels) {
-        const size_t present = std::min(pixels, taps.first.size() - column);
+    for (size_t column = columns.begin; column < columns.end; column += pixels) {
+        const size_t present = std::min(pixels, columns.end - column);
         for (size_t i = 0; i < present; ++i) {
             const float* source = block + static_cast<size_t>(taps.first[column + i]) * Channels * blockRows;
-            const int count = taps.count[column + i];
-            ScalePixel<Channels, Width>(source, weights, count, &tiles[0][0] + i * Channels);
-            weights += count;
+            const float* weights = &taps.weights[taps.firstWeight[column + i]];
+            ScalePixel<Channels, Width>(source, weights, taps.count[column + i], &tiles[0][0] + i * Channels);
         }
         const size_t used = (present * Channels + tileElements - 1) / tileElements;
         for (size_t tile = 0; tile < used; ++tile) {
-            TurnTile(tiles[tile], target + column * Channels + tile * tileElements, stride);
+            TurnTile(tiles[tile], target.floats + column * Channels + tile * tileElements, target.stride);
         }
     }
 }
@@ -200,26 +198,28 @@ VISTORAMA_KERNEL void Round(const float* values, size_t count, uint8_t* bytes)
 }
 
 struct Kernels {
-    void (*spread)(const uint8_t* const* rows, size_t elements, float* block);
-    void (*scale3)(const float* block, const ColumnTaps& taps, float* target, size_t stride);
-    void (*scale4)(const float* block, const ColumnTaps& taps, float* target, size_t stride);
+    void (*spread)(const uint8_t* const* rows, Range elements, float* block);
+    void (*scale3)(const float* block, const ColumnTaps& taps, Range columns, ScaleTarget target);
+    void (*scale4)(const float* block, const ColumnTaps& taps, Range columns, ScaleTarget target);
     void (*sum)(const float* const* rows, const float* weights, size_t rowCount, size_t elements,
                 float* sums);
     void (*round)(const float* values, size_t count, uint8_t* bytes);
 };
 
 #define VISTORAMA_DEFINE_KERNELS(Name, Width, attribute)                                                     \
-    attribute void Spread##Name(const uint8_t* const* rows, size_t elements, float* block)                   \
+    attribute void Spread##Name(const uint8_t* const* rows, Range elements, float* block)                    \
     {                                                                                                        \
         Spread<Width>(rows, elements, block);                                                                \
     }                                                                                                        \
-    attribute void Scale3##Name(const float* block, const ColumnTaps& taps, float* target, size_t stride)    \
+    attribute void Scale3##Name(const float* block, const ColumnTaps& taps, Range columns,                   \
+                                ScaleTarget target)                                                          \
     {                                                                                                        \
-        Scale<3, Width>(block, taps, target, stride);                                                        \
+        Scale<3, Width>(block, taps, columns, target);                                                       \
     }                                                                                                        \
-    attribute void Scale4##Name(const float* block, const ColumnTaps& taps, float* target, size_t stride)    \
+    attribute void Scale4##Name(const float* block, const ColumnTaps& taps, Range columns,                   \
+                                ScaleTarget target)                                                          \
     {                                                                                                        \
-        Scale<4, Width>(block, taps, target, stride);                                                        \
+        Scale<4, Width>(block, taps, columns, target);                                                       \
     }                                                                                                        \
     attribute void Sum##Name(const float* const* rows, const float* weights, size_t rowCount,                \
                              size_t elements, float* sums)                                                   \
@@ -260,15 +260,15 @@ const Kernels& GetKernels()
 
 } // namespace
 
-void SpreadRows(const uint8_t* const* rows, size_t elements, float* block)
+void SpreadRows(const uint8_t* const* rows, Range elements, float* block)
 {
     GetKernels().spread(rows, elements, block);
 }
 
-void ScaleColumns(const float* block, const ColumnTaps& taps, int channels, float* target, size_t stride)
+void ScaleColumns(const float* block, const ColumnTaps& taps, Range columns, int channels, ScaleTarget target)
 {
     const Kernels& kernels = GetKernels();
-    (channels == 3 ? kernels.scale3 : kernels.scale4)(block, taps, target, stride);
+    (channels == 3 ? kernels.scale3 : kernels.scale4)(block, taps, columns, target);
 }
 
 void SumRows(const float* const* rows, const float* weights, size_t rowCount, size_t elements, float* sums)

@@ -17,15 +17,29 @@ inline constexpr size_t tileElements = 16;
 struct ColumnTaps {
     std::vector<int> first;
     std::vector<int> count;
-    std::vector<float> weights; // of all columns, one behind the other; the sum of each column's is 1
+    std::vector<size_t> firstWeight; // its place in weights
+    std::vector<float> weights;      // of all columns, one behind the other; the sum of each column's is 1
 };
 
-// rows: blockRows pointers, each to elements bytes. block: room for blockRows floats for each element.
-void SpreadRows(const uint8_t* const* rows, size_t elements, float* block);
+// Of elements or columns.
+struct Range {
+    size_t begin = 0;
+    size_t end = 0;
+};
 
-// block: pixels of the source, channels elements each. target: room for a row of result pixels, of as many
-// elements, rounded up to whole tiles, in each of blockRows rows that are stride floats apart.
-void ScaleColumns(const float* block, const ColumnTaps& taps, int channels, float* target, size_t stride);
+// rows: blockRows pointers, each to bytes up to the range's end. block: room for blockRows floats for each of
+// them.
+void SpreadRows(const uint8_t* const* rows, Range elements, float* block);
+
+// block: pixels of the source, channels elements each. columns: of the result; begins at a multiple of
+// tileElements. target: room for a row of result pixels, of as many elements, rounded up to tileElements
+// pixels, in each of blockRows rows that are stride floats apart.
+struct ScaleTarget {
+    float* floats;
+    size_t stride;
+};
+void ScaleColumns(const float* block, const ColumnTaps& taps, Range columns, int channels,
+                  ScaleTarget target);
 
 // sums[e] = weights[0] * rows[0][e] + weights[1] * rows[1][e] + ... elements: a multiple of tileElements.
 void SumRows(const float* const* rows, const float* weights, size_t rowCount, size_t elements, float* sums);
