@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstring>
 
 #if defined(__x86_64__)
@@ -14,19 +15,17 @@ namespace {
 
 // Vectors as GCC and Clang have them on every processor; where it has shorter registers, they take several.
 using Bytes = uint8_t __attribute__((vector_size(16)));
+using QuarterIntegers = int32_t __attribute__((vector_size(16)));
+using QuarterFloats = float __attribute__((vector_size(16)));
 using Floats = float __attribute__((vector_size(32)));
 
 // What one instruction works on.
 struct Narrow {
     static constexpr size_t count = 8;
-    using Bytes = uint8_t __attribute__((vector_size(8)));
-    using Integers = int32_t __attribute__((vector_size(32)));
     using Floats = ResamplerKernels::Floats;
 };
 struct Wide {
     static constexpr size_t count = 16;
-    using Bytes = ResamplerKernels::Bytes;
-    using Integers = int32_t __attribute__((vector_size(64)));
     using Floats = float __attribute__((vector_size(64)));
 };
 
@@ -56,19 +55,33 @@ VISTORAMA_KERNEL void Interleave(const std::array<Bytes, 16>& from, std::array<B
     }
 }
 
-template <class Width>
+VISTORAMA_KERNEL void StoreIntegers(const Bytes& bytes, float* to)
+{
+    QuarterIntegers integers;
+    std::memcpy(&integers, &bytes, sizeof integers);
+    Store(to, __builtin_convertvector(integers, QuarterFloats));
+}
+
+// A conversion of vectors of bytes would be taken apart by the compiler, so zeros are put behind each byte
+// until it has grown to an integer. This is the order of bytes of all processors that the program runs on.
+static_assert(std::endian::native == std::endian::little);
 VISTORAMA_KERNEL void StoreAsFloats(const Bytes& bytes, float* to)
 {
-    typename Width::Bytes parts[blockRows / Width::count];
-    std::memcpy(parts, &bytes, sizeof bytes);
-    for (const auto& part : parts) {
-        const auto integers = __builtin_convertvector(part, typename Width::Integers);
-        Store(to, __builtin_convertvector(integers, typename Width::Floats));
-        to += Width::count;
+    constexpr Bytes zeros{};
+    for (const Bytes& pairs :
+         {__builtin_shufflevector(bytes, zeros, 0, 16, 1, 16, 2, 16, 3, 16, 4, 16, 5, 16, 6, 16, 7, 16),
+          __builtin_shufflevector(bytes, zeros, 8, 16, 9, 16, 10, 16, 11, 16, 12, 16, 13, 16, 14, 16, 15,
+                                  16)}) {
+        StoreIntegers(
+            __builtin_shufflevector(pairs, zeros, 0, 1, 16, 16, 2, 3, 16, 16, 4, 5, 16, 16, 6, 7, 16, 16),
+            to);
+        StoreIntegers(__builtin_shufflevector(pairs, zeros, 8, 9, 16, 16, 10, 11, 16, 16, 12, 13, 16, 16, 14,
+                                              15, 16, 16),
+                      to + 4);
+        to += 8;
     }
 }
 
-template <class Width>
 VISTORAMA_KERNEL void Spread(const uint8_t* const* rows, Range elements, float* block)
 {
     size_t e = elements.begin;
@@ -83,7 +96,7 @@ VISTORAMA_KERNEL void Spread(const uint8_t* const* rows, Range elements, float* 
         Interleave(tile, turned);
         Interleave(turned, tile);
         for (size_t i = 0; i < 16; ++i) {
-            StoreAsFloats<Width>(tile[i], block + (e + i) * blockRows);
+            StoreAsFloats(tile[i], block + (e + i) * blockRows);
         }
     }
     for (; e < elements.end; ++e) {
@@ -209,7 +222,7 @@ struct Kernels {
 #define VISTORAMA_DEFINE_KERNELS(Name, Width, attribute)                                                     \
     attribute void Spread##Name(const uint8_t* const* rows, Range elements, float* block)                    \
     {                                                                                                        \
-        Spread<Width>(rows, elements, block);                                                                \
+        Spread(rows, elements, block);                                                                       \
     }                                                                                                        \
     attribute void Scale3##Name(const float* block, const ColumnTaps& taps, Range columns,                   \
                                 ScaleTarget target)                                                          \
