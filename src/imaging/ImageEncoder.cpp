@@ -3,6 +3,7 @@
 #include <vips/vips8>
 
 #include "imaging/ImageNode.h"
+#include "imaging/JpegEncoder.h"
 #include "imaging/VipsLibrary.h"
 #include "resources/StringTable.h"
 
@@ -21,16 +22,13 @@ vips::VImage Borrow(const CPixels& pixels)
 
 QByteArray EncodeImage(const CPixels& pixels, const ImageEncoding& encoding)
 {
+    if (encoding.format == ImageEncoding::Format::Jpeg) {
+        return EncodeJpeg(Flattened(pixels, 255), encoding.quality);
+    }
     StartVips();
     VipsBlob* blob = nullptr;
     try {
-        if (encoding.format == ImageEncoding::Format::Jpeg) {
-            const CPixels opaque = Flattened(pixels, 255);
-            blob = Borrow(opaque).jpegsave_buffer(
-                vips::VImage::option()->set("Q", encoding.quality)->set("strip", true));
-        } else {
-            blob = Borrow(pixels).pngsave_buffer(vips::VImage::option()->set("strip", true));
-        }
+        blob = Borrow(pixels).pngsave_buffer(vips::VImage::option()->set("strip", true));
     } catch (const vips::VError&) {
         vips_error_clear();
         throw CNoPixelsException{

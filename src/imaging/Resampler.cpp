@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <list>
+#include <mutex>
 #include <numbers>
 
 #include "imaging/ResamplerKernels.h"
@@ -118,6 +120,54 @@ void StoreRow(const float* sums, size_t count, uint8_t* target)
     }
 }
 
+// What a scaling needs to know of both axes. Immutable.
+struct Geometry {
+    ColumnTaps columns;
+    std::vector<Taps> lines;
+};
+
+struct GeometryKey {
+    QSize sourceSize;
+    QRectF window;
+    Resampling resampling;
+
+    bool operator==(const GeometryKey&) const = default;
+};
+
+Geometry MakeGeometry(const GeometryKey& key)
+{
+    const QRectF& window = key.window;
+    const QSize source = key.sourceSize;
+    const QSize result = key.resampling.size;
+    const QRect& area = key.resampling.area;
+    return {
+        JoinTaps(MakeTaps({window.x(), window.width(), source.width(), result.width()}, area.left(),
+                          area.width())),
+        MakeTaps({window.y(), window.height(), source.height(), result.height()}, area.top(), area.height())};
+}
+
+// The latest geometries: the photographs of one camera share theirs. Thread-safe.
+std::shared_ptr<const Geometry> FindGeometry(const GeometryKey& key)
+{
+    constexpr size_t kept = 16;
+    static std::mutex mutex;
+    static std::list<std::pair<GeometryKey, std::shared_ptr<const Geometry>>> latest;
+    {
+        const std::lock_guard lock(mutex);
+        const auto found = std::find_if(latest.begin(), latest.end(),
+                                        [&key](const auto& each) { return each.first == key; });
+        if (found != latest.end()) {
+            latest.splice(latest.begin(), latest, found);
+            return found->second;
+        }
+    }
+    auto made = std::make_shared<const Geometry>(MakeGeometry(key));
+    const std::lock_guard lock(mutex);
+    latest.emplace_front(key, made);
+    latest.resize(std::min(latest.size(), kept));
+    return made;
+}
+
 // So many pixels are made ready and scaled while they are in the processor's nearest cache.
 constexpr size_t pixelsAtOnce = 128;
 
@@ -129,12 +179,9 @@ public:
     CScaling(const PixelGrid& grid, const Resampling& resampling)
         : channels(static_cast<size_t>(grid.channels)),
           area(resampling.area),
-          columns(JoinTaps(
-              MakeTaps({grid.window.x(), grid.window.width(), grid.size.width(), resampling.size.width()},
-                       area.left(), area.width()))),
-          lines(
-              MakeTaps({grid.window.y(), grid.window.height(), grid.size.height(), resampling.size.height()},
-                       area.top(), area.height())),
+          geometry(FindGeometry({grid.size, grid.window, resampling})),
+          columns(geometry->columns),
+          lines(geometry->lines),
           // The kernels work on 16 pixels at once.
           stride(RoundedUp(columns.first.size(), tileElements) * channels),
           sums(stride),
@@ -202,8 +249,9 @@ private:
 
     const size_t channels;
     const QRect area;
-    const ColumnTaps columns;
-    const std::vector<Taps> lines;
+    const std::shared_ptr<const Geometry> geometry;
+    const ColumnTaps& columns;
+    const std::vector<Taps>& lines;
     const size_t stride; // of a row of floats; at least as many as there are, the rest of no meaning
     std::vector<float> sums;
     std::vector<const float*> inReach;
