@@ -94,7 +94,7 @@ public:
     {
         RemoveDirectoryTree(GetSite());
         CNoProgress progress;
-        return GeneratePages(*project, Path(QStringLiteral("site")), CStopSignal(), progress).images;
+        return GeneratePages(*project, {GetSite()}, CStopSignal(), progress).images;
     }
 
 private:

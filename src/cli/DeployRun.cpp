@@ -8,6 +8,7 @@
 #include "cli/CommandLine.h"
 #include "cli/ProjectSession.h"
 #include "common/EventLoopTarget.h"
+#include "common/Platform.h"
 
 CDeployRun::CDeployRun(CProjectSession& session, Options options)
     : session(session),
@@ -22,6 +23,7 @@ CDeployRun::CDeployRun(CProjectSession& session, Options options)
 int CDeployRun::ToFolder(const QString& folder)
 {
     job.settings.folder = folder;
+    job.recordsFolder = FindDeploymentRecordsFolder();
     Generate();
     if (const auto end = FindEnd()) {
         return *end;

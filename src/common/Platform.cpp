@@ -56,6 +56,12 @@ QString FindPicturesFolder()
     return UserFolder(QStandardPaths::PicturesLocation);
 }
 
+QString FindDeploymentRecordsFolder()
+{
+    return JoinPath(UserFolder(QStandardPaths::GenericCacheLocation),
+                    QStringLiteral("vistorama/deployments"));
+}
+
 QString FindTemporaryFolder()
 {
     const QString parent =

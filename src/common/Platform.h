@@ -14,6 +14,9 @@ QString FindPicturesFolder();
 // Throws CGenericException if it belongs to somebody else or others may write to it.
 QString FindTemporaryFolder();
 
+// The user's folder for records of deployments, which may be lost at any time. Made when it is first needed.
+QString FindDeploymentRecordsFolder();
+
 // The folder of the settings files.
 QString FindSettingsFolder();
 

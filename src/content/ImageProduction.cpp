@@ -3,12 +3,24 @@
 #include <algorithm>
 
 #include "common/StopSignal.h"
+#include "content/DeploymentRecord.h"
 #include "effects/ImageEffect.h"
 #include "effects/ImageEffectSource.h"
 #include "imaging/Image.h"
 #include "resources/StringTable.h"
 
-CImageProduction::CImageProduction(Listener& listener, CStopSignal& stop) : listener(listener), stop(stop) {}
+namespace {
+
+CDeploymentRecord::Origin OriginOf(const ImageRequest& request, const FileIdentity& source)
+{
+    return {request.sourcePath, source, request.effect->GetKey()};
+}
+
+} // namespace
+
+CImageProduction::CImageProduction(Listener& listener, CStopSignal& stop, CDeploymentRecord* record)
+    : listener(listener), stop(stop), record(record)
+{}
 
 CImageProduction::~CImageProduction()
 {
@@ -121,13 +133,19 @@ void CImageProduction::Work()
 
 void CImageProduction::MakeAll(const Source& source)
 {
+    // Before the first byte is decoded: a change that comes later shows in the next run.
+    const auto identity = record ? FileIdentity::Of(source.path) : std::nullopt;
+    const std::vector<const Image*> outdated = FindOutdated(source, identity);
+    if (outdated.empty()) {
+        return;
+    }
     const CImage picture = CImage::FromFile(source.path);
     // All chains before the first file: each tells the picture the size that it needs, and the decoder then
     // serves them all at once.
     std::vector<CImageEffectSource> results;
-    for (const Image& image : source.images) {
+    for (const Image* const image : outdated) {
         results.emplace_back(picture, source.path);
-        image.request.effect->Apply(results.back());
+        image->request.effect->Apply(results.back());
         if (results.back().GetImage().IsSameAs(picture)) {
             picture.AnnounceFullSize();
         }
@@ -136,16 +154,43 @@ void CImageProduction::MakeAll(const Source& source)
         if (stop.IsSet()) {
             return;
         }
-        results[i].Save(source.images[i].request.resultPath);
-        const std::lock_guard lock(mutex);
-        ++imageCount;
-        for (const std::shared_ptr<Page>& page : source.images[i].pages) {
-            CloseOne(*page);
+        results[i].Save(outdated[i]->request.resultPath);
+        const bool isWhole = picture.GetCondition().state != ImageCondition::State::InPart;
+        if (record && identity) {
+            record->NoteImage(outdated[i]->request.resultPath,
+                              {OriginOf(outdated[i]->request, *identity), isWhole});
+        }
+        FinishImage(source, *outdated[i], isWhole);
+    }
+}
+
+std::vector<const CImageProduction::Image*>
+CImageProduction::FindOutdated(const Source& source, const std::optional<FileIdentity>& identity)
+{
+    std::vector<const Image*> outdated;
+    for (const Image& image : source.images) {
+        const CDeploymentRecord::Image* const current =
+            record && identity
+                ? record->FindCurrent(image.request.resultPath, OriginOf(image.request, *identity))
+                : nullptr;
+        if (current) {
+            FinishImage(source, image, current->isWhole);
+        } else {
+            outdated.push_back(&image);
         }
     }
-    if (picture.GetCondition().state == ImageCondition::State::InPart) {
-        const std::lock_guard lock(mutex);
+    return outdated;
+}
+
+void CImageProduction::FinishImage(const Source& source, const Image& image, bool isWhole)
+{
+    const std::lock_guard lock(mutex);
+    ++imageCount;
+    if (!isWhole) {
         warnings[source.number] = Text(StringId::PicturePublishedInPart, source.path);
+    }
+    for (const std::shared_ptr<Page>& page : image.pages) {
+        CloseOne(*page);
     }
 }
 

@@ -6,14 +6,17 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
 #include <vector>
 
 #include <QString>
 #include <QStringList>
 
+#include "common/FileIdentity.h"
 #include "content/ImageRequest.h"
 
+class CDeploymentRecord;
 class CStopSignal;
 
 // Makes the images that the pages of a run ask for. The walk asks page by page; what one gallery has asked
@@ -32,8 +35,9 @@ public:
         virtual void OnPageDone() = 0;
     };
 
-    // listener and stop are borrowed and outlive this object. A failure sets stop, so that the walk ends too.
-    CImageProduction(Listener& listener, CStopSignal& stop);
+    // All are borrowed and outlive this object. A failure sets stop, so that the walk ends too. record:
+    // images that it knows to come out the same are not made again, but count as made; may be null.
+    CImageProduction(Listener& listener, CStopSignal& stop, CDeploymentRecord* record = nullptr);
     // Stops the workers at their next file and waits for them.
     ~CImageProduction();
     CImageProduction(const CImageProduction&) = delete;
@@ -72,12 +76,16 @@ private:
     void StartWorkers();
     void Work();
     void MakeAll(const Source& source);
+    // Those that have to be made; the others are done with.
+    std::vector<const Image*> FindOutdated(const Source& source, const std::optional<FileIdentity>& identity);
+    void FinishImage(const Source& source, const Image& image, bool isWhole);
     void CloseOne(Page& page);
     void Fail(std::exception_ptr error);
 
     // Constant after construction.
     Listener& listener;
     CStopSignal& stop;
+    CDeploymentRecord* const record;
 
     // Generation thread only.
     std::vector<Image> asked;

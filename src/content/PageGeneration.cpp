@@ -44,13 +44,13 @@ void WritePages(CGalleryWalk& walk, CPagesGenerator& writer, CImageProduction& p
 
 } // namespace
 
-GenerationResult GeneratePages(CGalleryProject& project, const QString& targetFolder, const CStopSignal& stop,
-                               CGenerationProgress& progress)
+GenerationResult GeneratePages(CGalleryProject& project, const GenerationTarget& target,
+                               const CStopSignal& stop, CGenerationProgress& progress)
 {
     CStopSignal runStop(&stop);
     CPageTally tally(progress);
-    CImageProduction production(tally, runStop);
-    CContentGeneratorFolder generator({.targetFolder = targetFolder,
+    CImageProduction production(tally, runStop, target.record);
+    CContentGeneratorFolder generator({.targetFolder = target.folder,
                                        .precise = project.GetDeploySettings().redeploy_mode == 1,
                                        .bannerServer = project.GetBannerServer()},
                                       production);
@@ -60,7 +60,7 @@ GenerationResult GeneratePages(CGalleryProject& project, const QString& targetFo
     CPagesCounter counter(total);
     if (walk.Run(counter)) {
         tally.SetTotal(total);
-        CPagesGenerator writer({targetFolder, generator, production, runStop});
+        CPagesGenerator writer({target.folder, generator, production, runStop, target.record});
         WritePages(walk, writer, production);
     }
     return {

@@ -5,6 +5,7 @@
 #include <QString>
 #include <QStringList>
 
+class CDeploymentRecord;
 class CGalleryProject;
 class CStopSignal;
 
@@ -24,8 +25,14 @@ struct GenerationResult {
     QStringList warnings; // one for each picture that was published in part, in the order of the pages
 };
 
-// Writes a project's whole gallery tree into targetFolder: a first walk counts the pages, a second one writes
+// Where a run writes.
+struct GenerationTarget {
+    QString folder;
+    CDeploymentRecord* record = nullptr; // of the folder, borrowed; without one every image is made anew
+};
+
+// Writes a project's whole gallery tree into the target: a first walk counts the pages, a second one writes
 // them while one worker per core makes the images. Returns when all is written or when stop was set; files
 // written so far then stay. Throws the first failure of any thread.
-GenerationResult GeneratePages(CGalleryProject& project, const QString& targetFolder, const CStopSignal& stop,
-                               CGenerationProgress& progress);
+GenerationResult GeneratePages(CGalleryProject& project, const GenerationTarget& target,
+                               const CStopSignal& stop, CGenerationProgress& progress);

@@ -6,6 +6,7 @@
 #include "common/FileSystem.h"
 #include "common/StopSignal.h"
 #include "content/ContentGeneratorFolder.h"
+#include "content/DeploymentRecord.h"
 #include "content/ImageProduction.h"
 #include "document/Gallery.h"
 #include "template/CompoundTemplateSection.h"
@@ -15,7 +16,9 @@ void CPagesGenerator::ProcessGallery(const QString& galleryFolder, CGallery& gal
 {
     run.production.StartAsked();
     for (const QString& directory : gallery.GetStyleDirectories()) {
-        CopyDirectoryTree(directory, JoinPath(run.targetFolder + galleryFolder, ExtractLastName(directory)));
+        const QString copy = JoinPath(run.targetFolder + galleryFolder, ExtractLastName(directory));
+        CopyDirectoryTree(directory, copy);
+        NoteCopies(directory, copy);
         if (run.stop.IsSet()) {
             return;
         }
@@ -45,6 +48,22 @@ bool CPagesGenerator::ProcessPage(CCompoundTemplateSection& tree, CImageIterator
     }
 }
 
+// All files of a tree that was copied.
+void CPagesGenerator::NoteCopies(const QString& source, const QString& target)
+{
+    if (!run.record) {
+        return;
+    }
+    for (const DirectoryEntry& entry : ListDirectory(source)) {
+        const QString copy = JoinPath(target, entry.name);
+        if (entry.isDirectory && !entry.isHidden) {
+            NoteCopies(JoinPath(source, entry.name), copy);
+        } else if (!entry.isHidden) {
+            run.record->NoteFile(copy);
+        }
+    }
+}
+
 void CPagesGenerator::WritePage(CCompoundTemplateSection& tree, CImageIterator& iterator, const QString& path)
 {
     const std::string page = tree.GenerateToString(iterator, run.generator);
@@ -55,5 +74,8 @@ void CPagesGenerator::WritePage(CCompoundTemplateSection& tree, CImageIterator& 
     if (error != 0) {
         throw CFileException(
             path, {StringId::FileNotCreated, StringId::FileNameInvalid, StringId::CheckFolderAndFileName});
+    }
+    if (run.record) {
+        run.record->NoteFile(path);
     }
 }

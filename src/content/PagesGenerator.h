@@ -5,6 +5,7 @@
 #include "content/GalleryTemplatesProcessor.h"
 
 class CContentGeneratorFolder;
+class CDeploymentRecord;
 class CImageProduction;
 class CStopSignal;
 
@@ -18,6 +19,7 @@ public:
         CContentGeneratorFolder& generator;
         CImageProduction& production;
         const CStopSignal& stop;
+        CDeploymentRecord* record; // may be null
     };
     explicit CPagesGenerator(const Run& run) : run(run) {}
 
@@ -27,6 +29,7 @@ public:
     void ProcessGallery(const QString& subFolder, CGallery& gallery) override;
 
 private:
+    void NoteCopies(const QString& source, const QString& target);
     void WritePage(CCompoundTemplateSection& tree, CImageIterator& iterator, const QString& path);
 
     const Run run;

@@ -2,6 +2,8 @@
 
 #include "common/Exceptions.h"
 #include "common/Text.h"
+#include "common/Trace.h"
+#include "content/DeploymentRecord.h"
 #include "document/GalleryProject.h"
 
 namespace {
@@ -16,6 +18,26 @@ public:
 
 private:
     CGalleryProject& project;
+};
+
+// Keeps the record when a run ends, however it does.
+class CRecordSaver {
+public:
+    explicit CRecordSaver(const CDeploymentRecord& record) : record(record) {}
+    ~CRecordSaver()
+    {
+        try {
+            record.Save();
+        } catch (const CExceptionBase& failure) {
+            // The site is whole without it; the next run takes longer.
+            Trace(QStringLiteral("CDeploymentRecord::Save failed: ") + failure.GetDescription());
+        }
+    }
+    CRecordSaver(const CRecordSaver&) = delete;
+    CRecordSaver& operator=(const CRecordSaver&) = delete;
+
+private:
+    const CDeploymentRecord& record;
 };
 
 } // namespace
@@ -76,12 +98,33 @@ void CDeployJob::RunGeneration()
 
 void CDeployJob::Generate()
 {
-    const QString& folder = temporaryFolder.isEmpty() ? settings.folder : temporaryFolder;
-    {
-        const CDeployModeScope deployMode(project);
-        result = GeneratePages(project, folder, cancel, *this);
+    const CDeployModeScope deployMode(project);
+    if (temporaryFolder.isEmpty()) {
+        GenerateToFolder();
+    } else {
+        GenerateForUpload();
     }
-    if (!temporaryFolder.isEmpty() && !cancel.IsSet()) {
+}
+
+void CDeployJob::GenerateToFolder()
+{
+    if (recordsFolder.isEmpty()) {
+        result = GeneratePages(project, {settings.folder}, cancel, *this);
+        return;
+    }
+    CDeploymentRecord record(CDeploymentRecord::PathFor(recordsFolder, settings.folder), settings.folder);
+    // What was written by a run that failed is noted as well.
+    const CRecordSaver saver(record);
+    result = GeneratePages(project, {settings.folder, &record}, cancel, *this);
+    if (!cancel.IsSet()) {
+        record.RemoveLeftovers();
+    }
+}
+
+void CDeployJob::GenerateForUpload()
+{
+    result = GeneratePages(project, {temporaryFolder}, cancel, *this);
+    if (!cancel.IsSet()) {
         PostTo<DeployMessage>(target, DEPLOY_PREPARING{});
         CFTPUploadItemsFiller filler(uploadMap, CFTPUploadItemsFiller::RootLengthOf(temporaryFolder), cancel);
         ProcessDirectory(temporaryFolder, filler);

@@ -30,6 +30,9 @@ public:
     CDeploySettings settings;
     // Empty for a deployment to a folder. If set, the site is generated there and listed for the upload.
     QString temporaryFolder;
+    // Where records of deployments to folders are kept, so that the next one makes only what has changed. Empty: none
+    // is kept, and all images are made anew.
+    QString recordsFolder;
 
     // Starts the thread: the site goes to the temporary folder if there is one, else to settings.folder.
     // Progress is posted to the target as long as it exists. Not to be called while a generation runs.
@@ -53,6 +56,8 @@ private:
     void OnPageDone(int32_t donePages, int32_t totalPages) override;
     void RunGeneration();
     void Generate();
+    void GenerateToFolder();
+    void GenerateForUpload();
 
     CGalleryProject& project;
     CStopSignal cancel;

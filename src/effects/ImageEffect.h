@@ -14,4 +14,9 @@ public:
     // fileName: a path or a name that holds a ".".
     virtual QString GetResultFileName(const QString& fileName) const = 0;
     virtual void Apply(CImageEffectSource& source) const = 0;
+
+    // Everything beside the picture that the result's pixels come from: the kind, all parameters, and the
+    // present state of files. Unlike the name it is never the same for different results. Null if it can't be
+    // told.
+    virtual QString GetKey() const = 0;
 };

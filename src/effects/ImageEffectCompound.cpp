@@ -25,3 +25,16 @@ void CImageEffectCompound::Apply(CImageEffectSource& source) const
         effect->Apply(source);
     }
 }
+
+QString CImageEffectCompound::GetKey() const
+{
+    QString keys = QStringLiteral("chain");
+    for (const auto& effect : effects) {
+        const QString key = effect->GetKey();
+        if (key.isNull()) {
+            return {};
+        }
+        keys += QLatin1Char('\n') + key;
+    }
+    return keys;
+}

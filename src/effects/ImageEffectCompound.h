@@ -15,6 +15,7 @@ public:
     // An empty chain returns the name unchanged.
     QString GetResultFileName(const QString& fileName) const override;
     void Apply(CImageEffectSource& source) const override;
+    QString GetKey() const override;
 
 private:
     std::vector<std::shared_ptr<const CImageEffect>> effects;

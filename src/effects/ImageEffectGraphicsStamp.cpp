@@ -6,7 +6,8 @@
 CImageEffectGraphicsStamp::CImageEffectGraphicsStamp(const CImageStampParams& params)
     : CImageEffectStamp(QStringLiteral("g"), params.file),
       image(params.file.isEmpty() ? CImage() : CImage::FromFile(params.file)),
-      params(params)
+      params(params),
+      file(FileIdentity::Of(params.file))
 {
     image.AnnounceFullSize();
 }
@@ -22,6 +23,22 @@ QString CImageEffectGraphicsStamp::GetResultFileName(const QString& fileName) co
 {
     return WithSuffix(CImageEffectStamp::GetResultFileName(fileName),
                       QStringLiteral("s") + QString::number(params.transparency));
+}
+
+QString CImageEffectGraphicsStamp::GetKey() const
+{
+    if (!file) {
+        return {};
+    }
+    return QStringLiteral("picture %1 %2 %3 %4 %5 %6 %7 %8")
+        .arg(params.position)
+        .arg(params.margin)
+        .arg(params.transparency)
+        .arg(file->size)
+        .arg(file->modified)
+        .arg(file->changed)
+        .arg(file->sample)
+        .arg(params.file);
 }
 
 QSize CImageEffectGraphicsStamp::GetStampSize(const CCanvas&) const

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <optional>
+
+#include "common/FileIdentity.h"
 #include "effects/ImageEffectStamp.h"
 #include "imaging/Image.h"
 
@@ -13,10 +16,16 @@ public:
     CImageEffectGraphicsStamp(const QString& path, const CImage& image, const CStampParams& place);
 
     // What has been applied so far keeps its stamp. Not to be called while other threads use this object.
-    void SetImage(const CImage& newImage) { image = newImage; }
+    void SetImage(const CImage& newImage)
+    {
+        image = newImage;
+        file.reset();
+    }
 
     // "a.jpg" gives "a", "g", the sum of the path's characters, position, margin, "s", transparency, ".jpg".
     QString GetResultFileName(const QString& fileName) const override;
+    // Null for a stamp of a picture that is there already.
+    QString GetKey() const override;
 
     CStampParams GetStampParams() const override { return params; }
     QSize GetStampSize(const CCanvas& canvas) const override;
@@ -28,4 +37,5 @@ protected:
 private:
     CImage image;
     const CImageStampParams params;
+    std::optional<FileIdentity> file; // at construction; none for a picture that was there already
 };

@@ -14,6 +14,10 @@ public:
     // "a.jpg" gives "af.jpg": the measures are the same in the whole program and not in the name.
     QString GetResultFileName(const QString& fileName) const override;
     void Apply(CImageEffectSource& source) const override;
+    QString GetKey() const override
+    {
+        return QStringLiteral("frame %1 %2 %3").arg(frameWidth).arg(shadowOffset).arg(shadowOpacity);
+    }
 
 private:
     const int frameWidth;

@@ -16,6 +16,7 @@ public:
         return target->GetResultFileName(fileName);
     }
     void Apply(CImageEffectSource& source) const override { target->Apply(source); }
+    QString GetKey() const override { return target->GetKey(); }
 
 private:
     const std::shared_ptr<const CImageEffect> target;

@@ -10,4 +10,5 @@ public:
     // "/my pictures/Winter day.JPEG" gives "/my pictures/Winter10day.jpg": the folder stays.
     QString GetResultFileName(const QString& path) const override;
     void Apply(CImageEffectSource& source) const override;
+    QString GetKey() const override { return QStringLiteral("rename"); }
 };

@@ -18,6 +18,14 @@ public:
     // "a.jpg" gives "a640480.jpg", with crop "a640480d.jpg".
     QString GetResultFileName(const QString& fileName) const override;
     void Apply(CImageEffectSource& source) const override;
+    QString GetKey() const override
+    {
+        return QStringLiteral("resize %1 %2 %3 %4")
+            .arg(box.width())
+            .arg(box.height())
+            .arg(int{options.shrinkOnly})
+            .arg(int{options.crop});
+    }
 
 private:
     const QSize box;

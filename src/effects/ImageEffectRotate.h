@@ -11,6 +11,7 @@ public:
     // "a.jpg" gives "a_r1.jpg".
     QString GetResultFileName(const QString& fileName) const override;
     void Apply(CImageEffectSource& source) const override;
+    QString GetKey() const override { return QStringLiteral("rotate %1").arg(angle); }
 
 private:
     const int angle;

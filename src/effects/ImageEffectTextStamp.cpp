@@ -67,6 +67,18 @@ QString CImageEffectTextStamp::GetResultFileName(const QString& fileName) const
     return WithSuffix(CImageEffectStamp::GetResultFileName(fileName), QString::number(FontKey(params)));
 }
 
+QString CImageEffectTextStamp::GetKey() const
+{
+    const QString numbers = QStringLiteral("text %1 %2 %3 %4 %5 ")
+                                .arg(params.position)
+                                .arg(params.margin)
+                                .arg(params.font_size)
+                                .arg(params.font_style)
+                                .arg(params.color);
+    // The length keeps font and text apart, whatever stands in them.
+    return numbers + QString::number(params.font.size()) + QLatin1Char(' ') + params.font + params.text;
+}
+
 QSize CImageEffectTextStamp::GetStampSize(const CCanvas& canvas) const
 {
     return canvas.MeasureText(CanvasTextOf(params));

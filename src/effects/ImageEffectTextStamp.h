@@ -15,6 +15,7 @@ public:
     // "a.jpg" gives "a", "t", the sum of the text's characters, position, margin, a number of font and colour
     // that may be negative, ".jpg".
     QString GetResultFileName(const QString& fileName) const override;
+    QString GetKey() const override;
 
     CStampParams GetStampParams() const override { return params; }
     QSize GetStampSize(const CCanvas& canvas) const override;

@@ -13,6 +13,10 @@ public:
     // "a.jpg" gives "a10075.jpg".
     QString GetResultFileName(const QString& fileName) const override;
     void Apply(CImageEffectSource& source) const override;
+    QString GetKey() const override
+    {
+        return QStringLiteral("card %1 %2").arg(card.width()).arg(card.height());
+    }
 
 private:
     const QSize card;

@@ -36,7 +36,8 @@ protected:
     int32_t Generate()
     {
         const CStopSignal stop;
-        return GeneratePages(fixture.GetProject(), fixture.scratch.Path(QStringLiteral("site")), stop, *this)
+        return GeneratePages(fixture.GetProject(), {fixture.scratch.Path(QStringLiteral("site"))}, stop,
+                             *this)
             .pages;
     }
 

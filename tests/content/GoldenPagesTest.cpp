@@ -68,7 +68,7 @@ TEST_P(GoldenPages, ComeOutByteForByte)
     project.SetPreviewMode(false);
     const QString site = fixture.scratch.Path(QStringLiteral("site"));
     CNoProgress progress;
-    GeneratePages(project, site, CStopSignal(), progress);
+    GeneratePages(project, {site}, CStopSignal(), progress);
 
     const QString expected = Golden() + QStringLiteral("/expected");
     EXPECT_EQ(PagesIn(site), PagesIn(expected));

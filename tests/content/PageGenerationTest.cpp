@@ -54,7 +54,7 @@ protected:
     {
         fixture.GetProject().SetPreviewMode(false);
         const GenerationResult result =
-            GeneratePages(fixture.GetProject(), fixture.scratch.Path(QStringLiteral("site")), stop, *this);
+            GeneratePages(fixture.GetProject(), {fixture.scratch.Path(QStringLiteral("site"))}, stop, *this);
         fixture.GetProject().SetPreviewMode(true);
         return result;
     }

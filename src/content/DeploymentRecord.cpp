@@ -1,0 +1,216 @@
+#include "content/DeploymentRecord.h"
+
+#include <chrono>
+#include <unistd.h>
+
+#include <QCryptographicHash>
+#include <QDataStream>
+#include <QDir>
+#include <QFile>
+
+#include "common/FileSystem.h"
+
+namespace {
+
+// To be raised when the same origin gives other pixels, so that old images are not taken for new ones.
+constexpr quint32 productionVersion = 1;
+constexpr quint32 magic = 0x56445231;
+
+// A source that was changed so shortly before it was looked at may be changed again without a sign: clocks of
+// file systems are coarse, down to two seconds.
+constexpr int64_t restlessNanoseconds = 3'000'000'000;
+
+int64_t Now()
+{
+    const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
+    return std::chrono::duration_cast<std::chrono::nanoseconds>(sinceEpoch).count();
+}
+
+bool IsRestless(const FileIdentity& source)
+{
+    return Now() - std::max(source.changed, source.modified) < restlessNanoseconds;
+}
+
+QDataStream& operator<<(QDataStream& stream, const FileStamp& stamp)
+{
+    return stream << qint64{stamp.size} << qint64{stamp.modified};
+}
+
+QDataStream& operator>>(QDataStream& stream, FileStamp& stamp)
+{
+    qint64 size = 0;
+    qint64 modified = 0;
+    stream >> size >> modified;
+    stamp = {size, modified};
+    return stream;
+}
+
+QDataStream& operator<<(QDataStream& stream, const CDeploymentRecord::Image& image)
+{
+    const CDeploymentRecord::Origin& origin = image.origin;
+    return stream << origin.sourcePath << qint64{origin.source.size} << qint64{origin.source.modified}
+                  << qint64{origin.source.changed} << quint64{origin.source.sample} << origin.key
+                  << image.isWhole;
+}
+
+QDataStream& operator>>(QDataStream& stream, CDeploymentRecord::Image& image)
+{
+    CDeploymentRecord::Origin& origin = image.origin;
+    qint64 size = 0;
+    qint64 modified = 0;
+    qint64 changed = 0;
+    quint64 sample = 0;
+    stream >> origin.sourcePath >> size >> modified >> changed >> sample >> origin.key >> image.isWhole;
+    origin.source = {.size = size, .modified = modified, .changed = changed, .sample = sample};
+    return stream;
+}
+
+bool operator==(const CDeploymentRecord::Origin& one, const CDeploymentRecord::Origin& other)
+{
+    return one.sourcePath == other.sourcePath && one.source == other.source && one.key == other.key;
+}
+
+} // namespace
+
+CDeploymentRecord::CDeploymentRecord(const QString& path, const QString& targetFolder)
+    : path(path), targetFolder(WithTrailingSeparator(QDir::cleanPath(QDir(targetFolder).absolutePath())))
+{
+    Load();
+}
+
+QString CDeploymentRecord::PathFor(const QString& recordsFolder, const QString& targetFolder)
+{
+    const QByteArray target = QDir::cleanPath(QDir(targetFolder).absolutePath()).toUtf8();
+    const QByteArray name = QCryptographicHash::hash(target, QCryptographicHash::Sha1).toHex();
+    return JoinPath(recordsFolder, QString::fromLatin1(name));
+}
+
+const CDeploymentRecord::Image* CDeploymentRecord::FindCurrent(const QString& imagePath, const Origin& origin)
+{
+    if (origin.key.isNull()) {
+        return nullptr;
+    }
+    const QString relative = RelativePath(imagePath);
+    const auto stamp = FileStamp::Of(imagePath);
+    const std::lock_guard lock(mutex);
+    const auto found = entries.find(relative);
+    if (found == entries.end() || !found->second.image || !(found->second.image->origin == origin) ||
+        stamp != found->second.stamp) {
+        return nullptr;
+    }
+    found->second.isOfThisRun = true;
+    return &*found->second.image;
+}
+
+void CDeploymentRecord::NoteFile(const QString& filePath)
+{
+    Note(filePath, std::nullopt);
+}
+
+void CDeploymentRecord::NoteImage(const QString& imagePath, const Image& image)
+{
+    const bool isKnown = !image.origin.key.isNull() && !IsRestless(image.origin.source);
+    Note(imagePath, isKnown ? std::optional(image) : std::nullopt);
+}
+
+void CDeploymentRecord::Note(const QString& filePath, std::optional<Image> image)
+{
+    const QString relative = RelativePath(filePath);
+    const auto stamp = FileStamp::Of(filePath);
+    if (relative.isEmpty() || !stamp) {
+        return;
+    }
+    const std::lock_guard lock(mutex);
+    entries[relative] = {.stamp = *stamp, .image = std::move(image), .isOfThisRun = true};
+}
+
+void CDeploymentRecord::RemoveLeftovers()
+{
+    const std::lock_guard lock(mutex);
+    for (auto entry = entries.begin(); entry != entries.end();) {
+        if (entry->second.isOfThisRun) {
+            ++entry;
+            continue;
+        }
+        const QString leftover = targetFolder + entry->first;
+        if (FileStamp::Of(leftover) == entry->second.stamp && QFile::remove(leftover)) {
+            RemoveEmptyFolders(leftover.section(QLatin1Char('/'), 0, -2));
+        }
+        entry = entries.erase(entry);
+    }
+}
+
+// Up to the target folder itself, which stays.
+void CDeploymentRecord::RemoveEmptyFolders(QString folder) const
+{
+    while (folder.size() >= targetFolder.size() && ::rmdir(QFile::encodeName(folder).constData()) == 0) {
+        folder = folder.section(QLatin1Char('/'), 0, -2);
+    }
+}
+
+void CDeploymentRecord::Save() const
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream.setVersion(QDataStream::Qt_6_4);
+    {
+        const std::lock_guard lock(mutex);
+        stream << magic << productionVersion << targetFolder << quint32(entries.size());
+        for (const auto& [relative, entry] : entries) {
+            stream << relative << entry.stamp << entry.image.has_value();
+            if (entry.image) {
+                stream << *entry.image;
+            }
+        }
+    }
+    const QString folder = path.section(QLatin1Char('/'), 0, -2);
+    MakeDirectoryPath(folder);
+    // It names unpublished pictures.
+    QFile(folder).setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    WriteFileAtomically(path, bytes);
+}
+
+void CDeploymentRecord::Load()
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return;
+    }
+    QDataStream stream(&file);
+    stream.setVersion(QDataStream::Qt_6_4);
+    quint32 foundMagic = 0;
+    quint32 foundVersion = 0;
+    QString foundTarget;
+    quint32 count = 0;
+    stream >> foundMagic >> foundVersion >> foundTarget >> count;
+    const bool isOurs = foundMagic == magic && foundTarget == targetFolder;
+    std::map<QString, Entry> loaded;
+    for (quint32 i = 0; i < count && isOurs && stream.status() == QDataStream::Ok; ++i) {
+        QString relative;
+        Entry entry;
+        bool hasImage = false;
+        stream >> relative >> entry.stamp >> hasImage;
+        if (hasImage) {
+            stream >> entry.image.emplace();
+        }
+        // What another version has made is known as ours, but is made anew.
+        if (foundVersion != productionVersion) {
+            entry.image.reset();
+        }
+        // A damaged record must not lead out of the target.
+        if (!relative.isEmpty() && QDir::cleanPath(relative) == relative &&
+            !relative.startsWith(QLatin1String("..")) && QDir::isRelativePath(relative)) {
+            loaded[relative] = std::move(entry);
+        }
+    }
+    if (stream.status() == QDataStream::Ok) {
+        entries = std::move(loaded);
+    }
+}
+
+// Empty for a file outside the target folder.
+QString CDeploymentRecord::RelativePath(const QString& filePath) const
+{
+    const QString clean = QDir::cleanPath(filePath);
+    return clean.startsWith(targetFolder) ? clean.mid(targetFolder.size()) : QString();
+}

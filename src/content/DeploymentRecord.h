@@ -1,0 +1,70 @@
+#pragma once
+
+#include <map>
+#include <mutex>
+
+#include <QString>
+
+#include "common/FileIdentity.h"
+
+// What the program has written into one target folder, and what each image there was made from. With it, the
+// next deployment into the folder leaves images alone that would come out the same, and removes files that it
+// no longer writes, if nobody else has changed them since. It lies in the user's cache: without it,
+// everything is made anew.
+//
+// Made for one run; all operations but construction, RemoveLeftovers and Save may be called by several
+// threads.
+class CDeploymentRecord {
+public:
+    // path: of the record; a file that is missing or damaged is an empty record.
+    CDeploymentRecord(const QString& path, const QString& targetFolder);
+
+    // The record's file for a target folder, below the folder of all records.
+    static QString PathFor(const QString& recordsFolder, const QString& targetFolder);
+
+    // What an image is made from.
+    struct Origin {
+        QString sourcePath;
+        FileIdentity source;
+        QString key; // of the chain; null: not known
+    };
+    struct Image {
+        Origin origin;
+        bool isWhole = true; // false: the source was damaged
+    };
+
+    // The image as it was noted, if the file is still the one that was written then and would come out the
+    // same from this origin; it then counts as written in this run. Null otherwise.
+    const Image* FindCurrent(const QString& path, const Origin& origin);
+
+    // A file has been written. Those outside the target folder are not noted.
+    void NoteFile(const QString& path);
+    void NoteImage(const QString& path, const Image& image);
+
+    // At the end of a complete run: removes what earlier runs have written and this one hasn't, unless
+    // somebody has changed it since, and folders that are empty then.
+    void RemoveLeftovers();
+
+    // Throws CWin32Exception.
+    void Save() const;
+
+private:
+    struct Entry {
+        FileStamp stamp;
+        std::optional<Image> image;
+        bool isOfThisRun = false; // not kept in the file
+    };
+
+    void Load();
+    QString RelativePath(const QString& path) const;
+    void Note(const QString& path, std::optional<Image> image);
+    void RemoveEmptyFolders(QString folder) const;
+
+    // Constant after construction.
+    const QString path;
+    const QString targetFolder; // with a trailing separator
+
+    // Guarded by mutex.
+    mutable std::mutex mutex;
+    std::map<QString, Entry> entries; // by relative path
+};
