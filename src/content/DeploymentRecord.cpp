@@ -16,21 +16,6 @@ namespace {
 constexpr quint32 productionVersion = 1;
 constexpr quint32 magic = 0x56445231;
 
-// A source that was changed so shortly before it was looked at may be changed again without a sign: clocks of
-// file systems are coarse, down to two seconds.
-constexpr int64_t restlessNanoseconds = 3'000'000'000;
-
-int64_t Now()
-{
-    const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
-    return std::chrono::duration_cast<std::chrono::nanoseconds>(sinceEpoch).count();
-}
-
-bool IsRestless(const FileIdentity& source)
-{
-    return Now() - std::max(source.changed, source.modified) < restlessNanoseconds;
-}
-
 QDataStream& operator<<(QDataStream& stream, const FileStamp& stamp)
 {
     return stream << qint64{stamp.size} << qint64{stamp.modified};
@@ -72,8 +57,10 @@ bool operator==(const CDeploymentRecord::Origin& one, const CDeploymentRecord::O
 
 } // namespace
 
-CDeploymentRecord::CDeploymentRecord(const QString& path, const QString& targetFolder)
-    : path(path), targetFolder(WithTrailingSeparator(QDir::cleanPath(QDir(targetFolder).absolutePath())))
+CDeploymentRecord::CDeploymentRecord(const QString& path, const QString& targetFolder, Milliseconds restless)
+    : path(path),
+      targetFolder(WithTrailingSeparator(QDir::cleanPath(QDir(targetFolder).absolutePath()))),
+      restless(restless)
 {
     Load();
 }
@@ -111,6 +98,13 @@ void CDeploymentRecord::NoteImage(const QString& imagePath, const Image& image)
 {
     const bool isKnown = !image.origin.key.isNull() && !IsRestless(image.origin.source);
     Note(imagePath, isKnown ? std::optional(image) : std::nullopt);
+}
+
+bool CDeploymentRecord::IsRestless(const FileIdentity& source) const
+{
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    const std::chrono::nanoseconds latest(std::max(source.changed, source.modified));
+    return now - latest < restless;
 }
 
 void CDeploymentRecord::Note(const QString& filePath, std::optional<Image> image)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <map>
 #include <mutex>
 
@@ -16,8 +17,13 @@
 // threads.
 class CDeploymentRecord {
 public:
-    // path: of the record; a file that is missing or damaged is an empty record.
-    CDeploymentRecord(const QString& path, const QString& targetFolder);
+    using Milliseconds = std::chrono::milliseconds;
+
+    // path: of the record; a file that is missing or damaged is an empty record. restless: a source that was
+    // changed so shortly before it was looked at may be changed again without a sign, since the clocks of
+    // file systems are coarse, down to two seconds; its images are made anew by the next run.
+    CDeploymentRecord(const QString& path, const QString& targetFolder,
+                      Milliseconds restless = Milliseconds(3000));
 
     // The record's file for a target folder, below the folder of all records.
     static QString PathFor(const QString& recordsFolder, const QString& targetFolder);
@@ -56,6 +62,7 @@ private:
     };
 
     void Load();
+    bool IsRestless(const FileIdentity& source) const;
     QString RelativePath(const QString& path) const;
     void Note(const QString& path, std::optional<Image> image);
     void RemoveEmptyFolders(QString folder) const;
@@ -63,6 +70,7 @@ private:
     // Constant after construction.
     const QString path;
     const QString targetFolder; // with a trailing separator
+    const Milliseconds restless;
 
     // Guarded by mutex.
     mutable std::mutex mutex;

@@ -1,0 +1,309 @@
+#include "content/DeploymentRecord.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <QDir>
+#include <QFile>
+
+#include "common/DirectoryProcessor.h"
+#include "common/FileSystem.h"
+#include "common/StopSignal.h"
+#include "content/PageGeneration.h"
+#include "document/Gallery.h"
+#include "effects/StampParams.h"
+#include "imaging/Image.h"
+#include "support/ProjectFixture.h"
+
+namespace {
+
+class DeploymentRecord : public testing::Test, protected CGenerationProgress {
+protected:
+    DeploymentRecord()
+    {
+        fixture.WriteStyle(QStringLiteral("Blue"));
+        fixture.WriteLayout(QStringLiteral("a"), "<page file=\"p.html\" multipage=\"1\"/>");
+        fixture.WritePage(QStringLiteral("a"), QStringLiteral("p.html"),
+                          "<%=p.file_name%><%picture id=\"p\" width=\"20\" height=\"15\" href=\"\"%>"
+                          "<%picture id=\"p\" width=\"30\" height=\"20\" href=\"\"%>");
+        fixture.NewProject();
+        for (const char* const name : {"one.jpg", "two.jpg", "three.jpg"}) {
+            fixture.GetRoot().AddPicture(fixture.WritePicture(QLatin1String(name)));
+        }
+    }
+
+    void OnPageDone(int32_t, int32_t) override
+    {
+        if (++pagesDone == cancelAt) {
+            stop.Set();
+        }
+    }
+
+    // Into the folder, with its record.
+    GenerationResult Deploy(std::chrono::milliseconds restless = {})
+    {
+        CDeploymentRecord record(Path("record"), Path("site"), restless);
+        const GenerationResult result = Generate({Path("site"), &record});
+        if (!stop.IsSet()) {
+            record.RemoveLeftovers();
+        }
+        record.Save();
+        return result;
+    }
+
+    GenerationResult Generate(const GenerationTarget& target)
+    {
+        fixture.GetProject().SetPreviewMode(false);
+        const GenerationResult result = GeneratePages(fixture.GetProject(), target, stop, *this);
+        fixture.GetProject().SetPreviewMode(true);
+        return result;
+    }
+
+    // The site is as if it had been made anew.
+    void ExpectSiteLikeFresh()
+    {
+        RemoveDirectoryTree(Path("fresh"));
+        Generate({Path("fresh")});
+        EXPECT_EQ(FilesIn("site"), FilesIn("fresh"));
+        for (const QString& file : FilesIn("fresh")) {
+            EXPECT_EQ(fixture.scratch.Read(QStringLiteral("site/") + file),
+                      fixture.scratch.Read(QStringLiteral("fresh/") + file))
+                << qPrintable(file);
+        }
+    }
+
+    QStringList FilesIn(const QString& folder) const
+    {
+        QStringList files;
+        for (const QString& file : fixture.scratch.ListFiles()) {
+            if (file.startsWith(folder + QLatin1Char('/'))) {
+                files += file.mid(folder.size() + 1);
+            }
+        }
+        return files;
+    }
+
+    // The inode changes whenever the program writes a file.
+    std::map<QString, ino_t> ImagesOnDisk() const
+    {
+        std::map<QString, ino_t> images;
+        for (const QString& file : FilesIn(QStringLiteral("site")).filter(QStringLiteral("pictures/"))) {
+            struct stat status {};
+            ::stat(QFile::encodeName(Path("site/") + file).constData(), &status);
+            images[file] = status.st_ino;
+        }
+        return images;
+    }
+
+    // How many images of before were written again.
+    static int CountRewritten(const std::map<QString, ino_t>& before, const std::map<QString, ino_t>& after)
+    {
+        int count = 0;
+        for (const auto& [file, inode] : after) {
+            const auto old = before.find(file);
+            count += old != before.end() && old->second != inode ? 1 : 0;
+        }
+        return count;
+    }
+
+    // Does it to the file, and sets the times back to what they were.
+    void KeepingTimes(const QString& path, const std::function<void()>& change)
+    {
+        struct stat before {};
+        ASSERT_EQ(::stat(QFile::encodeName(path).constData(), &before), 0);
+        change();
+        const timespec times[] = {before.st_atim, before.st_mtim};
+        ASSERT_EQ(::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, 0), 0);
+    }
+
+    QString Path(const char* name) const { return fixture.scratch.Path(QLatin1String(name)); }
+
+    CProjectFixture fixture;
+    CStopSignal stop;
+    int pagesDone = 0;
+    int cancelAt = -1;
+};
+
+} // namespace
+
+TEST_F(DeploymentRecord, ASecondRunWritesNoImageAndCountsAll)
+{
+    const GenerationResult first = Deploy();
+    const auto before = ImagesOnDisk();
+    EXPECT_EQ(before.size(), 6u);
+    const GenerationResult second = Deploy();
+    EXPECT_EQ(ImagesOnDisk(), before);
+    EXPECT_EQ(second.images, first.images);
+    EXPECT_EQ(second.pages, first.pages);
+    ExpectSiteLikeFresh();
+}
+
+TEST_F(DeploymentRecord, AChangedPhotographOfTheSameSizeAndTimeIsMadeAnew)
+{
+    Deploy();
+    const auto before = ImagesOnDisk();
+    const QString path = Path("photos/two.jpg");
+    const QByteArray old = fixture.scratch.Read(QStringLiteral("photos/two.jpg"));
+    KeepingTimes(path, [&] {
+        // Padded to the size of the old one behind the picture's end.
+        QByteArray other = fixture.scratch.Read(
+            QStringLiteral("photos/") + fixture.WritePicture(QStringLiteral("x.jpg"), QSize(40, 30), 0x991122)
+                                            .section(QLatin1Char('/'), -1));
+        other = other.leftJustified(old.size(), '\0', true);
+        ASSERT_EQ(other.size(), old.size());
+        fixture.scratch.Write(QStringLiteral("photos/two.jpg"), other);
+    });
+    Deploy();
+    EXPECT_EQ(CountRewritten(before, ImagesOnDisk()), 2);
+    ExpectSiteLikeFresh();
+}
+
+TEST_F(DeploymentRecord, AChangedSettingIsSeenEvenWhereTheNameStays)
+{
+    CTextStampParams& stamp = fixture.GetRoot().GetTextStamps()[0];
+    stamp.text = QStringLiteral("ad");
+    Deploy();
+    const auto before = ImagesOnDisk();
+    stamp.text = QStringLiteral("bc"); // the same sum of characters, and so the same file names
+    Deploy();
+    const auto after = ImagesOnDisk();
+    EXPECT_EQ(after.size(), before.size());
+    EXPECT_EQ(CountRewritten(before, after), 6);
+    ExpectSiteLikeFresh();
+}
+
+TEST_F(DeploymentRecord, AChangedWatermarkFileIsSeen)
+{
+    CImageStampParams& stamp = fixture.GetRoot().GetImageStamps()[0];
+    stamp.file = fixture.WritePicture(QStringLiteral("mark.png"), QSize(8, 8), 0x112233);
+    Deploy();
+    const auto before = ImagesOnDisk();
+    KeepingTimes(stamp.file,
+                 [&] { fixture.WritePicture(QStringLiteral("mark.png"), QSize(8, 8), 0x332211); });
+    Deploy();
+    EXPECT_EQ(CountRewritten(before, ImagesOnDisk()), 6);
+    ExpectSiteLikeFresh();
+}
+
+TEST_F(DeploymentRecord, ARemovedPictureTakesItsFilesAlong)
+{
+    Deploy();
+    EXPECT_TRUE(FilesIn(QStringLiteral("site")).contains(QStringLiteral("p2.html")));
+    fixture.GetRoot().RemovePicture(1);
+    Deploy();
+    EXPECT_FALSE(FilesIn(QStringLiteral("site")).contains(QStringLiteral("p2.html")));
+    EXPECT_EQ(ImagesOnDisk().size(), 4u);
+    ExpectSiteLikeFresh();
+}
+
+TEST_F(DeploymentRecord, FilesOfOthersAndFilesThatOthersChangedStay)
+{
+    Deploy();
+    fixture.scratch.Write(QStringLiteral("site/mine.html"), "mine");
+    fixture.scratch.Write(QStringLiteral("site/pictures/mine.jpg"), "mine");
+    fixture.scratch.Write(QStringLiteral("site/p2.html"),
+                          "changed by hand, and longer or shorter than before");
+    fixture.GetRoot().RemovePicture(1);
+    Deploy();
+    EXPECT_EQ(fixture.scratch.Read(QStringLiteral("site/mine.html")), "mine");
+    EXPECT_EQ(fixture.scratch.Read(QStringLiteral("site/pictures/mine.jpg")), "mine");
+    EXPECT_TRUE(fixture.scratch.Read(QStringLiteral("site/p2.html")).startsWith("changed by hand"));
+    // It is nobody's business any more, later either.
+    Deploy();
+    EXPECT_TRUE(FilesIn(QStringLiteral("site")).contains(QStringLiteral("p2.html")));
+}
+
+TEST_F(DeploymentRecord, ARemovedGalleryTakesItsFolderAlong)
+{
+    const int32_t index = fixture.GetProject().AddChildGallery(fixture.GetRoot().GetIndex());
+    CGallery& child = *fixture.GetProject().FindGallery(index);
+    child.AddPicture(Path("photos/one.jpg"));
+    const QString folder = Path("site/") + QString::number(index);
+    Deploy();
+    EXPECT_TRUE(FolderExists(folder));
+    fixture.GetProject().RemoveGallery(index);
+    Deploy();
+    EXPECT_FALSE(FolderExists(folder));
+    ExpectSiteLikeFresh();
+}
+
+TEST_F(DeploymentRecord, AnImageThatOthersChangedOrRemovedIsMadeAgain)
+{
+    Deploy();
+    const QStringList images = FilesIn(QStringLiteral("site")).filter(QStringLiteral("pictures/"));
+    fixture.scratch.Write(QStringLiteral("site/") + images[0], "changed");
+    QFile::remove(Path("site/") + images[1]);
+    Deploy();
+    ExpectSiteLikeFresh();
+}
+
+TEST_F(DeploymentRecord, ASourceThatWasJustChangedIsNotTrusted)
+{
+    Deploy(std::chrono::hours(1));
+    const auto before = ImagesOnDisk();
+    Deploy(std::chrono::hours(1));
+    EXPECT_EQ(CountRewritten(before, ImagesOnDisk()), 6);
+}
+
+TEST_F(DeploymentRecord, WithoutItsFileOrWithADamagedOneEverythingIsMadeAnew)
+{
+    Deploy();
+    const QByteArray whole = fixture.scratch.Read(QStringLiteral("record"));
+    for (const QByteArray& damaged : {QByteArray(), QByteArray("nonsense"), whole.left(whole.size() / 2),
+                                      whole.left(20), QByteArray(1000, '\xff')}) {
+        const auto before = ImagesOnDisk();
+        fixture.scratch.Write(QStringLiteral("record"), damaged);
+        Deploy();
+        EXPECT_EQ(CountRewritten(before, ImagesOnDisk()), 6) << damaged.size();
+        ExpectSiteLikeFresh();
+    }
+}
+
+TEST_F(DeploymentRecord, TheRecordOfAnotherFolderSaysNothing)
+{
+    Deploy();
+    EXPECT_NE(CDeploymentRecord::PathFor(Path("records"), Path("site")),
+              CDeploymentRecord::PathFor(Path("records"), Path("other")));
+    EXPECT_EQ(CDeploymentRecord::PathFor(Path("records"), Path("site")),
+              CDeploymentRecord::PathFor(Path("records"), Path("x/../site/")));
+    CDeploymentRecord record(Path("record"), Path("other"));
+    Generate({Path("other"), &record});
+    record.RemoveLeftovers();
+    EXPECT_EQ(FilesIn(QStringLiteral("site")), FilesIn(QStringLiteral("other")));
+}
+
+TEST_F(DeploymentRecord, AWarningComesAgainThoughNothingIsMade)
+{
+    const QString path = Path("photos/two.jpg");
+    const QByteArray whole = fixture.scratch.Read(
+        QStringLiteral("photos/") +
+        fixture.WritePicture(QStringLiteral("two.jpg"), QSize(400, 300)).section(QLatin1Char('/'), -1));
+    fixture.scratch.Write(QStringLiteral("photos/two.jpg"), whole.left(whole.size() * 2 / 3));
+    const GenerationResult first = Deploy();
+    ASSERT_EQ(first.warnings.size(), 1);
+    const auto before = ImagesOnDisk();
+    EXPECT_EQ(Deploy().warnings, first.warnings);
+    EXPECT_EQ(ImagesOnDisk(), before);
+}
+
+TEST_F(DeploymentRecord, WhatACancelledRunHasMadeIsKnownToTheNext)
+{
+    cancelAt = 1;
+    Deploy();
+    const auto before = ImagesOnDisk();
+    EXPECT_LT(before.size(), 6u);
+    stop.Reset();
+    cancelAt = -1;
+    Deploy();
+    EXPECT_EQ(CountRewritten(before, ImagesOnDisk()), 0);
+    ExpectSiteLikeFresh();
+}
+
+TEST_F(DeploymentRecord, TheRecordIsForItsOwnerAlone)
+{
+    CDeploymentRecord record(Path("records/a"), Path("site"));
+    record.Save();
+    struct stat status {};
+    ASSERT_EQ(::stat(QFile::encodeName(Path("records")).constData(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0700u);
+}
