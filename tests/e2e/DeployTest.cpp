@@ -150,7 +150,7 @@ TEST(Deploy, NoTemporaryFilesAreLeft)
     const CProgram program;
     const QString project = program.WriteProject(WriteManyPictures(program, 2));
     program.Run({QStringLiteral("deploy"), project, program.Path(QStringLiteral("site"))});
-    EXPECT_TRUE(program.scratch.ListFiles().filter(QStringLiteral("cache/")).isEmpty());
+    EXPECT_TRUE(program.scratch.ListFiles().filter(QStringLiteral("cache/vistorama/tmp/")).isEmpty());
 }
 
 TEST(Deploy, PicturesWithOddNamesArePublished)

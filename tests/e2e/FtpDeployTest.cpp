@@ -34,7 +34,9 @@ protected:
 
     void ExpectNothingLeft() const
     {
-        EXPECT_EQ(program.scratch.ListFiles().filter(QStringLiteral("cache/")).join(QLatin1Char('\n')),
+        EXPECT_EQ(program.scratch.ListFiles()
+                      .filter(QStringLiteral("cache/vistorama/tmp/"))
+                      .join(QLatin1Char('\n')),
                   QString());
     }
 

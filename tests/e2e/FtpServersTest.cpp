@@ -82,7 +82,7 @@ TEST_P(FtpServers, GetTheSameSiteAsAFolderByteForByte)
         program.Run({QStringLiteral("deploy"), project, AddressOf(QStringLiteral("web/my site"))}).exitCode,
         0);
     ExpectSameTree(server.GetRoot() + QStringLiteral("web/my site"), folder);
-    EXPECT_TRUE(program.scratch.ListFiles().filter(QStringLiteral("cache/")).isEmpty());
+    EXPECT_TRUE(program.scratch.ListFiles().filter(QStringLiteral("cache/vistorama/tmp/")).isEmpty());
 }
 
 TEST_P(FtpServers, AreReachedByTheNameOfADestination)
@@ -181,5 +181,5 @@ TEST_P(FtpServers, AWrongPasswordIsRefused)
         << qPrintable(deployed.errors);
     EXPECT_EQ(failure[QStringLiteral("advice")],
               QStringLiteral("Please check FTP site parameters and destination directory."));
-    EXPECT_TRUE(program.scratch.ListFiles().filter(QStringLiteral("cache/")).isEmpty());
+    EXPECT_TRUE(program.scratch.ListFiles().filter(QStringLiteral("cache/vistorama/tmp/")).isEmpty());
 }
