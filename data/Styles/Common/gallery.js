@@ -38,6 +38,7 @@
     for (const old of document.head.querySelectorAll('title, meta[name="description"], meta[property], link[rel="prev"], link[rel="next"], link[rel="up"]')) old.remove();
     for (const part of page.head.querySelectorAll('title, meta[name="description"], meta[property], link[rel="prev"], link[rel="next"], link[rel="up"]')) document.head.append(document.importNode(part, true));
     const body = document.importNode(page.body, true);
+    body.classList.toggle('idle', document.body.classList.contains('idle'));
     document.body.replaceWith(body);
     scrollTo(0, 0);
     dress();
@@ -168,12 +169,22 @@
   addEventListener('touchstart', pause, { passive: true });
   addEventListener('keydown', (event) => { if (!/^(Shift|Control|Alt|Meta|Tab)$/.test(event.key)) pause(event); });
 
+  // While the show runs and nobody moves, the controls leave.
+  let rest = 0;
+  function wake() {
+    document.body.classList.remove('idle');
+    clearTimeout(rest);
+    rest = setTimeout(() => document.body.classList.toggle('idle', document.body.classList.contains('playing')), 3000);
+  }
+  for (const sign of ['pointermove', 'pointerdown', 'keydown', 'focusin']) addEventListener(sign, wake, { passive: true });
+
   /* A page that has just come. */
   function dress() {
     if (isPicturePage()) {
       if (isPublished && seconds()) tool('Play', '', () => play(!isPlaying())).classList.add('play');
       if (isPublished && document.fullscreenEnabled) tool('Full screen', 'M4 9V4h5M15 4h5v5M20 15v5h-5M9 20H4v-5', toggleScreen);
       tick();
+      if (seconds()) rest ||= setTimeout(wake, 0);
       if (isOnline) for (const rel of ['next', 'prev']) if (linked(rel) && isSibling(linked(rel).href)) load(linked(rel).href).catch(() => {});
     }
   }
