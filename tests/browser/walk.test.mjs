@@ -48,6 +48,7 @@ for (const style of STYLES) {
     assert.equal(nameOf(page), pictureName(ENTRIES - 1));
     await press(page, 'Escape');
     assert.match(nameOf(page), /^index\d*\.html$/);
+    await page.waitForFunction(() => document.readyState === 'complete' && document.activeElement !== document.body);
     const place = await page.evaluate(() => {
       const box = document.getElementById(decodeURIComponent(location.hash.slice(1))).getBoundingClientRect();
       return { isSeen: box.bottom > 0 && box.top < innerHeight, focused: document.activeElement.closest('.shot')?.id };

@@ -80,7 +80,7 @@
   }
 
   /* Keys and swipes. */
-  const shots = () => [...document.querySelectorAll('.shot a')];
+  const shots = () => [...document.querySelectorAll('.shot > div > a')];
   function moveFocus(key) {
     const all = shots();
     const at = all.indexOf(document.activeElement);
@@ -196,9 +196,17 @@
     const target = location.hash && document.getElementById(decodeURIComponent(location.hash.slice(1)));
     if (target && read('return')) {
       const old = Number(read(placeKey));
-      const top = target.getBoundingClientRect().top + scrollY;
-      if (old <= top && top + target.offsetHeight <= old + innerHeight) requestAnimationFrame(() => scrollTo(0, old));
-      find('a', target).focus({ preventScroll: true });
+      const isSeenFrom = (top) => {
+        const place = target.getBoundingClientRect();
+        return top <= place.top + scrollY && place.bottom + scrollY <= top + innerHeight;
+      };
+      const goBack = () => {
+        if (isSeenFrom(old)) scrollTo(0, old); else if (!isSeenFrom(scrollY)) target.scrollIntoView({ block: 'center' });
+        find('a', target).focus({ preventScroll: true });
+      };
+      goBack();
+      // Pictures above may have come meanwhile, and the browser has moved to the address's place by itself.
+      addEventListener('load', () => requestAnimationFrame(goBack));
     }
     keep('return', '');
   }
