@@ -87,6 +87,9 @@ enum class StringId : int {
     LayoutsHaveErrors,
     BadLayoutsOfAll,
     CorrectNamedLines,
+    AttributeNeverRead,
+    IdBoundTwice,
+    NoPlaceForPictures,
     WatermarkNotReadable,
     ChooseAnotherWatermark,
 
