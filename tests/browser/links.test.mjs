@@ -3,7 +3,7 @@ import assert from 'node:assert/strict';
 import fs from 'node:fs';
 import path from 'node:path';
 import test from 'node:test';
-import { LAYOUTS, STYLES, deepSiteFolder, filesBelow, siteFolder } from './sites.mjs';
+import { LAYOUTS, STYLES, deepSiteFolder, filesBelow, sampleFolder, siteFolder } from './sites.mjs';
 
 const pages = new Map();
 function read(file) {
@@ -38,6 +38,14 @@ function unreachedPages(folder) {
   }
   return filesBelow(folder).filter((file) => file.endsWith('.html') && !reached.has(file));
 }
+
+test('the sample project uses three layouts and four styles, and holds together', () => {
+  assert.deepEqual(brokenLinks(sampleFolder), []);
+  assert.deepEqual(unreachedPages(sampleFolder), []);
+  const named = (pattern) => new Set(filesBelow(sampleFolder).filter((file) => file.endsWith('.html')).map((file) => read(file).text.match(pattern)[1]));
+  assert.deepEqual(named(/<body class="(\w+)"/).size, 3);
+  assert.deepEqual(named(/href="([\w-]+)\/style\.css"/).size, 4);
+});
 
 for (const layout of LAYOUTS) {
   for (const folder of [...STYLES.map((style) => siteFolder(layout, style)), deepSiteFolder(layout)]) {

@@ -16,6 +16,8 @@ const DEPLOYED_STYLE = 'Paper';
 export const dataFolder = data;
 export const sitesFolder = root;
 export const siteFolder = (layout, style) => path.join(root, `${layout}-${style}`);
+// The sample project as it comes, in layouts and styles of its own.
+export const sampleFolder = path.join(root, 'sample');
 // A tree three galleries deep, with more pictures than any overview holds on one page.
 export const deepSiteFolder = (layout) => path.join(root, `${layout}-deep`);
 export const addressOf = (folder, page) => `file://${path.join(folder, page).split(path.sep).map(encodeURIComponent).join('/')}`;
@@ -81,6 +83,7 @@ function makeSites() {
     }
   }
   deploySample('cards', 'Film', path.join(root, 'proof'));
+  run('deploy', path.join(data, 'sample', 'sample.gallery'), sampleFolder, '--quiet');
   makeDeepTree(path.join(root, 'tree'));
   for (const layout of LAYOUTS) {
     const project = path.join(root, `${layout}-deep.gallery`);
