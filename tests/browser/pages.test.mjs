@@ -14,7 +14,6 @@ const WIDTHS = [320, 768, 1280, 2560];
 // An overview, a gallery shown among the pictures, a picture between two others, the last one, and the overview and a
 // picture of a gallery below.
 const PAGES = ['index.html', 'picture1.html', 'picture5.html', 'picture14.html', '1/index.html', '1/picture2.html'];
-const NARROW_PAGES = ['index.html', 'picture5.html'];
 const LIGHTS = [...STYLES.map((style) => [style, 'light']), ['Auto', 'dark']];
 const MOST_BYTES = 30000;
 
@@ -39,10 +38,10 @@ for (const [style, colorScheme] of LIGHTS) {
       assert.deepEqual(await page.evaluate(() => [...document.images].filter((image) => !image.naturalWidth).map((image) => image.src)), [], name);
       await page.evaluate(axe);
       for (const width of WIDTHS) {
-        await page.setViewportSize({ width, height: 800 });
+        await page.setViewportSize({ width, height: 400 }); // a low window has less to paint
         const overhang = await page.evaluate(() => document.documentElement.scrollWidth - document.documentElement.clientWidth);
         assert.equal(overhang, 0, `${name} at ${width} pixels`);
-        if (width === 1280 || (width === 320 && NARROW_PAGES.includes(name))) assert.deepEqual(await violationsOn(page), [], `${name} at ${width} pixels`);
+        if (width === 1280 || (width === 320 && style === 'Paper')) assert.deepEqual(await violationsOn(page), [], `${name} at ${width} pixels`);
       }
     }
     assert.deepEqual(page.troubles, []);

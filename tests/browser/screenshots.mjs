@@ -16,17 +16,17 @@ fs.mkdirSync(target, { recursive: true });
 const browser = await launch();
 for (const [style, colorScheme] of [...STYLES.map((name) => [name, 'light']), ['Auto', 'dark']]) {
   for (const { name: screen, options } of SCREENS) {
+    const page = await openPage(browser, 'file:', { ...options, colorScheme });
     for (const layout of LAYOUTS) {
-      const folder = siteFolder(layout, style);
-      const page = await openPage(browser, addressOf(folder, ''), { ...options, colorScheme });
       for (const [name, file] of Object.entries(PAGES)) {
-        await page.goto(addressOf(folder, file));
+        if (name === 'gallery' && style !== 'Paper') continue;
+        await page.goto(addressOf(siteFolder(layout, style), file));
         await loadAllPictures(page);
         const dark = colorScheme === 'dark' ? '-dark' : '';
-        await page.screenshot({ path: path.join(target, `${layout}-${style}${dark}-${name}-${screen}.png`) });
+        await page.screenshot({ path: path.join(target, `${layout}-${style}${dark}-${name}-${screen}.jpg`), quality: 88 });
       }
-      await page.context().close();
     }
+    await page.context().close();
   }
 }
 await browser.close();

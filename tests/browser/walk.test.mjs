@@ -6,6 +6,9 @@ import { STYLES, addressOf, siteFolder } from './sites.mjs';
 
 const layout = process.env.VISTORAMA_LAYOUT;
 const ENTRIES = 15;
+// In the first style the walk passes every picture, in the others the last ones.
+const FIRST_STOP = { Paper: 3 };
+const LATER_STOP = 11;
 const nameOf = (page) => decodeURIComponent(new URL(page.url()).pathname.split('/').pop());
 const pictureName = (index) => `picture${index || ''}.html`;
 
@@ -28,15 +31,24 @@ async function tabTo(page, selector) {
 for (const style of STYLES) {
   const folder = siteFolder(layout, style);
   const home = addressOf(folder, '');
+  const start = FIRST_STOP[style] ?? LATER_STOP;
 
   test(`${layout} in ${style}: arrows, Home, End and Escape`, async () => {
     const page = await openPage(browser, home);
     await page.goto(addressOf(folder, 'index.html'));
     await page.keyboard.press('Home');
-    for (let i = 0; i < 3; ++i) await page.keyboard.press('ArrowRight');
+    for (let i = 0; i < start; ++i) {
+      // Some overviews have more than one page.
+      if (await page.evaluate(() => document.activeElement === [...document.querySelectorAll('.shot > div > a')].at(-1))) {
+        await page.goto(addressOf(folder, 'index1.html'));
+        await page.keyboard.press('Home');
+      } else {
+        await page.keyboard.press('ArrowRight');
+      }
+    }
     await press(page, 'Enter');
-    assert.equal(nameOf(page), pictureName(3));
-    for (let index = 4; index < ENTRIES; ++index) {
+    assert.equal(nameOf(page), pictureName(start));
+    for (let index = start + 1; index < ENTRIES; ++index) {
       await press(page, 'ArrowRight');
       assert.equal(nameOf(page), pictureName(index));
     }
@@ -61,9 +73,13 @@ for (const style of STYLES) {
   test(`${layout} in ${style}: the same without scripts, by Tab and Enter`, async () => {
     const page = await openPage(browser, home, { javaScriptEnabled: false });
     await page.goto(addressOf(folder, 'index.html'));
-    await tabTo(page, '.shot a[href="picture3.html"]');
+    if (!await page.locator(`[id="${pictureName(start)}"]`).count()) {
+      await tabTo(page, '.pages a[href="index1.html"]');
+      await press(page, 'Enter');
+    }
+    await tabTo(page, `.shot a[href="${pictureName(start)}"]`);
     await press(page, 'Enter');
-    for (let index = 4; index < ENTRIES; ++index) {
+    for (let index = start + 1; index < ENTRIES; ++index) {
       await tabTo(page, 'a[rel="next"]');
       await press(page, 'Enter');
       assert.equal(nameOf(page), pictureName(index));

@@ -140,3 +140,37 @@ TEST(Info, ShowsTheTreeAsText)
                                           "  1: Winter, layout Cards, style Paper, 1 pictures\n"));
     EXPECT_EQ(info.errors, QString());
 }
+
+TEST(New, FindsLayoutsAndStylesBesideTheProject)
+{
+    const CProgram program;
+    program.scratch.Write(QStringLiteral("trip/Templates/own.xml"),
+                          "<template name=\"Own\" folder=\"Own\"><page file=\"index.html\"/></template>");
+    program.scratch.Write(QStringLiteral("trip/Templates/Own/index.html"), "own page");
+    program.scratch.Write(QStringLiteral("trip/Styles/plain.xml"),
+                          "<style name=\"Plain\" folder=\"Plain\"/>");
+    const QString project = program.Path(QStringLiteral("trip/trip.gallery"));
+    const ProgramResult result = program.Run(
+        {QStringLiteral("new"), project, QStringLiteral("--layout=own"), QStringLiteral("--style=plain")});
+    EXPECT_EQ(result.exitCode, 0) << qPrintable(result.errors);
+    EXPECT_EQ(program.Run({QStringLiteral("info"), project}).output,
+              QStringLiteral("trip\n0: trip, layout Own, style Plain, 0 pictures\n"));
+}
+
+TEST(New, WithoutANameEveryGalleryTakesALayoutOfTheProgram)
+{
+    const CProgram program;
+    program.scratch.Write(QStringLiteral("trip/Templates/own.xml"),
+                          "<template name=\"Own\" folder=\"Own\"><page file=\"index.html\"/></template>");
+    program.scratch.Write(QStringLiteral("photos/Winter/w.jpg"), "x");
+    const QString project = program.Path(QStringLiteral("trip/trip.gallery"));
+    ASSERT_EQ(program
+                  .Run({QStringLiteral("new"), project, QStringLiteral("--tree"),
+                        program.Path(QStringLiteral("photos"))})
+                  .exitCode,
+              0);
+    EXPECT_EQ(program.Run({QStringLiteral("info"), project}).output,
+              QStringLiteral("trip\n"
+                             "0: trip, layout Cards, style Paper, 0 pictures\n"
+                             "  1: Winter, layout Cards, style Paper, 1 pictures\n"));
+}
