@@ -3,7 +3,7 @@ import assert from 'node:assert/strict';
 import fs from 'node:fs';
 import path from 'node:path';
 import test from 'node:test';
-import { LAYOUTS, STYLES, deepSiteFolder, filesBelow, sampleFolder, siteFolder } from './sites.mjs';
+import { LAYOUTS, STYLES, deepSiteFolder, emptySiteFolder, filesBelow, sampleFolder, siteFolder } from './sites.mjs';
 
 const pages = new Map();
 function read(file) {
@@ -55,8 +55,16 @@ for (const layout of LAYOUTS) {
     });
   }
 
+  test(`${layout} says of a gallery without pictures that it has none, and leads back`, () => {
+    const folder = emptySiteFolder(layout);
+    assert.deepEqual(brokenLinks(folder), []);
+    for (const name of ['index.html', 'picture.html']) assert.match(read(path.join(folder, name)).text, /There are no pictures in this gallery yet\./);
+    const links = new Set([...read(path.join(folder, 'picture.html')).text.matchAll(/<a\s[^>]*?href="([^"]*)"/g)].map((match) => match[1]));
+    assert.deepEqual([...links], ['index.html']);
+  });
+
   test(`${layout} writes no error text of the template language`, () => {
-    for (const folder of [siteFolder(layout, 'Paper'), deepSiteFolder(layout)]) {
+    for (const folder of [siteFolder(layout, 'Paper'), deepSiteFolder(layout), emptySiteFolder(layout)]) {
       for (const page of filesBelow(folder).filter((file) => file.endsWith('.html'))) assert.ok(!read(page).text.includes('ERROR:'), page);
     }
   });

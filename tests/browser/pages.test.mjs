@@ -5,7 +5,7 @@ import { createRequire } from 'node:module';
 import path from 'node:path';
 import test, { after, before } from 'node:test';
 import { launch, loadAllPictures, openPage } from './browser.mjs';
-import { STYLES, addressOf, siteFolder } from './sites.mjs';
+import { HARD_NAMES, STYLES, addressOf, deepSiteFolder, siteFolder } from './sites.mjs';
 
 const layout = process.env.VISTORAMA_LAYOUT;
 const axe = fs.readFileSync(createRequire(import.meta.url).resolve('axe-core/axe.min.js'), 'utf8');
@@ -112,5 +112,22 @@ test(`${layout}: printed, the words are black on white and no control shows`, as
     }));
     assert.deepEqual(look, { text: 'rgb(0, 0, 0)', ground: 'rgb(255, 255, 255)', controls: 0, pictures: true }, name);
   }
+  await page.context().close();
+});
+
+test(`${layout}: long and odd names break nothing`, async () => {
+  const folder = deepSiteFolder(layout);
+  const page = await openPage(browser, addressOf(folder, ''));
+  const ENTRIES = 2 + HARD_NAMES.length; // a gallery, a plain picture, the hard ones
+  for (const name of ['index.html', ...Array.from({ length: ENTRIES }, (_, index) => `picture${index || ''}.html`)]) {
+    await page.goto(addressOf(folder, name));
+    await loadAllPictures(page);
+    assert.ok(await page.evaluate(() => [...document.images].every((image) => image.naturalWidth > 0)), name);
+    for (const width of WIDTHS) {
+      await page.setViewportSize({ width, height: 400 });
+      assert.equal(await page.evaluate(() => document.documentElement.scrollWidth - document.documentElement.clientWidth), 0, `${name} at ${width} pixels`);
+    }
+  }
+  assert.deepEqual(page.troubles, []);
   await page.context().close();
 });

@@ -11,6 +11,8 @@ const { VISTORAMA_PROGRAM: program, VISTORAMA_DATA: data, VISTORAMA_SITES: root 
 
 export const LAYOUTS = ['mosaic', 'cards', 'filmstrip', 'slideshow', 'journal', 'portfolio'];
 export const STYLES = ['Paper', 'Ink', 'Gallery-wall', 'Film', 'Auto'];
+// Names that a person may give, and that a page has to bear.
+export const HARD_NAMES = ['Donaudampfschifffahrt'.repeat(9), "Tom & Jerry's 50% off #1 <b>best", 'She said "cheese"'];
 const DEPLOYED_STYLE = 'Paper';
 
 export const dataFolder = data;
@@ -20,6 +22,7 @@ export const siteFolder = (layout, style) => path.join(root, `${layout}-${style}
 export const sampleFolder = path.join(root, 'sample');
 // A tree three galleries deep, with more pictures than any overview holds on one page.
 export const deepSiteFolder = (layout) => path.join(root, `${layout}-deep`);
+export const emptySiteFolder = (layout) => path.join(root, `${layout}-empty`);
 export const addressOf = (folder, page) => `file://${path.join(folder, page).split(path.sep).map(encodeURIComponent).join('/')}`;
 
 export function filesBelow(folder) {
@@ -68,6 +71,7 @@ function makeDeepTree(folder) {
     for (let i = 0; i < count; ++i) fs.copyFileSync(pictures[i % pictures.length], path.join(folder, name, `Picture ${i + 1} of ${name.replaceAll('/', ' ') || 'all'}.jpg`));
   };
   fill('', 1);
+  HARD_NAMES.forEach((name, index) => fs.copyFileSync(pictures[index], path.join(folder, `${name}.jpg`)));
   fill('Valley', 27);
   fill('Valley/Farm', 2);
   fill('Valley/Farm/Barn', 1);
@@ -89,6 +93,9 @@ function makeSites() {
     const project = path.join(root, `${layout}-deep.gallery`);
     run('new', project, '--layout', layout, '--tree', path.join(root, 'tree'));
     run('deploy', project, deepSiteFolder(layout), '--quiet');
+    const empty = path.join(root, `${layout}-empty.gallery`);
+    run('new', empty, '--layout', layout);
+    run('deploy', empty, emptySiteFolder(layout), '--quiet');
   }
 }
 

@@ -88,6 +88,45 @@ TEST(Check, EachErrorIsNamedByFileLineAndText)
               QStringLiteral("Layouts with errors: 1 of 1."));
 }
 
+TEST(Check, PagesThatAreBentInOtherWaysAreAnsweredWithAText)
+{
+    const struct {
+        const char* page;
+        const char* expected; // the end of the first line; "" for nothing at all
+        int exitCode;
+    } rows[] = {
+        {"<%include file=\"index.html\"%>",
+         "is included more than 64 levels deep. Probably it includes itself.", 1},
+        {"<%include file=\".\"%><%picture id=\"a\" width=\"1\" height=\"1\" href=\"\"%>", "", 0},
+        {"<%picture id=\"\" width=\"\" height=\"\" href=\"\"%><%picture id=\"\" width=\"\" height=\"\" "
+         "href=\"\"%>",
+         "warning: The id '' is bound a second time: both places show the same picture.", 0},
+        {"<%picture id=\"<%=gallery%>\" width=\"1\" height=\"1\" href=\"\"%>",
+         "Invalid syntax of variable template section: gallery. Variable section syntax: "
+         "<%=object.variable_name%>.",
+         1},
+        {"a%>b<%nonsense%>",
+         "warning: The page is multipage and has no place for a picture, so that only one page is written.",
+         0},
+        {"\xff\xfe<%isvisible layout=\"\" \xc3\xbc=\"\" y=\"\"%>",
+         "warning: The attribute 'y' is unknown here and never read.", 0},
+        {"",
+         "warning: The page is multipage and has no place for a picture, so that only one page is written.",
+         0},
+    };
+    for (const auto& row : rows) {
+        CProgram program;
+        program.WriteLayout(row.page);
+        const ProgramResult result =
+            program.Run({QStringLiteral("check"), program.Path(QStringLiteral("data/Templates/own.xml"))});
+        EXPECT_EQ(result.exitCode, row.exitCode) << row.page;
+        EXPECT_FALSE(result.crashed) << row.page;
+        const QString line = result.output.section(QLatin1Char('\n'), 0, 0);
+        EXPECT_TRUE(*row.expected ? line.endsWith(QString::fromUtf8(row.expected)) : line.isEmpty())
+            << row.page << qPrintable(line);
+    }
+}
+
 TEST(Check, ADefinitionThatIsNoLayoutIsNamedWithItsLine)
 {
     const CProgram program;
