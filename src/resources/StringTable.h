@@ -87,11 +87,11 @@ enum class StringId : int {
     LayoutsHaveErrors,
     BadLayoutsOfAll,
     CorrectNamedLines,
+    WatermarkNotReadable,
+    ChooseAnotherWatermark,
     AttributeNeverRead,
     IdBoundTwice,
     NoPlaceForPictures,
-    WatermarkNotReadable,
-    ChooseAnotherWatermark,
 
     // FTP: words for a status.
     InvalidNameTitle = 20500,
