@@ -21,6 +21,18 @@ install_packages() {
     "${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends "${missing[@]}" >&2
 }
 
+# Brings the packages of tests/browser/package-lock.json, and Node itself if the machine has none.
+install_node_packages() {
+    if ! command -v node >/dev/null || ! command -v npm >/dev/null; then
+        install_packages packaging/node-packages.txt
+    fi
+    local folder=tests/browser
+    if ! cmp -s "$folder/package-lock.json" "$folder/node_modules/.installed-lock.json"; then
+        (cd "$folder" && npm ci --no-audit --no-fund >&2)
+        cp "$folder/package-lock.json" "$folder/node_modules/.installed-lock.json"
+    fi
+}
+
 # Configures once and builds what has changed, under the named preset. Speaks only while there is work to do.
 build() {
     local preset=$1

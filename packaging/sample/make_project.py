@@ -8,8 +8,9 @@ SAMPLE = pathlib.Path(__file__).resolve().parents[2] / "data" / "sample"
 # A picture that is not found under its path is looked for by its name, beside the project and one folder
 # below. So the folder named here need not exist.
 ROOT = "/sample"
-TEMPLATE, PAGE = "/sample/templates/classic.xml", "index.html"
-PAPER, INK = "/sample/styles/paper.xml", "/sample/styles/ink.xml"
+PAGE = "index.html"
+PORTFOLIO, MOSAIC, JOURNAL = (f"/sample/templates/{name}.xml" for name in ("portfolio", "mosaic", "journal"))
+PAPER, INK, WALL, FILM = (f"/sample/styles/{name}.xml" for name in ("paper", "ink", "gallery-wall", "film"))
 STRING = "8"
 # Laid over the large pictures, in black or white by what lies below.
 SIGNATURE, LARGE, BOTTOM_RIGHT = "© Vistorama sample", 2, 10
@@ -20,6 +21,7 @@ GALLERIES = [
         "description": "Hills, weather and small things found on the way. Three galleries lie on top; "
                        "the single pictures follow.",
         "folder": "",
+        "layout": PORTFOLIO,
         "style": PAPER,
         "children": [1, 2, 3],
         "pictures": [
@@ -41,7 +43,8 @@ GALLERIES = [
         "name": "Mountains",
         "description": "From the first snow to the last light on the ridge.",
         "folder": "Mountains/",
-        "style": PAPER,
+        "layout": MOSAIC,
+        "style": FILM,
         "children": [],
         "pictures": [
             ("Above the Clouds.jpg", "Above the Clouds", "Only the summits are left of the country."),
@@ -57,7 +60,8 @@ GALLERIES = [
         "name": "By the Water",
         "description": "Lakes, tides and the open sea.",
         "folder": "By the Water/",
-        "style": PAPER,
+        "layout": JOURNAL,
+        "style": WALL,
         "children": [],
         "pictures": [
             ("Mirror Lake.jpg", "Mirror Lake", "Before the wind wakes up."),
@@ -72,6 +76,7 @@ GALLERIES = [
         "name": "Night",
         "description": "What the eye gets used to after twenty minutes in the dark.",
         "folder": "Night/",
+        "layout": MOSAIC,
         "style": INK,
         "children": [],
         "pictures": [
@@ -120,7 +125,7 @@ def gallery(index, data):
     texts = {"name": data["name"], "title": data["name"], "description": data["description"]}
     return element(
         "gallery", {"index": index},
-        element("style", {"template": TEMPLATE, "template_page": PAGE, "css": data["style"]}),
+        element("style", {"template": data["layout"], "template_page": PAGE, "css": data["style"]}),
         element("picture_list", {}, *entries),
         variables("project_variable", texts),
         stamps(),

@@ -2,6 +2,7 @@
 
 #include <QStringList>
 
-// "check": parses the pages of layout definitions and prints "FILE:LINE: TEXT" for each error. Answers
-// ExitFailed if there was any; throws CWrongUse.
+// "check": parses the pages of layout definitions with the files that they include and prints
+// "FILE:LINE: TEXT" for each error and "FILE:LINE: warning: TEXT" for what is hardly meant. Answers
+// ExitFailed if there was an error; throws CWrongUse.
 int RunCheck(const QStringList& arguments);

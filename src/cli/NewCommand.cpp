@@ -52,6 +52,10 @@ public:
     CProjectBuilder(CGalleryProject& project, const CommandArguments& arguments)
         : project(project), stamps(arguments)
     {
+        // Without a name the root has what a new project has, and its children follow it.
+        const CGalleryLayout& first = project.FindGallery(project.GetRootGalleryIndex())->GetLayout();
+        layout = first.GetTemplateKey();
+        style = first.GetStyleKey();
         if (arguments.Has(QStringLiteral("layout"))) {
             layout = FindByName(project.GetCatalogue().GetTemplates(),
                                 arguments.Get(QStringLiteral("layout")), StringId::NoSuchLayout);
@@ -67,8 +71,8 @@ public:
         CGallery& gallery = *project.FindGallery(index);
         // Chosen once by hand even if it stays the same: it sets the page that links from other galleries
         // name.
-        gallery.SetTemplate(layout.isEmpty() ? gallery.GetLayout().GetTemplateKey() : layout);
-        gallery.SetStyle(style.isEmpty() ? gallery.GetLayout().GetStyleKey() : style);
+        gallery.SetTemplate(layout);
+        gallery.SetStyle(style);
         stamps.ApplyTo(gallery);
         return gallery;
     }
@@ -131,6 +135,8 @@ int RunNew(const QStringList& arguments)
     CProjectSession session;
     CGalleryProject& project = session.GetProject();
     project.New();
+    project.LoadTemplates(path); // those that lie beside the new project
+    project.LoadStyles(path);
     CProjectBuilder builder(project, parsed);
     CGallery& root = builder.PrepareGallery(project.GetRootGalleryIndex());
     if (parsed.Has(QStringLiteral("tree"))) {

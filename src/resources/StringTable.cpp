@@ -282,6 +282,13 @@ const char* FindText(StringId id)
         return "The watermark %s can't be used.";
     case StringId::ChooseAnotherWatermark:
         return "Please choose another picture for the watermark.";
+    case StringId::AttributeNeverRead:
+        return "warning: The attribute '%hs' is unknown here and never read.";
+    case StringId::IdBoundTwice:
+        return "warning: The id '%s' is bound a second time: both places show the same picture.";
+    case StringId::NoPlaceForPictures:
+        return "warning: The page is multipage and has no place for a picture, so that only one page is "
+               "written.";
     }
     return "";
 }

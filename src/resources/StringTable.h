@@ -89,6 +89,9 @@ enum class StringId : int {
     CorrectNamedLines,
     WatermarkNotReadable,
     ChooseAnotherWatermark,
+    AttributeNeverRead,
+    IdBoundTwice,
+    NoPlaceForPictures,
 
     // FTP: words for a status.
     InvalidNameTitle = 20500,

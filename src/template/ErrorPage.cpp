@@ -82,8 +82,13 @@ std::string BuildErrorPage(const CTemplateParsingException& error, const QString
     return result;
 }
 
-int GetErrorLine(const CTemplateParsingException& error, const QString& pageFile)
+int GetPageLine(uint64_t position, const QString& pageFile)
 {
     const std::string page = ReadPage(pageFile);
-    return LineBehind(PageRuns(page, error).first);
+    return LineBehind(std::string_view(page).substr(0, std::min<uint64_t>(position, page.size())));
+}
+
+int GetErrorLine(const CTemplateParsingException& error, const QString& pageFile)
+{
+    return GetPageLine(error.errorStart, pageFile);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include <QString>
@@ -11,6 +12,9 @@
 
 // A whole page, to be shown in place of the preview. It isn't parsed: its own elements stay as they stand.
 std::string BuildErrorPage(const CTemplateParsingException& error, const QString& pageFile);
+
+// The line, from 1, of a position in a page file.
+int GetPageLine(uint64_t position, const QString& pageFile);
 
 // The line, from 1, on which the failing section's body begins; 1 for an error at evaluation.
 int GetErrorLine(const CTemplateParsingException& error, const QString& pageFile);

@@ -29,9 +29,11 @@ std::string CTemplateSection::GenerateToString(CImageIterator& iterator, CConten
 
 void CTemplateSection::Parse(std::istream& stream)
 {
-    const uint64_t bodyStart = GetPagePosition(stream);
+    bodyStart = GetPagePosition(stream);
     try {
-        ParseBody(stream);
+        if (ParseBody(stream) && depth.observer) {
+            TellObserver(*depth.observer);
+        }
     } catch (CTemplateParsingException& error) {
         // The innermost section that sees the error marks it; the sections around it leave the mark alone.
         if (error.errorStart == 0 && error.errorEnd == 0) {
@@ -42,7 +44,7 @@ void CTemplateSection::Parse(std::istream& stream)
     }
 }
 
-void CTemplateSection::ParseBody(std::istream& stream)
+bool CTemplateSection::ParseBody(std::istream& stream)
 {
     std::string text;
     text.reserve(UsualTextLength);
@@ -58,13 +60,13 @@ void CTemplateSection::ParseBody(std::istream& stream)
         const std::optional<char> byte = ReadPageByte(stream);
         if (!byte) {
             OnEndOfFile(text.data(), text.size());
-            return;
+            return false;
         }
         text += *byte;
         if (text.ends_with("%>")) {
             addTextBeforeDelimiter();
             OnClosingBracket();
-            return;
+            return true;
         }
         if (text.ends_with("<%")) {
             addTextBeforeDelimiter();
@@ -72,6 +74,7 @@ void CTemplateSection::ParseBody(std::istream& stream)
             ParseChild(stream);
         }
     }
+    return false;
 }
 
 void CTemplateSection::ParseChild(std::istream& stream)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <istream>
 #include <memory>
 #include <ostream>
@@ -8,13 +9,15 @@
 
 class CContentGenerator;
 class CImageIterator;
+class CTemplateObserver;
 
-// How deep a section stands. Handed down while a page is parsed, so that no page can exhaust the stack
-// or repeat itself for ever.
+// Where a section stands. Handed down while a page is parsed, so that no page can exhaust the stack or repeat
+// itself for ever.
 struct TemplateDepth {
     int elements = 0; // elements around the section, those of the including files counted
     int includes = 0; // files that include, one through the other, the file that the section stands in
     int loops = 0;    // loops around what the section holds, those of the including files counted
+    CTemplateObserver* observer = nullptr; // of the whole page; null for none
 };
 
 // A node of a parsed page. A tree is built by one Parse, bound any number of times and generated any number
@@ -50,9 +53,14 @@ public:
     virtual void SetDepth(const TemplateDepth& newDepth) { depth = newDepth; }
 
 protected:
+    // Tells of what stands in the section and is never looked at. Its closing "%>" has been read.
+    virtual void TellObserver(CTemplateObserver&) const {}
+
     TemplateDepth depth;
+    uint64_t bodyStart = 0; // offset of the body in its file
 
 private:
-    void ParseBody(std::istream& stream);
+    // False if the input ended before the section's closing "%>".
+    bool ParseBody(std::istream& stream);
     void ParseChild(std::istream& stream);
 };

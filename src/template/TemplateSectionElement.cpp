@@ -1,6 +1,7 @@
 #include "template/TemplateSectionElement.h"
 
 #include "template/TemplateErrors.h"
+#include "template/TemplateObserver.h"
 
 void CTemplateSectionElement::Clear()
 {
@@ -29,6 +30,13 @@ void CTemplateSectionElement::AddSection(const char*, std::unique_ptr<CTemplateS
 void CTemplateSectionElement::OnEndOfFile(const char*, size_t)
 {
     throw NoClosingBracketError();
+}
+
+void CTemplateSectionElement::TellObserver(CTemplateObserver& observer) const
+{
+    for (const auto& [name, value] : attributes) {
+        observer.OnAttributeKept(name, bodyStart);
+    }
 }
 
 CTemplateSectionElement::Attribute CTemplateSectionElement::TakeAttribute(const char* name, Presence presence)

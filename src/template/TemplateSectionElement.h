@@ -16,6 +16,8 @@ public:
     void OnEndOfFile(const char* text, size_t length) override;
 
 protected:
+    void TellObserver(CTemplateObserver& observer) const override;
+
     // Null for an optional attribute that was not given, and for all attributes of an element whose closing
     // bracket was never reached.
     using Attribute = std::unique_ptr<CTemplateSection>;

@@ -6,6 +6,7 @@
 #include "template/ImageIterator.h"
 #include "template/PageStream.h"
 #include "template/TemplateErrors.h"
+#include "template/TemplateObserver.h"
 
 namespace {
 
@@ -63,8 +64,14 @@ void CTemplateSectionInclude::Load(CImageIterator& iterator, CContentGenerator& 
         throw IncludeTooDeepError(path, MaxDepth);
     }
     std::ifstream stream = OpenPageFile(path);
+    if (depth.observer) {
+        depth.observer->OnIncludeBegin(path);
+    }
     ParseContent(stream);
     content.Bind(iterator, generator);
+    if (depth.observer) {
+        depth.observer->OnIncludeEnd();
+    }
 }
 
 void CTemplateSectionInclude::ParseContent(std::istream& stream)

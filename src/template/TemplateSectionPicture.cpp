@@ -3,6 +3,7 @@
 #include "common/Text.h"
 #include "template/ContentGenerator.h"
 #include "template/ImageIterator.h"
+#include "template/TemplateObserver.h"
 
 void CTemplateSectionPicture::OnClosingBracket()
 {
@@ -34,6 +35,9 @@ void CTemplateSectionPicture::Bind(CImageIterator& iterator, CContentGenerator& 
         return; // the page ended inside the element: it takes no place among the page's pictures
     }
     const QString boundId = Widen(Evaluate(id, iterator, generator));
+    if (depth.observer) {
+        depth.observer->OnPictureBound(boundId, bodyStart);
+    }
     if (!imageReference) {
         iterator.BindPicture(boundId);
         return;

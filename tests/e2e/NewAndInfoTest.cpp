@@ -76,11 +76,11 @@ TEST(New, TheLayoutAndTheStyleAreChosenByNameForAllGalleries)
     program.scratch.Write(QStringLiteral("tree/a/x.jpg"), "x");
     const QString project = program.Path(QStringLiteral("trip.gallery"));
     const ProgramResult result = program.Run(
-        {QStringLiteral("new"), project, QStringLiteral("--layout=classic"), QStringLiteral("--style"),
+        {QStringLiteral("new"), project, QStringLiteral("--layout=mosaic"), QStringLiteral("--style"),
          QStringLiteral("INK"), QStringLiteral("--tree"), program.Path(QStringLiteral("tree"))});
     EXPECT_EQ(result.exitCode, 0) << qPrintable(result.errors);
     for (const QJsonValue& gallery : InfoOf(program, project)[QStringLiteral("galleries")].toArray()) {
-        EXPECT_EQ(gallery.toObject()[QStringLiteral("layout")].toString(), QStringLiteral("Classic"));
+        EXPECT_EQ(gallery.toObject()[QStringLiteral("layout")].toString(), QStringLiteral("Mosaic"));
         EXPECT_EQ(gallery.toObject()[QStringLiteral("style")].toString(), QStringLiteral("Ink"));
     }
 }
@@ -136,7 +136,41 @@ TEST(Info, ShowsTheTreeAsText)
         {QStringLiteral("new"), project, QStringLiteral("--tree"), program.Path(QStringLiteral("tree"))});
     const ProgramResult info = program.Run({QStringLiteral("info"), project});
     EXPECT_EQ(info.output, QStringLiteral("trip\n"
-                                          "0: trip, layout Classic, style Paper, 0 pictures\n"
-                                          "  1: Winter, layout Classic, style Paper, 1 pictures\n"));
+                                          "0: trip, layout Cards, style Paper, 0 pictures\n"
+                                          "  1: Winter, layout Cards, style Paper, 1 pictures\n"));
     EXPECT_EQ(info.errors, QString());
+}
+
+TEST(New, FindsLayoutsAndStylesBesideTheProject)
+{
+    const CProgram program;
+    program.scratch.Write(QStringLiteral("trip/Templates/own.xml"),
+                          "<template name=\"Own\" folder=\"Own\"><page file=\"index.html\"/></template>");
+    program.scratch.Write(QStringLiteral("trip/Templates/Own/index.html"), "own page");
+    program.scratch.Write(QStringLiteral("trip/Styles/plain.xml"),
+                          "<style name=\"Plain\" folder=\"Plain\"/>");
+    const QString project = program.Path(QStringLiteral("trip/trip.gallery"));
+    const ProgramResult result = program.Run(
+        {QStringLiteral("new"), project, QStringLiteral("--layout=own"), QStringLiteral("--style=plain")});
+    EXPECT_EQ(result.exitCode, 0) << qPrintable(result.errors);
+    EXPECT_EQ(program.Run({QStringLiteral("info"), project}).output,
+              QStringLiteral("trip\n0: trip, layout Own, style Plain, 0 pictures\n"));
+}
+
+TEST(New, WithoutANameEveryGalleryTakesALayoutOfTheProgram)
+{
+    const CProgram program;
+    program.scratch.Write(QStringLiteral("trip/Templates/own.xml"),
+                          "<template name=\"Own\" folder=\"Own\"><page file=\"index.html\"/></template>");
+    program.scratch.Write(QStringLiteral("photos/Winter/w.jpg"), "x");
+    const QString project = program.Path(QStringLiteral("trip/trip.gallery"));
+    ASSERT_EQ(program
+                  .Run({QStringLiteral("new"), project, QStringLiteral("--tree"),
+                        program.Path(QStringLiteral("photos"))})
+                  .exitCode,
+              0);
+    EXPECT_EQ(program.Run({QStringLiteral("info"), project}).output,
+              QStringLiteral("trip\n"
+                             "0: trip, layout Cards, style Paper, 0 pictures\n"
+                             "  1: Winter, layout Cards, style Paper, 1 pictures\n"));
 }
