@@ -11,7 +11,9 @@ TEST(CommandLine, WrongUseSaysWhyShowsTheUsageAndAnswersTwo)
     } rows[] = {
         {{}, "A command is missing."},
         {{QStringLiteral("publish")}, "There is no command 'publish'."},
-        {{QStringLiteral("deploy"), QStringLiteral("a.gallery")}, "Something is missing."},
+        {{QStringLiteral("deploy")}, "Something is missing."},
+        {{QStringLiteral("deploy"), QStringLiteral("a.gallery")},
+         "'deploy' needs one target: a folder, an FTP address or --to with the name of a destination."},
         {{QStringLiteral("deploy"), QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")},
          "There is no use for 'c'."},
         {{QStringLiteral("deploy"), QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("--loud")},
