@@ -34,9 +34,10 @@ public:
         QByteArray page = "<html><head><%pageheader %></head><body><h1><%=gallery.name%></h1>";
         for (int i = 0; i < 12; ++i) {
             const QByteArray id = "p" + QByteArray::number(i);
-            page += "<%if property=\"" + id + ".file_name\"%><%picture id=\"" + id +
-                    "\" width=\"160\" height=\"120\" href=\"" + id +
-                    ".#index.html\"%><%textspan property=\"" + id + ".title\" default=\"Title\"%><%endif%>";
+            page += "<%if <%=" + id + ".file_name%><%picture id=\"" + id +
+                    "\" width=\"160\" height=\"120\" href=\"<%=" + id +
+                    ".#index.html%>\"%><%textspan name=\"Title\" property=\"" + id +
+                    ".title\" default=\"Title\"%>%>";
         }
         WriteFileAtomically(Path("Templates/One/index.html"), page + "</body></html>");
         project = std::make_unique<CGalleryProject>(CProjectEnvironment{.programFolder = Path(""),

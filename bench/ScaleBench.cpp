@@ -54,17 +54,20 @@ public:
             Path(QStringLiteral("Templates/one.xml")),
             "<template name=\"One\" folder=\"One\"><page file=\"index.html\" multipage=\"1\"/>"
             "<page file=\"picture.html\" multipage=\"1\"/></template>");
-        QByteArray index = "<html><head><%pageheader %></head><body><%textspan property=\"gallery.title\" "
-                           "default=\"Title\"%>";
+        QByteArray index =
+            "<html><head><%pageheader %></head><body><%textspan name=\"Title\" property=\"gallery.title\" "
+            "default=\"Title\"%>";
         for (int i = 0; i < 12; ++i) {
             const QByteArray id = "p" + QByteArray::number(i);
-            index += "<%picture id=\"" + id + "\" width=\"160\" height=\"120\" href=\"#picture.html\"%>";
+            index += "<%picture id=\"" + id + "\" width=\"160\" height=\"120\" href=\"<%=" + id +
+                     ".#picture.html%>\"%>";
         }
         WriteFileAtomically(Path(QStringLiteral("Templates/One/index.html")), index + "</body></html>");
-        WriteFileAtomically(Path(QStringLiteral("Templates/One/picture.html")),
-                            "<html><head><%pageheader %></head><body><%picture id=\"p\" width=\"800\" "
-                            "height=\"600\" href=\"#index.html\"%><%textspan property=\"p.title\" "
-                            "default=\"Title\"%></body></html>");
+        WriteFileAtomically(
+            Path(QStringLiteral("Templates/One/picture.html")),
+            "<html><head><%pageheader %></head><body><%picture id=\"p\" width=\"800\" "
+            "height=\"600\" href=\"index.html\"%><%textspan name=\"Title\" property=\"p.title\" "
+            "default=\"Title\"%></body></html>");
         Make();
         project->New();
         AddPictures(pictures);
