@@ -48,12 +48,18 @@ const char* FindText(StringId id)
         return "ERROR:Invalid template variable syntax. Object name was not specified.";
     case StringId::InvalidObjectName:
         return "ERROR:Invalid object name: %s.";
+    case StringId::SelectPictureFolder:
+        return "Select picture folder...";
     case StringId::InvalidPageFileName:
         return "Invalid template page file name '%s'. The name of a page needs an extension.";
     case StringId::EncoderNotFound:
         return "Could not find encoder for '%s'.";
     case StringId::ImageNotSaved:
         return "Could not save image to '%s'.";
+    case StringId::DefaultProjectName:
+        return "My Vistorama";
+    case StringId::GalleryExists:
+        return "Gallery with name '%s' already exists.\n Please change the new gallery name.";
     case StringId::FileNotCreated:
         return "The system could not create a new file %s.";
     case StringId::FileNameInvalid:
@@ -64,6 +70,24 @@ const char* FindText(StringId id)
         return "Required template kind %s was not find.";
     case StringId::UnexpectedErrorCaption:
         return "Unexpected error occured.";
+    case StringId::SmallPictures:
+        return "Small pictures (<200x200 pixels)";
+    case StringId::MiddlePictures:
+        return "Mid-size pictures (200x200<600x600)";
+    case StringId::LargePictures:
+        return "Large pictures (>600x600)";
+    case StringId::ConnectionSucceeded:
+        return "Connection succeed.\r\n\r\n";
+    case StringId::ConnectionFailed:
+        return "Connection failed. See below\r\n\r\n";
+    case StringId::GettingFolders:
+        return "Getting folders";
+    case StringId::Folders:
+        return "Folders";
+    case StringId::FolderAbove:
+        return "..";
+    case StringId::NewFolder:
+        return "New";
     case StringId::FileNotCopied:
         return "Could not copy file %s to %s.";
     case StringId::DirectoryNotCreated:
@@ -277,6 +301,13 @@ const char* FindText(StringId id)
         return "The watermark %s can't be used.";
     case StringId::ChooseAnotherWatermark:
         return "Please choose another picture for the watermark.";
+
+    case StringId::ChangedInEachPage:
+        return "Note: This text will be changed in each gallery page";
+    case StringId::ElementsVisibilityTitle:
+        return "Change page elements visibility";
+    case StringId::NewGalleryTitle:
+        return "New pictures gallery";
     }
     return "";
 }

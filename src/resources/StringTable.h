@@ -28,14 +28,26 @@ enum class StringId : int {
     TemplateElementNotFound = 149,
     ObjectNameMissing = 152,
     InvalidObjectName = 153,
+    SelectPictureFolder = 161,
     InvalidPageFileName = 165,
     EncoderNotFound = 168,
     ImageNotSaved = 169,
+    DefaultProjectName = 173,
+    GalleryExists = 178,
     FileNotCreated = 185,
     FileNameInvalid = 186,
     CheckFolderAndFileName = 187,
     TemplateKindNotFound = 220,
     UnexpectedErrorCaption = 222,
+    SmallPictures = 232,
+    MiddlePictures = 233,
+    LargePictures = 234,
+    ConnectionSucceeded = 12288,
+    ConnectionFailed = 12289,
+    GettingFolders = 12290,
+    Folders = 12291,
+    FolderAbove = 12292,
+    NewFolder = 12295,
     FileNotCopied = 12545,
     DirectoryNotCreated = 12546,
     ReadOnlyNotCleared = 12547,
@@ -145,6 +157,11 @@ enum class StringId : int {
     KeyFileUnfit,
     CorrectUserKeyFile,
     CorrectMachineKeyFile,
+
+    // Dialogs.
+    ChangedInEachPage = 21000,
+    ElementsVisibilityTitle,
+    NewGalleryTitle,
 };
 
 // The text as it stands, its "%" included.
