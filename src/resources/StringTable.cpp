@@ -5,6 +5,29 @@ namespace {
 const char* FindText(StringId id)
 {
     switch (id) {
+    case StringId::StyleLabel:
+        return " Style: ";
+    case StringId::LayoutLabel:
+        return " Layout: ";
+    case StringId::EditReference:
+        return "Edit hypertext reference URL and text";
+    case StringId::MoveUp:
+        return "Move up";
+    case StringId::MoveDown:
+        return "Move down";
+    case StringId::RotateCounterClockwise:
+        return "Rotate counter-clockwise";
+    case StringId::Delete:
+        return "Delete";
+    case StringId::EditText:
+        return "Edit text";
+    case StringId::AddPicture:
+        return "Add picture";
+    case StringId::AddAllPictures:
+        return "Add all pictures";
+    case StringId::RotateClockwise:
+        return "Rotate clockwise";
+
     case StringId::UnexpectedErrorAdvice:
         return "Please send detailed information to customer support service.";
     case StringId::TemplateErrorCaption:

@@ -5,6 +5,19 @@
 // The texts that people see. The number of a text is a stable id; numbers from 20000 on are the texts that
 // were added later.
 enum class StringId : int {
+    // Views: labels, and the tips of their buttons.
+    StyleLabel = 129,
+    LayoutLabel = 130,
+    EditReference = 132,
+    MoveUp = 154,
+    MoveDown = 155,
+    RotateCounterClockwise = 156,
+    Delete = 157,
+    EditText = 159,
+    AddPicture = 164,
+    AddAllPictures = 170,
+    RotateClockwise = 180,
+
     UnexpectedErrorAdvice = 135,
     TemplateErrorCaption = 136,
     TemplateErrorAdvice = 137,
