@@ -6,6 +6,7 @@
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QPalette>
+#include <QStyle>
 #include <QStyleFactory>
 
 #include "shell/frame/MainFrameSettings.h"
@@ -16,8 +17,8 @@ QPalette DarkPalette()
 {
     const QColor window(0x2b, 0x2d, 0x31);
     const QColor text(0xe6, 0xe8, 0xeb);
-    QPalette palette(text, window, QColor(0x50, 0x53, 0x5a), QColor(0x1a, 0x1b, 0x1e), QColor(0x3a, 0x3d, 0x42),
-                     text, QColor(0x1f, 0x21, 0x24));
+    QPalette palette(text, window, QColor(0x50, 0x53, 0x5a), QColor(0x1a, 0x1b, 0x1e),
+                     QColor(0x3a, 0x3d, 0x42), text, QColor(0x1f, 0x21, 0x24));
     palette.setColor(QPalette::Button, QColor(0x3a, 0x3d, 0x42));
     palette.setColor(QPalette::AlternateBase, QColor(0x26, 0x28, 0x2b));
     palette.setColor(QPalette::ToolTipBase, QColor(0x3a, 0x3d, 0x42));
@@ -63,8 +64,7 @@ bool IsDark(const QPalette& palette)
 
 void ApplyColourScheme(CSettingsStore& settings)
 {
-    const QString scheme =
-        CMainFrame::CRegistrySettings(settings).GetString(QStringLiteral("ColourScheme"));
+    const QString scheme = CMainFrame::CRegistrySettings(settings).GetString(QStringLiteral("ColourScheme"));
     const bool isDark = IsDark(QApplication::palette());
     const bool wantsDark = scheme == QStringLiteral("dark") ||
                            (scheme != QStringLiteral("light") && (isDark || DesktopPrefersDark()));

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include <QKeySequence>
+#include <QList>
 
 #include "resources/StringTable.h"
 #include "shell/frame/CommandIds.h"
@@ -10,6 +11,7 @@
 // One command of the frame as a person meets it.
 struct CommandRow {
     CommandId id;
+    const char* name; // of the action's object
     const char* icon; // name for LoadIcon
     StringId text;    // with "&" before the letter of the keyboard
     StringId tip;     // what it does, in one sentence

@@ -40,8 +40,7 @@ CDlgAbout::CDlgAbout(QWidget* parent) : QDialog(parent)
     icon->setPixmap(LoadProgramIcon().pixmap(QSize(128, 128), devicePixelRatioF()));
     icon->setAccessibleName(Text(StringId::ProgramName));
 
-    QLabel* const version =
-        MakeText(Text(StringId::AboutVersion, QStringLiteral(VISTORAMA_VERSION)), this);
+    QLabel* const version = MakeText(Text(StringId::AboutVersion, QStringLiteral(VISTORAMA_VERSION)), this);
     version->setObjectName(QStringLiteral("version"));
     version->setForegroundRole(QPalette::PlaceholderText);
 

@@ -10,3 +10,7 @@ void ShowFailure(const CExceptionBase& failure, QWidget* parent);
 
 // The three texts of a failure that nobody has handled.
 QString LastResortText(const CExceptionBase& failure);
+
+// What a person chose for a project that could not be saved while the window closes.
+enum class UnsavedChoice { SaveElsewhere, CloseAnyway, Stay };
+UnsavedChoice AskAboutUnsaved(const CExceptionBase& failure, QWidget* parent);

@@ -82,9 +82,9 @@ private:
     QByteArray Coloured(const QColor& colour) const
     {
         QByteArray coloured = drawing;
-        return coloured.replace("stroke=\"#000\"",
-                                "stroke=\"" + colour.name().toLatin1() + "\" stroke-opacity=\"" +
-                                    QByteArray::number(colour.alphaF(), 'f', 3) + '"');
+        return coloured.replace("stroke=\"#000\"", "stroke=\"" + colour.name().toLatin1() +
+                                                       "\" stroke-opacity=\"" +
+                                                       QByteArray::number(colour.alphaF(), 'f', 3) + '"');
     }
 
     const QString name;

@@ -16,8 +16,8 @@ struct StandardCommand {
 };
 
 constexpr StandardCommand Commands[] = {
-    {CommandId::Undo, QWebEnginePage::Undo, "undo"},    {CommandId::Cut, QWebEnginePage::Cut, "cut"},
-    {CommandId::Copy, QWebEnginePage::Copy, "copy"},    {CommandId::Paste, QWebEnginePage::Paste, "paste"},
+    {CommandId::Undo, QWebEnginePage::Undo, "undo"},     {CommandId::Cut, QWebEnginePage::Cut, "cut"},
+    {CommandId::Copy, QWebEnginePage::Copy, "copy"},     {CommandId::Paste, QWebEnginePage::Paste, "paste"},
     {CommandId::Clear, QWebEnginePage::NoWebAction, ""},
 };
 
@@ -39,8 +39,8 @@ void PrintPage(QWebEngineView& view)
     auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
     QPrintDialog dialog(printer.get(), &view);
     if (dialog.exec() == QDialog::Accepted) {
-        QObject::connect(&view, &QWebEngineView::printFinished, &view, [printer](bool) {},
-                         Qt::SingleShotConnection);
+        QObject::connect(
+            &view, &QWebEngineView::printFinished, &view, [printer](bool) {}, Qt::SingleShotConnection);
         view.print(printer.get());
     }
 }
@@ -62,8 +62,8 @@ void PerformStandardCommand(CommandId command, QWidget* focus)
         }
         if (view != nullptr) {
             view->triggerPageAction(row.pageAction);
-        } else if (focus != nullptr && focus->metaObject()->indexOfSlot(
-                                           (QByteArray(row.slot) + "()").constData()) >= 0) {
+        } else if (focus != nullptr &&
+                   focus->metaObject()->indexOfSlot((QByteArray(row.slot) + "()").constData()) >= 0) {
             QMetaObject::invokeMethod(focus, row.slot);
         }
     }
