@@ -285,6 +285,25 @@ const char* FindText(StringId id)
         return "Change page elements visibility";
     case StringId::NewGalleryTitle:
         return "New pictures gallery";
+    case StringId::WatermarkTitle:
+        return "Image watermark";
+    case StringId::ChooseWatermark:
+        return "Choose a watermark picture";
+    case StringId::PictureFilesFilter:
+        return "Pictures (*.png *.jpg *.jpeg *.gif *.bmp *.pcx *.PNG *.JPG *.JPEG *.GIF *.BMP *.PCX);;All files "
+               "(*)";
+    case StringId::SignatureTitle:
+        return "Image signature";
+    case StringId::ChooseFont:
+        return "Choose a font";
+    case StringId::ChooseColour:
+        return "Choose a colour";
+    case StringId::FontWithSize:
+        return "%s, %d";
+    case StringId::AdvertisementsTitle:
+        return "Advertisement blocks";
+    case StringId::NoAdvertisementSections:
+        return "The layout of this page has no advertisement blocks.";
     }
     return "";
 }

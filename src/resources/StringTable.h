@@ -149,6 +149,15 @@ enum class StringId : int {
     ChangedInEachPage = 21000,
     ElementsVisibilityTitle,
     NewGalleryTitle,
+    WatermarkTitle,
+    ChooseWatermark,
+    PictureFilesFilter,
+    SignatureTitle,
+    ChooseFont,
+    ChooseColour,
+    FontWithSize,
+    AdvertisementsTitle,
+    NoAdvertisementSections,
 };
 
 // The text as it stands, its "%" included.
