@@ -46,7 +46,7 @@ void CLimitedTextEdit::keyPressEvent(QKeyEvent* event)
 
 void CLimitedTextEdit::inputMethodEvent(QInputMethodEvent* event)
 {
-    QInputMethodEvent fitting(*event);
+    QInputMethodEvent fitting(event->preeditString(), event->attributes());
     fitting.setCommitString(CutToLength(event->commitString(), GetRoom()), event->replacementStart(),
                             event->replacementLength());
     QPlainTextEdit::inputMethodEvent(&fitting);
