@@ -307,13 +307,6 @@ const char* FindText(StringId id)
     case StringId::ChooseAnotherWatermark:
         return "Please choose another picture for the watermark.";
 
-    case StringId::ChangedInEachPage:
-        return "Note: This text will be changed in each gallery page";
-    case StringId::ElementsVisibilityTitle:
-        return "Change page elements visibility";
-    case StringId::NewGalleryTitle:
-        return "New pictures gallery";
-
     case StringId::FileMenu:
         return "&File";
     case StringId::GalleryMenu:
@@ -433,6 +426,33 @@ const char* FindText(StringId id)
                "you want to change, and deploy the site to a folder or to a server.";
     case StringId::AboutMadeWith:
         return "Made with Qt %s and Qt WebEngine, libvips, Cairo, Pango, pugixml and libsodium.";
+
+    case StringId::ChangedInEachPage:
+        return "Note: This text will be changed in each gallery page";
+    case StringId::ElementsVisibilityTitle:
+        return "Change page elements visibility";
+    case StringId::NewGalleryTitle:
+        return "New pictures gallery";
+    case StringId::WatermarkTitle:
+        return "Image watermark";
+    case StringId::ChooseWatermark:
+        return "Choose a watermark picture";
+    case StringId::PictureFilesFilter:
+        return "Pictures (*.png *.jpg *.jpeg *.gif *.bmp *.pcx *.PNG *.JPG *.JPEG *.GIF *.BMP *.PCX);;All "
+               "files "
+               "(*)";
+    case StringId::SignatureTitle:
+        return "Image signature";
+    case StringId::ChooseFont:
+        return "Choose a font";
+    case StringId::ChooseColour:
+        return "Choose a colour";
+    case StringId::FontWithSize:
+        return "%s, %d";
+    case StringId::AdvertisementsTitle:
+        return "Advertisement blocks";
+    case StringId::NoAdvertisementSections:
+        return "The layout of this page has no advertisement blocks.";
     }
     return "";
 }

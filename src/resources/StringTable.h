@@ -161,13 +161,8 @@ enum class StringId : int {
     CorrectUserKeyFile,
     CorrectMachineKeyFile,
 
-    // Dialogs.
-    ChangedInEachPage = 21000,
-    ElementsVisibilityTitle,
-    NewGalleryTitle,
-
     // Frame of the desktop program.
-    FileMenu = 21200,
+    FileMenu = 20900,
     GalleryMenu,
     EffectsMenu,
     SourceMenu,
@@ -226,6 +221,20 @@ enum class StringId : int {
     AboutVersion,
     AboutText,
     AboutMadeWith,
+
+    // Dialogs.
+    ChangedInEachPage = 21000,
+    ElementsVisibilityTitle,
+    NewGalleryTitle,
+    WatermarkTitle,
+    ChooseWatermark,
+    PictureFilesFilter,
+    SignatureTitle,
+    ChooseFont,
+    ChooseColour,
+    FontWithSize,
+    AdvertisementsTitle,
+    NoAdvertisementSections,
 };
 
 // The text as it stands, its "%" included.
