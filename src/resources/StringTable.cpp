@@ -308,6 +308,23 @@ const char* FindText(StringId id)
         return "Change page elements visibility";
     case StringId::NewGalleryTitle:
         return "New pictures gallery";
+
+    case StringId::PageDoesNotRespond:
+        return "The page does not respond. Probably a script of the layout never ends.";
+    case StringId::VisibilityTip:
+        return "Show and hide elements of the page";
+    case StringId::LayoutTip:
+        return "Choose the layout of the gallery";
+    case StringId::StyleTip:
+        return "Choose the style of the gallery";
+    case StringId::DeployCommand:
+        return "Deploy";
+    case StringId::DeployTip:
+        return "Write the finished galleries to a folder or to a server";
+    case StringId::RecentProjectsTip:
+        return "Recent projects";
+    case StringId::PageNotGenerated:
+        return "The page could not be made:";
     }
     return "";
 }

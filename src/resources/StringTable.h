@@ -162,6 +162,16 @@ enum class StringId : int {
     ChangedInEachPage = 21000,
     ElementsVisibilityTitle,
     NewGalleryTitle,
+
+    // Views.
+    PageDoesNotRespond = 21200,
+    VisibilityTip,
+    LayoutTip,
+    StyleTip,
+    DeployCommand,
+    DeployTip,
+    RecentProjectsTip,
+    PageNotGenerated,
 };
 
 // The text as it stands, its "%" included.
