@@ -8,12 +8,22 @@
 
 namespace {
 
+constexpr int SpaceAboveButtons = 6; // beside that of the layout
+
+// Without a key of its own, which the dialog's other controls need: Enter and Escape do it.
+void NameButton(QPushButton& button, const char* objectName, const QString& label)
+{
+    button.setText(label);
+    NameControl(button, objectName, label);
+}
+
 QDialogButtonBox* AddButtons(QDialogButtonBox::StandardButtons kinds, QDialog& dialog, QBoxLayout& layout)
 {
     auto* buttons = new QDialogButtonBox(kinds, &dialog);
-    NameControl(*buttons->button(QDialogButtonBox::Ok), "ok", QStringLiteral("OK"));
+    NameButton(*buttons->button(QDialogButtonBox::Ok), "ok", QStringLiteral("OK"));
     QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
     QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+    layout.addSpacing(SpaceAboveButtons);
     layout.addWidget(buttons);
     return buttons;
 }
@@ -60,7 +70,7 @@ QPushButton* MakeButton(const QString& label, const char* objectName, QWidget* p
 QDialogButtonBox* AddOkAndCancel(QDialog& dialog, QBoxLayout& layout)
 {
     QDialogButtonBox* buttons = AddButtons(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, dialog, layout);
-    NameControl(*buttons->button(QDialogButtonBox::Cancel), "cancel", QStringLiteral("Cancel"));
+    NameButton(*buttons->button(QDialogButtonBox::Cancel), "cancel", QStringLiteral("Cancel"));
     return buttons;
 }
 

@@ -7,7 +7,6 @@ class QBoxLayout;
 class QDialog;
 class QDialogButtonBox;
 class QFormLayout;
-
 class QPushButton;
 class QWidget;
 

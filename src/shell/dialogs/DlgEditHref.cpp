@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 
 #include "shell/dialogs/DialogParts.h"
+#include "shell/dialogs/LineBreaks.h"
 
 CDlgEditHref::CDlgEditHref(const QString& name, const Reference& reference, QWidget* parent)
     : QDialog(parent), url(new QLineEdit(this)), text(new QLineEdit(this))
@@ -32,5 +33,5 @@ CDlgEditHref::CDlgEditHref(const QString& name, const Reference& reference, QWid
 
 CDlgEditHref::Reference CDlgEditHref::GetReference() const
 {
-    return {url->text(), text->text()};
+    return {OnOneLine(url->text()), OnOneLine(text->text())};
 }

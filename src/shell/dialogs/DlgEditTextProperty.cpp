@@ -34,7 +34,7 @@ QWidget* CDlgEditTextProperty::MakeEdit(const QString& text, bool multiline)
 {
     if (multiline) {
         lines = new CLimitedTextEdit(TextLimit, this);
-        lines->setPlainText(ShowLineBreaks(text));
+        lines->SetText(ShowLineBreaks(text));
         lines->selectAll();
         return lines;
     }
@@ -47,5 +47,5 @@ QWidget* CDlgEditTextProperty::MakeEdit(const QString& text, bool multiline)
 
 QString CDlgEditTextProperty::GetText() const
 {
-    return lines ? StoreLineBreaks(lines->toPlainText()) : line->text();
+    return lines ? StoreLineBreaks(lines->toPlainText()) : OnOneLine(line->text());
 }

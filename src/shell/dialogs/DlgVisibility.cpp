@@ -1,6 +1,5 @@
 #include "shell/dialogs/DlgVisibility.h"
 
-#include <QDialogButtonBox>
 #include <QListWidget>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -24,7 +23,8 @@ CDlgVisibility::CDlgVisibility(const Elements& elements, QWidget* parent)
     layout->addWidget(list);
     QPushButton* checkAll = MakeButton(QStringLiteral("Check &all"), "checkAll", this);
     connect(checkAll, &QPushButton::clicked, this, &CDlgVisibility::CheckAll);
-    AddOkAndCancel(*this, *layout)->addButton(checkAll, QDialogButtonBox::ActionRole);
+    layout->addWidget(checkAll, 0, Qt::AlignLeft);
+    AddOkAndCancel(*this, *layout);
     resize(360, 320);
     list->setFocus();
 }

@@ -1,5 +1,7 @@
 #include "shell/dialogs/LineBreaks.h"
 
+#include <QRegularExpression>
+
 namespace {
 
 // Not the "<br/>" of HTML. Projects hold it so, and browsers take it for a line break all the same.
@@ -24,4 +26,27 @@ QString StoreLineBreaks(const QString& shown)
 qsizetype LengthWithLineEnds(const QString& shown)
 {
     return shown.size() + shown.count(QLatin1Char('\n'));
+}
+
+QString CutToLength(const QString& shown, qsizetype length)
+{
+    qsizetype taken = 0;
+    qsizetype end = 0;
+    while (end < shown.size()) {
+        taken += shown.at(end) == QLatin1Char('\n') ? 2 : 1;
+        if (taken > length) {
+            break;
+        }
+        ++end;
+    }
+    if (end > 0 && end < shown.size() && shown.at(end).isLowSurrogate()) {
+        --end;
+    }
+    return shown.left(end);
+}
+
+QString OnOneLine(const QString& text)
+{
+    static const QRegularExpression lineEnds(QStringLiteral("[\\r\\n]+"));
+    return QString(text).replace(lineEnds, QStringLiteral(" "));
 }

@@ -12,3 +12,9 @@ QString StoreLineBreaks(const QString& shown);
 
 // How much of the limit a text takes: UTF-16 units, with two for each line end.
 qsizetype LengthWithLineEnds(const QString& shown);
+
+// The beginning of a text that takes no more than that, by LengthWithLineEnds; no character is cut in half.
+QString CutToLength(const QString& shown, qsizetype length);
+
+// For a text of one line: pasted line ends become blanks.
+QString OnOneLine(const QString& text);
