@@ -433,6 +433,7 @@ const char* FindText(StringId id)
         return "Change page elements visibility";
     case StringId::NewGalleryTitle:
         return "New pictures gallery";
+
     case StringId::WatermarkTitle:
         return "Image watermark";
     case StringId::ChooseWatermark:
@@ -453,6 +454,17 @@ const char* FindText(StringId id)
         return "Advertisement blocks";
     case StringId::NoAdvertisementSections:
         return "The layout of this page has no advertisement blocks.";
+
+    case StringId::PageDoesNotRespond:
+        return "The page does not respond. Probably a script of the layout never ends.";
+    case StringId::PageNotGenerated:
+        return "The page could not be made:";
+    case StringId::VisibilityCommand:
+        return "Visibility";
+    case StringId::VisibilityTip:
+        return "Show and hide elements of the page";
+    case StringId::RecentProjectsTip:
+        return "Recent projects";
     }
     return "";
 }

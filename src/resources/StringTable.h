@@ -235,6 +235,13 @@ enum class StringId : int {
     FontWithSize,
     AdvertisementsTitle,
     NoAdvertisementSections,
+
+    // Views.
+    PageDoesNotRespond = 21200,
+    PageNotGenerated,
+    VisibilityCommand,
+    VisibilityTip,
+    RecentProjectsTip,
 };
 
 // The text as it stands, its "%" included.
