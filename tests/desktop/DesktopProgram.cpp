@@ -116,7 +116,8 @@ void CDesktopProgram::WaitForPage()
     RunTool({QStringLiteral("windowmove"), window, QStringLiteral("0"), QStringLiteral("0")});
     RunTool({QStringLiteral("windowsize"), window, QStringLiteral("100%"), QStringLiteral("100%")});
     FocusWindow(QStringLiteral("Vistorama - "));
-    ASSERT_TRUE(WaitInPage(QStringLiteral("document.images.length > 0 || document.body.innerText.length > 0")));
+    ASSERT_TRUE(
+        WaitInPage(QStringLiteral("document.images.length > 0 || document.body.innerText.length > 0")));
 }
 
 void CDesktopProgram::StartWithMessage(const QStringList& arguments, const QString& messageTitle)
@@ -161,8 +162,8 @@ QString CDesktopProgram::RunTool(const QStringList& arguments) const
 
 QStringList CDesktopProgram::FindWindows(const QString& title) const
 {
-    return RunTool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
-                    title})
+    return RunTool(
+               {QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"), title})
         .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
 
@@ -193,7 +194,8 @@ void CDesktopProgram::FocusWindow(const QString& title)
 
 void CDesktopProgram::TypeText(const QString& text)
 {
-    RunTool({QStringLiteral("type"), QStringLiteral("--delay"), QStringLiteral("1"), QStringLiteral("--"), text});
+    RunTool(
+        {QStringLiteral("type"), QStringLiteral("--delay"), QStringLiteral("1"), QStringLiteral("--"), text});
 }
 
 void CDesktopProgram::PressKeys(const QStringList& keys)
@@ -246,8 +248,9 @@ bool CDesktopProgram::WaitInPage(const QString& condition)
 // Where the page's own corner is on the screen: found by the mouse, as a script sees it.
 QPoint CDesktopProgram::GetPageOrigin()
 {
-    InPage(QStringLiteral("document.addEventListener('mousemove', e => { window.origin_ = (e.screenX - e.clientX) + ' ' + "
-                          "(e.screenY - e.clientY); }, true); window.origin_ = ''"));
+    InPage(QStringLiteral(
+        "document.addEventListener('mousemove', e => { window.origin_ = (e.screenX - e.clientX) + ' ' + "
+        "(e.screenY - e.clientY); }, true); window.origin_ = ''"));
     const QPoint middle(display.GetSize().width() / 3, display.GetSize().height() / 2);
     int step = 0;
     WaitFor([&] {
@@ -286,12 +289,14 @@ void CDesktopProgram::PressStripButton(const QString& pictureExpression, const Q
     const QPoint origin = GetPageOrigin();
     const int width = InPage(strip + QStringLiteral(".getBoundingClientRect().width")).toInt();
     const QStringList corner =
-        InPage(QStringLiteral("(r => Math.round(r.x) + ' ' + Math.round(r.y))(%1.getBoundingClientRect())").arg(strip))
+        InPage(QStringLiteral("(r => Math.round(r.x) + ' ' + Math.round(r.y))(%1.getBoundingClientRect())")
+                   .arg(strip))
             .toString()
             .split(QLatin1Char(' '));
     constexpr int Button = 24;
     for (int x = Button / 2; x < width; x += Button) {
-        const QPoint place = origin + QPoint(corner.value(0).toInt() + x, corner.value(1).toInt() + Button / 2);
+        const QPoint place =
+            origin + QPoint(corner.value(0).toInt() + x, corner.value(1).toInt() + Button / 2);
         MovePointer(place);
         const QString lit = QStringLiteral("(s => s ? s.alt : '')(%1)").arg(strip);
         WaitFor([&] { return !InPage(lit).toString().isEmpty(); });
