@@ -424,6 +424,8 @@ const char* FindText(StringId id)
     case StringId::AboutText:
         return "Turns folders of photographs into a finished web site of picture galleries: point at what "
                "you want to change, and deploy the site to a folder or to a server.";
+    case StringId::NoDisplay:
+        return "There is no display: neither DISPLAY nor WAYLAND_DISPLAY is set.\n";
     case StringId::AboutMadeWith:
         return "Made with Qt %s and Qt WebEngine, libvips, Cairo, Pango, pugixml and libsodium.";
 

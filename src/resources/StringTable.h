@@ -221,6 +221,7 @@ enum class StringId : int {
     AboutVersion,
     AboutText,
     AboutMadeWith,
+    NoDisplay,
 
     // Dialogs.
     ChangedInEachPage = 21000,

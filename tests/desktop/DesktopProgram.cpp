@@ -76,14 +76,30 @@ QByteArray CDesktopProgram::ReadSettings() const
     return scratch.Read(QStringLiteral("home/.config/Corvane.ini"));
 }
 
-void CDesktopProgram::SetDataFolder(const QString& folder)
+void CDesktopProgram::UseOwnData()
 {
-    dataFolder = folder;
+    dataFolder = Path(QStringLiteral("data"));
+    for (const char* folder : {"/Templates", "/Styles"}) {
+        const QString name = QString::fromLatin1(folder);
+        MakeDirectoryPath(dataFolder + name);
+        CopyDirectoryTree(QStringLiteral(DATA_FOLDER) + name, dataFolder + name);
+    }
+}
+
+void CDesktopProgram::WriteLayout(const QString& name, const QByteArray& page) const
+{
+    const QString folder = QStringLiteral("data/Templates/");
+    scratch.Write(folder + QStringLiteral("zz-%1.xml").arg(name),
+                  "<template name=\"Zz\" folder=\"" + name.toUtf8() +
+                      "\" group=\"standard\"><page file=\"index.html\" multipage=\"1\"/></template>");
+    scratch.Write(folder + name + QStringLiteral("/index.html"), page);
 }
 
 void CDesktopProgram::Launch(const QStringList& arguments)
 {
     probe.reset();
+    pageOrigin = QPoint();
+    seenWindows.clear();
     debugPort = FindFreePort();
     PutDisplayIntoEnvironment(display.GetName());
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -192,6 +208,19 @@ void CDesktopProgram::FocusWindow(const QString& title)
     });
 }
 
+void CDesktopProgram::FocusAnyWindow()
+{
+    seenWindows = FindWindows(QStringLiteral("."));
+    for (const QString& window : seenWindows) {
+        RunTool({QStringLiteral("windowfocus"), window});
+    }
+}
+
+void CDesktopProgram::WaitForChange()
+{
+    WaitFor([this] { return !IsRunning() || FindWindows(QStringLiteral(".")) != seenWindows; });
+}
+
 void CDesktopProgram::TypeText(const QString& text)
 {
     RunTool(
@@ -212,6 +241,15 @@ void CDesktopProgram::Click(QPoint place)
 {
     MovePointer(place);
     RunTool({QStringLiteral("click"), QStringLiteral("1")});
+}
+
+void CDesktopProgram::Drag(QPoint from, QPoint to)
+{
+    MovePointer(from);
+    RunTool({QStringLiteral("mousedown"), QStringLiteral("1")});
+    MovePointer((from + to) / 2);
+    MovePointer(to);
+    RunTool({QStringLiteral("mouseup"), QStringLiteral("1")});
 }
 
 // The program has a page for each view; the pages view is the widest.
@@ -245,8 +283,16 @@ bool CDesktopProgram::WaitInPage(const QString& condition)
     return holds;
 }
 
-// Where the page's own corner is on the screen: found by the mouse, as a script sees it.
 QPoint CDesktopProgram::GetPageOrigin()
+{
+    if (pageOrigin.isNull()) {
+        pageOrigin = FindPageOrigin();
+    }
+    return pageOrigin;
+}
+
+// Where the page's own corner is on the screen: found by the mouse, as a script sees it.
+QPoint CDesktopProgram::FindPageOrigin()
 {
     InPage(QStringLiteral(
         "document.addEventListener('mousemove', e => { window.origin_ = (e.screenX - e.clientX) + ' ' + "
@@ -278,34 +324,27 @@ void CDesktopProgram::ClickElement(const QString& elementExpression)
     Click(PlaceOf(elementExpression));
 }
 
-// The strip comes up when the mouse enters the picture; the button that the mouse is over is lit, and a lit
-// strip is an image of its own, named by the button's tooltip.
+// The strip comes up when the mouse enters the picture. Its images share an id: the strip at rest, then one
+// for each button lit, named by the button's tooltip.
 void CDesktopProgram::PressStripButton(const QString& pictureExpression, const QString& tip)
 {
-    MovePointer(PlaceOf(pictureExpression));
-    const QString strip = QStringLiteral("[...document.querySelectorAll('img[id$=_menu]')].find(s => "
+    const QString shown = QStringLiteral("[...document.querySelectorAll('img[id$=_menu]')].find(s => "
                                          "s.style.display == 'inline')");
-    ASSERT_TRUE(WaitInPage(QStringLiteral("!!") + strip));
-    const QPoint origin = GetPageOrigin();
-    const int width = InPage(strip + QStringLiteral(".getBoundingClientRect().width")).toInt();
-    const QStringList corner =
-        InPage(QStringLiteral("(r => Math.round(r.x) + ' ' + Math.round(r.y))(%1.getBoundingClientRect())")
-                   .arg(strip))
-            .toString()
-            .split(QLatin1Char(' '));
-    constexpr int Button = 24;
-    for (int x = Button / 2; x < width; x += Button) {
-        const QPoint place =
-            origin + QPoint(corner.value(0).toInt() + x, corner.value(1).toInt() + Button / 2);
-        MovePointer(place);
-        const QString lit = QStringLiteral("(s => s ? s.alt : '')(%1)").arg(strip);
-        WaitFor([&] { return !InPage(lit).toString().isEmpty(); });
-        if (InPage(lit).toString() == tip) {
-            Click(place);
-            return;
-        }
-    }
-    FAIL() << "There is no button " << qPrintable(tip);
+    MovePointer(PlaceOf(pictureExpression));
+    ASSERT_TRUE(WaitInPage(QStringLiteral("!!") + shown));
+    const QString place =
+        InPage(QStringLiteral("(s => { const r = s.getBoundingClientRect(); "
+                              "const all = [...document.querySelectorAll('#' + s.id)]; "
+                              "return Math.round(r.x + 24 * all.findIndex(i => i.alt == '%2') - 12) + ' ' + "
+                              "Math.round(r.y + 12); })(%1)")
+                   .arg(shown, tip))
+            .toString();
+    const QStringList numbers = place.split(QLatin1Char(' '));
+    ASSERT_EQ(numbers.size(), 2) << "There is no button " << qPrintable(tip);
+    const QPoint button = GetPageOrigin() + QPoint(numbers[0].toInt(), numbers[1].toInt());
+    MovePointer(button);
+    ASSERT_TRUE(WaitInPage(QStringLiteral("(%1 || {}).alt == '%2'").arg(shown, tip)));
+    Click(button);
 }
 
 void CDesktopProgram::TakePicture(const QString& name) const

@@ -59,6 +59,10 @@ TEST(PictureDrop, ADropOnALaterInnerWidgetIsTaken)
     auto* inner = new QWidget(pane);
     QMimeData data;
     data.setUrls({QUrl::fromLocalFile(QStringLiteral("/a.png"))});
+    inner->setAcceptDrops(true);
+    QDragEnterEvent enter(QPoint(1, 1), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(inner, &enter);
+    EXPECT_TRUE(enter.isAccepted());
     QDropEvent event(QPointF(1, 1), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(inner, &event);
     EXPECT_TRUE(event.isAccepted());

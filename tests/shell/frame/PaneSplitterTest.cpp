@@ -77,7 +77,7 @@ TEST(Panes, ATallNarrowWindowKeepsAllPanes)
 {
     for (const QSize size : {QSize(400, 1200), QSize(1600, 200), QSize(200, 200)}) {
         Frame frame(size);
-        EXPECT_GT(frame.pages->width(), 40);
+        EXPECT_GT(frame.pages->width(), 30);
         EXPECT_GT(frame.galleries->height(), 40);
         EXPECT_GT(frame.folder->height(), 40);
     }
