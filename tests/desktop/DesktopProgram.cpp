@@ -328,7 +328,8 @@ void CDesktopProgram::ClickElement(const QString& elementExpression)
 // rest, then one for each button lit, with the button's tooltip.
 void CDesktopProgram::PressStripButton(const QString& elementExpression, const QString& tip)
 {
-    const QString strips = QStringLiteral("[...document.images].filter(i => i.id == (%1 || {}).id + '_menu')")
+    const QString strips = QStringLiteral("[...document.images].filter(i => (%1).getAttribute('onmouseenter')"
+                                          ".includes('(' + i.id + ')'))")
                                .arg(elementExpression);
     const QString shown = QStringLiteral("(%1.find(s => s.style.display == 'inline') || null)").arg(strips);
     MovePointer(PlaceOf(elementExpression));
