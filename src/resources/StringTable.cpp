@@ -5,6 +5,34 @@ namespace {
 const char* FindText(StringId id)
 {
     switch (id) {
+    case StringId::ProgramName:
+        return "Vistorama";
+    case StringId::ImageGalleries:
+        return "Image galleries";
+
+    case StringId::StyleLabel:
+        return " Style: ";
+    case StringId::LayoutLabel:
+        return " Layout: ";
+    case StringId::EditReference:
+        return "Edit hypertext reference URL and text";
+    case StringId::MoveUp:
+        return "Move up";
+    case StringId::MoveDown:
+        return "Move down";
+    case StringId::RotateCounterClockwise:
+        return "Rotate counter-clockwise";
+    case StringId::Delete:
+        return "Delete";
+    case StringId::EditText:
+        return "Edit text";
+    case StringId::AddPicture:
+        return "Add picture";
+    case StringId::AddAllPictures:
+        return "Add all pictures";
+    case StringId::RotateClockwise:
+        return "Rotate clockwise";
+
     case StringId::UnexpectedErrorAdvice:
         return "Please send detailed information to customer support service.";
     case StringId::TemplateErrorCaption:
@@ -279,6 +307,126 @@ const char* FindText(StringId id)
     case StringId::ChooseAnotherWatermark:
         return "Please choose another picture for the watermark.";
 
+    case StringId::FileMenu:
+        return "&File";
+    case StringId::GalleryMenu:
+        return "&Gallery";
+    case StringId::EffectsMenu:
+        return "&Effects";
+    case StringId::SourceMenu:
+        return "&Source";
+    case StringId::HelpMenu:
+        return "&Help";
+    case StringId::NewCommand:
+        return "&New";
+    case StringId::NewTip:
+        return "Begin a new project";
+    case StringId::OpenCommand:
+        return "&Open...";
+    case StringId::OpenTip:
+        return "Open another project";
+    case StringId::SaveCommand:
+        return "&Save";
+    case StringId::SaveTip:
+        return "Save the project";
+    case StringId::SaveAsCommand:
+        return "Save &As...";
+    case StringId::SaveAsTip:
+        return "Save the project under another name";
+    case StringId::ExitCommand:
+        return "E&xit";
+    case StringId::ExitTip:
+        return "Save the project and end the program";
+    case StringId::DeployCommand:
+        return "&Deploy...";
+    case StringId::DeployTip:
+        return "Write the finished site to a folder or to a server";
+    case StringId::LayoutCommand:
+        return "&Layout";
+    case StringId::LayoutTip:
+        return "Choose how the pages of the gallery are laid out";
+    case StringId::StyleCommand:
+        return "&Style";
+    case StringId::StyleTip:
+        return "Choose how the pages of the gallery look";
+    case StringId::WatermarkCommand:
+        return "&Image watermark...";
+    case StringId::WatermarkTip:
+        return "Lay a picture over the gallery's pictures";
+    case StringId::SignatureCommand:
+        return "&Image signature...";
+    case StringId::SignatureTip:
+        return "Write a text over the gallery's pictures";
+    case StringId::AdsCommand:
+        return "&Ads...";
+    case StringId::AdsTip:
+        return "Edit the advertisement blocks of the page";
+    case StringId::OpenFolderCommand:
+        return "&Open folder...";
+    case StringId::OpenFolderTip:
+        return "Choose the folder that pictures are taken from";
+    case StringId::AboutCommand:
+        return "&About Vistorama...";
+    case StringId::AboutTip:
+        return "What this program is";
+    case StringId::PrintCommand:
+        return "&Print...";
+    case StringId::PrintTip:
+        return "Print the page";
+    case StringId::UndoCommand:
+        return "&Undo";
+    case StringId::UndoTip:
+        return "Take back the last change of the text";
+    case StringId::CutCommand:
+        return "Cu&t";
+    case StringId::CutTip:
+        return "Move the selected text to the clipboard";
+    case StringId::CopyCommand:
+        return "&Copy";
+    case StringId::CopyTip:
+        return "Copy the selected text to the clipboard";
+    case StringId::PasteCommand:
+        return "&Paste";
+    case StringId::PasteTip:
+        return "Insert the text of the clipboard";
+    case StringId::ClearCommand:
+        return "&Delete";
+    case StringId::ClearTip:
+        return "Delete the selected text";
+    case StringId::NextPaneCommand:
+        return "&Next pane";
+    case StringId::NextPaneTip:
+        return "Go to the next of the three views";
+    case StringId::PreviousPaneCommand:
+        return "&Previous pane";
+    case StringId::PreviousPaneTip:
+        return "Go to the view before";
+    case StringId::SaveProjectTitle:
+        return "Save project as";
+    case StringId::OpenProjectTitle:
+        return "Open project";
+    case StringId::SaveElsewhere:
+        return "Save &as...";
+    case StringId::CloseWithoutSaving:
+        return "&Close without saving";
+    case StringId::PicturesDropped:
+        return "%d pictures added.";
+    case StringId::NotAProject:
+        return "The file %s is not a gallery project.";
+    case StringId::ProjectsEndInGallery:
+        return "The name of a project ends in \".gallery\".";
+    case StringId::ChooseProjectFile:
+        return "Please choose the file of a project, or drop pictures on the window to add them.";
+    case StringId::AboutTitle:
+        return "About Vistorama";
+    case StringId::AboutVersion:
+        return "Version %s";
+    case StringId::AboutText:
+        return "Turns folders of photographs into a finished web site of picture galleries: point at what "
+               "you want to change, and deploy the site to a folder or to a server.";
+    case StringId::AboutMadeWith:
+        return "Made with Qt %s and Qt WebEngine, libvips, Cairo, Pango, pugixml and libsodium.";
+
     case StringId::ChangedInEachPage:
         return "Note: This text will be changed in each gallery page";
     case StringId::ElementsVisibilityTitle:
@@ -290,7 +438,8 @@ const char* FindText(StringId id)
     case StringId::ChooseWatermark:
         return "Choose a watermark picture";
     case StringId::PictureFilesFilter:
-        return "Pictures (*.png *.jpg *.jpeg *.gif *.bmp *.pcx *.PNG *.JPG *.JPEG *.GIF *.BMP *.PCX);;All files "
+        return "Pictures (*.png *.jpg *.jpeg *.gif *.bmp *.pcx *.PNG *.JPG *.JPEG *.GIF *.BMP *.PCX);;All "
+               "files "
                "(*)";
     case StringId::SignatureTitle:
         return "Image signature";

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "content/ContentGeneratorBase.h"
+
+// The base of the generators that write pages for the screen: their elements carry strips of buttons that
+// appear under the mouse and call the program. Lives for one pass over one page; screen's thread.
+class CContentGeneratorViews : public CContentGeneratorBase {
+public:
+    void GeneratePageHeader(CImageIterator& iterator, std::ostream& out) override;
+    void GenerateBanner(const std::string& width, const std::string& height, std::ostream& out) override;
+
+protected:
+    void WriteAdvertisementBody(const QString& text, std::ostream& out) override;
+    void WriteCurrentUrl(CImageIterator& iterator, std::ostream& out) override;
+    // The path, with the characters escaped that would end it in an address or in an attribute.
+    QString GetImageUrl(const QString& filePath) override;
+    void BeforePicture(std::ostream& out, const std::string& id) override;
+    void WritePictureAttributes(std::ostream& out, const std::string& id) override;
+
+    virtual void WritePictureMenu(std::ostream& out, const std::string& id) = 0;
+};
+
+// What a page of the screen writes for a file: the path, with "%", "#", "?", "&", quotes and their like as
+// %XX.
+QString ViewUrl(const QString& filePath);
