@@ -453,6 +453,12 @@ const char* FindText(StringId id)
         return "Advertisement blocks";
     case StringId::NoAdvertisementSections:
         return "The layout of this page has no advertisement blocks.";
+    case StringId::FtpTaskTitle:
+        return "FTP Task";
+    case StringId::BrowseFolderTitle:
+        return "Browse Folder";
+    case StringId::ListOutputTitle:
+        return "LIST command output";
     }
     return "";
 }

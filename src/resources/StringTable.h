@@ -235,6 +235,9 @@ enum class StringId : int {
     FontWithSize,
     AdvertisementsTitle,
     NoAdvertisementSections,
+    FtpTaskTitle,
+    BrowseFolderTitle,
+    ListOutputTitle,
 };
 
 // The text as it stands, its "%" included.
