@@ -302,6 +302,34 @@ const char* FindText(StringId id)
         return "Please let an administrator give the key file to root with mode 644. If it is damaged, "
                "remove "
                "it: a new one is made, and stored passwords have to be typed again.";
+
+    case StringId::UploadFailed:
+        return "An error occured during upload a new web gallery to Internet site.";
+    case StringId::UploadConnectionLost:
+        return "Connection with internet site has been lost during uploading. Windows sockets subsystem "
+               "return the following error code: %x.";
+    case StringId::UploadNotConnected:
+        return "Could not connect to the Internet site. Windows sockets subsystem return the following error "
+               "code: %x.";
+    case StringId::UploadLater:
+        return "Please try to upload your gallery later.";
+    case StringId::UploadRefused:
+        return "FTP server returns an error: %s.";
+    case StringId::CheckSiteParameters:
+        return "Please check FTP site parameters and destination directory.";
+
+    case StringId::FolderNotListed:
+        return "The folder '%s' on the server %s could not be listed.";
+    case StringId::FolderNotMade:
+        return "The folder '%s' could not be made on the server %s.";
+    case StringId::FolderNotRenamed:
+        return "'%s' could not be renamed on the server %s.";
+    case StringId::NetworkFailed:
+        return "%s. %s";
+    case StringId::CheckServerAndTryAgain:
+        return "Please check the name of the server and your connection, and try again.";
+    case StringId::ChooseNameWithoutLineBreaks:
+        return "Please choose a name without line breaks.";
     case StringId::WatermarkNotReadable:
         return "The watermark %s can't be used.";
     case StringId::ChooseAnotherWatermark:

@@ -161,8 +161,24 @@ enum class StringId : int {
     CorrectUserKeyFile,
     CorrectMachineKeyFile,
 
+    // Deployment to a server.
+    UploadFailed = 20800,
+    UploadConnectionLost,
+    UploadNotConnected,
+    UploadLater,
+    UploadRefused,
+    CheckSiteParameters,
+
+    // FTP commands of the command line.
+    FolderNotListed = 20900,
+    FolderNotMade,
+    FolderNotRenamed,
+    NetworkFailed,
+    CheckServerAndTryAgain,
+    ChooseNameWithoutLineBreaks,
+
     // Frame of the desktop program.
-    FileMenu = 20900,
+    FileMenu = 21300,
     GalleryMenu,
     EffectsMenu,
     SourceMenu,
