@@ -8,6 +8,7 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include "common/EventLoopTarget.h"
 #include "ftpengine/EngineStatus.h"
 #include "ftpengine/FTPDestinations.h"
 #include "resources/StringTable.h"
@@ -124,8 +125,7 @@ void CFTPEngineResLibDlgBrowseFolder::keyPressEvent(QKeyEvent* event)
 
 void CFTPEngineResLibDlgBrowseFolder::Listen()
 {
-    messages = std::make_unique<CMessageReceiver<FTPMessage>>(
-        *this, [this](const FTPMessage& message) { OnMessage(message); });
+    target = CEventLoopTarget<FTPMessage>::Create([this](const FTPMessage& message) { OnMessage(message); });
 }
 
 void CFTPEngineResLibDlgBrowseFolder::OnMessage(const FTPMessage& message)
@@ -144,7 +144,7 @@ void CFTPEngineResLibDlgBrowseFolder::OnMessage(const FTPMessage& message)
 void CFTPEngineResLibDlgBrowseFolder::List()
 {
     busy = true; // from now on, so that a second listing can't be asked for
-    engine->GetDirectoryContent(destination.connection, messages->GetTarget());
+    engine->GetDirectoryContent(destination.connection, target);
 }
 
 void CFTPEngineResLibDlgBrowseFolder::OnListStarted()
@@ -266,9 +266,9 @@ void CFTPEngineResLibDlgBrowseFolder::OnLabelEdited(const QPersistentModelIndex&
         return;
     }
     if (isNew) {
-        engine->CreateDirectory(destination.connection, text, messages->GetTarget());
+        engine->CreateDirectory(destination.connection, text, target);
     } else if (text != row->text(0)) {
-        engine->RenameDirectory(destination.connection, row->text(0), text, messages->GetTarget());
+        engine->RenameDirectory(destination.connection, row->text(0), text, target);
     } else {
         return;
     }

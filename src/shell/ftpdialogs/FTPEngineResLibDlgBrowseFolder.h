@@ -9,7 +9,6 @@
 
 #include "ftpengine/FTPDestination.h"
 #include "ftpengine/FTPEngine.h"
-#include "shell/dialogs/MessageReceiver.h"
 
 class QLineEdit;
 class QPushButton;
@@ -77,6 +76,6 @@ private:
     QTimer dots;
     QTimer quiet; // limits how long a change is waited for
 
-    std::unique_ptr<CMessageReceiver<FTPMessage>> messages;
+    std::shared_ptr<CFTPTarget> target;
     std::unique_ptr<CFTPEngine> engine;
 };
