@@ -144,6 +144,8 @@ void CFTPEngineResLibDlgBrowseFolder::OnMessage(const FTPMessage& message)
 void CFTPEngineResLibDlgBrowseFolder::List()
 {
     busy = true; // from now on, so that a second listing can't be asked for
+    ok->setEnabled(false);
+    newFolder->setEnabled(false);
     engine->GetDirectoryContent(destination.connection, target);
 }
 
@@ -151,8 +153,6 @@ void CFTPEngineResLibDlgBrowseFolder::OnListStarted()
 {
     list->clear();
     AddRow(Text(StringId::GettingFolders), Waiting);
-    ok->setEnabled(false);
-    newFolder->setEnabled(false);
     dots.start();
 }
 

@@ -73,8 +73,8 @@ private:
     QLineEdit* url;
     QPushButton* newFolder = nullptr;
     QPushButton* ok = nullptr;
-    QTimer dots;
-    QTimer quiet; // limits how long a change is waited for
+    QTimer dots{this};
+    QTimer quiet{this}; // limits how long a change is waited for
 
     std::shared_ptr<CFTPTarget> target;
     std::unique_ptr<CFTPEngine> engine;
