@@ -105,7 +105,8 @@ protected:
 
     void Rename(const QString& from, const QString& to)
     {
-        // It takes a moment to come back from a message.
+        // After a message nobody brings it back but the person.
+        dialog->activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(dialog.get()));
         List().setCurrentItem(List().findItems(from, Qt::MatchExactly).first());
         QTest::keyClick(&List(), Qt::Key_F2);
