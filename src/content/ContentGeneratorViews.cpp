@@ -1,16 +1,13 @@
 #include "content/ContentGeneratorViews.h"
 
+#include "common/Exceptions.h"
+#include "common/FileSystem.h"
 #include "common/Text.h"
+#include "common/Trace.h"
 #include "content/PictureMenu.h"
 #include "template/ImageIterator.h"
 
 namespace {
-
-bool EndsAddressOrAttribute(char unit)
-{
-    static const std::string_view ending = "%#?&\"'<>\\";
-    return ending.find(unit) != std::string_view::npos || static_cast<unsigned char>(unit) < ' ';
-}
 
 // A JavaScript string in an HTML script element. "<" must not begin the end tag of the element.
 std::string ScriptString(const QString& text)
@@ -35,22 +32,6 @@ std::string ScriptString(const QString& text)
 
 } // namespace
 
-QString ViewUrl(const QString& filePath)
-{
-    static const char digits[] = "0123456789ABCDEF";
-    std::string url;
-    for (const char unit : Narrow(filePath)) {
-        if (EndsAddressOrAttribute(unit)) {
-            url += '%';
-            url += digits[static_cast<unsigned char>(unit) >> 4];
-            url += digits[static_cast<unsigned char>(unit) & 15];
-        } else {
-            url += unit;
-        }
-    }
-    return Widen(url);
-}
-
 void CContentGeneratorViews::GeneratePageHeader(CImageIterator& iterator, std::ostream& out)
 {
     WriteResourceScript(QStringLiteral("Preview"), out);
@@ -68,7 +49,7 @@ void CContentGeneratorViews::WriteCurrentUrl(CImageIterator& iterator, std::ostr
 
 QString CContentGeneratorViews::GetImageUrl(const QString& filePath)
 {
-    return ViewUrl(filePath);
+    return AddressOfFile(filePath);
 }
 
 void CContentGeneratorViews::BeforePicture(std::ostream& out, const std::string& id)
@@ -79,4 +60,13 @@ void CContentGeneratorViews::BeforePicture(std::ostream& out, const std::string&
 void CContentGeneratorViews::WritePictureAttributes(std::ostream& out, const std::string& id)
 {
     CPictureMenu::WriteMenuAttributes(out, id);
+}
+
+void CContentGeneratorViews::ProduceImage(const ImageRequest& request)
+{
+    try {
+        CContentGeneratorBase::ProduceImage(request);
+    } catch (const CExceptionBase& failure) {
+        Trace(failure.GetCaption() + QLatin1Char(' ') + failure.GetDescription());
+    }
 }

@@ -12,14 +12,12 @@ public:
 protected:
     void WriteAdvertisementBody(const QString& text, std::ostream& out) override;
     void WriteCurrentUrl(CImageIterator& iterator, std::ostream& out) override;
-    // The path, with the characters escaped that would end it in an address or in an attribute.
+    // The path as an address, see AddressOfFile.
     QString GetImageUrl(const QString& filePath) override;
     void BeforePicture(std::ostream& out, const std::string& id) override;
     void WritePictureAttributes(std::ostream& out, const std::string& id) override;
+    // A picture that can't be read is missing from the page, which is shown for it to be taken out.
+    void ProduceImage(const ImageRequest& request) override;
 
     virtual void WritePictureMenu(std::ostream& out, const std::string& id) = 0;
 };
-
-// What a page of the screen writes for a file: the path, with "%", "#", "?", "&", quotes and their like as
-// %XX.
-QString ViewUrl(const QString& filePath);

@@ -2,7 +2,6 @@
 
 #include "common/FileSystem.h"
 #include "common/Text.h"
-#include "content/ContentGeneratorViews.h"
 #include "content/PictureMenuCommandGenerator.h"
 #include "effects/FileNames.h"
 #include "imaging/SvgImage.h"
@@ -71,7 +70,7 @@ void CPictureMenu::WriteMenuImages(std::ostream& out, const std::string& id,
 
 void CPictureMenu::WriteImage(std::ostream& out, const std::string& id, const Strip& strip)
 {
-    out << "<img id=\"" << id << "_menu\" src=\"" << Narrow(ViewUrl(strip.path))
+    out << "<img id=\"" << id << "_menu\" src=\"" << Narrow(AddressOfFile(strip.path))
         << "\" style=\"position:absolute;display:none\" onmousemove=\"activateMenu(" << id
         << "_menu);\" onmouseleave=\"hideMenu(" << id << "_menu);\"";
     if (!strip.command.isEmpty()) {

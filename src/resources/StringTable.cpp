@@ -452,6 +452,8 @@ const char* FindText(StringId id)
     case StringId::AboutText:
         return "Turns folders of photographs into a finished web site of picture galleries: point at what "
                "you want to change, and deploy the site to a folder or to a server.";
+    case StringId::NoDisplay:
+        return "There is no display: neither DISPLAY nor WAYLAND_DISPLAY is set.\n";
     case StringId::AboutMadeWith:
         return "Made with Qt %s and Qt WebEngine, libvips, Cairo, Pango, pugixml and libsodium.";
 
@@ -461,6 +463,7 @@ const char* FindText(StringId id)
         return "Change page elements visibility";
     case StringId::NewGalleryTitle:
         return "New pictures gallery";
+
     case StringId::WatermarkTitle:
         return "Image watermark";
     case StringId::ChooseWatermark:
@@ -487,6 +490,18 @@ const char* FindText(StringId id)
         return "Browse Folder";
     case StringId::ListOutputTitle:
         return "LIST command output";
+
+
+    case StringId::PageDoesNotRespond:
+        return "The page does not respond. Probably a script of the layout never ends.";
+    case StringId::PageNotGenerated:
+        return "The page could not be made:";
+    case StringId::VisibilityCommand:
+        return "Visibility";
+    case StringId::VisibilityTip:
+        return "Show and hide elements of the page";
+    case StringId::RecentProjectsTip:
+        return "Recent projects";
     }
     return "";
 }

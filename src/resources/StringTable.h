@@ -237,6 +237,7 @@ enum class StringId : int {
     AboutVersion,
     AboutText,
     AboutMadeWith,
+    NoDisplay,
 
     // Dialogs.
     ChangedInEachPage = 21000,
@@ -254,6 +255,14 @@ enum class StringId : int {
     FtpTaskTitle,
     BrowseFolderTitle,
     ListOutputTitle,
+
+
+    // Views.
+    PageDoesNotRespond = 21200,
+    PageNotGenerated,
+    VisibilityCommand,
+    VisibilityTip,
+    RecentProjectsTip,
 };
 
 // The text as it stands, its "%" included.

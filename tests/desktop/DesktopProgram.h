@@ -30,8 +30,12 @@ public:
     // The program's own settings: "NAME=VALUE" lines.
     void WriteSettings(const QByteArray& lines) const;
     QByteArray ReadSettings() const;
-    // For the next start; the program's own layouts and styles, or a folder of the test.
+    // The folder of layouts and styles for the next start; at first the program's own.
     void SetDataFolder(const QString& folder) { dataFolder = folder; }
+    // A copy of the program's own layouts and styles, which the test may change.
+    void UseOwnData();
+    // A layout of one page in that copy.
+    void WriteLayout(const QString& name, const QByteArray& page) const;
 
     // Starts the program and, unless a message comes up instead, waits for its page. The window fills the
     // screen.
@@ -51,11 +55,15 @@ public:
     QString GetTitle();
     // Gives the keyboard to the window.
     void FocusWindow(const QString& title);
+    void FocusAnyWindow();
+    // Until windows have come or gone, or the program has ended.
+    void WaitForChange();
     void TypeText(const QString& text);
     // As xdotool names them: "ctrl+n", "Return".
     void PressKeys(const QStringList& keys);
     void MovePointer(QPoint place);
     void Click(QPoint place);
+    void Drag(QPoint from, QPoint to);
 
     // --- The page of the pages view.
 
@@ -79,9 +87,12 @@ private:
     QStringList FindWindows(const QString& title) const;
     bool ConnectProbe();
     QPoint GetPageOrigin();
+    QPoint FindPageOrigin();
 
     QString dataFolder;
     QProcess process;
     quint16 debugPort = 0;
+    QPoint pageOrigin; // on the screen; null until it was found
+    QStringList seenWindows;
     std::unique_ptr<CPageProbe> probe;
 };

@@ -30,7 +30,8 @@ QStringList CPageProbe::ListPages(quint16 port)
         const qsizetype head = answer.indexOf("\r\n\r\n");
         const qsizetype field = answer.toLower().indexOf("content-length:");
         if (head >= 0 && field >= 0) {
-            length = head + 4 + answer.mid(field + 15, answer.indexOf('\r', field) - field - 15).trimmed().toInt();
+            length =
+                head + 4 + answer.mid(field + 15, answer.indexOf('\r', field) - field - 15).trimmed().toInt();
         }
     }
     QStringList addresses;
@@ -73,8 +74,8 @@ QVariant CPageProbe::Evaluate(const QString& expression)
     const QJsonObject question{
         {QStringLiteral("id"), id},
         {QStringLiteral("method"), QStringLiteral("Runtime.evaluate")},
-        {QStringLiteral("params"), QJsonObject{{QStringLiteral("expression"), expression},
-                                               {QStringLiteral("returnByValue"), true}}}};
+        {QStringLiteral("params"),
+         QJsonObject{{QStringLiteral("expression"), expression}, {QStringLiteral("returnByValue"), true}}}};
     Send(QJsonDocument(question).toJson(QJsonDocument::Compact));
     for (;;) {
         const QByteArray text = Receive();

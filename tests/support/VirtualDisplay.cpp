@@ -5,7 +5,7 @@
 #include <QDir>
 #include <QFileInfo>
 
-CVirtualDisplay::CVirtualDisplay(QSize size)
+CVirtualDisplay::CVirtualDisplay(QSize size) : size(size)
 {
     const QString screen = QStringLiteral("%1x%2x24").arg(size.width()).arg(size.height());
     // The server chooses a free number and writes it to its standard output once it is ready.

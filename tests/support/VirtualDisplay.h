@@ -15,10 +15,13 @@ public:
     // ":7"; empty if it could not be started.
     const QByteArray& GetName() const { return name; }
 
+    QSize GetSize() const { return size; }
+
     // The whole screen as a PNG file. False if it could not be taken.
     bool TakePicture(const QString& path) const;
 
 private:
+    const QSize size;
     QProcess server;
     QByteArray name;
 };

@@ -2,6 +2,7 @@
 
 #include <clocale>
 #include <csignal>
+#include <cstdio>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -28,6 +29,12 @@ void OnSignal(int)
 {
     const char byte = 1;
     [[maybe_unused]] const auto written = ::write(signalPipe[1], &byte, 1);
+}
+
+bool HasDisplay()
+{
+    return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+           !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
 }
 
 QString CommandLineText()
@@ -116,6 +123,11 @@ void CApplication::CloseOnSignals()
 
 int RunApplication(int& argumentCount, char** arguments)
 {
+    // Qt would end the program by a signal.
+    if (!HasDisplay()) {
+        std::fputs(Narrow(Text(StringId::NoDisplay)).c_str(), stderr);
+        return EXIT_FAILURE;
+    }
     PrepareHTMLViews();
     CApplication application(argumentCount, arguments);
     try {

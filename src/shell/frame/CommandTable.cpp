@@ -36,5 +36,7 @@ const std::vector<CommandRow>& GetCommandTable()
 
 QList<QKeySequence> KeysOf(const CommandRow& row)
 {
-    return QKeySequence::listFromString(QLatin1String(row.keys));
+    // An empty text would give one empty key.
+    const QString keys = QString::fromLatin1(row.keys);
+    return keys.isEmpty() ? QList<QKeySequence>() : QKeySequence::listFromString(keys);
 }

@@ -3,6 +3,7 @@
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 #include "resources/StringTable.h"
@@ -63,6 +64,7 @@ CDlgAbout::CDlgAbout(QWidget* parent) : QDialog(parent)
     head->addLayout(texts, 1);
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
+    buttons->button(QDialogButtonBox::Close)->setObjectName(QStringLiteral("close"));
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
     auto* all = new QVBoxLayout(this);

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "document/GalleryProjectConsumer.h"
 #include "shell/host/ContentURLLoader.h"
@@ -13,7 +14,6 @@
 
 class CGallery;
 class CGalleryIterator;
-class CTemplateParsingException;
 
 // The large panel of the main window: the current page of the current gallery as it will be deployed, with
 // the buttons that edit it, and the toolbar that chooses layout and style. Owned by the frame; screen's
@@ -57,15 +57,30 @@ public:
     void LoadURL(const QString& url) override;
 
 private:
+    // What a change does beyond the gallery itself.
+    struct Change {
+        UpdateHint hint; // as it travels on to the other views
+        bool changed = true;
+        bool rebuild = false;
+        int32_t positionToShow = -1;
+    };
+
     void SendForPicture(UpdateHint hint, const QString& id);
-    void ShowPage(CGallery& gallery);
-    void ShowCurrentGallery(CGalleryProject& project);
-    void GeneratePage(CGallery& gallery);
-    std::string GenerateBytes(CGallery& gallery);
-    void ShowTemplateError(const CTemplateParsingException& error, CGallery& gallery);
-    void Show(const std::string& page, const QString& pageKey);
-    void UpdateTitle(CGalleryProject& project);
-    QString ReadVariable(const QString& property, const QString& fallback);
+    // False if a person has thought better of it.
+    bool Apply(Change& change, const UpdateParameter& parameter, CGalleryProject& project);
+    void ApplyChoice(Change& change, int32_t place, CGallery& gallery);
+    void ApplyToPicture(Change& change, int32_t position, CGallery& gallery);
+    void FollowLink(Change& change, const QString& url, CGallery& gallery);
+    bool ChooseVisibility(CGallery& gallery);
+    void UpdateMenus(CGalleryProject& project);
+    void ShowCurrentPage(CGalleryProject& project);
+    // name: of the page; the scroll place is kept while it stays.
+    void Show(const std::string& page, const QString& name);
+    void SetShownFolders(CGallery& gallery);
+    std::string GeneratePage(CGallery& gallery);
+    std::string GenerateAnyPage(CGallery& gallery);
+    // Nothing if the property has no value.
+    std::optional<QString> ReadVariable(const QString& property);
     void WriteVariable(const QString& property, const QString& text);
 
     const Services services;
@@ -75,5 +90,5 @@ private:
     CHTMLView* const htmlView;
     // Of the page on the screen: knows which picture an id means. Null without a gallery.
     std::unique_ptr<CGalleryIterator> iterator;
-    QString shownPageKey; // gallery, page and number: the scroll place is kept while it stays
+    QString shownPage; // gallery, layout, page and number
 };
