@@ -256,13 +256,45 @@ enum class StringId : int {
     BrowseFolderTitle,
     ListOutputTitle,
 
-
     // Views.
     PageDoesNotRespond = 21200,
     PageNotGenerated,
     VisibilityCommand,
     VisibilityTip,
     RecentProjectsTip,
+
+    // Deployment wizard.
+    DeployWizardTitle = 21400,
+    GalleryWizardTitle,
+    WizardMessageTitle,
+    ChooseDestination,
+    NewConnection,
+    DeleteConnectionQuestion,
+    FolderPathTitle,
+    FolderPathSubtitle,
+    FolderPickerCaption,
+    DeployToFolderTitle,
+    OpenBrowserWhenFinished,
+    DeployedPages,
+    ConnectionTitle,
+    ConnectionSubtitle,
+    ShareConnection,
+    SharingNeedsAdministrator,
+    TestingConnection,
+    ServerNameInvalid,
+    LoginInvalid,
+    SiteDirectoryTitle,
+    SiteDirectorySubtitle,
+    DeployToSiteTitle,
+    GeneratingStep,
+    PreparingStep,
+    UploadingStep,
+    UploadingFile,
+    UploadDone,
+    CancellingGeneration,
+    CancellingUpload,
+    DeployErrorTitle,
+    PasswordNotProtected,
 };
 
 // The text as it stands, its "%" included.
