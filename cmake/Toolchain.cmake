@@ -18,6 +18,11 @@ endif()
 
 add_compile_options(-Wall -Wextra -Werror)
 
+set(VISTORAMA_FUZZ FALSE CACHE BOOL "Build the fuzz targets as fuzzers; needs clang")
+if(VISTORAMA_FUZZ)
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 set(VISTORAMA_SANITIZE "" CACHE STRING "Sanitizers for all targets, as -fsanitize= takes them")
 if(VISTORAMA_SANITIZE)
     add_compile_options(-fsanitize=${VISTORAMA_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

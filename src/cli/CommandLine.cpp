@@ -7,8 +7,10 @@
 #include "cli/CheckCommand.h"
 #include "cli/DeployCommand.h"
 #include "cli/DestinationCommand.h"
+#include "cli/FtpCommands.h"
 #include "cli/InfoCommand.h"
 #include "cli/NewCommand.h"
+#include "cli/ServerAddress.h"
 #include "common/FileSystem.h"
 #include "common/Text.h"
 
@@ -20,14 +22,22 @@ const char* const Usage = "Usage:\n"
                           "      [--watermark FILE] [--signature TEXT] [--position NAME|NUMBER] [--margin "
                           "PIXELS]\n"
                           "      [--size-class small|middle|large|all] [PICTURE|FOLDER ...]\n"
-                          "  vistorama-cli deploy PROJECT.gallery TARGET_FOLDER [--quiet]\n"
+                          "  vistorama-cli deploy PROJECT.gallery TARGET_FOLDER|FTP_ADDRESS [--quiet]\n"
+                          "  vistorama-cli deploy PROJECT.gallery --to NAME [--directory DIRECTORY] "
+                          "[--quiet]\n"
                           "  vistorama-cli info PROJECT.gallery [--json] [--clusters SIZE]\n"
                           "  vistorama-cli check LAYOUT.xml ...\n"
-                          "  vistorama-cli destination add NAME "
-                          "ftp://[USER[:PASSWORD]@]HOST[:PORT][/DIRECTORY] [--all-users]\n"
+                          "  vistorama-cli destination add NAME FTP_ADDRESS [--all-users]\n"
                           "  vistorama-cli destination list\n"
                           "  vistorama-cli destination remove NAME\n"
-                          "  vistorama-cli --help | --version\n";
+                          "  vistorama-cli ftp-test FTP_ADDRESS [--transcript]\n"
+                          "  vistorama-cli ftp-ls FTP_ADDRESS [--raw]\n"
+                          "  vistorama-cli ftp-mkdir FTP_ADDRESS NAME\n"
+                          "  vistorama-cli ftp-rename FTP_ADDRESS OLD_NAME NEW_NAME\n"
+                          "  vistorama-cli --help | --version\n"
+                          "An FTP_ADDRESS is ftp://[USER[:PASSWORD]@]HOST[:PORT][/DIRECTORY]. A password "
+                          "that it doesn't hold\n"
+                          "is taken from VISTORAMA_FTP_PASSWORD, or asked for.\n";
 
 using Command = int (*)(const QStringList& arguments);
 
@@ -39,6 +49,10 @@ Command FindCommand(const QString& name)
         {QStringLiteral("info"), RunInfo},
         {QStringLiteral("check"), RunCheck},
         {QStringLiteral("destination"), RunDestination},
+        {QStringLiteral("ftp-test"), RunFtpTest},
+        {QStringLiteral("ftp-ls"), RunFtpList},
+        {QStringLiteral("ftp-mkdir"), RunFtpMakeDirectory},
+        {QStringLiteral("ftp-rename"), RunFtpRename},
     };
     const auto command = commands.find(name);
     if (command == commands.end()) {
@@ -119,8 +133,10 @@ CommandArguments ParseArguments(const QStringList& arguments, const CommandSynta
         throw CWrongUse(QStringLiteral("Something is missing."));
     }
     if (parsed.positional.size() > syntax.maxPositional) {
-        throw CWrongUse(
-            QStringLiteral("There is no use for '%1'.").arg(parsed.positional[syntax.maxPositional]));
+        const QString& surplus = parsed.positional[syntax.maxPositional];
+        // An address may hold a password.
+        throw CWrongUse(IsFtpAddress(surplus) ? QStringLiteral("There is no use for the FTP address.")
+                                              : QStringLiteral("There is no use for '%1'.").arg(surplus));
     }
     return parsed;
 }

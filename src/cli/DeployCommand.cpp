@@ -1,130 +1,77 @@
 #include "cli/DeployCommand.h"
 
-#include <atomic>
-#include <condition_variable>
-#include <csignal>
-#include <deque>
-#include <mutex>
-#include <unistd.h>
-
 #include <QDir>
-#include <QElapsedTimer>
 
 #include "cli/CommandLine.h"
-#include "cli/DeployProgressDisplay.h"
+#include "cli/DeployRun.h"
+#include "cli/DestinationSession.h"
+#include "cli/PasswordPrompt.h"
 #include "cli/ProjectSession.h"
-#include "deploy/DeployJob.h"
+#include "cli/ServerAddress.h"
 
 namespace {
 
-// Where the job's messages wait for the main thread.
-class CMessageQueue final : public CDeployTarget {
-public:
-    void Post(DeployMessage message) override
-    {
-        {
-            const std::lock_guard lock(mutex);
-            messages.push_back(message);
-        }
-        arrived.notify_one();
-    }
+const QString ToOption = QStringLiteral("to");
+const QString DirectoryOption = QStringLiteral("directory");
+const QString QuietSwitch = QStringLiteral("quiet");
 
-    DeployMessage Wait()
-    {
-        std::unique_lock lock(mutex);
-        arrived.wait(lock, [this] { return !messages.empty(); });
-        const DeployMessage message = messages.front();
-        messages.pop_front();
-        return message;
-    }
-
-private:
-    std::mutex mutex;
-    std::condition_variable arrived;
-    std::deque<DeployMessage> messages;
-};
-
-std::atomic<CDeployJob*> interruptible = nullptr;
-
-void OnInterrupt(int)
+void RequireOneTarget(const CommandArguments& parsed)
 {
-    if (CDeployJob* job = interruptible.load()) {
-        job->RequestCancel();
+    const bool namesPlace = parsed.positional.size() == 2;
+    if (namesPlace == parsed.Has(ToOption)) {
+        throw CWrongUse(QStringLiteral("'deploy' needs one target: a folder, an FTP address or --to with the "
+                                       "name of a destination."));
+    }
+    if (parsed.Has(DirectoryOption) && !parsed.Has(ToOption)) {
+        throw CWrongUse(
+            QStringLiteral("--directory goes with --to. An FTP address names its own directory."));
     }
 }
 
-// While it lives, the first interrupt cancels the job; a second one ends the program at once.
-class CInterruptScope {
-public:
-    explicit CInterruptScope(CDeployJob& job)
-    {
-        interruptible = &job;
-        struct sigaction action {};
-        action.sa_handler = OnInterrupt;
-        action.sa_flags = static_cast<int>(SA_RESETHAND);
-        sigaction(SIGINT, &action, nullptr);
-        sigaction(SIGTERM, &action, nullptr);
-    }
-    ~CInterruptScope()
-    {
-        std::signal(SIGINT, SIG_DFL);
-        std::signal(SIGTERM, SIG_DFL);
-        interruptible = nullptr;
-    }
-    CInterruptScope(const CInterruptScope&) = delete;
-    CInterruptScope& operator=(const CInterruptScope&) = delete;
-};
-
-void RunJob(CDeployJob& job, bool quiet)
+// The directory replaces that of the stored destination.
+FTPDestinationConnection FindDestination(const CommandArguments& parsed)
 {
-    const CInterruptScope interrupts(job);
-    const auto queue = std::make_shared<CMessageQueue>();
-    CDeployProgressDisplay display(isatty(STDOUT_FILENO) != 0);
-    job.StartGeneration(queue);
-    for (;;) {
-        const DeployMessage message = queue->Wait();
-        if (std::holds_alternative<DEPLOY_GENERATED>(message)) {
-            break;
-        }
-        const DEPLOY_PROGRESS* progress = std::get_if<DEPLOY_PROGRESS>(&message);
-        if (progress && !quiet) {
-            display.Show(progress->donePages, progress->totalPages);
-        }
+    CDestinationSession session;
+    FTPDestinationConnection connection = session.GetDestinations().Find(parsed.Get(ToOption)).connection;
+    if (parsed.Has(DirectoryOption)) {
+        connection.directory = parsed.Get(DirectoryOption);
     }
-    job.WaitFinished();
-    display.End();
+    return connection;
+}
+
+// Nothing if a person interrupted the question for the password.
+std::optional<FTPDestinationConnection> FindServer(const CommandArguments& parsed)
+{
+    if (parsed.Has(ToOption)) {
+        return FindDestination(parsed);
+    }
+    return FindConnection(parsed.positional[1]);
 }
 
 } // namespace
 
 int RunDeploy(const QStringList& arguments)
 {
-    const CommandArguments parsed = ParseArguments(
-        arguments,
-        {.valueOptions = {}, .switches = {QStringLiteral("quiet")}, .minPositional = 2, .maxPositional = 2});
-    QElapsedTimer timer;
-    timer.start();
+    const CommandArguments parsed = ParseArguments(arguments, {.valueOptions = {ToOption, DirectoryOption},
+                                                               .switches = {QuietSwitch},
+                                                               .minPositional = 1,
+                                                               .maxPositional = 2});
+    RequireOneTarget(parsed);
+    const bool toServer = parsed.Has(ToOption) || IsFtpAddress(parsed.positional[1]);
+    std::optional<FTPDestinationConnection> server;
+    if (toServer) {
+        server = FindServer(parsed);
+        if (!server) {
+            return ExitInterrupted;
+        }
+    }
     CProjectSession session;
     session.OpenExisting(parsed.positional[0]);
-    CDeployJob job(session.GetProject());
-    job.settings.folder = QDir(parsed.positional[1]).absolutePath();
-    RunJob(job, parsed.Has(QStringLiteral("quiet")));
-
-    if (const auto& error = job.GetError()) {
-        PrintError(FailureLines(error->description, error->reason, error->solution));
-        return ExitFailed;
+    CDeployRun run(session, {.quiet = parsed.Has(QuietSwitch)});
+    if (!server) {
+        return run.ToFolder(QDir(parsed.positional[1]).absolutePath());
     }
-    if (job.IsCancelled()) {
-        PrintError(QStringLiteral("Cancelled. The files written so far stay.\n"));
-        return ExitInterrupted;
-    }
-    const GenerationResult& result = job.GetResult();
-    for (const QString& warning : result.warnings) {
-        PrintError(QStringLiteral("warning: ") + warning + QLatin1Char('\n'));
-    }
-    PrintOut(QStringLiteral("%1 pages, %2 images, %3 seconds\n")
-                 .arg(result.pages)
-                 .arg(result.images)
-                 .arg(timer.elapsed() / 1000.0, 0, 'f', 2));
-    return ExitDone;
+    // The directory is seen from the login's folder, so nothing is to be entered before it.
+    const QString directory = std::exchange(server->directory, QString());
+    return run.ToServer(*server, directory);
 }

@@ -4,20 +4,25 @@
 
 #include "cli/CommandLine.h"
 
-void CDeployProgressDisplay::Show(int32_t donePages, int32_t totalPages)
+void CDeployProgressDisplay::Show(int32_t done, int32_t total, const QString& unit)
 {
-    const QString text = QStringLiteral("%1 of %2 pages").arg(donePages).arg(totalPages);
+    if (unit != lastUnit) {
+        End();
+        lastUnit = unit;
+        lastTenth = 0;
+    }
+    const QString text = QStringLiteral("%1 of %2 ").arg(done).arg(total) + unit;
     // The total can fall short of what is written, so the bar stops at its end.
-    const int64_t whole = std::max<int64_t>(totalPages, 1);
+    const int64_t whole = std::max<int64_t>(total, 1);
     if (onTerminal) {
         constexpr int64_t width = 40;
-        const auto filled = static_cast<qsizetype>(std::min(width, width * donePages / whole));
+        const auto filled = static_cast<qsizetype>(std::min(width, width * done / whole));
         PrintOut(QStringLiteral("\r[") + QStringLiteral("#").repeated(filled) +
                  QStringLiteral("-").repeated(width - filled) + QStringLiteral("] ") + text);
         barShown = true;
         return;
     }
-    const int64_t tenth = 10 * donePages / whole;
+    const int64_t tenth = 10 * done / whole;
     if (tenth > lastTenth) {
         lastTenth = tenth;
         PrintOut(text + QLatin1Char('\n'));
@@ -28,5 +33,6 @@ void CDeployProgressDisplay::End()
 {
     if (barShown) {
         PrintOut(QStringLiteral("\n"));
+        barShown = false;
     }
 }

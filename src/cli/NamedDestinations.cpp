@@ -1,6 +1,7 @@
 #include "cli/NamedDestinations.h"
 
 #include "cli/CommandLine.h"
+#include "cli/TerminalText.h"
 #include "common/Exceptions.h"
 #include "common/Text.h"
 
@@ -31,17 +32,6 @@ void RequireUsableName(const QString& name)
                                            "control character."));
         }
     }
-}
-
-// Other programs may have stored any name; on a terminal it must not do more than be seen.
-QString Printable(QString text)
-{
-    for (QChar& character : text) {
-        if (character.category() == QChar::Other_Control) {
-            character = QChar::ReplacementCharacter;
-        }
-    }
-    return text;
 }
 
 QString AddressOf(const FTPDestinationConnection& record)

@@ -13,6 +13,8 @@ public:
     CProjectSession();
 
     CGalleryProject& GetProject() { return project; }
+    // With a trailing separator.
+    const QString& GetTemporaryFolder() const { return tempFolder.GetPath(); }
 
     // Unlike the desktop program's opening, a project that doesn't exist is an error: CFileException.
     void OpenExisting(const QString& path);

@@ -6,18 +6,12 @@
 
 #include "common/StopSignal.h"
 #include "content/PageGeneration.h"
+#include "deploy/DeployError.h"
 #include "deploy/DeployMessages.h"
 #include "deploy/FTPUploadItemsFiller.h"
 #include "document/DeploySettings.h"
 
 class CGalleryProject;
-
-// The three texts of a failed deployment.
-struct DeployError {
-    QString description;
-    QString reason;
-    QString solution;
-};
 
 // A deployment: its choices, its generation thread and what came of it. Owned by the wizard or program that
 // started it. While the thread runs nobody else may change the project; the job turns its preview mode off
@@ -41,7 +35,7 @@ public:
     // Progress is posted to the target as long as it exists. Not to be called while a generation runs.
     void StartGeneration(std::weak_ptr<CDeployTarget> target);
 
-    // Sets the cancel flag alone. Safe in a signal handler.
+    // Sets the cancel flag alone.
     void RequestCancel() { cancel.Set(); }
     // Sets the cancel flag and returns when the thread has ended.
     void Cancel();

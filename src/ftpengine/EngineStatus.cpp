@@ -120,11 +120,15 @@ int EngineStatus::FromResolver(int error)
     return error == EAI_SYSTEM ? FromErrno(errno) : Mapped(resolverMappings, error);
 }
 
+QString EngineStatus::GetWords(int status)
+{
+    return Text(WordsOf(status).title);
+}
+
 QString EngineStatus::GetTitle(int status)
 {
-    return QStringLiteral("0x%1 %2")
-        .arg(static_cast<uint32_t>(status), 8, 16, QLatin1Char('0'))
-        .arg(Text(WordsOf(status).title));
+    return QStringLiteral("0x%1 ").arg(static_cast<uint32_t>(status), 8, 16, QLatin1Char('0')) +
+           GetWords(status);
 }
 
 QString EngineStatus::GetDescription(int status)

@@ -20,7 +20,8 @@ inline constexpr int UnreadablePasv = 11004;
 int FromErrno(int error);
 int FromResolver(int error);
 
-// For people: "0x0000274c Connection timed out", and a sentence about it.
+// For people: "Connection timed out"; "0x0000274c Connection timed out"; and a sentence about it.
+QString GetWords(int status);
 QString GetTitle(int status);
 QString GetDescription(int status);
 

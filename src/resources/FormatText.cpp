@@ -5,8 +5,8 @@ namespace {
 // Length of the placeholder at a "%", 0 if there is none.
 qsizetype PlaceholderLength(QStringView text)
 {
-    for (const QLatin1String placeholder :
-         {QLatin1String("%s"), QLatin1String("%d"), QLatin1String("%hs"), QLatin1String("%hc")}) {
+    for (const QLatin1String placeholder : {QLatin1String("%s"), QLatin1String("%d"), QLatin1String("%x"),
+                                            QLatin1String("%hs"), QLatin1String("%hc")}) {
         if (text.startsWith(placeholder)) {
             return placeholder.size();
         }

@@ -20,7 +20,8 @@ private:
     QString text;
 };
 
-// Puts the arguments, in order, in place of %s, %hs, %hc and %d; "%%" becomes "%". A placeholder without an
+// Puts the arguments, in order, in place of %s, %hs, %hc, %d and %x (the argument is
+// text already, so the caller writes the hexadecimal digits); "%%" becomes "%". A placeholder without an
 // argument and any other "%" stay as they are. A text that is used without arguments is not to be passed
 // here: its "%" are literal.
 QString FormatText(const QString& format, std::initializer_list<CFormatArgument> arguments);

@@ -302,6 +302,34 @@ const char* FindText(StringId id)
         return "Please let an administrator give the key file to root with mode 644. If it is damaged, "
                "remove "
                "it: a new one is made, and stored passwords have to be typed again.";
+
+    case StringId::UploadFailed:
+        return "An error occured during upload a new web gallery to Internet site.";
+    case StringId::UploadConnectionLost:
+        return "Connection with internet site has been lost during uploading. Windows sockets subsystem "
+               "return the following error code: %x.";
+    case StringId::UploadNotConnected:
+        return "Could not connect to the Internet site. Windows sockets subsystem return the following error "
+               "code: %x.";
+    case StringId::UploadLater:
+        return "Please try to upload your gallery later.";
+    case StringId::UploadRefused:
+        return "FTP server returns an error: %s.";
+    case StringId::CheckSiteParameters:
+        return "Please check FTP site parameters and destination directory.";
+
+    case StringId::FolderNotListed:
+        return "The folder '%s' on the server %s could not be listed.";
+    case StringId::FolderNotMade:
+        return "The folder '%s' could not be made on the server %s.";
+    case StringId::FolderNotRenamed:
+        return "'%s' could not be renamed on the server %s.";
+    case StringId::NetworkFailed:
+        return "%s. %s";
+    case StringId::CheckServerAndTryAgain:
+        return "Please check the name of the server and your connection, and try again.";
+    case StringId::ChooseNameWithoutLineBreaks:
+        return "Please choose a name without line breaks.";
     case StringId::WatermarkNotReadable:
         return "The watermark %s can't be used.";
     case StringId::ChooseAnotherWatermark:
@@ -456,6 +484,12 @@ const char* FindText(StringId id)
         return "Advertisement blocks";
     case StringId::NoAdvertisementSections:
         return "The layout of this page has no advertisement blocks.";
+    case StringId::FtpTaskTitle:
+        return "FTP Task";
+    case StringId::BrowseFolderTitle:
+        return "Browse Folder";
+    case StringId::ListOutputTitle:
+        return "LIST command output";
 
     case StringId::PageDoesNotRespond:
         return "The page does not respond. Probably a script of the layout never ends.";
@@ -467,6 +501,70 @@ const char* FindText(StringId id)
         return "Show and hide elements of the page";
     case StringId::RecentProjectsTip:
         return "Recent projects";
+
+    case StringId::DeployWizardTitle:
+        return "Deploy Wizard";
+    case StringId::GalleryWizardTitle:
+        return "Gallery deployment wizard.";
+    case StringId::WizardMessageTitle:
+        return "Gallery deployment wizard";
+    case StringId::ChooseDestination:
+        return "Please select where you would like to deploy your gallery.";
+    case StringId::NewConnection:
+        return "New Internet connection";
+    case StringId::DeleteConnectionQuestion:
+        return "Delete Internet connection '%s'?";
+    case StringId::FolderPathTitle:
+        return "Folder path";
+    case StringId::FolderPathSubtitle:
+        return "Please select a local folder path here.";
+    case StringId::FolderPickerCaption:
+        // Not what the dialog is about; the caption has always been this.
+        return "Hypertext reference menu";
+    case StringId::DeployToFolderTitle:
+        return "Deploying gallery to local disk folder.";
+    case StringId::OpenBrowserWhenFinished:
+        return "&Open web browser window with a new gallery when finished";
+    case StringId::DeployedPages:
+        return "Deployed pages: %d of %d. ";
+    case StringId::ConnectionTitle:
+        return "FTP connection";
+    case StringId::ConnectionSubtitle:
+        return "Please configure FTP connection here.";
+    case StringId::ShareConnection:
+        return "&Make this FTP connection available for other users of this computer";
+    case StringId::SharingNeedsAdministrator:
+        return "Only an administrator of this computer can do that.";
+    case StringId::TestingConnection:
+        return "Testing FTP connection, please wait ...";
+    case StringId::ServerNameInvalid:
+        return "Connection test has failed. Server name is invalid.";
+    case StringId::LoginInvalid:
+        return "Connection test has failed. Please check user name, password and try again.";
+    case StringId::SiteDirectoryTitle:
+        return "Internet site gallery directory.";
+    case StringId::SiteDirectorySubtitle:
+        return "Please select  Internet site gallery directory here.";
+    case StringId::DeployToSiteTitle:
+        return "Deploying gallery to Internet site.";
+    case StringId::GeneratingStep:
+        return "Step 1 of 3. Generating gallery content...";
+    case StringId::PreparingStep:
+        return "Step 2 of 3. Preparing upload file list and destination directory...";
+    case StringId::UploadingStep:
+        return "Step 3 of 3. Uploading gallery files...";
+    case StringId::UploadingFile:
+        return "Uploading file: %s.";
+    case StringId::UploadDone:
+        return "The gallery has uploaded successfully!";
+    case StringId::CancellingGeneration:
+        return "Cancelling. The files in progress are finished first.";
+    case StringId::CancellingUpload:
+        return "Cancelling. The file in progress is sent to its end first.";
+    case StringId::DeployErrorTitle:
+        return "Gallery deployment has finished with errors.";
+    case StringId::PasswordNotProtected:
+        return "Its password can't be protected, so it was stored without one.";
     }
     return "";
 }

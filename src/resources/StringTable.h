@@ -161,8 +161,24 @@ enum class StringId : int {
     CorrectUserKeyFile,
     CorrectMachineKeyFile,
 
+    // Deployment to a server.
+    UploadFailed = 20800,
+    UploadConnectionLost,
+    UploadNotConnected,
+    UploadLater,
+    UploadRefused,
+    CheckSiteParameters,
+
+    // FTP commands of the command line.
+    FolderNotListed = 20900,
+    FolderNotMade,
+    FolderNotRenamed,
+    NetworkFailed,
+    CheckServerAndTryAgain,
+    ChooseNameWithoutLineBreaks,
+
     // Frame of the desktop program.
-    FileMenu = 20900,
+    FileMenu = 21300,
     GalleryMenu,
     EffectsMenu,
     SourceMenu,
@@ -236,6 +252,9 @@ enum class StringId : int {
     FontWithSize,
     AdvertisementsTitle,
     NoAdvertisementSections,
+    FtpTaskTitle,
+    BrowseFolderTitle,
+    ListOutputTitle,
 
     // Views.
     PageDoesNotRespond = 21200,
@@ -243,6 +262,39 @@ enum class StringId : int {
     VisibilityCommand,
     VisibilityTip,
     RecentProjectsTip,
+
+    // Deployment wizard.
+    DeployWizardTitle = 21400,
+    GalleryWizardTitle,
+    WizardMessageTitle,
+    ChooseDestination,
+    NewConnection,
+    DeleteConnectionQuestion,
+    FolderPathTitle,
+    FolderPathSubtitle,
+    FolderPickerCaption,
+    DeployToFolderTitle,
+    OpenBrowserWhenFinished,
+    DeployedPages,
+    ConnectionTitle,
+    ConnectionSubtitle,
+    ShareConnection,
+    SharingNeedsAdministrator,
+    TestingConnection,
+    ServerNameInvalid,
+    LoginInvalid,
+    SiteDirectoryTitle,
+    SiteDirectorySubtitle,
+    DeployToSiteTitle,
+    GeneratingStep,
+    PreparingStep,
+    UploadingStep,
+    UploadingFile,
+    UploadDone,
+    CancellingGeneration,
+    CancellingUpload,
+    DeployErrorTitle,
+    PasswordNotProtected,
 };
 
 // The text as it stands, its "%" included.

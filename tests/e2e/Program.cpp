@@ -81,6 +81,9 @@ QProcessEnvironment CProgram::GetEnvironment() const
     environment.insert(QStringLiteral("XDG_CACHE_HOME"), Path(QStringLiteral("cache")));
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
     environment.insert(QStringLiteral("program"), QStringLiteral(PROGRAM_FILE));
+    for (auto variable = variables.begin(); variable != variables.end(); ++variable) {
+        environment.insert(variable.key(), variable.value());
+    }
     return environment;
 }
 

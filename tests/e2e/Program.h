@@ -35,6 +35,9 @@ public:
     void WriteLayout(const QByteArray& page,
                      const QByteArray& pages = "<page file=\"index.html\" multipage=\"1\"/>");
 
+    // Of the program's environment.
+    void SetVariable(const QString& name, const QString& value) { variables[name] = value; }
+
     // A small photograph; returns its path.
     QString WritePicture(const QString& name, QSize size = QSize(64, 48)) const;
     // A project with these pictures in its root gallery.
@@ -50,4 +53,5 @@ private:
     QProcessEnvironment GetEnvironment() const;
 
     QString dataFolder;
+    QMap<QString, QString> variables;
 };

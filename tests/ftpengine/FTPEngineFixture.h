@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "ResourceGuard.h"
-#include "ScriptedServer.h"
+#include "support/ScriptedServer.h"
 #include "ftpengine/FTPEngine.h"
 
 // Short, so that a test of a silent server takes little time, and long enough for a busy machine.

@@ -4,6 +4,7 @@
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QFormLayout>
+#include <QPlainTextEdit>
 #include <QPushButton>
 
 namespace {
@@ -65,6 +66,16 @@ QPushButton* MakeButton(const QString& label, const char* objectName, QWidget* p
     // Enter stays with the button that ends the dialog.
     button->setAutoDefault(false);
     return button;
+}
+
+QPlainTextEdit* MakeReport(const QString& text, const char* objectName, const QString& label)
+{
+    auto* report = new QPlainTextEdit(text);
+    NameControl(*report, objectName, label);
+    report->setReadOnly(true);
+    report->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    report->setTabChangesFocus(true);
+    return report;
 }
 
 QDialogButtonBox* AddOkAndCancel(QDialog& dialog, QBoxLayout& layout)

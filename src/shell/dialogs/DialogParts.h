@@ -7,6 +7,7 @@ class QBoxLayout;
 class QDialog;
 class QDialogButtonBox;
 class QFormLayout;
+class QPlainTextEdit;
 class QPushButton;
 class QWidget;
 
@@ -26,6 +27,9 @@ QLabel* MakeLabel(const QString& label, QWidget& control);
 void AddRow(QFormLayout& form, const QString& label, QWidget& control);
 
 QPushButton* MakeButton(const QString& label, const char* objectName, QWidget* parent);
+
+// A text of several lines to read, to select from and to copy.
+QPlainTextEdit* MakeReport(const QString& text, const char* objectName, const QString& label);
 
 // "OK" and "Cancel" ("ok" and "cancel") at the end of the layout, connected to the dialog's accept and
 // reject.

@@ -2,6 +2,9 @@
 
 #include <cstdlib>
 
+#include <QFontDatabase>
+#include <QStringList>
+
 namespace {
 
 enum StyleBit { Bold = 1, Italic = 2, Underline = 4, StrikeOut = 8 };
@@ -12,6 +15,25 @@ constexpr qsizetype MaxFaceName = 32;
 
 // Of every screen, so that the same choice gives the same number on each.
 constexpr double PixelsPerPoint = 96.0 / 72.0;
+
+bool IsSlanted(const QString& family, const QString& style)
+{
+    return QFontDatabase::italic(family, style) || style.contains(QStringLiteral("Oblique"));
+}
+
+// The family's own name for a style ("Book", "Oblique"). Without it the font dialog would begin with any
+// style.
+QString FindStyleName(const LogFont& font)
+{
+    const int weight = font.weight > NormalWeight ? BoldWeight : NormalWeight;
+    for (const QString& style : QFontDatabase::styles(font.faceName)) {
+        if (QFontDatabase::weight(font.faceName, style) == weight &&
+            IsSlanted(font.faceName, style) == font.italic && !style.contains(QStringLiteral("Condensed"))) {
+            return style;
+        }
+    }
+    return {};
+}
 
 } // namespace
 
@@ -39,6 +61,7 @@ QFont ToQFont(const LogFont& font)
     shown.setPointSizeF(qMax(1.0, std::abs(font.height) / PixelsPerPoint));
     shown.setWeight(font.weight > NormalWeight ? QFont::Bold : QFont::Normal);
     shown.setItalic(font.italic);
+    shown.setStyleName(FindStyleName(font));
     shown.setUnderline(font.underline);
     shown.setStrikeOut(font.strikeOut);
     return shown;

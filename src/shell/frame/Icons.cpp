@@ -108,3 +108,11 @@ QIcon LoadProgramIcon()
     }
     return icon;
 }
+
+QPixmap LoadPicture(const QString& name, qreal density)
+{
+    const QByteArray drawing = ReadArtwork(name);
+    QPixmap picture = Render(drawing, QSvgRenderer(drawing).defaultSize() * density);
+    picture.setDevicePixelRatio(density);
+    return picture;
+}

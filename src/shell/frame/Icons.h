@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QIcon>
+#include <QPixmap>
 #include <QString>
 
 // The artwork of the program. The icons of commands are line drawings in one colour: they take the colour of
@@ -13,3 +14,6 @@ QIcon LoadIcon(const QString& name);
 
 // The icon of the program, in its own colours.
 QIcon LoadProgramIcon();
+
+// A drawing of several colours in its own size, for a screen of that many dots to the pixel.
+QPixmap LoadPicture(const QString& name, qreal density);

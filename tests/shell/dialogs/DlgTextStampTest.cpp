@@ -130,7 +130,7 @@ TEST_F(DlgTextStamp, TakesAFontFromTheFontDialog)
         auto* fonts = qobject_cast<QFontDialog*>(&modal);
         ASSERT_NE(fonts, nullptr);
         EXPECT_EQ(fonts->currentFont().family(), QStringLiteral("DejaVu Sans"));
-        QFont font(QStringLiteral("DejaVu Serif"), 24);
+        QFont font = ToQFont({.height = -32, .faceName = QStringLiteral("DejaVu Serif")});
         font.setUnderline(true);
         fonts->setCurrentFont(font);
         fonts->accept();
@@ -142,6 +142,20 @@ TEST_F(DlgTextStamp, TakesAFontFromTheFontDialog)
     EXPECT_EQ(stamps[0].font_size, 32);
     EXPECT_EQ(stamps[0].font_style, 4);
     EXPECT_EQ(stamps[0].color, Signature().color);
+}
+
+TEST_F(DlgTextStamp, KeepsTheFontWhenTheFontDialogChangesNothing)
+{
+    for (int style = 0; style < 16; ++style) {
+        stamps[0].font_style = style;
+        const CDlgTextStamp::Stamps before = stamps;
+        CDlgTextStamp dialog(stamps, nullptr);
+        const CModalAnswer answer([](QWidget& modal) { qobject_cast<QFontDialog*>(&modal)->accept(); });
+        Click(dialog, "font");
+        Click(dialog, "ok");
+        EXPECT_EQ(stamps[0].font, before[0].font) << style;
+        EXPECT_EQ(stamps[0].font_style, style);
+    }
 }
 
 TEST_F(DlgTextStamp, TakesAColourFromTheColourDialog)

@@ -1,0 +1,24 @@
+#include "Check.h"
+#include "ftpengine/FTPReply.h"
+#include "ftpengine/ReplyLines.h"
+
+// Bytes of a control connection: replies, greetings, and where a server has finished speaking.
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size)
+{
+    const std::string_view chunk(reinterpret_cast<const char*>(bytes), size);
+    const FTPReply reply = ReadReply(chunk);
+    Check(!chunk.empty() || reply.code == 0, "no bytes are no reply");
+    Check(reply.text.size() <= static_cast<qsizetype>(size), "a reply's text is a piece of the chunk");
+    const FTPReply greeting = ReadGreeting(chunk);
+    Check(greeting.code >= -99 && greeting.code <= 999, "a greeting's code has three digits");
+
+    CReplyLines whole;
+    whole.Feed(chunk);
+    CReplyLines inPieces;
+    const size_t half = size / 2;
+    inPieces.Feed(chunk.substr(0, half));
+    inPieces.Feed(chunk.substr(half));
+    Check(whole.IsAtEnd() == inPieces.IsAtEnd(), "the pieces in which bytes arrive make no difference");
+    Check(!whole.IsAtEnd() || chunk.back() == '\n', "a reply ends with a line");
+    return 0;
+}

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <optional>
+
+#include <QElapsedTimer>
+#include <QEventLoop>
+
+#include "cli/DeployProgressDisplay.h"
+#include "cli/Interrupts.h"
+#include "deploy/DeployJob.h"
+#include "deploy/SiteUpload.h"
+
+class CProjectSession;
+
+// One deployment at the command line: the generation and, if the site goes to a server, the upload. The first
+// interrupt cancels it; the second ends the program at once. Works on the event loop of the program's first
+// thread.
+class CDeployRun {
+public:
+    struct Options {
+        bool quiet = false; // no progress
+    };
+    // session: borrowed, with an open project.
+    CDeployRun(CProjectSession& session, Options options);
+
+    // These answer an ExitCode, and tell the person what has come of it.
+    int ToFolder(const QString& folder);
+    // The pages go to a temporary folder first. directory: on the server, seen from the login's folder.
+    int ToServer(const FTPDestinationConnection& destination, const QString& directory);
+
+private:
+    void Generate();
+    // An ExitCode, if the run ends here.
+    std::optional<int> FindEnd() const;
+    std::optional<DeployError> Upload(CSiteUpload& upload);
+    int ReportDone(const QString& sent);
+    void OnInterrupt(uint64_t count);
+    void OnJobMessage(const DeployMessage& message);
+    void OnUploadMessage(const FTPMessage& message, CSiteUpload& upload);
+    void ShowProgress(int32_t done, int32_t total, const QString& unit);
+
+    CProjectSession& session;
+    const Options options;
+    QElapsedTimer timer;
+    CDeployProgressDisplay display;
+    QEventLoop loop;
+    CDeployJob job;
+    CFTPEngine engine;
+    const CInterrupts interrupts;
+};

@@ -1,0 +1,217 @@
+#include "support/FtpServer.h"
+
+#include <grp.h>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QDeadlineTimer>
+#include <QDir>
+
+#include "common/Text.h"
+#include "support/ScriptedServer.h"
+
+namespace {
+
+const QString ServersFolder = QStringLiteral(FTP_SERVERS_FOLDER "/");
+const QString Password = QStringLiteral("ge#heim 1");
+// Of the password, as crypt(3) makes it with SHA-512.
+const char* const PasswordHash =
+    "$6$vistorama$p0uZC4EBDojYaiG3B/xBhsVdxKsjA7yUyq89RgQojdQ0krkO25W4.2mqUczO56tcMqsArDW/37OP4fHZPCEdc1";
+
+// A user who owns what Pure-FTPd stores: it refuses to serve the administrator.
+constexpr unsigned nobody = 65534;
+
+QString OwnUserName()
+{
+    const passwd* const user = ::getpwuid(::geteuid());
+    return user ? QString::fromLocal8Bit(user->pw_name) : QString();
+}
+
+QString OwnGroupName()
+{
+    const group* const own = ::getgrgid(::getegid());
+    return own ? QString::fromLocal8Bit(own->gr_name) : QString();
+}
+
+bool CanConnect(uint16_t port)
+{
+    const int descriptor = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const sockaddr_in address = LoopbackAddress(port);
+    const bool connected =
+        ::connect(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    ::close(descriptor);
+    return connected;
+}
+
+} // namespace
+
+const char* NameOf(FtpServerKind kind)
+{
+    switch (kind) {
+    case FtpServerKind::Vsftpd:
+        return "vsftpd";
+    case FtpServerKind::ProFtpd:
+        return "ProFTPD";
+    case FtpServerKind::PureFtpd:
+        return "PureFTPd";
+    }
+    return "";
+}
+
+CFtpServer::CFtpServer(FtpServerKind kind) : kind(kind)
+{
+    if (kind == FtpServerKind::PureFtpd && ::geteuid() != 0) {
+        problem = QStringLiteral("Pure-FTPd runs for the administrator only.");
+        return;
+    }
+    QDir().mkpath(GetRoot());
+    // Another program may take the port between its choice and the server's start.
+    for (int attempt = 0; attempt < 5; ++attempt) {
+        port = CListener().GetPort();
+        WriteConfiguration();
+        Start();
+        if (WaitUntilItListens()) {
+            problem.clear();
+            return;
+        }
+        problem = QStringLiteral("%1 did not start: %2")
+                      .arg(QLatin1String(NameOf(kind)), Widen(process.readAll().toStdString()));
+    }
+}
+
+CFtpServer::~CFtpServer()
+{
+    process.terminate();
+    if (!process.waitForFinished(5'000)) {
+        process.kill();
+        process.waitForFinished(5'000);
+    }
+}
+
+QString CFtpServer::GetUser() const
+{
+    return kind == FtpServerKind::Vsftpd ? QStringLiteral("anonymous") : QStringLiteral("photo");
+}
+
+QString CFtpServer::GetPassword() const
+{
+    return kind == FtpServerKind::Vsftpd ? QString() : Password;
+}
+
+QString CFtpServer::GetAddress() const
+{
+    return QStringLiteral("ftp://%1@127.0.0.1:%2").arg(GetUser()).arg(port);
+}
+
+void CFtpServer::WriteConfiguration()
+{
+    switch (kind) {
+    case FtpServerKind::Vsftpd:
+        scratch.Write(QStringLiteral("server.conf"), Narrow(WriteVsftpdConfiguration()).c_str());
+        break;
+    case FtpServerKind::ProFtpd: {
+        const QString user = QStringLiteral("photo:%1:%2:%3::%4:/bin/sh\n")
+                                 .arg(QLatin1String(PasswordHash))
+                                 .arg(::geteuid())
+                                 .arg(::getegid())
+                                 .arg(GetRoot());
+        const QString users = scratch.Write(QStringLiteral("users"), Narrow(user).c_str());
+        ::chmod(Narrow(users).c_str(), S_IRUSR | S_IWUSR);
+        scratch.Write(QStringLiteral("server.conf"), Narrow(WriteProFtpdConfiguration()).c_str());
+        break;
+    }
+    case FtpServerKind::PureFtpd:
+        WritePureFtpdUsers();
+        break;
+    }
+}
+
+QString CFtpServer::WriteVsftpdConfiguration() const
+{
+    return QStringLiteral("listen=YES\nlisten_address=127.0.0.1\nlisten_port=%1\nbackground=NO\n"
+                          "anonymous_enable=YES\nlocal_enable=NO\nwrite_enable=YES\n"
+                          "anon_upload_enable=YES\nanon_mkdir_write_enable=YES\nanon_other_write_enable=YES\n"
+                          "anon_umask=022\nanon_root=%2\nrun_as_launching_user=YES\nftp_username=%3\n"
+                          "secure_chroot_dir=%2\nxferlog_enable=NO\nseccomp_sandbox=NO\n")
+        .arg(port)
+        .arg(GetRoot(), OwnUserName());
+}
+
+QString CFtpServer::WriteProFtpdConfiguration() const
+{
+    return QStringLiteral("ServerType standalone\nDefaultAddress 127.0.0.1\nSocketBindTight on\nPort %1\n"
+                          "UseIPv6 off\nUser %2\nGroup %3\nModulePath %4proftpd-core/usr/lib/proftpd\n"
+                          "AuthOrder mod_auth_file.c\nAuthUserFile %5users\nRequireValidShell off\n"
+                          "RootLogin on\nUseFtpUsers off\nWtmpLog off\nPidFile %5pid\nScoreboardFile none\n"
+                          "DelayEngine off\nUseReverseDNS off\nSystemLog %5log\nTransferLog none\n"
+                          "ControlsEngine off\n<Global>\nAllowOverwrite on\n</Global>\n")
+        .arg(port)
+        .arg(OwnUserName(), OwnGroupName(), ServersFolder, scratch.Path(QString()));
+}
+
+void CFtpServer::WritePureFtpdUsers()
+{
+    ::chmod(Narrow(scratch.Path(QString())).c_str(), S_IRWXU | S_IXGRP | S_IXOTH);
+    ::chown(Narrow(GetRoot()).c_str(), nobody, nobody);
+    const QString user = QStringLiteral("photo:%1:%2:%2::%3./::::::::::::\n")
+                             .arg(QLatin1String(PasswordHash))
+                             .arg(nobody)
+                             .arg(GetRoot());
+    scratch.Write(QStringLiteral("users"), Narrow(user).c_str());
+    RunHelper(QStringLiteral("pure-ftpd/usr/bin/pure-pw"),
+              {QStringLiteral("mkdb"), scratch.Path(QStringLiteral("users.pdb")), QStringLiteral("-f"),
+               scratch.Path(QStringLiteral("users"))});
+}
+
+void CFtpServer::Start()
+{
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    const QString configuration = scratch.Path(QStringLiteral("server.conf"));
+    switch (kind) {
+    case FtpServerKind::Vsftpd:
+        process.start(ServersFolder + QStringLiteral("vsftpd/usr/sbin/vsftpd"), {configuration});
+        break;
+    case FtpServerKind::ProFtpd:
+        process.start(ServersFolder + QStringLiteral("proftpd-core/usr/sbin/proftpd"),
+                      {QStringLiteral("-n"), QStringLiteral("-c"), configuration});
+        break;
+    case FtpServerKind::PureFtpd:
+        process.start(ServersFolder + QStringLiteral("pure-ftpd/usr/sbin/pure-ftpd"),
+                      {QStringLiteral("-l"),
+                       QStringLiteral("puredb:") + scratch.Path(QStringLiteral("users.pdb")),
+                       QStringLiteral("-S"), QStringLiteral("127.0.0.1,%1").arg(port), QStringLiteral("-u"),
+                       QStringLiteral("1"), QStringLiteral("-H"), QStringLiteral("-g"),
+                       scratch.Path(QStringLiteral("pid"))});
+        break;
+    }
+}
+
+// A server tells nobody when it listens, so it is asked again and again until it answers or has ended.
+bool CFtpServer::WaitUntilItListens()
+{
+    if (!process.waitForStarted()) {
+        return false;
+    }
+    const QDeadlineTimer patience(20'000);
+    while (!patience.hasExpired()) {
+        if (CanConnect(port)) {
+            return true;
+        }
+        if (process.waitForFinished(20)) {
+            return false;
+        }
+    }
+    process.kill();
+    process.waitForFinished();
+    return false;
+}
+
+QString CFtpServer::RunHelper(const QString& program, const QStringList& arguments) const
+{
+    QProcess helper;
+    helper.setProcessChannelMode(QProcess::MergedChannels);
+    helper.start(ServersFolder + program, arguments);
+    helper.waitForFinished();
+    return Widen(helper.readAll().toStdString());
+}
