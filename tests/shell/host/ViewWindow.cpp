@@ -1,6 +1,8 @@
 #include "ViewWindow.h"
 
+#include <QEventLoop>
 #include <QTest>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <QWindow>
 #include <gtest/gtest.h>
@@ -18,7 +20,22 @@ QPoint InWindow(CHTMLView& view, QPoint place)
 
 bool WaitUntil(const std::function<bool()>& condition)
 {
-    return QTest::qWaitFor(condition, longTime);
+    // A running event loop, not a polling one: the browser takes many small steps in it.
+    QEventLoop loop;
+    QTimer check;
+    bool holds = condition();
+    QObject::connect(&check, &QTimer::timeout, &loop, [&] {
+        holds = condition();
+        if (holds) {
+            loop.quit();
+        }
+    });
+    if (!holds) {
+        check.start(2);
+        QTimer::singleShot(longTime, &loop, &QEventLoop::quit);
+        loop.exec();
+    }
+    return holds;
 }
 
 QVariant Ask(CHTMLView& view, const QString& expression)
