@@ -151,7 +151,7 @@ TEST_F(Editing, StyleAndLayoutAreChosenByTheMenu)
     program.PressKeys({QStringLiteral("Home"), QStringLiteral("Return")});
     ASSERT_TRUE(program.WaitInPage(QStringLiteral("document.querySelector('link[href*=Ink]') != null")));
     program.PressKeys({QStringLiteral("alt+g"), QStringLiteral("l")});
-    program.PressKeys({QStringLiteral("End"), QStringLiteral("Return")});
+    program.PressKeys({QStringLiteral("Up"), QStringLiteral("Return")});
     ASSERT_TRUE(program.WaitInPage(QStringLiteral("document.getElementById('second') != null")));
     SavedProject::Gallery saved = EndAndRead(0);
     EXPECT_TRUE(saved.style[QStringLiteral("css")].endsWith(QStringLiteral("/styles/ink.xml")))
