@@ -454,6 +454,8 @@ const char* FindText(StringId id)
                "you want to change, and deploy the site to a folder or to a server.";
     case StringId::NoDisplay:
         return "There is no display: neither DISPLAY nor WAYLAND_DISPLAY is set.\n";
+    case StringId::FailureTitle:
+        return "Vistorama: please note";
     case StringId::AboutMadeWith:
         return "Made with Qt %s and Qt WebEngine, libvips, Cairo, Pango, pugixml and libsodium.";
 

@@ -238,6 +238,7 @@ enum class StringId : int {
     AboutText,
     AboutMadeWith,
     NoDisplay,
+    FailureTitle,
 
     // Dialogs.
     ChangedInEachPage = 21000,

@@ -8,8 +8,8 @@
 
 namespace {
 
-// The title of the program's messages; a window's title goes on behind it.
-const QString Message = QStringLiteral("^Vistorama$");
+// The title of the program's messages.
+const QString Message = QStringLiteral("Vistorama: please note");
 
 } // namespace
 

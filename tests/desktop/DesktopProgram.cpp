@@ -183,6 +183,14 @@ QStringList CDesktopProgram::FindWindows(const QString& title) const
         .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
 
+// The lowest first; a box without a title is among them.
+QStringList CDesktopProgram::FindAllWindows() const
+{
+    return RunTool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--class"),
+                    QStringLiteral("vistorama")})
+        .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
 bool CDesktopProgram::WaitForWindow(const QString& title)
 {
     return WaitFor([&] { return !IsRunning() || !FindWindows(title).isEmpty(); }) && IsRunning();
@@ -210,15 +218,14 @@ void CDesktopProgram::FocusWindow(const QString& title)
 
 void CDesktopProgram::FocusAnyWindow()
 {
-    seenWindows = FindWindows(QStringLiteral("."));
-    for (const QString& window : seenWindows) {
-        RunTool({QStringLiteral("windowfocus"), window});
-    }
+    seenWindows = FindAllWindows();
+    RunTool(
+        {QStringLiteral("windowfocus"), QStringLiteral("--sync"), seenWindows.value(seenWindows.size() - 1)});
 }
 
 void CDesktopProgram::WaitForChange()
 {
-    WaitFor([this] { return !IsRunning() || FindWindows(QStringLiteral(".")) != seenWindows; });
+    WaitFor([this] { return !IsRunning() || FindAllWindows() != seenWindows; });
 }
 
 void CDesktopProgram::TypeText(const QString& text)

@@ -85,6 +85,7 @@ private:
     void Launch(const QStringList& arguments);
     QString RunTool(const QStringList& arguments) const;
     QStringList FindWindows(const QString& title) const;
+    QStringList FindAllWindows() const;
     bool ConnectProbe();
     QPoint GetPageOrigin();
     QPoint FindPageOrigin();

@@ -145,7 +145,7 @@ TEST_F(Editing, StyleAndLayoutAreChosenByTheMenu)
     program.UseOwnData();
     program.WriteLayout(QStringLiteral("second"),
                         "<html><head></head><body><p id=\"second\">Second layout</p>"
-                        "<%picture id=\"a\" width=\"200\" height=\"150\"%></body></html>");
+                        "<%picture id=\"a\" width=\"200\" height=\"150\" href=\"x\"%></body></html>");
     StartIn(0);
     program.PressKeys({QStringLiteral("alt+g"), QStringLiteral("s")});
     program.PressKeys({QStringLiteral("Home"), QStringLiteral("Return")});

@@ -11,7 +11,7 @@ void Fill(QMessageBox& box, const CExceptionBase& failure)
 {
     box.setObjectName(QStringLiteral("failure"));
     box.setIcon(QMessageBox::Warning);
-    box.setWindowTitle(Text(StringId::ProgramName));
+    box.setWindowTitle(Text(StringId::FailureTitle));
     box.setTextFormat(Qt::PlainText);
     box.setText(failure.GetCaption());
     box.setInformativeText(failure.GetDescription() + QStringLiteral("\n\n") + failure.GetAdvice());
