@@ -1,3 +1,4 @@
+#include <QFile>
 #include <gtest/gtest.h>
 
 #include "DesktopProgram.h"
@@ -123,14 +124,40 @@ TEST(BadInput, AProgramWithoutLayoutsSaysWhatIsWrongAndEnds)
     program.scratch.Write(QStringLiteral("no data/Templates/bad.xml"), "<template");
     program.scratch.Write(QStringLiteral("a/a.gallery"), "<project/>");
     program.StartWithMessage({program.Path(QStringLiteral("a/a.gallery"))}, Message);
-    for (int messages = 0; messages < 5 && program.IsRunning(); ++messages) {
-        program.TakePicture(QStringLiteral("no-layouts"));
+    program.FocusWindow(Message);
+    program.PressKeys({QStringLiteral("Return")});
+    ASSERT_TRUE(program.WaitForWindowGone(Message));
+    // What is left is a box without a title.
+    program.TakePicture(QStringLiteral("last-resort"));
+    EXPECT_TRUE(program.WaitFor([&] {
         program.FocusAnyWindow();
         program.PressKeys({QStringLiteral("Return")});
-        program.WaitForChange();
-    }
+        return !program.IsRunning();
+    }));
     EXPECT_EQ(program.WaitForEnd(), 1);
     EXPECT_EQ(program.scratch.Read(QStringLiteral("a/a.gallery")), "<project/>");
+}
+
+// A layout whose page file has gone is told of in the page's place, and another one can be chosen.
+TEST(BadInput, ALayoutWithoutItsFileLeavesTheProgramUsable)
+{
+    CDesktopProgram program;
+    const QString project = program.CopySample();
+    program.UseOwnData();
+    program.WriteLayout(QStringLiteral("second"), "<html></html>");
+    program.Start({project});
+    const QString file = program.Path(QStringLiteral("data/Templates/second/index.html"));
+    ASSERT_TRUE(QFile::remove(file));
+    program.PressKeys(
+        {QStringLiteral("alt+g"), QStringLiteral("l"), QStringLiteral("Up"), QStringLiteral("Return")});
+    ASSERT_TRUE(program.WaitInPage(QStringLiteral("document.body.innerText.includes('second/index.html')")));
+    program.TakePicture(QStringLiteral("layout-without-file"));
+    program.PressKeys(
+        {QStringLiteral("alt+g"), QStringLiteral("l"), QStringLiteral("Home"), QStringLiteral("Return")});
+    ASSERT_TRUE(
+        program.WaitInPage(QStringLiteral("(document.querySelector('h1') || {}).innerText == 'Wide Open'")));
+    EXPECT_EQ(program.Terminate(), 0);
+    EXPECT_EQ(SavedProject(project).galleries.size(), 4u);
 }
 
 TEST(BadInput, AProgramWithoutADisplaySaysSo)

@@ -99,7 +99,6 @@ void CDesktopProgram::Launch(const QStringList& arguments)
 {
     probe.reset();
     pageOrigin = QPoint();
-    seenWindows.clear();
     debugPort = FindFreePort();
     PutDisplayIntoEnvironment(display.GetName());
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -150,9 +149,16 @@ int CDesktopProgram::Terminate()
 
 int CDesktopProgram::WaitForEnd()
 {
-    EXPECT_TRUE(process.waitForFinished(Patience));
+    EXPECT_TRUE(!IsRunning() || process.waitForFinished(Patience));
     EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
     return process.exitCode();
+}
+
+// Without an event loop the state changes only while somebody waits for it.
+bool CDesktopProgram::IsRunning()
+{
+    process.waitForFinished(0);
+    return process.state() == QProcess::Running;
 }
 
 bool CDesktopProgram::WaitFor(const std::function<bool()>& condition)
@@ -218,14 +224,8 @@ void CDesktopProgram::FocusWindow(const QString& title)
 
 void CDesktopProgram::FocusAnyWindow()
 {
-    seenWindows = FindAllWindows();
-    RunTool(
-        {QStringLiteral("windowfocus"), QStringLiteral("--sync"), seenWindows.value(seenWindows.size() - 1)});
-}
-
-void CDesktopProgram::WaitForChange()
-{
-    WaitFor([this] { return !IsRunning() || FindAllWindows() != seenWindows; });
+    const QStringList windows = FindAllWindows();
+    RunTool({QStringLiteral("windowfocus"), windows.value(windows.size() - 1)});
 }
 
 void CDesktopProgram::TypeText(const QString& text)

@@ -46,7 +46,7 @@ public:
     int Terminate();
     // Waits until it has ended by itself.
     int WaitForEnd();
-    bool IsRunning() const { return process.state() == QProcess::Running; }
+    bool IsRunning();
 
     // --- Windows, by a part of their titles.
 
@@ -55,9 +55,8 @@ public:
     QString GetTitle();
     // Gives the keyboard to the window.
     void FocusWindow(const QString& title);
+    // The one on top.
     void FocusAnyWindow();
-    // Until windows have come or gone, or the program has ended.
-    void WaitForChange();
     void TypeText(const QString& text);
     // As xdotool names them: "ctrl+n", "Return".
     void PressKeys(const QStringList& keys);
@@ -94,6 +93,5 @@ private:
     QProcess process;
     quint16 debugPort = 0;
     QPoint pageOrigin; // on the screen; null until it was found
-    QStringList seenWindows;
     std::unique_ptr<CPageProbe> probe;
 };

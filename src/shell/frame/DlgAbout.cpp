@@ -15,6 +15,7 @@ QLabel* MakeText(const QString& text, QWidget* parent)
 {
     auto* label = new QLabel(text, parent);
     label->setWordWrap(true);
+    label->setMinimumWidth(label->fontMetrics().averageCharWidth() * 60);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     return label;
 }
@@ -73,5 +74,4 @@ CDlgAbout::CDlgAbout(QWidget* parent) : QDialog(parent)
     all->addLayout(head);
     all->addWidget(buttons);
     all->setSizeConstraint(QLayout::SetFixedSize);
-    setMinimumWidth(480);
 }

@@ -31,7 +31,8 @@ TEST(Icons, EveryDrawingIsOfOneStrokeStyle)
     const QStringList files = artwork.entryList({QStringLiteral("*.svg")});
     ASSERT_GT(files.size(), 25);
     for (const QString& name : files) {
-        if (name == QStringLiteral("vistorama.svg")) {
+        // Pictures in their own colours.
+        if (name == QStringLiteral("vistorama.svg") || name.startsWith(QStringLiteral("wizard-"))) {
             continue;
         }
         QFile file(artwork.filePath(name));
