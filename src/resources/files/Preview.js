@@ -18,9 +18,7 @@ function activateMenu(menu) {
   var group = previewStrips.groupOf(menu);
   var x = event.offsetX;
   if (!isObjectVisible(event.target)) { x += document.body.scrollLeft; }
-  // The width of the collection, which an image that isn't shown could not tell.
-  x = limitCoordinate(x, imageSize * (group.strips.length - 1));
-  previewStrips.light(group, (x - x % imageSize) / imageSize + 1);
+  previewStrips.light(group, previewStrips.buttonAt(group, x));
 }
 
 var previewStrips = (function () {
@@ -186,6 +184,12 @@ var previewStrips = (function () {
     close(group);
   }
 
+  // From 1 on. The width is that of the collection, which an image that isn't shown could not tell.
+  function buttonAt(group, offset) {
+    var x = limitCoordinate(offset, imageSize * (group.strips.length - 1));
+    return (x - x % imageSize) / imageSize + 1;
+  }
+
   function light(group, index) {
     group.strips.forEach(function (strip, i) { if (i != index) { hideObject(strip); } });
     if (!isObjectVisible(group.strips[index])) { showObject(group.strips[index]); }
@@ -209,6 +213,15 @@ var previewStrips = (function () {
     return found;
   }
 
+
+  // A strip that comes up under the mouse is not moved on yet.
+  document.addEventListener("mouseover", function (event) {
+    var strip = event.target, group = groups.get(strip), x = event.offsetX;
+    if (!group || strip !== group.strips[0]) { return; }
+    requestAnimationFrame(function () {
+      if (isObjectVisible(strip)) { light(group, buttonAt(group, x)); }
+    });
+  });
   document.addEventListener("mousemove", function (event) {
     var direct = event.target instanceof Element &&
       (groups.has(event.target) || event.target.closest('[onmouseenter^="showMenu("]'));
@@ -234,5 +247,5 @@ var previewStrips = (function () {
   }, true);
   document.addEventListener("DOMContentLoaded", collect);
 
-  return { show: show, leave: leave, light: light, groupOf: groupOf };
+  return { show: show, leave: leave, light: light, buttonAt: buttonAt, groupOf: groupOf };
 })();

@@ -18,7 +18,7 @@ public:
         std::function<void(const QString& link)> followLink;
         // Whether the page's frame may load that revision now.
         std::function<bool(int revision)> isAwaited;
-        // Whether a page is on the screen, so that a navigation can be a followed link.
+        // Whether a page is on the screen and none on its way, so that a navigation can be a followed link.
         std::function<bool()> isShown;
     };
     CViewPage(QWebEngineProfile& profile, Options options);
