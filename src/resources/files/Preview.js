@@ -166,8 +166,18 @@ var previewStrips = (function () {
     showObject(group.strips[0]);
     group.at = null;
     place(group);
+    lightBelowMouse(group);
     if (!open.size) { requestAnimationFrame(follow); }
     open.add(group);
+  }
+
+  // A strip that comes up under the mouse is not moved on yet.
+  function lightBelowMouse(group) {
+    var rect = group.strips[0].getBoundingClientRect(), mouse = window.event;
+    if (mouse && mouse.clientX >= rect.left && mouse.clientX < rect.right &&
+        mouse.clientY >= rect.top && mouse.clientY < rect.bottom) {
+      light(group, buttonAt(group, mouse.clientX - rect.left));
+    }
   }
 
   function close(group) {
@@ -214,14 +224,6 @@ var previewStrips = (function () {
   }
 
 
-  // A strip that comes up under the mouse is not moved on yet.
-  document.addEventListener("mouseover", function (event) {
-    var strip = event.target, group = groups.get(strip), x = event.offsetX;
-    if (!group || strip !== group.strips[0]) { return; }
-    requestAnimationFrame(function () {
-      if (isObjectVisible(strip)) { light(group, buttonAt(group, x)); }
-    });
-  });
   document.addEventListener("mousemove", function (event) {
     var direct = event.target instanceof Element &&
       (groups.has(event.target) || event.target.closest('[onmouseenter^="showMenu("]'));

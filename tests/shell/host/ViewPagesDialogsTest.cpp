@@ -18,26 +18,33 @@ using testing::ElementsAre;
 namespace {
 
 // Answers the next dialog and ends it.
-void Answer(const std::function<bool(QDialog&)>& accepts, bool& wasAsked)
-{
-    QTimer::singleShot(0, qApp, [accepts, &wasAsked] {
-        auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        if (!dialog) {
-            Answer(accepts, wasAsked);
-            return;
-        }
-        wasAsked = true;
-        dialog->done(accepts(*dialog) ? QDialog::Accepted : QDialog::Rejected);
-    });
-}
+class CAnswer {
+public:
+    explicit CAnswer(std::function<bool(QDialog&)> accepts)
+    {
+        QObject::connect(&timer, &QTimer::timeout, [this, accepts = std::move(accepts)] {
+            auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+            if (dialog) {
+                timer.stop();
+                wasAsked = true;
+                dialog->done(accepts(*dialog) ? QDialog::Accepted : QDialog::Rejected);
+            }
+        });
+        timer.start(1);
+    }
+    bool WasAsked() const { return wasAsked && !QApplication::activeModalWidget(); }
+
+private:
+    QTimer timer;
+    bool wasAsked = false;
+};
 
 // Runs the call in the page and waits until its dialog was answered.
 void Call(CPagesWindow& window, const char* call, const std::function<bool(QDialog&)>& accepts)
 {
-    bool wasAsked = false;
-    Answer(accepts, wasAsked);
+    const CAnswer answer(accepts);
     window.GetPage().RunScript(QString::fromUtf8(call));
-    EXPECT_TRUE(WaitUntil([&] { return wasAsked && !QApplication::activeModalWidget(); })) << call;
+    EXPECT_TRUE(WaitUntil([&] { return answer.WasAsked(); })) << call;
 }
 
 QString Variable(CPagesWindow& window, const char* name)
@@ -173,10 +180,9 @@ TEST(ViewPagesDialogs, ElementsOfThePageAreHidden)
     EXPECT_FALSE(window.GetPageText().contains(QStringLiteral("The footer")));
     EXPECT_THAT(window.listener.hints, ElementsAre(UpdateHint::VisibilityChosen));
     // The toolbar has the command as well.
-    bool wasAsked = false;
-    Answer(choose(Qt::Checked, true), wasAsked);
+    const CAnswer answer(choose(Qt::Checked, true));
     window.GetView().GetToolBar().findChild<QAction*>(QStringLiteral("ChangeVisibility"))->trigger();
-    EXPECT_TRUE(WaitUntil([&] { return wasAsked; }));
+    EXPECT_TRUE(WaitUntil([&] { return answer.WasAsked(); }));
     window.WaitForPageShown(3);
     EXPECT_TRUE(window.GetPageText().contains(QStringLiteral("The footer")));
 }
@@ -184,14 +190,15 @@ TEST(ViewPagesDialogs, ElementsOfThePageAreHidden)
 TEST(ViewPagesDialogs, APropertyThatIsNoneStoresNothing)
 {
     CPagesWindow window(1);
+    int pages = 1;
     for (const char* property : {"nopoint", "", "nobody.title"}) {
         Call(window, (std::string("external.EditText('") + property + "','N','t',1,2,false)").c_str(),
              [](QDialog& dialog) {
                  Find<QLineEdit>(dialog, "text")->setText(QStringLiteral("x"));
                  return true;
              });
+        window.WaitForPageShown(++pages);
     }
-    EXPECT_TRUE(WaitForPage(window.GetPage(), QStringLiteral("true")));
     EXPECT_EQ(Variable(window, "title"), QString());
 }
 

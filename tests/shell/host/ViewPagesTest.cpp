@@ -95,7 +95,7 @@ TEST(ViewPages, APictureTurnsEitherWayAround)
     EXPECT_EQ(AngleAt(window, 0), 0);
     window.Do(UpdateHint::PictureTurnedRight, 1);
     EXPECT_EQ(Ask(window.GetPage(), QStringLiteral("photo2.naturalWidth")).toInt(),
-              113); // 200 by 150, upright
+              112); // 200 by 150, upright
 }
 
 TEST(ViewPages, ATurnedPictureOnAnotherPageComesIntoSight)
@@ -136,8 +136,9 @@ TEST(ViewPages, TheGalleriesViewHearsOfAChangedCover)
     } rows[] = {
         {UpdateHint::PictureTurnedRight, 0, true},  {UpdateHint::PictureTurnedRight, 3, true},
         {UpdateHint::PictureTurnedRight, 4, false}, {UpdateHint::PictureMovedUp, 1, true},
-        {UpdateHint::PictureMovedUp, 5, false},     {UpdateHint::PictureMovedDown, 5, true},
-        {UpdateHint::PictureRemoved, 0, true},      {UpdateHint::PictureRemoved, 5, false},
+        {UpdateHint::PictureMovedUp, 5, false},     {UpdateHint::PictureMovedUp, 0, true},
+        {UpdateHint::PictureMovedDown, 5, true},    {UpdateHint::PictureRemoved, 0, true},
+        {UpdateHint::PictureRemoved, 5, false},
     };
     for (const auto& row : rows) {
         CPagesWindow window(6);

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr int longTime = 15'000; // ms
+constexpr int longTime = 30'000; // ms
 
 QPoint InWindow(CHTMLView& view, QPoint place)
 {
