@@ -18,9 +18,7 @@ function activateMenu(menu) {
   var group = previewStrips.groupOf(menu);
   var x = event.offsetX;
   if (!isObjectVisible(event.target)) { x += document.body.scrollLeft; }
-  // The width of the collection, which an image that isn't shown could not tell.
-  x = limitCoordinate(x, imageSize * (group.strips.length - 1));
-  previewStrips.light(group, (x - x % imageSize) / imageSize + 1);
+  previewStrips.light(group, previewStrips.buttonAt(group, x));
 }
 
 var previewStrips = (function () {
@@ -168,8 +166,18 @@ var previewStrips = (function () {
     showObject(group.strips[0]);
     group.at = null;
     place(group);
+    lightBelowMouse(group);
     if (!open.size) { requestAnimationFrame(follow); }
     open.add(group);
+  }
+
+  // A strip that comes up under the mouse is not moved on yet.
+  function lightBelowMouse(group) {
+    var rect = group.strips[0].getBoundingClientRect(), mouse = window.event;
+    if (mouse && mouse.clientX >= rect.left && mouse.clientX < rect.right &&
+        mouse.clientY >= rect.top && mouse.clientY < rect.bottom) {
+      light(group, buttonAt(group, mouse.clientX - rect.left));
+    }
   }
 
   function close(group) {
@@ -184,6 +192,12 @@ var previewStrips = (function () {
     if (group && target && group.strips.indexOf(target) >= 0) { return; }
     if (group && target && group.object && group.object.contains(target)) { light(group, 0); return; }
     close(group);
+  }
+
+  // From 1 on. The width is that of the collection, which an image that isn't shown could not tell.
+  function buttonAt(group, offset) {
+    var x = limitCoordinate(offset, imageSize * (group.strips.length - 1));
+    return (x - x % imageSize) / imageSize + 1;
   }
 
   function light(group, index) {
@@ -208,6 +222,7 @@ var previewStrips = (function () {
     groups.forEach(function (group) { if (group.object === object) { found = group; } });
     return found;
   }
+
 
   document.addEventListener("mousemove", function (event) {
     var direct = event.target instanceof Element &&
@@ -234,5 +249,5 @@ var previewStrips = (function () {
   }, true);
   document.addEventListener("DOMContentLoaded", collect);
 
-  return { show: show, leave: leave, light: light, groupOf: groupOf };
+  return { show: show, leave: leave, light: light, buttonAt: buttonAt, groupOf: groupOf };
 })();

@@ -122,8 +122,8 @@ std::unique_ptr<CViewPage> CHTMLViewHost::MakePage()
                 },
             .isAwaited = [this](int revision) { return awaited && awaited->revision == revision; },
             .isShown =
-                [this] {
-                    return shown.has_value();
+                [this](int revision) {
+                    return shown && !awaited && (revision == -1 || revision == shown->revision);
                 }});
 }
 

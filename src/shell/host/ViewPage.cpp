@@ -35,7 +35,7 @@ bool CViewPage::acceptNavigationRequest(const QUrl& address, NavigationType, boo
         return true;
     }
     // A frame of the page's own is at work until the page is shown, and is not followed.
-    if (options.isShown()) {
+    if (options.isShown(PageRevision(address))) {
         options.followLink(LinkAsWritten(address));
     }
     return false;

@@ -18,8 +18,9 @@ public:
         std::function<void(const QString& link)> followLink;
         // Whether the page's frame may load that revision now.
         std::function<bool(int revision)> isAwaited;
-        // Whether a page is on the screen, so that a navigation can be a followed link.
-        std::function<bool()> isShown;
+        // Whether a navigation can be a followed link: the page on the screen is of that revision, or of any
+        // (-1), and none is on its way.
+        std::function<bool(int revision)> isShown;
     };
     CViewPage(QWebEngineProfile& profile, Options options);
 

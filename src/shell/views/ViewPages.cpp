@@ -128,6 +128,9 @@ void CViewPages::SendForPicture(UpdateHint hint, const QString& id)
 
 void CViewPages::EditText(const TextToEdit& edited)
 {
+    if (!iterator) {
+        return;
+    }
     const QString text = ReadVariable(edited.property).value_or(edited.text);
     CDlgEditTextProperty dialog(
         edited.name, text,
@@ -141,6 +144,9 @@ void CViewPages::EditText(const TextToEdit& edited)
 
 void CViewPages::EditReference(const QString& name, const QString& hrefProperty, const QString& textProperty)
 {
+    if (!iterator) {
+        return;
+    }
     CDlgEditHref dialog(name,
                         {.url = ReadVariable(hrefProperty).value_or(QString()),
                          .text = ReadVariable(textProperty).value_or(QString())},
@@ -264,7 +270,6 @@ void CViewPages::ApplyToPicture(Change& change, int32_t position, CGallery& gall
         change.changed = false;
         return;
     }
-    const QString cover = gallery.GetCoverName();
     const bool isFirst = position == 0;
     const bool isLast = position == count - 1;
     int32_t other = position;
@@ -289,7 +294,7 @@ void CViewPages::ApplyToPicture(Change& change, int32_t position, CGallery& gall
     if (other != position) {
         gallery.MovePicture(position, other);
     }
-    change.rebuild = isFirst || other == 0 || gallery.GetCoverName() != cover;
+    change.rebuild = std::min(position, other) < CGalleryCover::PictureCount;
 }
 
 void CViewPages::FollowLink(Change& change, const QString& url, CGallery& gallery)

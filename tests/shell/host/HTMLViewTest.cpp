@@ -260,7 +260,7 @@ TEST(HTMLView, APageThatWantsElsewhereByItselfIsNotFollowed)
     window.Show("<script>location.href = 'b.html';</script>");
     window.Show("next");
     EXPECT_EQ(window.Ask(QStringLiteral("document.body.textContent")).toString(), QStringLiteral("next"));
-    EXPECT_TRUE(window.recorder.lines.isEmpty());
+    EXPECT_TRUE(window.recorder.lines.isEmpty()) << qPrintable(window.recorder.lines.join(QLatin1Char('|')));
 }
 
 TEST(HTMLView, ACallReachesItsMethodWithoutRegardToCase)
