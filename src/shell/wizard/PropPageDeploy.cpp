@@ -75,7 +75,8 @@ bool CPropPageDeploy::validatePage()
 void CPropPageDeploy::SetProgress(Progress newProgress)
 {
     progress = newProgress;
-    Q_EMIT completeChanged();
+    // This alone makes the wizard ask for the next page again.
+    setFinalPage(nextId() < 0);
     if (progress != Progress::Ready) {
         wizard()->button(QWizard::BackButton)->setEnabled(false);
     }

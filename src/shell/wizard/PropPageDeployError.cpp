@@ -6,6 +6,12 @@
 #include "resources/StringTable.h"
 #include "shell/dialogs/DialogParts.h"
 
+namespace {
+
+constexpr int MinimumHeight = 48; // pixels: two lines
+
+} // namespace
+
 CPropPageDeployError::CPropPageDeployError(DeployWizardState& state)
     : CWizardPage(state),
       description(MakeReport(QString(), "description", QStringLiteral("Error description"))),
@@ -22,6 +28,9 @@ CPropPageDeployError::CPropPageDeployError(DeployWizardState& state)
                 {QStringLiteral("Proposed &solution:"), solution}};
     for (const auto& row : rows) {
         layout->addWidget(MakeLabel(row.label, *row.text));
+        // They share what room there is.
+        row.text->setMinimumHeight(MinimumHeight);
+        row.text->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
         layout->addWidget(row.text);
     }
 }
