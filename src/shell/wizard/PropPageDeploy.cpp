@@ -50,6 +50,7 @@ void CPropPageDeploy::OnShown()
     warningsLabel->hide();
     warnings->hide();
     SetProgress(Progress::Ready);
+    wizard()->button(QWizard::NextButton)->setFocus();
 }
 
 int CPropPageDeploy::nextId() const

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr int MinimumHeight = 48; // pixels: two lines
+constexpr int TextHeight = 76; // pixels: four lines; a longer text scrolls
 
 } // namespace
 
@@ -28,11 +28,10 @@ CPropPageDeployError::CPropPageDeployError(DeployWizardState& state)
                 {QStringLiteral("Proposed &solution:"), solution}};
     for (const auto& row : rows) {
         layout->addWidget(MakeLabel(row.label, *row.text));
-        // They share what room there is.
-        row.text->setMinimumHeight(MinimumHeight);
-        row.text->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
+        row.text->setFixedHeight(TextHeight);
         layout->addWidget(row.text);
     }
+    layout->addStretch();
 }
 
 void CPropPageDeployError::OnShown()
