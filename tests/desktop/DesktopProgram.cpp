@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr int Patience = 60'000; // milliseconds
+constexpr int Patience = 30'000; // milliseconds
 
 // Between two looks at a state that no event tells of.
 constexpr int Pause = 20; // milliseconds
@@ -324,26 +324,25 @@ void CDesktopProgram::ClickElement(const QString& elementExpression)
     Click(PlaceOf(elementExpression));
 }
 
-// The strip comes up when the mouse enters the picture. Its images share an id: the strip at rest, then one
-// for each button lit, named by the button's tooltip.
-void CDesktopProgram::PressStripButton(const QString& pictureExpression, const QString& tip)
+// The strip comes up when the mouse enters the element. Its images are named after the element: the strip at
+// rest, then one for each button lit, with the button's tooltip.
+void CDesktopProgram::PressStripButton(const QString& elementExpression, const QString& tip)
 {
-    const QString shown = QStringLiteral("[...document.querySelectorAll('img[id$=_menu]')].find(s => "
-                                         "s.style.display == 'inline')");
-    MovePointer(PlaceOf(pictureExpression));
-    ASSERT_TRUE(WaitInPage(QStringLiteral("!!") + shown));
+    const QString strips = QStringLiteral("[...document.images].filter(i => (%1).getAttribute('onmouseenter')"
+                                          ".includes('(' + i.id + ')'))")
+                               .arg(elementExpression);
+    const QString shown = QStringLiteral("(%1.find(s => s.style.display == 'inline') || null)").arg(strips);
+    MovePointer(PlaceOf(elementExpression));
+    ASSERT_TRUE(WaitInPage(shown + QStringLiteral(" != null"))) << qPrintable(elementExpression);
     const QString place =
-        InPage(QStringLiteral("(s => { const r = s.getBoundingClientRect(); "
-                              "const all = [...document.querySelectorAll('#' + s.id)]; "
-                              "return Math.round(r.x + 24 * all.findIndex(i => i.alt == '%2') - 12) + ' ' + "
-                              "Math.round(r.y + 12); })(%1)")
-                   .arg(shown, tip))
-            .toString();
-    const QStringList numbers = place.split(QLatin1Char(' '));
+        QStringLiteral("(r => Math.round(r.x + 24 * %1.findIndex(i => i.alt == '%2') - 12) + ' ' + "
+                       "Math.round(r.y + 12))(%3.getBoundingClientRect())")
+            .arg(strips, tip, shown);
+    const QStringList numbers = InPage(place).toString().split(QLatin1Char(' '));
     ASSERT_EQ(numbers.size(), 2) << "There is no button " << qPrintable(tip);
     const QPoint button = GetPageOrigin() + QPoint(numbers[0].toInt(), numbers[1].toInt());
     MovePointer(button);
-    ASSERT_TRUE(WaitInPage(QStringLiteral("(%1 || {}).alt == '%2'").arg(shown, tip)));
+    ASSERT_TRUE(WaitInPage(QStringLiteral("(%1 || {}).alt == '%2'").arg(shown, tip))) << qPrintable(tip);
     Click(button);
 }
 

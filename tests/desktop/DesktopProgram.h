@@ -73,8 +73,8 @@ public:
     // The middle of an element, on the screen; the expression gives the element.
     QPoint PlaceOf(const QString& elementExpression);
     void ClickElement(const QString& elementExpression);
-    // Points at a picture and presses a button of the strip that comes up, by its tooltip.
-    void PressStripButton(const QString& pictureExpression, const QString& tip);
+    // Points at an element and presses a button of the strip that comes up, by its tooltip.
+    void PressStripButton(const QString& elementExpression, const QString& tip);
 
     void TakePicture(const QString& name) const;
 

@@ -8,11 +8,12 @@
 
 namespace {
 
-// The picture of the page that shows that file. The names of the files in the page keep the picture's own.
-QString Picture(const char* baseName)
+// The picture of that title; the sample's pictures are titled like their files.
+QString Picture(const char* title)
 {
-    return QStringLiteral("document.querySelector('img[onmouseenter][src*=\"%1\"]')")
-        .arg(QString::fromUtf8(baseName));
+    return QStringLiteral(
+               "[...document.querySelectorAll('figure img[onmouseenter]')].find(i => i.alt == '%1')")
+        .arg(QString::fromUtf8(title));
 }
 
 class Editing : public testing::Test {
@@ -150,7 +151,7 @@ TEST_F(Editing, StyleAndLayoutAreChosenByTheMenu)
     program.PressKeys({QStringLiteral("Home"), QStringLiteral("Return")});
     ASSERT_TRUE(program.WaitInPage(QStringLiteral("document.querySelector('link[href*=Ink]') != null")));
     program.PressKeys({QStringLiteral("alt+g"), QStringLiteral("l")});
-    program.PressKeys({QStringLiteral("End"), QStringLiteral("Return")});
+    program.PressKeys({QStringLiteral("Up"), QStringLiteral("Return")});
     ASSERT_TRUE(program.WaitInPage(QStringLiteral("document.getElementById('second') != null")));
     SavedProject::Gallery saved = EndAndRead(0);
     EXPECT_TRUE(saved.style[QStringLiteral("css")].endsWith(QStringLiteral("/styles/ink.xml")))

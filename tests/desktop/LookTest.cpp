@@ -30,8 +30,8 @@ TEST(Look, TheStripLiesOverThePicture)
 {
     CDesktopProgram program;
     program.Start({program.CopySample()});
-    program.MovePointer(program.PlaceOf(
-        QStringLiteral("document.querySelector('img[onmouseenter][src*=\"River Stones\"]')")));
+    program.MovePointer(
+        program.PlaceOf(QStringLiteral("document.querySelector('img[alt=\"River Stones\"]')")));
     ASSERT_TRUE(
         program.WaitInPage(QStringLiteral("[...document.querySelectorAll('img[id$=_menu]')].some(s => "
                                           "s.style.display == 'inline')")));

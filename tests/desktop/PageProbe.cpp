@@ -19,7 +19,9 @@ QStringList CPageProbe::ListPages(quint16 port)
     if (!socket.waitForConnected(Patience)) {
         return {};
     }
-    socket.write("GET /json/list HTTP/1.1\r\nHost: 127.0.0.1\r\nConnection: close\r\n\r\n");
+    // The addresses in the answer are made of this host and port.
+    socket.write("GET /json/list HTTP/1.1\r\nHost: 127.0.0.1:" + QByteArray::number(port) +
+                 "\r\nConnection: close\r\n\r\n");
     QByteArray answer;
     qsizetype length = -1;
     while (length < 0 || answer.size() < length) {

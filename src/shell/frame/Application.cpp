@@ -74,7 +74,6 @@ int RunFrame(CApplication& application, CSettingsStore& settings)
 CApplication::CApplication(int& argumentCount, char** arguments) : QApplication(argumentCount, arguments)
 {
     setApplicationName(QStringLiteral("vistorama"));
-    setApplicationDisplayName(Text(StringId::ProgramName));
     setDesktopFileName(QStringLiteral("vistorama"));
     setWindowIcon(LoadProgramIcon());
     // Files are written and read with decimal points, whatever the user's language.

@@ -24,6 +24,7 @@
 #include "shell/frame/WindowPlace.h"
 #include "shell/views/EmptyView.h"
 #include "shell/views/ViewPages.h"
+#include "shell/wizard/DeployGallery.h"
 
 CMainFrame::CMainFrame(const CProjectEnvironment& environment, const QString& commandLinePath)
     : environment(environment),
@@ -59,7 +60,13 @@ void CMainFrame::CreateViews()
     const CViewNotification notify = [this](ViewId view, UpdateHint hint, const UpdateParameter& parameter) {
         OnViewChanged(view, hint, parameter);
     };
-    pagesView = new CViewPages({.notify = notify, .browser = browser, .deploy = {}}, this);
+    pagesView = new CViewPages({.notify = notify,
+                                .browser = browser,
+                                .deploy =
+                                    [this](CGalleryProject&) {
+                                        Deploy();
+                                    }},
+                               this);
     folderView = new CEmptyView(this);
     galleriesView = new CEmptyView(this);
     panes = std::make_unique<CFramePanes>(
@@ -67,6 +74,15 @@ void CMainFrame::CreateViews()
     drop = new CPictureDrop(this, [this](const QStringList& paths) { AddDropped(paths); });
     setAcceptDrops(true);
     drop->Watch(*this);
+}
+
+// The wizard may have changed the choices that stand in the project's file.
+void CMainFrame::Deploy()
+{
+    if (project.IsLoaded()) {
+        DeployGallery(project, *environment.settings, this);
+        Try([this] { SaveProject(); });
+    }
 }
 
 void CMainFrame::CreateMenus()

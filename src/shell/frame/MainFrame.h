@@ -67,6 +67,7 @@ protected:
 private:
     void CreateViews();
     void RegisterConsumers();
+    void Deploy();
     void CreateMenus();
     void OnViewChanged(ViewId view, UpdateHint hint, const UpdateParameter& parameter);
     void OnNamedCommand(CommandId command);

@@ -174,7 +174,9 @@ void CHTMLViewHost::SetExternalDispatch(CExternalDispatchBase* newDispatch)
 
 void CHTMLViewHost::Load(const std::string& bytes, CHTMLView::ScrollPlace place)
 {
-    awaited = Page{.revision = ++lastRevision, .bytes = QByteArray::fromStdString(bytes), .place = place};
+    awaited = Page{.revision = ++lastRevision,
+                   .bytes = servedFiles.Readdressed(QByteArray::fromStdString(bytes)),
+                   .place = place};
     Start();
 }
 

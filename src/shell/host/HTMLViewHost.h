@@ -13,6 +13,7 @@
 
 #include "shell/host/HTMLView.h"
 #include "shell/host/ScriptBridge.h"
+#include "shell/host/ServedFiles.h"
 #include "shell/host/ViewPage.h"
 #include "shell/host/ViewProfile.h"
 
@@ -33,6 +34,7 @@ public:
     QByteArray FindPage(int revision) const override;
     QByteArray GetDefaultCharset() const override { return charset; }
     bool IsShown(const QString& filePath) const override;
+    void NoteServed(const QString& filePath) override { servedFiles.Note(filePath); }
 
     CContentURLLoader* loader = nullptr; // borrowed
     QStringList shownFolders;            // canonical, with a trailing separator
@@ -76,6 +78,7 @@ private:
     std::unique_ptr<CScriptBridge> bridge;
     bool isStarted = false; // the page around the pages is there
 
+    CServedFiles servedFiles;
     int lastRevision = 0;
     std::optional<Page> shown;
     std::optional<Page> awaited;

@@ -55,7 +55,7 @@ public:
     void requestStarted(QWebEngineUrlRequestJob* job) override
     {
         const QUrl address = job->requestUrl();
-        const CPageSource* const view = profile.FindView(address.host());
+        CPageSource* const view = profile.FindView(address.host());
         if (!view) {
             job->fail(QWebEngineUrlRequestJob::UrlNotFound);
         } else if (address == ShellAddress(address.host())) {
@@ -79,7 +79,7 @@ private:
         Reply(job, "text/html" + charset, page);
     }
 
-    static void ReplyFile(QWebEngineUrlRequestJob& job, const CPageSource& view, const QUrl& address)
+    static void ReplyFile(QWebEngineUrlRequestJob& job, CPageSource& view, const QUrl& address)
     {
         const QString path = address.path(QUrl::FullyDecoded);
         if (!view.IsShown(path)) {
@@ -89,6 +89,7 @@ private:
         }
         auto* const file = new QFile(path, &job);
         if (file->open(QIODevice::ReadOnly)) {
+            view.NoteServed(path);
             job.reply(TypeOfFile(path), file);
         } else {
             job.fail(QWebEngineUrlRequestJob::UrlNotFound);
@@ -158,7 +159,7 @@ CViewProfile::CViewProfile() : profile(std::make_unique<QWebEngineProfile>())
 
 CViewProfile::~CViewProfile() = default;
 
-QString CViewProfile::AddView(const CPageSource& source)
+QString CViewProfile::AddView(CPageSource& source)
 {
     const QString view = QStringLiteral("view%1").arg(++lastView);
     views[view] = &source;
@@ -170,7 +171,7 @@ void CViewProfile::RemoveView(const QString& view)
     views.erase(view);
 }
 
-const CPageSource* CViewProfile::FindView(const QString& view) const
+CPageSource* CViewProfile::FindView(const QString& view) const
 {
     const auto entry = views.find(view);
     return entry != views.end() ? entry->second : nullptr;

@@ -18,6 +18,8 @@ public:
     virtual QByteArray GetDefaultCharset() const = 0;
     // Whether a page may show the file.
     virtual bool IsShown(const QString& filePath) const = 0;
+    // A page has got the file.
+    virtual void NoteServed(const QString& filePath) = 0;
 
 protected:
     ~CPageSource() = default;
@@ -36,15 +38,15 @@ public:
     QWebEngineProfile& GetProfile() { return *profile; }
 
     // The name of the view in the addresses of its pages. The source is borrowed until RemoveView.
-    QString AddView(const CPageSource& source);
+    QString AddView(CPageSource& source);
     void RemoveView(const QString& view);
     // Null if the view is gone.
-    const CPageSource* FindView(const QString& view) const;
+    CPageSource* FindView(const QString& view) const;
 
 private:
     CViewProfile();
 
-    std::map<QString, const CPageSource*> views;
+    std::map<QString, CPageSource*> views;
     int lastView = 0;
     std::unique_ptr<QObject> pageHandler;
     std::unique_ptr<QObject> artworkHandler;
