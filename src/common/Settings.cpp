@@ -84,11 +84,11 @@ public:
         }
         // The file is replaced by another one in its folder. Rights alone don't tell, since a disk may be
         // read-only, so one is tried.
-        QDir folder = QFileInfo(path).dir();
-        while (!folder.exists() && !folder.isRoot()) {
-            folder.setPath(QFileInfo(folder.path()).path());
+        QString folder = QFileInfo(path).path();
+        while (!FileExists(folder)) {
+            folder = QFileInfo(folder).path();
         }
-        return QTemporaryFile(folder.filePath(QStringLiteral("try-XXXXXX"))).open();
+        return QTemporaryFile(JoinPath(folder, QStringLiteral("try-XXXXXX"))).open();
     }
 
     QString Locate(Scope scope, const QString& key) const override

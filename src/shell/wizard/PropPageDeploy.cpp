@@ -50,6 +50,7 @@ void CPropPageDeploy::OnShown()
     warningsLabel->hide();
     warnings->hide();
     SetProgress(Progress::Ready);
+    wizard()->button(QWizard::NextButton)->setFocus();
 }
 
 int CPropPageDeploy::nextId() const
@@ -75,7 +76,8 @@ bool CPropPageDeploy::validatePage()
 void CPropPageDeploy::SetProgress(Progress newProgress)
 {
     progress = newProgress;
-    Q_EMIT completeChanged();
+    // This alone makes the wizard ask for the next page again.
+    setFinalPage(nextId() < 0);
     if (progress != Progress::Ready) {
         wizard()->button(QWizard::BackButton)->setEnabled(false);
     }

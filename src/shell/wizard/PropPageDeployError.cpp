@@ -6,6 +6,12 @@
 #include "resources/StringTable.h"
 #include "shell/dialogs/DialogParts.h"
 
+namespace {
+
+constexpr int TextHeight = 76; // pixels: four lines; a longer text scrolls
+
+} // namespace
+
 CPropPageDeployError::CPropPageDeployError(DeployWizardState& state)
     : CWizardPage(state),
       description(MakeReport(QString(), "description", QStringLiteral("Error description"))),
@@ -22,8 +28,10 @@ CPropPageDeployError::CPropPageDeployError(DeployWizardState& state)
                 {QStringLiteral("Proposed &solution:"), solution}};
     for (const auto& row : rows) {
         layout->addWidget(MakeLabel(row.label, *row.text));
+        row.text->setFixedHeight(TextHeight);
         layout->addWidget(row.text);
     }
+    layout->addStretch();
 }
 
 void CPropPageDeployError::OnShown()

@@ -11,6 +11,12 @@
 #include "shell/wizard/PropPageSelectFTPFolder.h"
 #include "shell/wizard/PropPageSelectFolder.h"
 
+namespace {
+
+constexpr QSize StartSize(680, 480); // shows the whole side picture
+
+} // namespace
+
 CWizardPropSheetDeploy::CWizardPropSheetDeploy(CGalleryProject& project, const DeployWizardServices& services,
                                                QWidget* parent)
     : QWizard(parent), state{project, services, CDeployJob(project), {}}
@@ -30,6 +36,7 @@ CWizardPropSheetDeploy::CWizardPropSheetDeploy(CGalleryProject& project, const D
     disconnect(button(BackButton), nullptr, this, nullptr);
     connect(button(BackButton), &QAbstractButton::clicked, this, &CWizardPropSheetDeploy::OnBack);
     connect(this, &QWizard::currentIdChanged, this, &CWizardPropSheetDeploy::OnPageShown);
+    resize(StartSize);
     setStartId(DeployPageId::DeployDestination);
     restart();
 }

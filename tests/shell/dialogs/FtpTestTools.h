@@ -5,11 +5,11 @@
 
 #include "ftpengine/FTPTimeouts.h"
 
-// Servers of tests greet at once.
+// Servers of tests greet at once; a busy machine needs a moment to say so.
 inline FTPTimeouts QuickGreeting()
 {
     FTPTimeouts timeouts;
-    timeouts.greetingSilence = std::chrono::milliseconds(100);
+    timeouts.greetingSilence = std::chrono::milliseconds(600);
     timeouts.segmentSilence = std::chrono::milliseconds(30);
     return timeouts;
 }
