@@ -78,17 +78,12 @@ std::optional<int> CDeployRun::FindEnd() const
 
 std::optional<DeployError> CDeployRun::Upload(CSiteUpload& upload)
 {
-    upload.CreateTargetDirectory();
-    // An interrupt is taken while that waits, too.
-    if (job.IsCancelled()) {
-        return std::nullopt;
-    }
     const auto target = CEventLoopTarget<FTPMessage>::Create(
         [this, &upload](const FTPMessage& message) { OnUploadMessage(message, upload); });
     upload.Start(job.GetUploadMap(), target);
     loop.exec();
     display.End();
-    return upload.MakeError(uploadResult);
+    return upload.MakeError();
 }
 
 int CDeployRun::ReportDone(const QString& sent)
@@ -124,12 +119,15 @@ void CDeployRun::OnJobMessage(const DeployMessage& message)
 
 void CDeployRun::OnUploadMessage(const FTPMessage& message, CSiteUpload& upload)
 {
+    if (job.IsCancelled()) {
+        upload.Cancel();
+    }
     upload.OnMessage(message);
     if (std::holds_alternative<FTP_UPLOAD_FILE_FINISHED>(message)) {
         ShowProgress(upload.GetFinishedFiles(), static_cast<int32_t>(job.GetUploadMap().size()),
                      QStringLiteral("files"));
-    } else if (const auto* const finished = std::get_if<FTP_UPLOAD_FINISHED>(&message)) {
-        uploadResult = finished->result;
+    }
+    if (upload.IsFinished()) {
         loop.quit();
     }
 }

@@ -46,6 +46,5 @@ private:
     QEventLoop loop;
     CDeployJob job;
     CFTPEngine engine;
-    CTaskResult uploadResult;
     const CInterrupts interrupts;
 };

@@ -175,6 +175,20 @@ QString JoinPath(const QString& folder, const QString& name)
     return WithTrailingSeparator(folder) + name;
 }
 
+QString AddressOfFile(const QString& path)
+{
+    static const QString special = QStringLiteral("%#?&\"'<>\\");
+    QString address;
+    for (const QChar unit : path) {
+        if (unit < QLatin1Char(' ') || special.contains(unit)) {
+            address += QStringLiteral("%%1").arg(unit.unicode(), 2, 16, QLatin1Char('0')).toUpper();
+        } else {
+            address += unit;
+        }
+    }
+    return address;
+}
+
 bool FileExists(const QString& path)
 {
     return QFileInfo::exists(path);

@@ -19,6 +19,10 @@ QString JoinPath(const QString& folder, const QString& name);
 
 QString WithTrailingSeparator(const QString& folder);
 
+// What a page on the screen writes for a file: the path, with those characters as %XX ("#" as "%23") that
+// would end it in an address or in an attribute, or mean something else there.
+QString AddressOfFile(const QString& path);
+
 // A file-system entry of that name, of any kind, can be found.
 bool FileExists(const QString& path);
 bool FolderExists(const QString& path);

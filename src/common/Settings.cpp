@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QSettings>
+#include <QTemporaryFile>
 
 #include "common/Descriptor.h"
 #include "common/FileSystem.h"
@@ -72,6 +73,22 @@ public:
     {
         return !HoldsAnything(scope, key) ||
                Change(scope, key, [&](QSettings& file) { file.remove(GroupOf(key)); });
+    }
+
+    bool CanWrite(Scope scope, const QString& key) const override
+    {
+        const QString path = Locate(scope, key);
+        if (FileExists(path) &&
+            CDescriptor(::open(QFile::encodeName(path).constData(), O_RDWR | O_CLOEXEC)).Get() < 0) {
+            return false;
+        }
+        // The file is replaced by another one in its folder. Rights alone don't tell, since a disk may be
+        // read-only, so one is tried.
+        QString folder = QFileInfo(path).path();
+        while (!FileExists(folder)) {
+            folder = QFileInfo(folder).path();
+        }
+        return QTemporaryFile(JoinPath(folder, QStringLiteral("try-XXXXXX"))).open();
     }
 
     QString Locate(Scope scope, const QString& key) const override

@@ -35,6 +35,9 @@ public:
     virtual bool RemoveValue(Scope scope, const QString& key, const QString& name) = 0;
     virtual bool RemoveKey(Scope scope, const QString& key) = 0;
 
+    // Whether WriteAll could succeed now, as far as rights go. Changes nothing.
+    virtual bool CanWrite(Scope scope, const QString& key) const = 0;
+
     // The place where a person finds the values of a key, for error texts.
     virtual QString Locate(Scope scope, const QString& key) const = 0;
 };

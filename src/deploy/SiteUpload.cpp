@@ -2,42 +2,87 @@
 
 #include "resources/StringTable.h"
 
-namespace {
-
-constexpr std::chrono::milliseconds quietLimit{60000};
-
-} // namespace
-
 CSiteUpload::CSiteUpload(CFTPEngine& engine, const FTPDestinationConnection& destination,
                          const QString& directory)
     : engine(engine), destination(destination), directory(directory)
 {}
 
-void CSiteUpload::CreateTargetDirectory()
+void CSiteUpload::Start(const FTPUploadMap& allItems, const CFTPEngine::Target& messageTarget)
 {
-    if (!directory.isEmpty()) {
-        CreateDirectory(directory);
+    items = allItems;
+    target = messageTarget;
+    if (directory.isEmpty()) {
+        SendFiles();
+    } else {
+        wanted = {directory};
+        CreateWanted();
     }
 }
 
-void CSiteUpload::Start(const FTPUploadMap& items, const CFTPEngine::Target& target)
+void CSiteUpload::Cancel()
 {
-    finishedFiles = 0;
+    cancelled = true;
+    engine.Cancel();
+}
+
+void CSiteUpload::OnMessage(const FTPMessage& message)
+{
+    if (const auto* const created = std::get_if<FTP_CREATE_FINISHED>(&message)) {
+        OnCreated(created->result);
+    } else if (std::holds_alternative<FTP_UPLOAD_FILE_STARTED>(message)) {
+        sendingFile = true;
+    } else if (std::holds_alternative<FTP_UPLOAD_FILE_FINISHED>(message)) {
+        sendingFile = false;
+        ++finishedFiles;
+    } else if (const auto* const uploaded = std::get_if<FTP_UPLOAD_FINISHED>(&message)) {
+        Finish(uploaded->result);
+    }
+}
+
+// A server makes one level at a time, so a refusal may mean that the level above is missing. Beyond that
+// nobody looks at what comes of it: the directory may well exist, and if it can't be entered, the upload says
+// so.
+void CSiteUpload::OnCreated(const CTaskResult& created)
+{
+    if (cancelled) {
+        Finish(created);
+        return;
+    }
+    const qsizetype cut = wanted.last().lastIndexOf(QLatin1Char('/'));
+    if (!goingDown && created.GetKind() == CTaskResult::Kind::ServerRefusal && cut > 0) {
+        wanted += wanted.last().left(cut);
+        CreateWanted();
+        return;
+    }
+    goingDown = true;
+    wanted.removeLast();
+    if (created.IsSuccess() && !wanted.isEmpty()) {
+        CreateWanted();
+    } else {
+        SendFiles();
+    }
+}
+
+void CSiteUpload::CreateWanted()
+{
+    engine.CreateDirectory(destination, wanted.last(), target);
+}
+
+void CSiteUpload::SendFiles()
+{
     FTPDestinationConnection place = destination;
     place.directory = directory;
     engine.Upload(place, QString(), items, target);
 }
 
-void CSiteUpload::OnMessage(const FTPMessage& message)
+void CSiteUpload::Finish(const CTaskResult& last)
 {
-    if (std::holds_alternative<FTP_UPLOAD_STARTED>(message)) {
-        finishedFiles = 0;
-    } else if (std::holds_alternative<FTP_UPLOAD_FILE_FINISHED>(message)) {
-        ++finishedFiles;
-    }
+    result = last;
+    sendingFile = false;
+    finished = true;
 }
 
-std::optional<DeployError> CSiteUpload::MakeError(const CTaskResult& result) const
+std::optional<DeployError> CSiteUpload::MakeError() const
 {
     switch (result.GetKind()) {
     case CTaskResult::Kind::Success:
@@ -56,16 +101,4 @@ std::optional<DeployError> CSiteUpload::MakeError(const CTaskResult& result) con
                            Text(StringId::CheckSiteParameters)};
     }
     return std::nullopt;
-}
-
-// A server makes one level at a time, so a refusal may mean that the level above is missing.
-CTaskResult CSiteUpload::CreateDirectory(const QString& path)
-{
-    const CTaskResult result = engine.CreateDirectory(destination, path, quietLimit);
-    const qsizetype cut = path.lastIndexOf(QLatin1Char('/'));
-    if (result.GetKind() == CTaskResult::Kind::ServerRefusal && cut > 0 &&
-        CreateDirectory(path.left(cut)).IsSuccess()) {
-        return engine.CreateDirectory(destination, path, quietLimit);
-    }
-    return result;
 }

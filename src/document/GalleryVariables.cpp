@@ -1,5 +1,6 @@
 #include "document/GalleryVariables.h"
 
+#include "common/FileSystem.h"
 #include "document/Gallery.h"
 #include "document/GalleryLinks.h"
 #include "resources/FormatText.h"
@@ -8,13 +9,14 @@ namespace {
 
 CVariant DirectoryOf(const CGalleryStyle& style, bool inPreview)
 {
-    return CVariant((inPreview ? style.directory : style.folder) + QLatin1Char('/'));
+    return CVariant((inPreview ? AddressOfFile(style.directory) : style.folder) + QLatin1Char('/'));
 }
 
 CVariant CommonDirectory(CGalleryManager& manager)
 {
-    return CVariant(manager.IsPreviewMode() ? manager.GetProgramFolder() + QStringLiteral("Styles/Common/")
-                                            : QStringLiteral("Common/"));
+    return CVariant(manager.IsPreviewMode()
+                        ? AddressOfFile(manager.GetProgramFolder()) + QStringLiteral("Styles/Common/")
+                        : QStringLiteral("Common/"));
 }
 
 bool IsStyleProperty(const QString& property)

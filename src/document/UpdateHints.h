@@ -10,6 +10,7 @@
 // command, so the numbers are fixed. The high bits say which views have to repaint.
 enum class UpdateHint : int32_t {
     Deploy = 0x0410,
+    RecentProjectChosen = 0x0413,
     CoverChanged = 0x1000,
     FolderChosen = 0x2401,
     FolderReady = 0x240F,

@@ -55,6 +55,9 @@ std::optional<ImageEncoding::Format> GetEncoderClsid(const QString& encoderName)
     if (QStringLiteral("image/png").contains(encoderName)) {
         return ImageEncoding::Format::Png;
     }
+    if (QStringLiteral("image/bmp").contains(encoderName)) {
+        return ImageEncoding::Format::Bmp;
+    }
     return std::nullopt;
 }
 

@@ -71,6 +71,11 @@ CFTPDestination CFTPDestinations::Create(bool allUsers) const
     return LoadFrom(allUsers, key);
 }
 
+bool CFTPDestinations::CanSaveForAllUsers() const
+{
+    return store.CanWrite(Scope::Machine, RootKey());
+}
+
 CFTPDestinations::SaveResult CFTPDestinations::Save(const CFTPDestination& destination)
 {
     if (!HasPlace(destination)) {

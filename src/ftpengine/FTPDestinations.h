@@ -25,6 +25,8 @@ public:
     CFTPDestination Load(int32_t key) const;
     // An empty destination with the lowest free key. It comes to exist when it is saved.
     CFTPDestination Create(bool allUsers) const;
+    // Whether destinations of all users can be changed by this user.
+    bool CanSaveForAllUsers() const;
     // An empty password leaves an older one in the store. Callers may ignore the result.
     SaveResult Save(const CFTPDestination& destination);
     // Clears the default if it was this one. False if the store can't be written; callers may ignore it.

@@ -19,9 +19,9 @@ struct ImageCondition {
     QString reason; // for people; empty when whole
 };
 
-// How a picture is written. Neither format carries metadata or a profile.
+// How a picture is written. No format carries metadata or a profile.
 struct ImageEncoding {
-    enum class Format { Jpeg, Png };
+    enum class Format { Jpeg, Png, Bmp };
     Format format = Format::Jpeg;
     int quality = 100; // of a JPEG: 1 to 100
 };

@@ -5,6 +5,34 @@ namespace {
 const char* FindText(StringId id)
 {
     switch (id) {
+    case StringId::ProgramName:
+        return "Vistorama";
+    case StringId::ImageGalleries:
+        return "Image galleries";
+
+    case StringId::StyleLabel:
+        return " Style: ";
+    case StringId::LayoutLabel:
+        return " Layout: ";
+    case StringId::EditReference:
+        return "Edit hypertext reference URL and text";
+    case StringId::MoveUp:
+        return "Move up";
+    case StringId::MoveDown:
+        return "Move down";
+    case StringId::RotateCounterClockwise:
+        return "Rotate counter-clockwise";
+    case StringId::Delete:
+        return "Delete";
+    case StringId::EditText:
+        return "Edit text";
+    case StringId::AddPicture:
+        return "Add picture";
+    case StringId::AddAllPictures:
+        return "Add all pictures";
+    case StringId::RotateClockwise:
+        return "Rotate clockwise";
+
     case StringId::UnexpectedErrorAdvice:
         return "Please send detailed information to customer support service.";
     case StringId::TemplateErrorCaption:
@@ -25,12 +53,18 @@ const char* FindText(StringId id)
         return "ERROR:Invalid template variable syntax. Object name was not specified.";
     case StringId::InvalidObjectName:
         return "ERROR:Invalid object name: %s.";
+    case StringId::SelectPictureFolder:
+        return "Select picture folder...";
     case StringId::InvalidPageFileName:
         return "Invalid template page file name '%s'. The name of a page needs an extension.";
     case StringId::EncoderNotFound:
         return "Could not find encoder for '%s'.";
     case StringId::ImageNotSaved:
         return "Could not save image to '%s'.";
+    case StringId::DefaultProjectName:
+        return "My Vistorama";
+    case StringId::GalleryExists:
+        return "Gallery with name '%s' already exists.\n Please change the new gallery name.";
     case StringId::FileNotCreated:
         return "The system could not create a new file %s.";
     case StringId::FileNameInvalid:
@@ -41,6 +75,24 @@ const char* FindText(StringId id)
         return "Required template kind %s was not find.";
     case StringId::UnexpectedErrorCaption:
         return "Unexpected error occured.";
+    case StringId::SmallPictures:
+        return "Small pictures (<200x200 pixels)";
+    case StringId::MiddlePictures:
+        return "Mid-size pictures (200x200<600x600)";
+    case StringId::LargePictures:
+        return "Large pictures (>600x600)";
+    case StringId::ConnectionSucceeded:
+        return "Connection succeed.\r\n\r\n";
+    case StringId::ConnectionFailed:
+        return "Connection failed. See below\r\n\r\n";
+    case StringId::GettingFolders:
+        return "Getting folders";
+    case StringId::Folders:
+        return "Folders";
+    case StringId::FolderAbove:
+        return "..";
+    case StringId::NewFolder:
+        return "New";
     case StringId::FileNotCopied:
         return "Could not copy file %s to %s.";
     case StringId::DirectoryNotCreated:
@@ -289,6 +341,239 @@ const char* FindText(StringId id)
     case StringId::NoPlaceForPictures:
         return "warning: The page is multipage and has no place for a picture, so that only one page is "
                "written.";
+
+    case StringId::FileMenu:
+        return "&File";
+    case StringId::GalleryMenu:
+        return "&Gallery";
+    case StringId::EffectsMenu:
+        return "&Effects";
+    case StringId::SourceMenu:
+        return "&Source";
+    case StringId::HelpMenu:
+        return "&Help";
+    case StringId::NewCommand:
+        return "&New";
+    case StringId::NewTip:
+        return "Begin a new project";
+    case StringId::OpenCommand:
+        return "&Open...";
+    case StringId::OpenTip:
+        return "Open another project";
+    case StringId::SaveCommand:
+        return "&Save";
+    case StringId::SaveTip:
+        return "Save the project";
+    case StringId::SaveAsCommand:
+        return "Save &As...";
+    case StringId::SaveAsTip:
+        return "Save the project under another name";
+    case StringId::ExitCommand:
+        return "E&xit";
+    case StringId::ExitTip:
+        return "Save the project and end the program";
+    case StringId::DeployCommand:
+        return "&Deploy...";
+    case StringId::DeployTip:
+        return "Write the finished site to a folder or to a server";
+    case StringId::LayoutCommand:
+        return "&Layout";
+    case StringId::LayoutTip:
+        return "Choose how the pages of the gallery are laid out";
+    case StringId::StyleCommand:
+        return "&Style";
+    case StringId::StyleTip:
+        return "Choose how the pages of the gallery look";
+    case StringId::WatermarkCommand:
+        return "&Image watermark...";
+    case StringId::WatermarkTip:
+        return "Lay a picture over the gallery's pictures";
+    case StringId::SignatureCommand:
+        return "&Image signature...";
+    case StringId::SignatureTip:
+        return "Write a text over the gallery's pictures";
+    case StringId::AdsCommand:
+        return "&Ads...";
+    case StringId::AdsTip:
+        return "Edit the advertisement blocks of the page";
+    case StringId::OpenFolderCommand:
+        return "&Open folder...";
+    case StringId::OpenFolderTip:
+        return "Choose the folder that pictures are taken from";
+    case StringId::AboutCommand:
+        return "&About Vistorama...";
+    case StringId::AboutTip:
+        return "What this program is";
+    case StringId::PrintCommand:
+        return "&Print...";
+    case StringId::PrintTip:
+        return "Print the page";
+    case StringId::UndoCommand:
+        return "&Undo";
+    case StringId::UndoTip:
+        return "Take back the last change of the text";
+    case StringId::CutCommand:
+        return "Cu&t";
+    case StringId::CutTip:
+        return "Move the selected text to the clipboard";
+    case StringId::CopyCommand:
+        return "&Copy";
+    case StringId::CopyTip:
+        return "Copy the selected text to the clipboard";
+    case StringId::PasteCommand:
+        return "&Paste";
+    case StringId::PasteTip:
+        return "Insert the text of the clipboard";
+    case StringId::ClearCommand:
+        return "&Delete";
+    case StringId::ClearTip:
+        return "Delete the selected text";
+    case StringId::NextPaneCommand:
+        return "&Next pane";
+    case StringId::NextPaneTip:
+        return "Go to the next of the three views";
+    case StringId::PreviousPaneCommand:
+        return "&Previous pane";
+    case StringId::PreviousPaneTip:
+        return "Go to the view before";
+    case StringId::SaveProjectTitle:
+        return "Save project as";
+    case StringId::OpenProjectTitle:
+        return "Open project";
+    case StringId::SaveElsewhere:
+        return "Save &as...";
+    case StringId::CloseWithoutSaving:
+        return "&Close without saving";
+    case StringId::PicturesDropped:
+        return "%d pictures added.";
+    case StringId::NotAProject:
+        return "The file %s is not a gallery project.";
+    case StringId::ProjectsEndInGallery:
+        return "The name of a project ends in \".gallery\".";
+    case StringId::ChooseProjectFile:
+        return "Please choose the file of a project, or drop pictures on the window to add them.";
+    case StringId::AboutTitle:
+        return "About Vistorama";
+    case StringId::AboutVersion:
+        return "Version %s";
+    case StringId::AboutText:
+        return "Turns folders of photographs into a finished web site of picture galleries: point at what "
+               "you want to change, and deploy the site to a folder or to a server.";
+    case StringId::NoDisplay:
+        return "There is no display: neither DISPLAY nor WAYLAND_DISPLAY is set.\n";
+    case StringId::FailureTitle:
+        return "Vistorama: please note";
+    case StringId::AboutMadeWith:
+        return "Made with Qt %s and Qt WebEngine, libvips, Cairo, Pango, pugixml and libsodium.";
+
+    case StringId::ChangedInEachPage:
+        return "Note: This text will be changed in each gallery page";
+    case StringId::ElementsVisibilityTitle:
+        return "Change page elements visibility";
+    case StringId::NewGalleryTitle:
+        return "New pictures gallery";
+
+    case StringId::WatermarkTitle:
+        return "Image watermark";
+    case StringId::ChooseWatermark:
+        return "Choose a watermark picture";
+    case StringId::PictureFilesFilter:
+        return "Pictures (*.png *.jpg *.jpeg *.gif *.bmp *.pcx *.PNG *.JPG *.JPEG *.GIF *.BMP *.PCX);;All "
+               "files "
+               "(*)";
+    case StringId::SignatureTitle:
+        return "Image signature";
+    case StringId::ChooseFont:
+        return "Choose a font";
+    case StringId::ChooseColour:
+        return "Choose a colour";
+    case StringId::FontWithSize:
+        return "%s, %d";
+    case StringId::AdvertisementsTitle:
+        return "Advertisement blocks";
+    case StringId::NoAdvertisementSections:
+        return "The layout of this page has no advertisement blocks.";
+    case StringId::FtpTaskTitle:
+        return "FTP Task";
+    case StringId::BrowseFolderTitle:
+        return "Browse Folder";
+    case StringId::ListOutputTitle:
+        return "LIST command output";
+
+    case StringId::PageDoesNotRespond:
+        return "The page does not respond. Probably a script of the layout never ends.";
+    case StringId::PageNotGenerated:
+        return "The page could not be made:";
+    case StringId::VisibilityCommand:
+        return "Visibility";
+    case StringId::VisibilityTip:
+        return "Show and hide elements of the page";
+    case StringId::RecentProjectsTip:
+        return "Recent projects";
+
+    case StringId::DeployWizardTitle:
+        return "Deploy Wizard";
+    case StringId::GalleryWizardTitle:
+        return "Gallery deployment wizard.";
+    case StringId::WizardMessageTitle:
+        return "Gallery deployment wizard";
+    case StringId::ChooseDestination:
+        return "Please select where you would like to deploy your gallery.";
+    case StringId::NewConnection:
+        return "New Internet connection";
+    case StringId::DeleteConnectionQuestion:
+        return "Delete Internet connection '%s'?";
+    case StringId::FolderPathTitle:
+        return "Folder path";
+    case StringId::FolderPathSubtitle:
+        return "Please select a local folder path here.";
+    case StringId::FolderPickerCaption:
+        // Not what the dialog is about; the caption has always been this.
+        return "Hypertext reference menu";
+    case StringId::DeployToFolderTitle:
+        return "Deploying gallery to local disk folder.";
+    case StringId::OpenBrowserWhenFinished:
+        return "&Open web browser window with a new gallery when finished";
+    case StringId::DeployedPages:
+        return "Deployed pages: %d of %d. ";
+    case StringId::ConnectionTitle:
+        return "FTP connection";
+    case StringId::ConnectionSubtitle:
+        return "Please configure FTP connection here.";
+    case StringId::ShareConnection:
+        return "&Make this FTP connection available for other users of this computer";
+    case StringId::SharingNeedsAdministrator:
+        return "Only an administrator of this computer can do that.";
+    case StringId::TestingConnection:
+        return "Testing FTP connection, please wait ...";
+    case StringId::ServerNameInvalid:
+        return "Connection test has failed. Server name is invalid.";
+    case StringId::LoginInvalid:
+        return "Connection test has failed. Please check user name, password and try again.";
+    case StringId::SiteDirectoryTitle:
+        return "Internet site gallery directory.";
+    case StringId::SiteDirectorySubtitle:
+        return "Please select  Internet site gallery directory here.";
+    case StringId::DeployToSiteTitle:
+        return "Deploying gallery to Internet site.";
+    case StringId::GeneratingStep:
+        return "Step 1 of 3. Generating gallery content...";
+    case StringId::PreparingStep:
+        return "Step 2 of 3. Preparing upload file list and destination directory...";
+    case StringId::UploadingStep:
+        return "Step 3 of 3. Uploading gallery files...";
+    case StringId::UploadingFile:
+        return "Uploading file: %s.";
+    case StringId::UploadDone:
+        return "The gallery has uploaded successfully!";
+    case StringId::CancellingGeneration:
+        return "Cancelling. The files in progress are finished first.";
+    case StringId::CancellingUpload:
+        return "Cancelling. The file in progress is sent to its end first.";
+    case StringId::DeployErrorTitle:
+        return "Gallery deployment has finished with errors.";
+    case StringId::PasswordNotProtected:
+        return "Its password can't be protected, so it was stored without one.";
     }
     return "";
 }

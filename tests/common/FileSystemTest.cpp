@@ -57,6 +57,16 @@ TEST(FileSystem, JoiningPutsExactlyOneSeparator)
     EXPECT_EQ(JoinPath(QStringLiteral("a\\"), QStringLiteral("b")), QStringLiteral("a\\b"));
 }
 
+TEST(FileSystem, AFileHasAnAddressThatPagesCanHold)
+{
+    EXPECT_EQ(AddressOfFile(QStringLiteral("/a b/c-d_e.f/(g),h!.jpg")),
+              QStringLiteral("/a b/c-d_e.f/(g),h!.jpg"));
+    EXPECT_EQ(AddressOfFile(QString::fromUtf8("/\xc3\xa4.jpg")), QString::fromUtf8("/\xc3\xa4.jpg"));
+    EXPECT_EQ(AddressOfFile(QStringLiteral("%#?&\"'<>\\\n")),
+              QStringLiteral("%25%23%3F%26%22%27%3C%3E%5C%0A"));
+    EXPECT_EQ(AddressOfFile(QString()), QString());
+}
+
 TEST(FileSystem, ListingsAreInNameOrderWithoutRegardToCaseThenExact)
 {
     const CScratchFolder scratch;

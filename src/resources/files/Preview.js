@@ -1,0 +1,253 @@
+// The strips of buttons in a page on the screen. Each object that can be edited has a group of images before it: the
+// strip at rest, then one for each button lit. They share an id, and that id is the name of their collection.
+var imageSize = 24; // of a button, in pixels
+
+function showObject(obj) { obj.style.display = "inline"; }
+function hideObject(obj) { obj.style.display = "none"; }
+function isObjectVisible(obj) { return obj.style.display == "inline"; }
+
+function limitCoordinate(coord, limit) {
+  if (coord >= limit) { return limit - 1; }
+  return coord < 0 ? 0 : coord;
+}
+
+function showMenu(menu) { previewStrips.show(previewStrips.groupOf(menu)); }
+function hideMenu(menu) { previewStrips.leave(previewStrips.groupOf(menu)); }
+
+function activateMenu(menu) {
+  var group = previewStrips.groupOf(menu);
+  var x = event.offsetX;
+  if (!isObjectVisible(event.target)) { x += document.body.scrollLeft; }
+  previewStrips.light(group, previewStrips.buttonAt(group, x));
+}
+
+var previewStrips = (function () {
+  var selector = 'img[id$="_menu"][onmousemove^="activateMenu"]';
+  var groups = new Map(); // by strip
+  var open = new Set();   // the groups that are on the screen
+
+  // The layout's own rules for images are not for the strips.
+  var style = document.createElement("style");
+  style.textContent = selector + "{" + [
+    "height:24px", "width:auto", "min-width:0", "min-height:0", "max-width:none", "max-height:none", "margin:0",
+    "padding:0", "border:0", "outline:0", "border-radius:0", "box-shadow:none", "box-sizing:content-box",
+    "opacity:1", "visibility:visible", "filter:none", "transform:none", "rotate:none", "scale:none",
+    "translate:none", "transition:none", "animation:none", "clip:auto", "clip-path:none", "-webkit-mask:none",
+    "float:none", "right:auto", "bottom:auto", "object-fit:fill", "aspect-ratio:auto", "background:none",
+    "mix-blend-mode:normal", "pointer-events:auto", "cursor:pointer", "z-index:2147483647"
+  ].map(function (rule) { return rule + "!important"; }).join(";") + "}" +
+    selector + '[style*="display:none"],' + selector + '[style*="display: none"]{display:none!important}' +
+    ".preview-missing{display:inline-block;min-width:10em;min-height:5em;outline:1px dashed currentColor}";
+  document.head.appendChild(style);
+
+  // Two elements may show one text: then their strips share the id, and each group begins with a strip at rest.
+  function collect() {
+    var group = null;
+    document.querySelectorAll(selector).forEach(function (strip) {
+      if (groups.has(strip)) { return; }
+      if (!strip.hasAttribute("onclick") || !group || group.strips[0].id != strip.id) {
+        group = { strips: [], object: objectBehind(strip) };
+      }
+      group.strips.push(strip);
+      groups.set(strip, group);
+      strip.title = strip.alt;
+    });
+  }
+
+  function objectBehind(strip) {
+    var objects = document.querySelectorAll('[onmouseenter="showMenu(' + strip.id + ');"]');
+    for (var i = 0; i < objects.length; ++i) {
+      if (strip.compareDocumentPosition(objects[i]) & Node.DOCUMENT_POSITION_FOLLOWING) { return objects[i]; }
+    }
+    return null;
+  }
+
+  function groupOf(menu) {
+    var strips = menu instanceof Element ? [menu] : Array.from(menu);
+    if (!groups.has(strips[0])) { collect(); }
+    var at = window.event ? event.currentTarget : null;
+    for (var i = 0; i < strips.length; ++i) {
+      var group = groups.get(strips[i]);
+      if (group && (strips[i] === at || group.object === at)) { return group; }
+    }
+    return groups.get(strips[0]);
+  }
+
+  // What is seen of an image is less than its box where the layout fits it into one.
+  function pictureRect(object) {
+    var box = object.getClientRects()[0] || object.getBoundingClientRect();
+    var look = getComputedStyle(object);
+    if (object.tagName != "IMG" || !object.naturalWidth || !/contain|scale-down|none/.test(look.objectFit)) {
+      return box;
+    }
+    var scale = Math.min(box.width / object.naturalWidth, box.height / object.naturalHeight);
+    if (look.objectFit == "none" || (look.objectFit == "scale-down" && scale > 1)) { scale = 1; }
+    var width = Math.min(box.width, object.naturalWidth * scale);
+    var height = Math.min(box.height, object.naturalHeight * scale);
+    var place = look.objectPosition.split(" ").map(parseFloat);
+    return new DOMRect(box.left + (box.width - width) * place[0] / 100,
+                       box.top + (box.height - height) * (place.length > 1 ? place[1] : 50) / 100, width, height);
+  }
+
+  // Where the strip belongs: the corner of what can be seen of the object.
+  function corner(group) {
+    var rect = pictureRect(group.object);
+    var left = rect.left, top = rect.top;
+    for (var e = group.object.parentElement; e && e !== document.body; e = e.parentElement) {
+      var overflow = getComputedStyle(e).overflow;
+      if (overflow != "visible" && overflow.indexOf("visible visible") < 0) {
+        var clip = e.getBoundingClientRect();
+        if (clip.width && clip.height) {
+          left = Math.max(left, clip.left);
+          top = Math.max(top, clip.top);
+        }
+      }
+    }
+    var width = imageSize * (group.strips.length - 1);
+    return { left: Math.max(0, Math.min(Math.max(left, 0), innerWidth - width)), top: Math.max(top, 0) };
+  }
+
+  function shown(group) { return group.strips.find(isObjectVisible); }
+
+  function setPlace(group, left, top) {
+    group.strips.forEach(function (strip) {
+      strip.style.left = left + "px";
+      strip.style.top = top + "px";
+    });
+  }
+
+  // Whether the mouse reaches the strip where it is said to be.
+  function works(group, at) {
+    var strip = shown(group), rect = strip.getBoundingClientRect();
+    var width = imageSize * (group.strips.length - 1);
+    if (Math.abs(rect.left - at.left) > 1 || Math.abs(rect.top - at.top) > 1 ||
+        Math.abs(rect.width - width) > 1 || Math.abs(rect.height - imageSize) > 1) { return false; }
+    for (var x = at.left + imageSize / 2; x < at.left + width; x += imageSize) {
+      var y = at.top + imageSize / 2;
+      if (x < innerWidth && y < innerHeight && document.elementFromPoint(x, y) !== strip) { return false; }
+    }
+    return true;
+  }
+
+  // Beside its object the strip keeps the object's ":hover" alive. Where something cuts, covers, turns or scales it
+  // there, it goes to the top of the page.
+  function place(group) {
+    var at = corner(group);
+    if (group.at && Math.abs(group.at.left - at.left) < 0.5 && Math.abs(group.at.top - at.top) < 0.5) { return; }
+    if (!group.lifted) {
+      setPlace(group, 0, 0);
+      var origin = shown(group).getBoundingClientRect();
+      setPlace(group, at.left - origin.left, at.top - origin.top);
+      if (!works(group, at)) { lift(group); }
+    }
+    if (group.lifted) { setPlace(group, at.left, at.top); }
+    group.at = at;
+  }
+
+  function lift(group) {
+    group.lifted = true;
+    var top = group.object.closest("dialog[open]") || document.documentElement;
+    group.strips.forEach(function (strip) {
+      strip.style.position = "fixed";
+      top.appendChild(strip);
+    });
+  }
+
+  // The page may move under the mouse: it is scrolled, and layouts raise and scale what is pointed at.
+  function follow() {
+    open.forEach(function (group) {
+      if (group.object.isConnected) { place(group); } else { close(group); }
+    });
+    if (open.size) { requestAnimationFrame(follow); }
+  }
+
+  function show(group) {
+    if (!group || !group.object || shown(group)) { return; }
+    showObject(group.strips[0]);
+    group.at = null;
+    place(group);
+    lightBelowMouse(group);
+    if (!open.size) { requestAnimationFrame(follow); }
+    open.add(group);
+  }
+
+  // A strip that comes up under the mouse is not moved on yet.
+  function lightBelowMouse(group) {
+    var rect = group.strips[0].getBoundingClientRect(), mouse = window.event;
+    if (mouse && mouse.clientX >= rect.left && mouse.clientX < rect.right &&
+        mouse.clientY >= rect.top && mouse.clientY < rect.bottom) {
+      light(group, buttonAt(group, mouse.clientX - rect.left));
+    }
+  }
+
+  function close(group) {
+    if (!group) { return; }
+    group.strips.forEach(hideObject);
+    open.delete(group);
+  }
+
+  // From the picture onto its strip and back is no way out; it only puts the lit button out.
+  function leave(group) {
+    var target = window.event ? event.relatedTarget : null;
+    if (group && target && group.strips.indexOf(target) >= 0) { return; }
+    if (group && target && group.object && group.object.contains(target)) { light(group, 0); return; }
+    close(group);
+  }
+
+  // From 1 on. The width is that of the collection, which an image that isn't shown could not tell.
+  function buttonAt(group, offset) {
+    var x = limitCoordinate(offset, imageSize * (group.strips.length - 1));
+    return (x - x % imageSize) / imageSize + 1;
+  }
+
+  function light(group, index) {
+    group.strips.forEach(function (strip, i) { if (i != index) { hideObject(strip); } });
+    if (!isObjectVisible(group.strips[index])) { showObject(group.strips[index]); }
+  }
+
+  // The picture under an overlay of its own card gets no mouse events of its own.
+  function coveredGroup(event) {
+    var below = document.elementsFromPoint(event.clientX, event.clientY);
+    for (var i = 1; i < below.length; ++i) {
+      var group = below[i].tagName == "IMG" && below[i].hasAttribute("onmouseenter") ? groupOfObject(below[i]) : null;
+      var frame = group && below[i].closest("div[align]");
+      if (frame && frame.parentElement.contains(event.target)) { return group; }
+    }
+    return null;
+  }
+
+  function groupOfObject(object) {
+    collect();
+    var found = null;
+    groups.forEach(function (group) { if (group.object === object) { found = group; } });
+    return found;
+  }
+
+
+  document.addEventListener("mousemove", function (event) {
+    var direct = event.target instanceof Element &&
+      (groups.has(event.target) || event.target.closest('[onmouseenter^="showMenu("]'));
+    var covered = direct ? null : coveredGroup(event);
+    open.forEach(function (group) {
+      var inside = group.strips.indexOf(event.target) >= 0 || group.object.contains(event.target);
+      if (!inside && group !== covered) { close(group); }
+    });
+    if (covered) { show(covered); }
+  });
+  document.documentElement.addEventListener("mouseleave", function () { open.forEach(close); });
+
+  // A strip may stand inside a link, which is not what a click on a button means.
+  document.addEventListener("click", function (event) {
+    if (groups.has(event.target)) { event.preventDefault(); }
+  }, true);
+
+  // A picture that can't be shown keeps room for its buttons, so that it can be taken out.
+  document.addEventListener("error", function (event) {
+    if (event.target instanceof Element && event.target.hasAttribute("onmouseenter")) {
+      event.target.classList.add("preview-missing");
+    }
+  }, true);
+  document.addEventListener("DOMContentLoaded", collect);
+
+  return { show: show, leave: leave, light: light, buttonAt: buttonAt, groupOf: groupOf };
+})();

@@ -1,0 +1,82 @@
+#include "shell/dialogs/DlgNewGallery.h"
+
+#include <QDialogButtonBox>
+#include <QDir>
+#include <QFileDialog>
+#include <QFormLayout>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "common/FileSystem.h"
+#include "resources/StringTable.h"
+#include "shell/dialogs/DialogParts.h"
+
+CDlgNewGallery::CDlgNewGallery(const QString& defaultPath, QWidget* parent)
+    : QDialog(parent),
+      path(SplitSuggestion(defaultPath)),
+      name(new QLineEdit(this)),
+      folder(new QLineEdit(this))
+{
+    setWindowTitle(Text(StringId::NewGalleryTitle));
+    path.name = FindFreeName(path);
+    const QString nameLabel = QStringLiteral("&Name:");
+    const QString folderLabel = QStringLiteral("&Folder:");
+    NameControl(*name, "name", nameLabel);
+    NameControl(*folder, "folder", folderLabel);
+    name->setText(path.name);
+    name->selectAll();
+    folder->setText(QDir::toNativeSeparators(QDir::cleanPath(path.folder)));
+    folder->setReadOnly(true);
+    QPushButton* browse = MakeButton(QStringLiteral("&Browse..."), "browse", this);
+
+    auto* layout = new QVBoxLayout(this);
+    auto* form = new QFormLayout;
+    AddRow(*form, nameLabel, *name);
+    auto* folderRow = new QHBoxLayout;
+    folderRow->addWidget(folder);
+    folderRow->addWidget(browse);
+    form->addRow(MakeLabel(folderLabel, *folder), folderRow);
+    layout->addLayout(form);
+    layout->addStretch();
+    ok = AddOkAndCancel(*this, *layout)->button(QDialogButtonBox::Ok);
+    resize(480, sizeHint().height());
+    name->setFocus();
+
+    connect(name, &QLineEdit::textChanged, this, &CDlgNewGallery::OnNameEdited);
+    connect(browse, &QPushButton::clicked, this, &CDlgNewGallery::OnBrowse);
+}
+
+void CDlgNewGallery::OnNameEdited()
+{
+    const QString allowed = RemoveForbiddenCharacters(name->text());
+    if (allowed != name->text()) {
+        const qsizetype behind = RemoveForbiddenCharacters(name->text().left(name->cursorPosition())).size();
+        name->setText(allowed); // comes back here
+        name->setCursorPosition(static_cast<int>(behind));
+        return;
+    }
+    path.name = allowed;
+    ok->setEnabled(!allowed.isEmpty());
+}
+
+void CDlgNewGallery::OnBrowse()
+{
+    const QString chosen =
+        QFileDialog::getExistingDirectory(this, Text(StringId::SelectPictureFolder), path.folder);
+    if (!chosen.isEmpty()) {
+        path.folder = chosen;
+        folder->setText(QDir::toNativeSeparators(chosen));
+    }
+}
+
+void CDlgNewGallery::accept()
+{
+    if (FileExists(path.Join())) {
+        QMessageBox::warning(this, windowTitle(), Text(StringId::GalleryExists, path.name));
+        name->setFocus();
+        return;
+    }
+    QDialog::accept();
+}

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QDialog>
+
+#include "effects/StampParams.h"
+
+class CImageEffectSource;
+class CStampSample;
+class QBoxLayout;
+class QButtonGroup;
+class QComboBox;
+class QPushButton;
+class QSpinBox;
+
+// The common part of the dialogs for stamps: size classes, position, margin and a live sample, made by the
+// effects that mark the pictures themselves. Works on copies of the gallery's records; a derived class keeps
+// them and hands them back on OK alone. Screen's thread.
+class CDlgStampImpl : public QDialog {
+    Q_OBJECT
+
+public:
+    void accept() override;
+
+protected:
+    explicit CDlgStampImpl(QWidget* parent);
+
+    // Builds the dialog around the controls of MakeStampControls and shows class 0. Called at the end of a
+    // derived class's constructor.
+    virtual void InitControls();
+    // Forgets the picture or the text.
+    virtual void ClearStamp() = 0;
+    virtual bool IsEmpty() const = 0;
+    // Copies the controls into the record of a size class, and the reverse.
+    virtual void StoreControls(int index) = 0;
+    virtual void LoadControls(int index) = 0;
+    // Applies a stamp made from the controls.
+    virtual void ApplyPreview(CImageEffectSource& source) = 0;
+    virtual void UpdateControlsState() = 0;
+    virtual void CommitStamps() = 0;
+
+    // The controls of the derived class's own.
+    virtual QWidget* MakeStampControls() = 0;
+
+    void StorePlace(CStampParams& params) const;
+    void LoadPlace(const CStampParams& params);
+    // To be called at each change of a control. Does nothing while controls are loaded.
+    void OnControlChanged();
+    // The button that calls ClearStamp.
+    QPushButton* MakeRemoveButton();
+
+private:
+    void OnClassChanged(int index);
+    void ShowClass(int index);
+    void UpdateSample();
+    QWidget* MakePlaceControls();
+    QWidget* MakePositionGrid();
+
+    QComboBox* sizeClass;
+    QButtonGroup* positions;
+    QSpinBox* margin;
+    CStampSample* sample;
+    int shownClass = 0;
+    bool loading = false;
+};

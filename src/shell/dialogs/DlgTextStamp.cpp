@@ -1,0 +1,152 @@
+#include "shell/dialogs/DlgTextStamp.h"
+
+#include <QCheckBox>
+#include <QColorDialog>
+#include <QFontDialog>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPixmap>
+#include <QPushButton>
+
+#include "effects/ImageEffectTextStamp.h"
+#include "resources/StringTable.h"
+#include "shell/dialogs/DialogParts.h"
+#include "shell/dialogs/StampColour.h"
+
+namespace {
+
+// What a person gets who turns the automatic colour off: as good as black.
+constexpr uint32_t FirstColour = 0x000001;
+
+QIcon SwatchOf(uint32_t color)
+{
+    QPixmap swatch(16, 16);
+    swatch.fill(ToQColor(color));
+    return swatch;
+}
+
+} // namespace
+
+CDlgTextStamp::CDlgTextStamp(Stamps& galleryStamps, QWidget* parent)
+    : CDlgStampImpl(parent),
+      galleryStamps(galleryStamps),
+      stamps(galleryStamps),
+      text(new QLineEdit(this)),
+      fontName(new QLabel(this)),
+      automaticColour(new QCheckBox(QStringLiteral("&Automatic, by contrast with the picture"), this))
+{
+    setWindowTitle(Text(StringId::SignatureTitle));
+    InitControls();
+    text->setFocus();
+}
+
+QWidget* CDlgTextStamp::MakeStampControls()
+{
+    const QString textLabel = QStringLiteral("&Text:");
+    NameControl(*text, "text", textLabel);
+    NameControl(*fontName, "fontName", QStringLiteral("Font"));
+    NameControl(*automaticColour, "automaticColour", automaticColour->text());
+    text->setMinimumWidth(220);
+    QPushButton* fontButton = MakeButton(QStringLiteral("&Font..."), "font", this);
+    colourButton = MakeButton(QStringLiteral("C&olour..."), "colour", this);
+    remove = MakeRemoveButton();
+    connect(text, &QLineEdit::textChanged, this, &CDlgTextStamp::OnControlChanged);
+    connect(fontButton, &QPushButton::clicked, this, &CDlgTextStamp::OnFont);
+    connect(colourButton, &QPushButton::clicked, this, &CDlgTextStamp::OnColour);
+    connect(automaticColour, &QCheckBox::clicked, this, &CDlgTextStamp::OnAutomaticColour);
+
+    auto* group = new QGroupBox(QStringLiteral("Signature"));
+    auto* form = new QFormLayout(group);
+    auto* textRow = new QHBoxLayout;
+    textRow->addWidget(text);
+    textRow->addWidget(remove);
+    form->addRow(MakeLabel(textLabel, *text), textRow);
+    auto* fontRow = new QHBoxLayout;
+    fontRow->addWidget(fontButton);
+    fontRow->addWidget(fontName, 1);
+    form->addRow(QStringLiteral("Font:"), fontRow);
+    auto* colourRow = new QHBoxLayout;
+    colourRow->addWidget(colourButton);
+    colourRow->addWidget(automaticColour, 1);
+    form->addRow(QStringLiteral("Colour:"), colourRow);
+    return group;
+}
+
+void CDlgTextStamp::OnFont()
+{
+    bool chosen = false;
+    const QFont newFont = QFontDialog::getFont(&chosen, ToQFont(font), this, Text(StringId::ChooseFont));
+    if (chosen) {
+        font = FromQFont(newFont);
+        OnControlChanged();
+    }
+}
+
+void CDlgTextStamp::OnColour()
+{
+    const QColor chosen = QColorDialog::getColor(ToQColor(color), this, Text(StringId::ChooseColour));
+    if (chosen.isValid()) {
+        SetColour(FromQColor(chosen));
+    }
+}
+
+void CDlgTextStamp::OnAutomaticColour(bool isAutomatic)
+{
+    SetColour(isAutomatic ? 0 : FirstColour);
+}
+
+void CDlgTextStamp::SetColour(uint32_t newColor)
+{
+    color = newColor;
+    OnControlChanged();
+}
+
+void CDlgTextStamp::ClearStamp()
+{
+    text->clear();
+}
+
+bool CDlgTextStamp::IsEmpty() const
+{
+    return text->text().isEmpty();
+}
+
+CTextStampParams CDlgTextStamp::ReadControls() const
+{
+    CTextStampParams params;
+    StorePlace(params);
+    StoreLogFont(font, params);
+    params.text = text->text();
+    params.color = color;
+    return params;
+}
+
+void CDlgTextStamp::StoreControls(int index)
+{
+    stamps[static_cast<size_t>(index)] = ReadControls();
+}
+
+void CDlgTextStamp::LoadControls(int index)
+{
+    const CTextStampParams& params = stamps[static_cast<size_t>(index)];
+    LoadPlace(params);
+    font = LogFontOf(params);
+    color = params.color;
+    text->setText(params.text);
+}
+
+void CDlgTextStamp::ApplyPreview(CImageEffectSource& source)
+{
+    CImageEffectTextStamp(ReadControls()).Apply(source);
+}
+
+void CDlgTextStamp::UpdateControlsState()
+{
+    remove->setEnabled(!IsEmpty());
+    fontName->setText(Text(StringId::FontWithSize, font.faceName, std::abs(font.height)));
+    automaticColour->setChecked(color == 0);
+    colourButton->setIcon(color == 0 ? QIcon() : SwatchOf(color));
+}

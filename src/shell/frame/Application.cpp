@@ -1,0 +1,144 @@
+#include "shell/frame/Application.h"
+
+#include <clocale>
+#include <csignal>
+#include <cstdio>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <QMessageBox>
+#include <QSocketNotifier>
+
+#include "common/Platform.h"
+#include "common/Settings.h"
+#include "common/TempFolder.h"
+#include "common/Text.h"
+#include "shell/frame/ColourScheme.h"
+#include "shell/frame/CommandLinePath.h"
+#include "shell/frame/FailureBox.h"
+#include "shell/frame/Icons.h"
+#include "shell/frame/MainFrame.h"
+#include "shell/host/HTMLView.h"
+
+namespace {
+
+// A signal handler may do little more than write: the loop of messages reads at the other end.
+int signalPipe[2] = {-1, -1};
+
+void OnSignal(int)
+{
+    const char byte = 1;
+    [[maybe_unused]] const auto written = ::write(signalPipe[1], &byte, 1);
+}
+
+bool HasDisplay()
+{
+    return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+           !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+}
+
+QString CommandLineText()
+{
+    return QCoreApplication::arguments().mid(1).join(QLatin1Char(' '));
+}
+
+// Shows the failure that has ended the run, in a box without a parent and without a title.
+void ShowLastResort(const QString& text)
+{
+    QMessageBox box(QMessageBox::Critical, QString(), text, QMessageBox::Ok);
+    box.setObjectName(QStringLiteral("lastResort"));
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+}
+
+int RunFrame(CApplication& application, CSettingsStore& settings)
+{
+    CTempFolder tempFolder(FindTemporaryFolder());
+    CMainFrame frame({.programFolder = FindProgramFolder(),
+                      .picturesFolder = FindPicturesFolder(),
+                      .settings = &settings,
+                      .tempFolder = &tempFolder},
+                     ParseCommandLinePath(CommandLineText()));
+    frame.Start();
+    const int exitCode = QApplication::exec();
+    if (!application.GetFailureText().isEmpty()) {
+        ShowLastResort(application.GetFailureText());
+        frame.GiveUpSaving();
+        frame.close();
+    }
+    return exitCode;
+}
+
+} // namespace
+
+CApplication::CApplication(int& argumentCount, char** arguments) : QApplication(argumentCount, arguments)
+{
+    setApplicationName(QStringLiteral("vistorama"));
+    setDesktopFileName(QStringLiteral("vistorama"));
+    setWindowIcon(LoadProgramIcon());
+    // Files are written and read with decimal points, whatever the user's language.
+    std::setlocale(LC_NUMERIC, "C");
+    CloseOnSignals();
+}
+
+CApplication::~CApplication() = default;
+
+bool CApplication::notify(QObject* receiver, QEvent* event)
+{
+    try {
+        return QApplication::notify(receiver, event);
+    } catch (const CExceptionBase& failure) {
+        EndBy(failure);
+    } catch (const std::exception& failure) {
+        EndBy(CGenericException(Text(StringId::UnexpectedErrorCaption), Widen(failure.what()),
+                                Text(StringId::UnexpectedErrorAdvice)));
+    }
+    return false;
+}
+
+void CApplication::EndBy(const CExceptionBase& failure)
+{
+    // The first one counts: others may follow from it.
+    if (failureText.isEmpty()) {
+        failureText = LastResortText(failure);
+    }
+    exit(EXIT_FAILURE);
+}
+
+void CApplication::CloseOnSignals()
+{
+    if (::pipe2(signalPipe, O_CLOEXEC | O_NONBLOCK) != 0) {
+        return;
+    }
+    signalNotifier = std::make_unique<QSocketNotifier>(signalPipe[0], QSocketNotifier::Read);
+    connect(signalNotifier.get(), &QSocketNotifier::activated, this, [this] {
+        signalNotifier->setEnabled(false);
+        closeAllWindows();
+    });
+    for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
+        std::signal(number, OnSignal);
+    }
+}
+
+int RunApplication(int& argumentCount, char** arguments)
+{
+    // Qt would end the program by a signal.
+    if (!HasDisplay()) {
+        std::fputs(Narrow(Text(StringId::NoDisplay)).c_str(), stderr);
+        return EXIT_FAILURE;
+    }
+    PrepareHTMLViews();
+    CApplication application(argumentCount, arguments);
+    try {
+        const auto settings = CreateProgramSettings();
+        ApplyColourScheme(*settings);
+        return RunFrame(application, *settings);
+    } catch (const CExceptionBase& failure) {
+        ShowLastResort(LastResortText(failure));
+    } catch (const std::exception& failure) {
+        ShowLastResort(
+            LastResortText(CGenericException(Text(StringId::UnexpectedErrorCaption), Widen(failure.what()),
+                                             Text(StringId::UnexpectedErrorAdvice))));
+    }
+    return EXIT_FAILURE;
+}

@@ -1,0 +1,31 @@
+#include "shell/frame/DroppedFiles.h"
+
+#include "common/FileSystem.h"
+#include "document/PictureFiles.h"
+
+namespace {
+
+// A folder's listing leaves ".jpeg" out; one that is dropped by hand is meant.
+bool IsDroppedPicture(const QString& path)
+{
+    return IsPictureFile(path) || path.endsWith(QStringLiteral(".jpeg"), Qt::CaseInsensitive);
+}
+
+} // namespace
+
+DroppedFiles SortDropped(const QStringList& paths)
+{
+    DroppedFiles files;
+    for (const QString& path : paths) {
+        if (FolderExists(path)) {
+            for (const QString& picture : ListPictureFiles(path)) {
+                files.pictures += picture;
+            }
+        } else if (path.endsWith(QStringLiteral(".gallery"), Qt::CaseInsensitive)) {
+            files.project = files.project.isEmpty() ? path : files.project;
+        } else if (IsDroppedPicture(path)) {
+            files.pictures += path;
+        }
+    }
+    return files;
+}

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QStringList>
+
+// What of dropped files the program has a use for.
+struct DroppedFiles {
+    QString project;      // the first project among them; the pictures are left then
+    QStringList pictures; // files as dropped; of a folder its own pictures, in name order
+};
+
+DroppedFiles SortDropped(const QStringList& paths);

@@ -1,0 +1,33 @@
+#include "shell/frame/MainFrameSettings.h"
+
+#include <QDir>
+#include <QStandardPaths>
+
+#include "common/FileSystem.h"
+#include "resources/StringTable.h"
+
+CMainFrame::CRegistrySettings::CRegistrySettings(CSettingsStore& store)
+    : CRegistrySettingsBase(store, CSettingsStore::Scope::User, GetKeyName(),
+                            {{QStringLiteral("RecentProjectsCount"), QStringLiteral("10")},
+                             {QStringLiteral("EnableExplorerPopupMenu"), QStringLiteral("0")},
+                             {QStringLiteral("ProjectFileName"), GetDefaultProjectPath()},
+                             {QStringLiteral("ColourScheme"), QStringLiteral("desktop")},
+                             {QStringLiteral("WindowGeometry"), QString()},
+                             {QStringLiteral("WindowBars"), QString()}})
+{}
+
+QString CMainFrame::CRegistrySettings::GetKeyName()
+{
+    return QStringLiteral("Corvane/Vistorama");
+}
+
+QString GetDefaultProjectPath()
+{
+    static const QString path = [] {
+        const QString documents =
+            QDir::toNativeSeparators(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+        const QString folder = JoinPath(documents, QStringLiteral("Vistorama"));
+        return JoinPath(folder, Text(StringId::DefaultProjectName) + QStringLiteral(".gallery"));
+    }();
+    return path;
+}

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "common/Settings.h"
+#include "shell/frame/MainFrame.h"
+
+// The settings of the program as a whole. The values stand in the user's scope.
+class CMainFrame::CRegistrySettings final : public CRegistrySettingsBase {
+public:
+    // The store is borrowed and must outlive this object.
+    explicit CRegistrySettings(CSettingsStore& store);
+
+    static QString GetKeyName();
+};
+
+// Where a project comes into being that nobody has named: in the user's documents folder. The folders need
+// not exist.
+QString GetDefaultProjectPath();

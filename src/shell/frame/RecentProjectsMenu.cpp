@@ -1,0 +1,59 @@
+#include "shell/frame/RecentProjectsMenu.h"
+
+#include <QMenu>
+
+#include "shell/frame/CommandIds.h"
+#include "shell/frame/Icons.h"
+#include "shell/frame/RecentProjects.h"
+
+namespace {
+
+constexpr int SettledItemCount = 6; // that always stand in the menu
+constexpr int SeparatorPosition = 4;
+
+void RemoveFormerEntries(QMenu& menu)
+{
+    while (menu.actions().size() > SettledItemCount) {
+        QAction* const entry = menu.actions().at(SeparatorPosition);
+        menu.removeAction(entry);
+        entry->deleteLater();
+    }
+}
+
+QAction* MakeEntry(QMenu& menu, const QString& path, int commandId)
+{
+    QString name = ProjectNameOf(path);
+    auto* entry = new QAction(LoadIcon(QStringLiteral("recent")),
+                              name.replace(QLatin1Char('&'), QStringLiteral("&&")), &menu);
+    entry->setData(commandId);
+    entry->setToolTip(path);
+    entry->setStatusTip(path);
+    return entry;
+}
+
+} // namespace
+
+void UpdateRecentProjectsMenu(QMenu& menu, const CRecentProjects& projects,
+                              const std::function<void(int commandId)>& chosen)
+{
+    RemoveFormerEntries(menu);
+    if (projects.GetPaths().size() <= 1) {
+        return;
+    }
+    QAction* const listEnd = menu.actions().at(SeparatorPosition);
+    menu.insertSeparator(listEnd);
+    for (const int position : projects.GetOrderByName()) {
+        if (position == 0) {
+            continue;
+        }
+        // Odd on purpose: 32999 plus the place counted from 1. The current project has the place 1, so that
+        // 33000 stands for it and never in this menu.
+        const int commandId = CommandRange::FirstRecentProject - 1 + (position + 1);
+        QAction* const entry = MakeEntry(menu, projects.GetPaths()[position], commandId);
+        // Queued: opening a project makes the menu's entries anew.
+        QObject::connect(
+            entry, &QAction::triggered, entry, [chosen, commandId] { chosen(commandId); },
+            Qt::QueuedConnection);
+        menu.insertAction(listEnd, entry);
+    }
+}

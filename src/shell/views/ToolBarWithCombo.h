@@ -1,0 +1,18 @@
+#pragma once
+
+#include "shell/views/ToolBarDescriptor.h"
+
+class QMenu;
+
+// A toolbar with drop-down buttons: each shows a label and, behind it, what is chosen in its menu. Owned by
+// its panel; screen's thread.
+class CToolBarWithCombo : public CToolBarDescriptor {
+public:
+    explicit CToolBarWithCombo(QWidget* parent = nullptr);
+
+protected:
+    // The menu of a new drop-down button at the end of the toolbar. label: stands before the choice.
+    QMenu* AddDropDown(const Button& button);
+    // The text of the drop-down is that of the menu's checked entry.
+    static void ShowChoice(QMenu* menu);
+};

@@ -1,0 +1,94 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "document/GalleryProjectConsumer.h"
+#include "shell/host/ContentURLLoader.h"
+#include "shell/host/HTMLView.h"
+#include "shell/host/ViewNotification.h"
+#include "shell/host/ViewPagesExternalDispatch.h"
+#include "shell/views/Panel.h"
+#include "shell/views/ViewPagesToolBar.h"
+
+class CGallery;
+class CGalleryIterator;
+
+// The large panel of the main window: the current page of the current gallery as it will be deployed, with
+// the buttons that edit it, and the toolbar that chooses layout and style. Owned by the frame; screen's
+// thread.
+class CViewPages final : public CPanel,
+                         public CGalleryProjectConsumer,
+                         public CViewPagesExternalDispatchCommands,
+                         public CContentURLLoader {
+public:
+    struct Services {
+        CViewNotification notify; // the frame's way to UpdateProject
+        CHTMLView::Options browser;
+        std::function<void(CGalleryProject& project)> deploy; // opens the deployment wizard
+    };
+    explicit CViewPages(const Services& services, QWidget* parent = nullptr);
+    ~CViewPages() override;
+
+    CViewPagesToolBar& GetToolBar() { return *toolBar; }
+    CHTMLView& GetHTMLView() { return *htmlView; }
+
+    // By the place in the menus, from 0: a choice there.
+    void ChooseLayout(int32_t place);
+    void ChooseStyle(int32_t place);
+    // Asks for the dialog in which elements of the page are shown and hidden.
+    void ChangeVisibility();
+
+    void UpdateProject(UpdateHint hint, const UpdateParameter& parameter, CGalleryProject& project) override;
+    // A layout that can't be read is shown as an error page in place of the page.
+    void UpdateView(UpdateHint hint, CGalleryProject& project) override;
+
+    void ChangeVisibility(const QString& element) override;
+    void RotateImageRight(const QString& id) override;
+    void RotateImageLeft(const QString& id) override;
+    void MoveImageUp(const QString& id) override;
+    void MoveImageDown(const QString& id) override;
+    void DeleteImage(const QString& id) override;
+    void EditText(const TextToEdit& edited) override;
+    void EditReference(const QString& name, const QString& hrefProperty,
+                       const QString& textProperty) override;
+
+    void LoadURL(const QString& url) override;
+
+private:
+    // What a change does beyond the gallery itself.
+    struct Change {
+        UpdateHint hint; // as it travels on to the other views
+        bool changed = true;
+        bool rebuild = false;
+        int32_t positionToShow = -1;
+    };
+
+    void SendForPicture(UpdateHint hint, const QString& id);
+    // False if a person has thought better of it.
+    bool Apply(Change& change, const UpdateParameter& parameter, CGalleryProject& project);
+    void ApplyChoice(Change& change, int32_t place, CGallery& gallery);
+    void ApplyToPicture(Change& change, int32_t position, CGallery& gallery);
+    void FollowLink(Change& change, const QString& url, CGallery& gallery);
+    bool ChooseVisibility(CGallery& gallery);
+    void UpdateMenus(CGalleryProject& project);
+    void ShowCurrentPage(CGalleryProject& project);
+    // name: of the page; the scroll place is kept while it stays.
+    void Show(const std::string& page, const QString& name);
+    void SetShownFolders(CGallery& gallery);
+    std::string GeneratePage(CGallery& gallery);
+    std::string GenerateAnyPage(CGallery& gallery);
+    // Nothing if the property has no value.
+    std::optional<QString> ReadVariable(const QString& property);
+    void WriteVariable(const QString& property, const QString& text);
+
+    const Services services;
+    CViewNotifier notifier;
+    CViewPagesExternalDispatch dispatch;
+    CViewPagesToolBar* const toolBar;
+    CHTMLView* const htmlView;
+    // Of the page on the screen: knows which picture an id means. Null without a gallery.
+    std::unique_ptr<CGalleryIterator> iterator;
+    QString shownPage; // gallery, layout, page and number
+};

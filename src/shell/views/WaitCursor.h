@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QGuiApplication>
+
+// The cursor of waiting for as long as it lives. Screen's thread.
+class CWaitCursor final {
+public:
+    CWaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~CWaitCursor() { QGuiApplication::restoreOverrideCursor(); }
+    CWaitCursor(const CWaitCursor&) = delete;
+    CWaitCursor& operator=(const CWaitCursor&) = delete;
+};

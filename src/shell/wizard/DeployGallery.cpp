@@ -1,0 +1,21 @@
+#include "shell/wizard/DeployGallery.h"
+
+#include <QDesktopServices>
+#include <QUrl>
+
+#include "common/Platform.h"
+#include "ftpengine/FTPDestinations.h"
+#include "ftpengine/PasswordProtection.h"
+#include "shell/wizard/WizardPropSheetDeploy.h"
+
+void DeployGallery(CGalleryProject& project, CSettingsStore& settings, QWidget* parent)
+{
+    const CPasswordProtection protection(FindDataFolder(), FindMachineSettingsFolder());
+    CFTPDestinations destinations(settings, protection);
+    DeployWizardServices services;
+    services.destinations = &destinations;
+    services.openSite = [](const QString& path) {
+        QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+    };
+    CWizardPropSheetDeploy(project, services, parent).exec();
+}

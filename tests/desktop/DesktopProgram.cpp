@@ -1,0 +1,359 @@
+#include "DesktopProgram.h"
+
+#include <csignal>
+#include <unistd.h>
+
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QStringList>
+#include <QTcpServer>
+#include <QThread>
+#include <gtest/gtest.h>
+
+#include "common/FileSystem.h"
+
+namespace {
+
+constexpr int Patience = 30'000; // milliseconds
+
+// Between two looks at a state that no event tells of.
+constexpr int Pause = 20; // milliseconds
+
+quint16 FindFreePort()
+{
+    QTcpServer server;
+    server.listen(QHostAddress::LocalHost);
+    return server.serverPort();
+}
+
+// The pages of a view stand one at a time in a frame of the view's own page; this runs in the one that is on
+// the screen.
+QString InShownPage(const QString& expression)
+{
+    const QJsonArray quoted{expression};
+    const QByteArray text = QJsonDocument(quoted).toJson(QJsonDocument::Compact);
+    return QStringLiteral("viewShell.evaluate(%1)").arg(QString::fromUtf8(text.mid(1, text.size() - 2)));
+}
+
+} // namespace
+
+CDesktopProgram::CDesktopProgram(QSize screen) : display(screen), dataFolder(QStringLiteral(DATA_FOLDER))
+{
+    MakeDirectoryPath(GetHome());
+    EXPECT_FALSE(display.GetName().isEmpty());
+}
+
+CDesktopProgram::~CDesktopProgram()
+{
+    if (IsRunning()) {
+        process.kill();
+        process.waitForFinished();
+    }
+}
+
+QString CDesktopProgram::GetDefaultProject() const
+{
+    return GetHome() + QStringLiteral("/Documents/Vistorama/My Vistorama.gallery");
+}
+
+QString CDesktopProgram::CopySample(const QString& folder) const
+{
+    const QString copy = Path(folder);
+    MakeDirectoryPath(copy);
+    CopyDirectoryTree(QStringLiteral(DATA_FOLDER "/sample"), copy);
+    return copy + QStringLiteral("/sample.gallery");
+}
+
+void CDesktopProgram::WriteSettings(const QByteArray& lines) const
+{
+    scratch.Write(QStringLiteral("home/.config/Corvane.ini"), "[Vistorama]\n" + lines);
+}
+
+QByteArray CDesktopProgram::ReadSettings() const
+{
+    return scratch.Read(QStringLiteral("home/.config/Corvane.ini"));
+}
+
+void CDesktopProgram::UseOwnData()
+{
+    dataFolder = Path(QStringLiteral("data"));
+    for (const char* folder : {"/Templates", "/Styles"}) {
+        const QString name = QString::fromLatin1(folder);
+        MakeDirectoryPath(dataFolder + name);
+        CopyDirectoryTree(QStringLiteral(DATA_FOLDER) + name, dataFolder + name);
+    }
+}
+
+void CDesktopProgram::WriteLayout(const QString& name, const QByteArray& page) const
+{
+    const QString folder = QStringLiteral("data/Templates/");
+    scratch.Write(folder + QStringLiteral("zz-%1.xml").arg(name),
+                  "<template name=\"Zz\" folder=\"" + name.toUtf8() +
+                      "\" group=\"standard\"><page file=\"index.html\" multipage=\"1\"/></template>");
+    scratch.Write(folder + name + QStringLiteral("/index.html"), page);
+}
+
+void CDesktopProgram::Launch(const QStringList& arguments)
+{
+    probe.reset();
+    pageOrigin = QPoint();
+    debugPort = FindFreePort();
+    PutDisplayIntoEnvironment(display.GetName());
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* name : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_DOCUMENTS_DIR"}) {
+        environment.remove(QString::fromLatin1(name));
+    }
+    environment.insert(QStringLiteral("HOME"), GetHome());
+    environment.insert(QStringLiteral("VISTORAMA_DATA"), dataFolder);
+    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    environment.insert(QStringLiteral("QTWEBENGINE_REMOTE_DEBUGGING"),
+                       QStringLiteral("127.0.0.1:%1").arg(debugPort));
+    process.setProcessEnvironment(environment);
+    process.setWorkingDirectory(GetHome());
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process.start(QStringLiteral(PROGRAM_FILE), arguments);
+    ASSERT_TRUE(process.waitForStarted());
+}
+
+void CDesktopProgram::Start(const QStringList& arguments)
+{
+    Launch(arguments);
+    ASSERT_TRUE(WaitForWindow(QStringLiteral("Vistorama - ")));
+    WaitForPage();
+}
+
+void CDesktopProgram::WaitForPage()
+{
+    ASSERT_TRUE(WaitForWindow(QStringLiteral("Vistorama - ")));
+    const QString window = FindWindows(QStringLiteral("Vistorama - ")).value(0);
+    RunTool({QStringLiteral("windowmove"), window, QStringLiteral("0"), QStringLiteral("0")});
+    RunTool({QStringLiteral("windowsize"), window, QStringLiteral("100%"), QStringLiteral("100%")});
+    FocusWindow(QStringLiteral("Vistorama - "));
+    ASSERT_TRUE(
+        WaitInPage(QStringLiteral("document.images.length > 0 || document.body.innerText.length > 0")));
+}
+
+void CDesktopProgram::StartWithMessage(const QStringList& arguments, const QString& messageTitle)
+{
+    Launch(arguments);
+    ASSERT_TRUE(WaitForWindow(messageTitle));
+}
+
+int CDesktopProgram::Terminate()
+{
+    ::kill(static_cast<pid_t>(process.processId()), SIGTERM);
+    return WaitForEnd();
+}
+
+int CDesktopProgram::WaitForEnd()
+{
+    EXPECT_TRUE(!IsRunning() || process.waitForFinished(Patience));
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    return process.exitCode();
+}
+
+// Without an event loop the state changes only while somebody waits for it.
+bool CDesktopProgram::IsRunning()
+{
+    process.waitForFinished(0);
+    return process.state() == QProcess::Running;
+}
+
+bool CDesktopProgram::WaitFor(const std::function<bool()>& condition)
+{
+    const QDeadlineTimer deadline(Patience);
+    while (!condition()) {
+        if (deadline.hasExpired()) {
+            return false;
+        }
+        QThread::msleep(Pause);
+    }
+    return true;
+}
+
+QString CDesktopProgram::RunTool(const QStringList& arguments) const
+{
+    QProcess tool;
+    tool.setProcessEnvironment(process.processEnvironment());
+    tool.start(QStringLiteral("xdotool"), arguments);
+    tool.waitForFinished(Patience);
+    return QString::fromUtf8(tool.readAllStandardOutput()).trimmed();
+}
+
+QStringList CDesktopProgram::FindWindows(const QString& title) const
+{
+    return RunTool(
+               {QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"), title})
+        .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+// The lowest first; a box without a title is among them.
+QStringList CDesktopProgram::FindAllWindows() const
+{
+    return RunTool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--class"),
+                    QStringLiteral("vistorama")})
+        .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+bool CDesktopProgram::WaitForWindow(const QString& title)
+{
+    return WaitFor([&] { return !IsRunning() || !FindWindows(title).isEmpty(); }) && IsRunning();
+}
+
+bool CDesktopProgram::WaitForWindowGone(const QString& title)
+{
+    return WaitFor([&] { return FindWindows(title).isEmpty(); });
+}
+
+QString CDesktopProgram::GetTitle()
+{
+    const QString window = FindWindows(QStringLiteral("Vistorama - ")).value(0);
+    return RunTool({QStringLiteral("getwindowname"), window});
+}
+
+void CDesktopProgram::FocusWindow(const QString& title)
+{
+    const QString window = FindWindows(title).value(0);
+    WaitFor([&] {
+        RunTool({QStringLiteral("windowfocus"), window});
+        return RunTool({QStringLiteral("getwindowfocus"), QStringLiteral("-f")}) == window;
+    });
+}
+
+void CDesktopProgram::FocusAnyWindow()
+{
+    const QStringList windows = FindAllWindows();
+    RunTool({QStringLiteral("windowfocus"), windows.value(windows.size() - 1)});
+}
+
+void CDesktopProgram::TypeText(const QString& text)
+{
+    RunTool(
+        {QStringLiteral("type"), QStringLiteral("--delay"), QStringLiteral("1"), QStringLiteral("--"), text});
+}
+
+void CDesktopProgram::PressKeys(const QStringList& keys)
+{
+    RunTool(QStringList{QStringLiteral("key"), QStringLiteral("--delay"), QStringLiteral("20")} + keys);
+}
+
+void CDesktopProgram::MovePointer(QPoint place)
+{
+    RunTool({QStringLiteral("mousemove"), QString::number(place.x()), QString::number(place.y())});
+}
+
+void CDesktopProgram::Click(QPoint place)
+{
+    MovePointer(place);
+    RunTool({QStringLiteral("click"), QStringLiteral("1")});
+}
+
+void CDesktopProgram::Drag(QPoint from, QPoint to)
+{
+    MovePointer(from);
+    RunTool({QStringLiteral("mousedown"), QStringLiteral("1")});
+    MovePointer((from + to) / 2);
+    MovePointer(to);
+    RunTool({QStringLiteral("mouseup"), QStringLiteral("1")});
+}
+
+// The program has a page for each view; the pages view is the widest.
+bool CDesktopProgram::ConnectProbe()
+{
+    if (probe && probe->IsConnected()) {
+        return true;
+    }
+    for (const QString& address : CPageProbe::ListPages(debugPort)) {
+        auto candidate = std::make_unique<CPageProbe>(address);
+        if (candidate->IsConnected() &&
+            candidate->Evaluate(QStringLiteral("innerWidth > screen.width / 2")).toBool()) {
+            probe = std::move(candidate);
+            return true;
+        }
+    }
+    return false;
+}
+
+QVariant CDesktopProgram::InPage(const QString& expression)
+{
+    return ConnectProbe() ? probe->Evaluate(InShownPage(expression)) : QVariant();
+}
+
+bool CDesktopProgram::WaitInPage(const QString& condition)
+{
+    const bool holds = WaitFor([&] { return InPage(condition).toBool(); });
+    if (!holds) {
+        TakePicture(QStringLiteral("failed"));
+    }
+    return holds;
+}
+
+QPoint CDesktopProgram::GetPageOrigin()
+{
+    if (pageOrigin.isNull()) {
+        pageOrigin = FindPageOrigin();
+    }
+    return pageOrigin;
+}
+
+// Where the page's own corner is on the screen: found by the mouse, as a script sees it.
+QPoint CDesktopProgram::FindPageOrigin()
+{
+    InPage(QStringLiteral(
+        "document.addEventListener('mousemove', e => { window.origin_ = (e.screenX - e.clientX) + ' ' + "
+        "(e.screenY - e.clientY); }, true); window.origin_ = ''"));
+    const QPoint middle(display.GetSize().width() / 3, display.GetSize().height() / 2);
+    int step = 0;
+    WaitFor([&] {
+        MovePointer(middle + QPoint(++step % 2, 0));
+        return !InPage(QStringLiteral("window.origin_")).toString().isEmpty();
+    });
+    const QStringList place = InPage(QStringLiteral("window.origin_")).toString().split(QLatin1Char(' '));
+    return QPoint(place.value(0).toInt(), place.value(1).toInt());
+}
+
+QPoint CDesktopProgram::PlaceOf(const QString& elementExpression)
+{
+    const QString middle =
+        QStringLiteral("(e => { if (!e) return ''; e.scrollIntoView({block: 'center', behavior: 'instant'}); "
+                       "const r = e.getBoundingClientRect(); "
+                       "return Math.round(r.x + r.width / 2) + ' ' + Math.round(r.y + r.height / 2); })(%1)")
+            .arg(elementExpression);
+    const QStringList place = InPage(middle).toString().split(QLatin1Char(' '));
+    EXPECT_EQ(place.size(), 2) << "There is no " << qPrintable(elementExpression);
+    return GetPageOrigin() + QPoint(place.value(0).toInt(), place.value(1).toInt());
+}
+
+void CDesktopProgram::ClickElement(const QString& elementExpression)
+{
+    Click(PlaceOf(elementExpression));
+}
+
+// The strip comes up when the mouse enters the element. Its images are named after the element: the strip at
+// rest, then one for each button lit, with the button's tooltip.
+void CDesktopProgram::PressStripButton(const QString& elementExpression, const QString& tip)
+{
+    const QString strips = QStringLiteral("[...document.images].filter(i => (%1).getAttribute('onmouseenter')"
+                                          ".includes('(' + i.id + ')'))")
+                               .arg(elementExpression);
+    const QString shown = QStringLiteral("(%1.find(s => s.style.display == 'inline') || null)").arg(strips);
+    MovePointer(PlaceOf(elementExpression));
+    ASSERT_TRUE(WaitInPage(shown + QStringLiteral(" != null"))) << qPrintable(elementExpression);
+    const QString place =
+        QStringLiteral("(r => Math.round(r.x + 24 * %1.findIndex(i => i.alt == '%2') - 12) + ' ' + "
+                       "Math.round(r.y + 12))(%3.getBoundingClientRect())")
+            .arg(strips, tip, shown);
+    const QStringList numbers = InPage(place).toString().split(QLatin1Char(' '));
+    ASSERT_EQ(numbers.size(), 2) << "There is no button " << qPrintable(tip);
+    const QPoint button = GetPageOrigin() + QPoint(numbers[0].toInt(), numbers[1].toInt());
+    MovePointer(button);
+    ASSERT_TRUE(WaitInPage(QStringLiteral("(%1 || {}).alt == '%2'").arg(shown, tip))) << qPrintable(tip);
+    Click(button);
+}
+
+void CDesktopProgram::TakePicture(const QString& name) const
+{
+    EXPECT_TRUE(display.TakePicture(QStringLiteral(SCREENSHOT_FOLDER "/%1.png").arg(name)));
+}

@@ -1,0 +1,97 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include <QPoint>
+#include <QProcess>
+#include <QRect>
+#include <QSize>
+
+#include "PageProbe.h"
+#include "support/ScratchFolder.h"
+#include "support/VirtualDisplay.h"
+
+// The desktop program as a person has it: the program itself on a display of its own, with a home of its own,
+// used by mouse and keyboard. Whatever is waited for has a deadline, behind which the test fails.
+class CDesktopProgram {
+public:
+    explicit CDesktopProgram(QSize screen = QSize(1440, 900));
+    ~CDesktopProgram();
+
+    const CScratchFolder scratch;
+    CVirtualDisplay display;
+
+    QString Path(const QString& name) const { return scratch.Path(name); }
+    QString GetHome() const { return Path(QStringLiteral("home")); }
+    QString GetDefaultProject() const;
+    // A copy of the sample project; returns the path of its file.
+    QString CopySample(const QString& folder = QStringLiteral("sample")) const;
+    // The program's own settings: "NAME=VALUE" lines.
+    void WriteSettings(const QByteArray& lines) const;
+    QByteArray ReadSettings() const;
+    // The folder of layouts and styles for the next start; at first the program's own.
+    void SetDataFolder(const QString& folder) { dataFolder = folder; }
+    // A copy of the program's own layouts and styles, which the test may change.
+    void UseOwnData();
+    // A layout of one page in that copy.
+    void WriteLayout(const QString& name, const QByteArray& page) const;
+
+    // Starts the program and, unless a message comes up instead, waits for its page. The window fills the
+    // screen.
+    void Start(const QStringList& arguments);
+    void StartWithMessage(const QStringList& arguments, const QString& messageTitle);
+    void WaitForPage();
+    // Asks the program to end, as a desktop does at the end of a session. Returns its exit code.
+    int Terminate();
+    // Waits until it has ended by itself.
+    int WaitForEnd();
+    bool IsRunning();
+
+    // --- Windows, by a part of their titles.
+
+    bool WaitForWindow(const QString& title);
+    bool WaitForWindowGone(const QString& title);
+    QString GetTitle();
+    // Gives the keyboard to the window.
+    void FocusWindow(const QString& title);
+    // The one on top.
+    void FocusAnyWindow();
+    void TypeText(const QString& text);
+    // As xdotool names them: "ctrl+n", "Return".
+    void PressKeys(const QStringList& keys);
+    void MovePointer(QPoint place);
+    void Click(QPoint place);
+    void Drag(QPoint from, QPoint to);
+
+    // --- The page of the pages view.
+
+    // Until the expression is true in the page on the screen.
+    bool WaitInPage(const QString& condition);
+    QVariant InPage(const QString& expression);
+    // The middle of an element, on the screen; the expression gives the element.
+    QPoint PlaceOf(const QString& elementExpression);
+    void ClickElement(const QString& elementExpression);
+    // Points at an element and presses a button of the strip that comes up, by its tooltip.
+    void PressStripButton(const QString& elementExpression, const QString& tip);
+
+    void TakePicture(const QString& name) const;
+
+    // Until the function answers true; false at the deadline.
+    static bool WaitFor(const std::function<bool()>& condition);
+
+private:
+    void Launch(const QStringList& arguments);
+    QString RunTool(const QStringList& arguments) const;
+    QStringList FindWindows(const QString& title) const;
+    QStringList FindAllWindows() const;
+    bool ConnectProbe();
+    QPoint GetPageOrigin();
+    QPoint FindPageOrigin();
+
+    QString dataFolder;
+    QProcess process;
+    quint16 debugPort = 0;
+    QPoint pageOrigin; // on the screen; null until it was found
+    std::unique_ptr<CPageProbe> probe;
+};

@@ -1,0 +1,105 @@
+#include "WizardFixture.h"
+
+#include <QAbstractButton>
+#include <QDir>
+#include <QDirIterator>
+#include <QPlainTextEdit>
+
+CWizardFixture::CWizardFixture()
+{
+    fixture.WriteLayout(QStringLiteral("a"),
+                        "<page file=\"index.html\"/><page file=\"picture.html\" multipage=\"1\"/>");
+    fixture.WritePage(QStringLiteral("a"), QStringLiteral("index.html"), "<p>first</p>");
+    fixture.WritePage(QStringLiteral("a"), QStringLiteral("picture.html"),
+                      "<%picture id=\"a\" width=\"20\" height=\"15\" href=\"\"%>");
+    fixture.WriteStyle(QStringLiteral("Blue"));
+    fixture.NewProject();
+    for (const char* name : {"1.png", "2.jpg"}) {
+        fixture.GetRoot().AddPicture(fixture.WritePicture(QString::fromLatin1(name)));
+    }
+}
+
+void CWizardFixture::Open()
+{
+    DeployWizardServices services;
+    services.destinations = &destinations;
+    services.openSite = [this](const QString& path) {
+        opened += path;
+    };
+    services.timeouts = timeouts;
+    services.port = server.GetPort();
+    wizard = std::make_unique<CWizardPropSheetDeploy>(fixture.GetProject(), services, nullptr);
+    wizard->show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(wizard.get()));
+}
+
+CFTPDestination CWizardFixture::AddServer(const QString& directory)
+{
+    CFTPDestination destination = destinations.Create(false);
+    destination.connection = server.GetDestination(directory);
+    destination.connection.displayName = QStringLiteral("My site");
+    EXPECT_EQ(destinations.Save(destination), CFTPDestinations::SaveResult::Saved);
+    CDeploySettings& settings = fixture.GetProject().GetDeploySettings();
+    settings.destination_kind = 1;
+    settings.ftp_destination = destination.key;
+    return destination;
+}
+
+void CWizardFixture::OpenUpload(const QString& directory)
+{
+    AddServer();
+    fixture.GetProject().GetDeploySettings().ftp_directory = directory;
+    Open();
+    Press("next");
+    Press("next");
+    ASSERT_EQ(PageId(), DeployPageId::DeployToFTP);
+}
+
+void CWizardFixture::OpenFolderDeployment()
+{
+    fixture.GetProject().GetDeploySettings().folder = Path(QStringLiteral("site"));
+    Open();
+    Press("next");
+    Press("next");
+    ASSERT_EQ(PageId(), DeployPageId::DeployToFolder);
+}
+
+bool CWizardFixture::CanPress(const char* buttonName) const
+{
+    const auto& button = Find<QAbstractButton>(*wizard, buttonName);
+    return button.isVisible() && button.isEnabled();
+}
+
+QStringList CWizardFixture::ErrorTexts() const
+{
+    QStringList texts;
+    for (const char* name : {"description", "reason", "solution"}) {
+        texts += OnPage<QPlainTextEdit>(name).toPlainText();
+    }
+    return texts;
+}
+
+QStringList CWizardFixture::FilesOf(const QString& folder) const
+{
+    QStringList files;
+    QDirIterator entries(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (entries.hasNext()) {
+        files += QDir(folder).relativeFilePath(entries.next());
+    }
+    files.sort();
+    return files;
+}
+
+QStringList CWizardFixture::TemporaryFiles() const
+{
+    return FilesOf(fixture.tempFolder.GetPath()).filter(QStringLiteral(".html"));
+}
+
+void CGate::Put(CScriptedServer& server, const std::string& verb, const std::string& reply)
+{
+    server.On(verb, [state = state, reply](CServerSession& session, const std::string&) {
+        state->reached.Set();
+        state->open.Wait(std::chrono::seconds(60));
+        session.Send(reply);
+    });
+}

@@ -1,0 +1,221 @@
+#include <gmock/gmock.h>
+
+#include <QApplication>
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QTimer>
+#include <gtest/gtest.h>
+
+#include "PagesWindow.h"
+
+using testing::ElementsAre;
+
+// The dialogs that the buttons of a page open, as a person uses them.
+
+namespace {
+
+// Answers the next dialog and ends it.
+class CAnswer {
+public:
+    explicit CAnswer(std::function<bool(QDialog&)> accepts)
+    {
+        QObject::connect(&timer, &QTimer::timeout, [this, accepts = std::move(accepts)] {
+            auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+            if (dialog) {
+                timer.stop();
+                wasAsked = true;
+                dialog->done(accepts(*dialog) ? QDialog::Accepted : QDialog::Rejected);
+            }
+        });
+        timer.start(1);
+    }
+    bool WasAsked() const { return wasAsked && !QApplication::activeModalWidget(); }
+
+private:
+    QTimer timer;
+    bool wasAsked = false;
+};
+
+// Runs the call in the page and waits until its dialog was answered.
+void Call(CPagesWindow& window, const char* call, const std::function<bool(QDialog&)>& accepts)
+{
+    const CAnswer answer(accepts);
+    window.GetPage().RunScript(QString::fromUtf8(call));
+    EXPECT_TRUE(WaitUntil([&] { return answer.WasAsked(); })) << call;
+}
+
+QString Variable(CPagesWindow& window, const char* name)
+{
+    CVariant value;
+    window.GetGallery().GetObjectVariable(QStringLiteral("gallery"), QString::fromLatin1(name), value);
+    return value.GetString();
+}
+
+template <class Control>
+Control* Find(const QDialog& dialog, const char* name)
+{
+    return dialog.findChild<Control*>(QString::fromLatin1(name));
+}
+
+constexpr char editTitle[] = "external.EditText('gallery.title','Heading',gallery_title.innerHTML,1,2,false)";
+
+} // namespace
+
+TEST(ViewPagesDialogs, ATextIsEditedAndThePageShowsIt)
+{
+    CPagesWindow window(1);
+    Call(window, editTitle, [](QDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Heading"));
+        QLineEdit* const text = Find<QLineEdit>(dialog, "text");
+        EXPECT_EQ(text->text(), QStringLiteral("Title of 1")); // no value yet: as the page shows it
+        text->setText(QStringLiteral("My <b>title</b>"));
+        return true;
+    });
+    window.WaitForPageShown(2);
+    EXPECT_EQ(Variable(window, "title"), QStringLiteral("My <b>title</b>"));
+    EXPECT_EQ(Ask(window.GetPage(), QStringLiteral("gallery_title.textContent")).toString(),
+              QStringLiteral("My title"));
+    EXPECT_THAT(window.notifications, ElementsAre(UpdateHint::TextEdited));
+    // The next time the value is edited, not the text of the page.
+    Call(window, editTitle, [](QDialog& dialog) {
+        EXPECT_EQ(Find<QLineEdit>(dialog, "text")->text(), QStringLiteral("My <b>title</b>"));
+        return false;
+    });
+}
+
+TEST(ViewPagesDialogs, ACancelledTextSendsNothing)
+{
+    CPagesWindow window(1);
+    Call(window, editTitle, [](QDialog& dialog) {
+        Find<QLineEdit>(dialog, "text")->setText(QStringLiteral("other"));
+        return false;
+    });
+    EXPECT_EQ(Variable(window, "title"), QString());
+    EXPECT_TRUE(window.notifications.empty());
+    EXPECT_EQ(window.GetShownCount(), 1);
+}
+
+TEST(ViewPagesDialogs, APropertyOfTheGalleryShowsTheNoteAndAnotherDoesNot)
+{
+    CPagesWindow window(1);
+    const struct {
+        const char* property;
+        bool note;
+    } rows[] = {
+        {"gallery.title", true}, {"gallery2.title", true}, {"photo1.title", false}, {"page.title", false}};
+    for (const auto& row : rows) {
+        Call(window, (std::string("external.EditText('") + row.property + "','N','t',1,2,true)").c_str(),
+             [&](QDialog& dialog) {
+                 EXPECT_EQ(Find<QLabel>(dialog, "note") != nullptr, row.note) << row.property;
+                 return false;
+             });
+    }
+}
+
+TEST(ViewPagesDialogs, ATextOfSeveralLinesKeepsItsLineBreaks)
+{
+    CPagesWindow window(1);
+    const char* const call = "external.EditText('photo1.title','N','t',1,2,true)";
+    Call(window, call, [](QDialog& dialog) {
+        QPlainTextEdit* const text = Find<QPlainTextEdit>(dialog, "text");
+        EXPECT_NE(text, nullptr);
+        text->setPlainText(QStringLiteral("one\ntwo"));
+        return true;
+    });
+    window.WaitForPageShown(2);
+    CVariant title;
+    window.GetGallery().GetPictures().GetAt(0)->GetVariable(QStringLiteral("title"), title);
+    EXPECT_EQ(title.GetString(), QStringLiteral("one</br>two"));
+    Call(window, call, [](QDialog& dialog) {
+        EXPECT_EQ(Find<QPlainTextEdit>(dialog, "text")->toPlainText(), QStringLiteral("one\ntwo"));
+        return false;
+    });
+}
+
+TEST(ViewPagesDialogs, AReferenceIsEdited)
+{
+    CPagesWindow window(1);
+    const char* const call = "external.EditReference('Home','gallery.home_href','gallery.home_text')";
+    Call(window, call, [](QDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Home"));
+        EXPECT_EQ(Find<QLineEdit>(dialog, "url")->text(), QString());
+        Find<QLineEdit>(dialog, "url")->setText(QStringLiteral("large.html"));
+        Find<QLineEdit>(dialog, "text")->setText(QStringLiteral("Look"));
+        return true;
+    });
+    window.WaitForPageShown(2);
+    EXPECT_EQ(Variable(window, "home_href"), QStringLiteral("large.html"));
+    EXPECT_EQ(Variable(window, "home_text"), QStringLiteral("Look"));
+    EXPECT_THAT(window.notifications, ElementsAre(UpdateHint::TextEdited));
+    Call(window, call, [](QDialog& dialog) {
+        EXPECT_EQ(Find<QLineEdit>(dialog, "url")->text(), QStringLiteral("large.html"));
+        EXPECT_EQ(Find<QLineEdit>(dialog, "text")->text(), QStringLiteral("Look"));
+        return false;
+    });
+    EXPECT_EQ(window.notifications.size(), 1u);
+}
+
+TEST(ViewPagesDialogs, ElementsOfThePageAreHidden)
+{
+    CPagesWindow window(1);
+    EXPECT_TRUE(window.GetPageText().contains(QStringLiteral("The footer")));
+    const auto choose = [](Qt::CheckState state, bool accept) {
+        return [state, accept](QDialog& dialog) {
+            QListWidget* const elements = Find<QListWidget>(dialog, "elements");
+            EXPECT_EQ(elements->count(), 1);
+            EXPECT_EQ(elements->item(0)->text(), QStringLiteral("Footer"));
+            elements->item(0)->setCheckState(state);
+            return accept;
+        };
+    };
+    // On cancel the function ends without any update.
+    Call(window, "external.ChangeVisibility('Footer')", choose(Qt::Unchecked, false));
+    EXPECT_TRUE(window.listener.hints.empty());
+    EXPECT_EQ(window.GetShownCount(), 1);
+    Call(window, "external.ChangeVisibility('Footer')", choose(Qt::Unchecked, true));
+    window.WaitForPageShown(2);
+    EXPECT_FALSE(window.GetPageText().contains(QStringLiteral("The footer")));
+    EXPECT_THAT(window.listener.hints, ElementsAre(UpdateHint::VisibilityChosen));
+    // The toolbar has the command as well.
+    const CAnswer answer(choose(Qt::Checked, true));
+    window.GetView().GetToolBar().findChild<QAction*>(QStringLiteral("ChangeVisibility"))->trigger();
+    EXPECT_TRUE(WaitUntil([&] { return answer.WasAsked(); }));
+    window.WaitForPageShown(3);
+    EXPECT_TRUE(window.GetPageText().contains(QStringLiteral("The footer")));
+}
+
+TEST(ViewPagesDialogs, APropertyThatIsNoneStoresNothing)
+{
+    CPagesWindow window(1);
+    int pages = 1;
+    for (const char* property : {"nopoint", "", "nobody.title"}) {
+        Call(window, (std::string("external.EditText('") + property + "','N','t',1,2,false)").c_str(),
+             [](QDialog& dialog) {
+                 Find<QLineEdit>(dialog, "text")->setText(QStringLiteral("x"));
+                 return true;
+             });
+        window.WaitForPageShown(++pages);
+    }
+    EXPECT_EQ(Variable(window, "title"), QString());
+}
+
+TEST(ViewPagesDialogs, AFloodOfCallsOpensOneDialog)
+{
+    CPagesWindow window(1);
+    int dialogs = 0;
+    Call(window,
+         "(function(){ for (var i = 0; i < 10000; ++i) { "
+         "external.EditText('gallery.title','N','t',1,2,false); } })()",
+         [&](QDialog&) {
+             ++dialogs;
+             // The rest arrives while the dialog is open.
+             Ask(window.GetPage(), QStringLiteral("1"));
+             return true;
+         });
+    window.WaitForPageShown(2);
+    EXPECT_EQ(dialogs, 1);
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+}

@@ -1,0 +1,174 @@
+#include "shell/frame/MainFrame.h"
+
+#include <QDialog>
+#include <QMenu>
+#include <QMenuBar>
+#include <gtest/gtest.h>
+
+#include "../dialogs/DialogTools.h"
+#include "common/FileSystem.h"
+#include "shell/frame/MainFrameSettings.h"
+#include "shell/views/ViewPages.h"
+#include "support/ProjectFixture.h"
+
+namespace {
+
+class MainFrame : public testing::Test {
+protected:
+    CProjectFixture fixture;
+    std::unique_ptr<CMainFrame> frame;
+
+    MainFrame()
+    {
+        for (const char* layout : {"one", "two"}) {
+            const QString name = QString::fromLatin1(layout);
+            fixture.WriteLayout(name, "<page file=\"index.html\" multipage=\"1\"/>");
+            fixture.WritePage(name, QStringLiteral("index.html"),
+                              "<html><head></head><body>page</body></html>");
+        }
+        fixture.WriteStyle(QStringLiteral("plain"));
+        fixture.WriteStyle(QStringLiteral("rich"));
+    }
+
+    QString Path(const char* name) { return fixture.scratch.Path(QString::fromUtf8(name)); }
+
+    void Start(const QString& path)
+    {
+        frame = std::make_unique<CMainFrame>(fixture.GetEnvironment(), path);
+        frame->Start();
+    }
+
+    QStringList RecentNames() const
+    {
+        QStringList names;
+        for (const QString& path : frame->GetRecentProjects().GetPaths()) {
+            names += ProjectNameOf(path);
+        }
+        return names;
+    }
+
+    // From the first entry on, which has the number 0 in the list.
+    QMenu& FileMenu() { return *frame->menuBar()->actions().at(0)->menu(); }
+};
+
+} // namespace
+
+TEST_F(MainFrame, TheTitleIsTheProjectsName)
+{
+    Start(Path("Trip to the sea.2024.gallery"));
+    EXPECT_EQ(frame->windowTitle(), QStringLiteral("Vistorama - Trip to the sea.2024"));
+    EXPECT_EQ(RecentNames(),
+              (QStringList{QStringLiteral("Trip to the sea.2024"), QStringLiteral("My Vistorama")}));
+}
+
+TEST_F(MainFrame, DroppedPicturesAndFoldersGoIntoTheCurrentGallery)
+{
+    Start(Path("a.gallery"));
+    const QString one = fixture.WritePicture(QStringLiteral("one.jpg"));
+    MakeDirectoryPath(Path("photos/more"));
+    const QString deep = fixture.WritePicture(QStringLiteral("more/deep.png"));
+    frame->AddDropped({one, ExtractFolder(deep), Path("nothing.txt"), one});
+    EXPECT_EQ(frame->GetProject().GetCurrentGallery()->GetPictures().GetCount(), 2);
+    frame->AddDropped({});
+    EXPECT_EQ(frame->GetProject().GetCurrentGallery()->GetPictures().GetCount(), 2);
+}
+
+TEST_F(MainFrame, ADroppedProjectIsOpenedAndTheFormerOneSaved)
+{
+    Start(Path("a.gallery"));
+    frame->AddDropped({fixture.WritePicture(QStringLiteral("one.jpg"))});
+    frame->AddDropped({Path("b.gallery")});
+    EXPECT_EQ(frame->windowTitle(), QStringLiteral("Vistorama - b"));
+    EXPECT_TRUE(fixture.scratch.Read(QStringLiteral("a.gallery")).contains("one.jpg"));
+    EXPECT_EQ(frame->GetProject().GetCurrentGallery()->GetPictures().GetCount(), 0);
+}
+
+TEST_F(MainFrame, CommandsAreKnownByTheirNumbers)
+{
+    Start(Path("a.gallery"));
+    frame->SwitchProject(Path("b.gallery"));
+    const auto layout = [this] {
+        return ExtractLastName(frame->GetProject().GetCurrentGallery()->GetLayout().GetTemplateKey());
+    };
+    const auto style = [this] {
+        return ExtractLastName(frame->GetProject().GetCurrentGallery()->GetLayout().GetStyleKey());
+    };
+    frame->OnCommand(5001);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return layout() == QStringLiteral("two.xml"); }));
+    frame->OnCommand(5000);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return layout() == QStringLiteral("one.xml"); }));
+    frame->OnCommand(5201);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return style() == QStringLiteral("rich.xml"); }));
+    frame->OnCommand(33001);
+    EXPECT_EQ(RecentNames().first(), QStringLiteral("a"));
+    // Numbers that stand for nothing.
+    for (const int command : {0, -1, 1, 5199, 5399, 33015, 33020, 33021, 57599, 65535}) {
+        frame->OnCommand(command);
+    }
+    QCoreApplication::processEvents();
+    EXPECT_EQ(RecentNames().first(), QStringLiteral("a"));
+}
+
+TEST_F(MainFrame, TheToolbarAndTheMenuListTheRecentProjects)
+{
+    Start(Path("m.gallery"));
+    frame->SwitchProject(Path("z.gallery"));
+    frame->SwitchProject(Path("B.gallery"));
+    const QMenu* const toolbarMenu = frame->findChild<QMenu*>(QStringLiteral("RecentProjectsMenu"));
+    ASSERT_NE(toolbarMenu, nullptr);
+    QStringList entries;
+    for (const QAction* action : toolbarMenu->actions()) {
+        entries += QStringLiteral("%1%2 %3")
+                       .arg(action->isChecked() ? QStringLiteral("*") : QString(), action->text())
+                       .arg(action->data().toInt() - 0xE100);
+    }
+    EXPECT_EQ(entries.join(QLatin1Char('|')), QStringLiteral("*B 1|m 3|My Vistorama 4|z 2"));
+    EXPECT_EQ(FileMenu().actions().size(), 10);
+    // The entry of "z" in the toolbar.
+    toolbarMenu->actions().at(3)->trigger();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return frame->windowTitle() == QStringLiteral("Vistorama - z"); }));
+    EXPECT_EQ(RecentNames().first(), QStringLiteral("z"));
+}
+
+TEST_F(MainFrame, TheWindowKeepsTheProjectThatIsGivenAgain)
+{
+    Start(Path("a.gallery"));
+    frame->AddRecentProject(fixture.scratch.Path() + QStringLiteral("/x/../a.gallery"));
+    EXPECT_EQ(RecentNames(), (QStringList{QStringLiteral("a"), QStringLiteral("My Vistorama")}));
+}
+
+TEST_F(MainFrame, ClosingSavesTheProjectAndTheList)
+{
+    Start(Path("a.gallery"));
+    frame->AddDropped({fixture.WritePicture(QStringLiteral("late.jpg"))});
+    EXPECT_TRUE(frame->close());
+    EXPECT_TRUE(fixture.scratch.Read(QStringLiteral("a.gallery")).contains("late.jpg"));
+    EXPECT_EQ(CMainFrame::CRegistrySettings(*fixture.settings).GetString(QStringLiteral("ProjectFileName")),
+              Path("a.gallery"));
+}
+
+TEST_F(MainFrame, ARunThatEndsByAFailureIsNotSaved)
+{
+    Start(Path("a.gallery"));
+    const QByteArray before = fixture.scratch.Read(QStringLiteral("a.gallery"));
+    frame->AddDropped({fixture.WritePicture(QStringLiteral("late.jpg"))});
+    frame->GiveUpSaving();
+    EXPECT_TRUE(frame->close());
+    EXPECT_EQ(fixture.scratch.Read(QStringLiteral("a.gallery")), before);
+}
+
+TEST_F(MainFrame, EachDialogOfTheMenusOpens)
+{
+    Start(Path("a.gallery"));
+    for (const int command : {57600, 57601, 57604, 57664, 32792, 32794, 32797, 32780}) {
+        QString title;
+        CModalAnswer answer([&](QWidget& dialog) {
+            title = dialog.windowTitle();
+            static_cast<QDialog&>(dialog).reject();
+        });
+        frame->OnCommand(command);
+        EXPECT_TRUE(answer.WasAsked()) << command;
+        EXPECT_FALSE(title.isEmpty()) << command;
+        EXPECT_EQ(frame->windowTitle(), QStringLiteral("Vistorama - a")) << command;
+    }
+}
