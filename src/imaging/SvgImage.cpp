@@ -13,10 +13,9 @@ CImage RenderSvg(const QByteArray& svg, double scale)
         return {};
     }
     try {
-        VipsBlob* const blob = vips_blob_new(nullptr, svg.constData(), static_cast<size_t>(svg.size()));
         const vips::VImage image =
-            vips::VImage::svgload_buffer(blob, vips::VImage::option()->set("scale", scale));
-        vips_area_unref(VIPS_AREA(blob));
+            vips::VImage::new_from_buffer(svg.constData(), static_cast<size_t>(svg.size()), "",
+                                          vips::VImage::option()->set("scale", scale));
         size_t length = 0;
         void* const bytes = image.write_to_memory(&length);
         const QByteArray rgba(static_cast<const char*>(bytes), static_cast<qsizetype>(length));
