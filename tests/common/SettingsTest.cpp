@@ -38,6 +38,27 @@ TEST(Settings, AScopeThatCannotBeWrittenSaysSo)
                               QStringLiteral("b")));
 }
 
+TEST(Settings, TellsWhetherAScopeCanBeWrittenWithoutWriting)
+{
+    const CScratchFolder scratch;
+    scratch.Write(QStringLiteral("file"), "x");
+    scratch.Write(QStringLiteral("full/Corvane.ini"), "[x]\n");
+    scratch.Write(QStringLiteral("taken/Corvane.ini/folder"), "");
+    const QString key = QStringLiteral("Corvane/FTPDestinations");
+    const struct {
+        const char* machine;
+        bool canWrite;
+    } rows[] = {{"new/below/new", true}, {"full", true}, {"file/below", false}, {"taken", false}};
+    const QStringList before = scratch.ListFiles();
+    for (const auto& row : rows) {
+        const auto store = CreateIniSettings(scratch.Path(QStringLiteral("user")),
+                                             scratch.Path(QString::fromLatin1(row.machine)));
+        EXPECT_EQ(store->CanWrite(Scope::Machine, key), row.canWrite) << row.machine;
+        EXPECT_TRUE(store->CanWrite(Scope::User, key));
+    }
+    EXPECT_EQ(scratch.ListFiles(), before);
+}
+
 TEST(Settings, ATableGivesDefaults)
 {
     const CScratchFolder scratch;
