@@ -17,5 +17,6 @@ void DeployGallery(CGalleryProject& project, CSettingsStore& settings, QWidget* 
     services.openSite = [](const QString& path) {
         QDesktopServices::openUrl(QUrl::fromLocalFile(path));
     };
+    services.recordsFolder = FindDeploymentRecordsFolder();
     CWizardPropSheetDeploy(project, services, parent).exec();
 }

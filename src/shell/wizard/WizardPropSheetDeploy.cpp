@@ -21,6 +21,7 @@ CWizardPropSheetDeploy::CWizardPropSheetDeploy(CGalleryProject& project, const D
                                                QWidget* parent)
     : QWizard(parent), state{project, services, CDeployJob(project), {}}
 {
+    state.job.recordsFolder = services.recordsFolder;
     setWindowTitle(Text(StringId::DeployWizardTitle));
     setWizardStyle(QWizard::ModernStyle);
     setOption(QWizard::HaveFinishButtonOnEarlyPages, false);
