@@ -65,7 +65,7 @@ TEST_F(WizardFolder, DeploysTheWholeSiteAndOpensIt)
 
     CNoProgress progress;
     const CStopSignal stop;
-    GeneratePages(fixture.GetProject(), Path(QStringLiteral("expected")), stop, progress);
+    GeneratePages(fixture.GetProject(), {Path(QStringLiteral("expected"))}, stop, progress);
     EXPECT_GT(FilesOf(Path(QStringLiteral("site"))).size(), 5);
     EXPECT_EQ(FilesOf(Path(QStringLiteral("site"))), FilesOf(Path(QStringLiteral("expected"))));
     EXPECT_EQ(opened, QStringList(Path(QStringLiteral("site/index.html"))));

@@ -72,7 +72,7 @@ TEST_P(WizardServers, TakeTheSampleProject)
     CNoProgress progress;
     const CStopSignal stop;
     sample->SetPreviewMode(false);
-    GeneratePages(*sample, Path(QStringLiteral("expected")), stop, progress);
+    GeneratePages(*sample, {Path(QStringLiteral("expected"))}, stop, progress);
     const QStringList expected = FilesOf(Path(QStringLiteral("expected")));
     const QString uploaded = real.GetRoot() + QStringLiteral("www/photos");
     EXPECT_GT(expected.size(), 50);
