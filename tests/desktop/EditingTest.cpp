@@ -125,7 +125,7 @@ TEST_F(Editing, ADialogThatIsCancelledChangesNothing)
 TEST_F(Editing, AReferenceIsEdited)
 {
     StartIn(0);
-    program.PressStripButton(QStringLiteral("document.querySelector('.brand [onmouseenter]')"),
+    program.PressStripButton(QStringLiteral("document.querySelector('.logo [onmouseenter]')"),
                              QStringLiteral("Edit hypertext reference URL and text"));
     ASSERT_TRUE(program.WaitForWindow(QStringLiteral("Logo")));
     program.FocusWindow(QStringLiteral("Logo"));
@@ -135,7 +135,7 @@ TEST_F(Editing, AReferenceIsEdited)
     program.TypeText(QStringLiteral("My own page"));
     program.PressKeys({QStringLiteral("Return")});
     ASSERT_TRUE(program.WaitInPage(
-        QStringLiteral("document.querySelector('.brand img[alt=\"My own page\"]') != null")));
+        QStringLiteral("document.querySelector('.logo img[alt=\"My own page\"]') != null")));
     EXPECT_EQ(program.Terminate(), 0);
     EXPECT_TRUE(SavedProject(project).text.contains(QStringLiteral("https://example.org/home?a=1")));
 }
@@ -149,12 +149,12 @@ TEST_F(Editing, StyleAndLayoutAreChosenByTheMenu)
     StartIn(0);
     program.PressKeys({QStringLiteral("alt+g"), QStringLiteral("s")});
     program.PressKeys({QStringLiteral("Home"), QStringLiteral("Return")});
-    ASSERT_TRUE(program.WaitInPage(QStringLiteral("document.querySelector('link[href*=Ink]') != null")));
+    ASSERT_TRUE(program.WaitInPage(QStringLiteral("document.querySelector('link[href*=Auto]') != null")));
     program.PressKeys({QStringLiteral("alt+g"), QStringLiteral("l")});
     program.PressKeys({QStringLiteral("Up"), QStringLiteral("Return")});
     ASSERT_TRUE(program.WaitInPage(QStringLiteral("document.getElementById('second') != null")));
     SavedProject::Gallery saved = EndAndRead(0);
-    EXPECT_TRUE(saved.style[QStringLiteral("css")].endsWith(QStringLiteral("/styles/ink.xml")))
+    EXPECT_TRUE(saved.style[QStringLiteral("css")].endsWith(QStringLiteral("/styles/auto.xml")))
         << qPrintable(saved.style[QStringLiteral("css")]);
     EXPECT_TRUE(saved.style[QStringLiteral("template")].endsWith(QStringLiteral("/templates/zz-second.xml")));
 }
