@@ -57,3 +57,7 @@ void WriteFileAtomically(const QString& path, const QByteArray& bytes);
 
 // Throws CWin32Exception with "Could not read file %s.".
 QByteArray ReadWholeFile(const QString& path);
+
+// Removes what ReplaceFile has left in the folder in programs that were ended in the middle: temporary files
+// of this user, an hour old or older, whose programs don't run any more. What can't be removed stays.
+void RemoveAbandonedTemporaries(const QString& folder);

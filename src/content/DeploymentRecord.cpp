@@ -185,7 +185,8 @@ void CDeploymentRecord::Load()
         bool hasImage = false;
         stream >> relative >> entry.stamp >> hasImage;
         if (hasImage) {
-            stream >> entry.image.emplace();
+            entry.image = Image();
+            stream >> *entry.image;
         }
         // What another version has made is known as ours, but is made anew.
         if (foundVersion != productionVersion) {

@@ -242,6 +242,16 @@ enum class StringId : int {
     AboutMadeWith,
     NoDisplay,
     FailureTitle,
+    ReadOnlyProject,
+    ProjectOpenElsewhere,
+    ProjectOpenOnComputer,
+    OpenElsewhereHint,
+    OpenReadOnly,
+    OpenAnyway,
+    ProjectNotSaved,
+    ProjectIsReadOnly,
+    SaveUnderOtherName,
+    ProjectSavedAgain,
 
     // Dialogs.
     ChangedInEachPage = 21000,

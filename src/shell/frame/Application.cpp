@@ -62,8 +62,8 @@ int RunFrame(CApplication& application, CSettingsStore& settings)
     frame.Start();
     const int exitCode = QApplication::exec();
     if (!application.GetFailureText().isEmpty()) {
+        frame.GiveUpSaving(); // first: the box waits, and time goes by
         ShowLastResort(application.GetFailureText());
-        frame.GiveUpSaving();
         frame.close();
     }
     return exitCode;
