@@ -60,3 +60,10 @@ void CTrace::Trace(const QString& text)
                    fileLine.size() * qsizetype(sizeof(char16_t)));
     }
 }
+
+void InstallTrace(std::shared_ptr<const CSettingsStore> store)
+{
+    auto trace = std::make_shared<CTrace>(*store);
+    SetTraceSink(
+        [store = std::move(store), trace = std::move(trace)](const QString& line) { trace->Trace(line); });
+}

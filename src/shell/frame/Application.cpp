@@ -13,6 +13,7 @@
 #include "common/Settings.h"
 #include "common/TempFolder.h"
 #include "common/Text.h"
+#include "ftpengine/Trace.h"
 #include "shell/frame/ColourScheme.h"
 #include "shell/frame/CommandLinePath.h"
 #include "shell/frame/FailureBox.h"
@@ -130,7 +131,8 @@ int RunApplication(int& argumentCount, char** arguments)
     PrepareHTMLViews();
     CApplication application(argumentCount, arguments);
     try {
-        const auto settings = CreateProgramSettings();
+        const std::shared_ptr<CSettingsStore> settings = CreateProgramSettings();
+        InstallTrace(settings);
         ApplyColourScheme(*settings);
         return RunFrame(application, *settings);
     } catch (const CExceptionBase& failure) {
