@@ -239,16 +239,17 @@ std::vector<DirectoryEntry> ListDirectory(const QString& folder)
     return entries;
 }
 
-void MakeDirectoryPath(const QString& path)
+void MakeDirectoryPath(const QString& path, DirectoryAccess access)
 {
     if (FolderExists(path)) {
         return;
     }
     const QString parent = ParentOf(path);
     if (!parent.isEmpty() && parent != path) {
-        MakeDirectoryPath(parent);
+        MakeDirectoryPath(parent, access);
     }
-    if (::mkdir(QFile::encodeName(path).constData(), 0777) != 0) {
+    const mode_t mode = access == DirectoryAccess::OwnerOnly ? 0700 : 0777;
+    if (::mkdir(QFile::encodeName(path).constData(), mode) != 0) {
         const int error = errno;
         // Another worker may have made it in the meantime.
         if (!FolderExists(path)) {

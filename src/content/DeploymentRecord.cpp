@@ -158,8 +158,8 @@ void CDeploymentRecord::Save() const
         }
     }
     const QString folder = path.section(QLatin1Char('/'), 0, -2);
-    MakeDirectoryPath(folder);
     // It names unpublished pictures.
+    MakeDirectoryPath(folder, DirectoryAccess::OwnerOnly);
     QFile(folder).setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     WriteFileAtomically(path, bytes);
 }
