@@ -343,7 +343,8 @@ public:
         return hasBegun;
     }
 
-    void TakeRow(const uint8_t* row) override { resampler->TakeRow(row); }
+    uint8_t* GetPlace() override { return resampler->GetPlace(); }
+    void TakeRow() override { resampler->TakeRow(); }
 
     bool HasBegun() const { return hasBegun; }
     std::vector<CPixels> Finish() { return resampler->Finish(); }

@@ -248,11 +248,16 @@ public:
         rowBytes = static_cast<size_t>(picture.size.width()) * static_cast<size_t>(picture.channels);
         const bool isPlain = picture.channels == 3 && picture.profile.empty();
         this->taker = taker != nullptr && isPlain && taker->Begin(picture.size) ? taker : nullptr;
-        picture.bytes.resize(this->taker ? rowBytes : rowBytes * static_cast<size_t>(picture.size.height()));
+        if (!this->taker) {
+            picture.bytes.resize(rowBytes * static_cast<size_t>(picture.size.height()));
+        }
     }
 
     // Where to put the next row.
-    uint8_t* GetPlace() { return &picture.bytes[taker ? 0 : rowBytes * static_cast<size_t>(count)]; }
+    uint8_t* GetPlace()
+    {
+        return taker ? taker->GetPlace() : &picture.bytes[rowBytes * static_cast<size_t>(count)];
+    }
 
     void TakeRow()
     {
@@ -263,7 +268,7 @@ public:
         }
         LookAtColours(row);
         if (taker) {
-            taker->TakeRow(row);
+            taker->TakeRow();
         }
         ++count;
     }
@@ -282,9 +287,6 @@ public:
 
     JpegPicture Finish(bool isWhole)
     {
-        if (taker) {
-            picture.bytes.clear();
-        }
         picture.isWhole = isWhole;
         return std::move(picture);
     }

@@ -23,8 +23,10 @@ class CJpegRowTaker {
 public:
     // Three channels, no profile. False if the picture is rather wanted as a whole.
     virtual bool Begin(QSize size) = 0;
-    // From the top to the bottom.
-    virtual void TakeRow(const uint8_t* row) = 0;
+    // Where the next row is to be put; rows come from the top to the bottom.
+    virtual uint8_t* GetPlace() = 0;
+    // It has been put there.
+    virtual void TakeRow() = 0;
 
 protected:
     ~CJpegRowTaker() = default;

@@ -104,19 +104,20 @@ ColumnTaps JoinTaps(const std::vector<Taps>& columns)
     return joined;
 }
 
-void StoreOpaqueRow(const float* sums, size_t count, uint8_t* target)
+// count: elements.
+void StoreOpaque(const float* sums, size_t count, uint8_t* target)
 {
-    ResamplerKernels::RoundToBytes(sums, 3 * count, target);
+    ResamplerKernels::RoundToBytes(sums, count, target);
 }
 
-void StoreRow(const float* sums, size_t count, uint8_t* target)
+void StorePremultiplied(const float* sums, size_t count, uint8_t* target)
 {
-    for (size_t i = 0; i < count; ++i, sums += 4, target += 4) {
-        const float alpha = std::clamp(sums[3], 0.0f, 1.0f);
-        for (int c = 0; c < 3; ++c) {
-            target[c] = alpha > 0 ? RoundToByte(sums[c] / alpha) : 0;
+    for (size_t i = 0; i < count; i += 4) {
+        const float alpha = std::clamp(sums[i + 3], 0.0f, 1.0f);
+        for (size_t c = 0; c < 3; ++c) {
+            target[i + c] = alpha > 0 ? RoundToByte(sums[i + c] / alpha) : 0;
         }
-        target[3] = RoundToByte(alpha * 255);
+        target[i + 3] = RoundToByte(alpha * 255);
     }
 }
 
@@ -171,6 +172,9 @@ std::shared_ptr<const Geometry> FindGeometry(const GeometryKey& key)
 // So many pixels are made ready and scaled while they are in the processor's nearest cache.
 constexpr size_t pixelsAtOnce = 128;
 
+// So much of each row in reach is, for all lines that are made together. Whole pixels, whole tiles.
+constexpr size_t elementsAtOnce = 192;
+
 } // namespace
 
 // One of the results. The rows in reach of one row of it are kept, scaled horizontally.
@@ -184,7 +188,6 @@ public:
           lines(geometry->lines),
           // The kernels work on 16 pixels at once.
           stride(RoundedUp(columns.first.size(), tileElements) * channels),
-          sums(stride),
           bytes(static_cast<size_t>(area.width()) * static_cast<size_t>(area.height()) * channels)
     {
         size_t reach = 1;
@@ -216,10 +219,13 @@ public:
     void EndBlock(int top)
     {
         nextColumn = 0;
-        while (!IsFull() && lines[nextLine].first + static_cast<int>(lines[nextLine].weights.size()) <=
-                                top + static_cast<int>(blockRows)) {
-            MakeLine();
+        size_t endLine = nextLine;
+        while (endLine < lines.size() &&
+               lines[endLine].first + static_cast<int>(lines[endLine].weights.size()) <=
+                   top + static_cast<int>(blockRows)) {
+            ++endLine;
         }
+        MakeLines(endLine);
     }
 
     CPixels Finish() { return MakePixels(area.size(), static_cast<int>(channels), std::move(bytes)); }
@@ -234,17 +240,32 @@ private:
 
     float* PlaceOf(int y) { return &ring[static_cast<size_t>(y) * stride % ring.size()]; }
 
-    void MakeLine()
+    // Lines next to each other are made of much the same rows: piece by piece, so that these stay in the
+    // processor's nearest cache meanwhile.
+    void MakeLines(size_t endLine)
     {
-        const Taps& line = lines[nextLine];
-        for (size_t tap = 0; tap < line.weights.size(); ++tap) {
-            inReach[tap] = PlaceOf(line.first + static_cast<int>(tap));
+        const size_t elements = columns.first.size() * channels;
+        for (size_t begin = 0; begin < elements && nextLine < endLine; begin += elementsAtOnce) {
+            for (size_t line = nextLine; line < endLine; ++line) {
+                MakePiece(line, {begin, std::min(begin + elementsAtOnce, elements)});
+            }
         }
-        ResamplerKernels::SumRows(inReach.data(), line.weights.data(), line.weights.size(), stride,
-                                  sums.data());
-        uint8_t* const target = &bytes[nextLine * static_cast<size_t>(area.width()) * channels];
-        (channels == 3 ? StoreOpaqueRow : StoreRow)(sums.data(), columns.first.size(), target);
-        ++nextLine;
+        nextLine = endLine;
+    }
+
+    void MakePiece(size_t lineNumber, Range elements)
+    {
+        const Taps& line = lines[lineNumber];
+        for (size_t tap = 0; tap < line.weights.size(); ++tap) {
+            inReach[tap] = PlaceOf(line.first + static_cast<int>(tap)) + elements.begin;
+        }
+        const size_t count = elements.end - elements.begin;
+        std::array<float, elementsAtOnce> sums;
+        ResamplerKernels::SumRows(inReach.data(), line.weights.data(), line.weights.size(),
+                                  RoundedUp(count, tileElements), sums.data());
+        const size_t lineBytes = static_cast<size_t>(area.width()) * channels;
+        uint8_t* const target = &bytes[lineNumber * lineBytes + elements.begin];
+        (channels == 3 ? StoreOpaque : StorePremultiplied)(sums.data(), count, target);
     }
 
     const size_t channels;
@@ -253,7 +274,6 @@ private:
     const ColumnTaps& columns;
     const std::vector<Taps>& lines;
     const size_t stride; // of a row of floats; at least as many as there are, the rest of no meaning
-    std::vector<float> sums;
     std::vector<const float*> inReach;
     std::vector<float> ring;
     size_t nextColumn = 0;
@@ -274,10 +294,10 @@ CResampler::CResampler(const PixelGrid& grid, const std::vector<Resampling>& res
 
 CResampler::~CResampler() = default;
 
-void CResampler::TakeRow(const uint8_t* row)
+void CResampler::TakeRow()
 {
+    static_assert(blockRows == ResamplerKernels::blockRows);
     const size_t place = static_cast<size_t>(nextRow) % blockRows;
-    std::copy_n(row, rowBytes, &rows[place * rowBytes]);
     ++nextRow;
     if (place + 1 == blockRows || nextRow == grid.size.height()) {
         TakeBlock(static_cast<int>(place) + 1);
@@ -360,9 +380,11 @@ CPixels Resample(const CPixels& pixels, const Resampling& resampling)
     if (resampling.area.isEmpty()) {
         return MakePixels(resampling.area.size(), pixels.channels, {});
     }
+    const auto rowBytes = static_cast<size_t>(pixels.size.width()) * static_cast<size_t>(pixels.channels);
     CResampler resampler(grid, {resampling});
     for (int y = 0; y < pixels.size.height() && !resampler.IsFull(); ++y) {
-        resampler.TakeRow(pixels.GetRow(y));
+        std::copy_n(pixels.GetRow(y), rowBytes, resampler.GetPlace());
+        resampler.TakeRow();
     }
     return resampler.Finish().front();
 }

@@ -24,8 +24,10 @@ public:
     CResampler(const CResampler&) = delete;
     CResampler& operator=(const CResampler&) = delete;
 
-    // From the top to the bottom. The row is copied.
-    void TakeRow(const uint8_t* row);
+    // Where the next row of the picture is to be put, from the top to the bottom.
+    uint8_t* GetPlace() { return &rows[static_cast<size_t>(nextRow) % blockRows * rowBytes]; }
+    // It has been put there.
+    void TakeRow();
     // Whether no more rows are needed.
     bool IsFull() const;
     // To be called once, when all needed rows have been taken. In the order of the resamplings.
@@ -33,6 +35,7 @@ public:
 
 private:
     class CScaling;
+    static constexpr size_t blockRows = 16; // that many are scaled together
 
     void TakeBlock(int rowCount);
     void Premultiply(size_t firstPixel, size_t endPixel);

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cstring>
 
 #if defined(__x86_64__)
@@ -15,8 +14,6 @@ namespace {
 
 // Vectors as GCC and Clang have them on every processor; where it has shorter registers, they take several.
 using Bytes = uint8_t __attribute__((vector_size(16)));
-using QuarterIntegers = int32_t __attribute__((vector_size(16)));
-using QuarterFloats = float __attribute__((vector_size(16)));
 using Floats = float __attribute__((vector_size(32)));
 
 // What one instruction works on.
@@ -55,49 +52,38 @@ VISTORAMA_KERNEL void Interleave(const std::array<Bytes, 16>& from, std::array<B
     }
 }
 
-VISTORAMA_KERNEL void StoreIntegers(const Bytes& bytes, float* to)
+// 16 elements of 16 rows, so that those of one column stand side by side.
+VISTORAMA_KERNEL void TurnBytes(const uint8_t* const* rows, size_t place, uint8_t* turnedBytes)
 {
-    QuarterIntegers integers;
-    std::memcpy(&integers, &bytes, sizeof integers);
-    Store(to, __builtin_convertvector(integers, QuarterFloats));
-}
-
-// A conversion of vectors of bytes would be taken apart by the compiler, so zeros are put behind each byte
-// until it has grown to an integer. This is the order of bytes of all processors that the program runs on.
-static_assert(std::endian::native == std::endian::little);
-VISTORAMA_KERNEL void StoreAsFloats(const Bytes& bytes, float* to)
-{
-    constexpr Bytes zeros{};
-    for (const Bytes& pairs :
-         {__builtin_shufflevector(bytes, zeros, 0, 16, 1, 16, 2, 16, 3, 16, 4, 16, 5, 16, 6, 16, 7, 16),
-          __builtin_shufflevector(bytes, zeros, 8, 16, 9, 16, 10, 16, 11, 16, 12, 16, 13, 16, 14, 16, 15,
-                                  16)}) {
-        StoreIntegers(
-            __builtin_shufflevector(pairs, zeros, 0, 1, 16, 16, 2, 3, 16, 16, 4, 5, 16, 16, 6, 7, 16, 16),
-            to);
-        StoreIntegers(__builtin_shufflevector(pairs, zeros, 8, 9, 16, 16, 10, 11, 16, 16, 12, 13, 16, 16, 14,
-                                              15, 16, 16),
-                      to + 4);
-        to += 8;
+    std::array<Bytes, 16> tile;
+    std::array<Bytes, 16> turned;
+    for (size_t r = 0; r < 16; ++r) {
+        Load(tile[r], rows[r] + place);
     }
+    Interleave(tile, turned);
+    Interleave(turned, tile);
+    Interleave(tile, turned);
+    Interleave(turned, tile);
+    std::memcpy(turnedBytes, tile.data(), sizeof tile);
 }
 
 VISTORAMA_KERNEL void Spread(const uint8_t* const* rows, Range elements, float* block)
 {
+    constexpr size_t tilesAtOnce = 8;
+    constexpr size_t tileBytes = 16 * blockRows;
+    alignas(64) uint8_t turned[tilesAtOnce * tileBytes];
     size_t e = elements.begin;
-    for (; e + 16 <= elements.end; e += 16) {
-        std::array<Bytes, 16> tile;
-        std::array<Bytes, 16> turned;
-        for (size_t r = 0; r < 16; ++r) {
-            Load(tile[r], rows[r] + e);
+    while (e + 16 <= elements.end) {
+        const size_t tiles = std::min((elements.end - e) / 16, tilesAtOnce);
+        for (size_t tile = 0; tile < tiles; ++tile) {
+            TurnBytes(rows, e + tile * 16, turned + tile * tileBytes);
         }
-        Interleave(tile, turned);
-        Interleave(turned, tile);
-        Interleave(tile, turned);
-        Interleave(turned, tile);
-        for (size_t i = 0; i < 16; ++i) {
-            StoreAsFloats(tile[i], block + (e + i) * blockRows);
+        // A loop of its own: compilers make one instruction of its conversions, but none of a vector's; and
+        // by now the bytes can be loaded in larger pieces than they were stored in.
+        for (size_t i = 0; i < tiles * tileBytes; ++i) {
+            block[e * blockRows + i] = turned[i];
         }
+        e += tiles * 16;
     }
     for (; e < elements.end; ++e) {
         for (size_t r = 0; r < blockRows; ++r) {
@@ -135,30 +121,77 @@ VISTORAMA_KERNEL void TurnTile(const float (&tile)[tileElements][blockRows], flo
     }
 }
 
-// The sums of one result pixel in all rows: Channels elements of the tile.
+// The sums of one result pixel in all rows.
 template <size_t Channels, class Width>
-VISTORAMA_KERNEL void ScalePixel(const float* source, const float* weights, int count,
-                                 float (*result)[blockRows])
+using PixelSums = typename Width::Floats[Channels][blockRows / Width::count];
+
+template <size_t Channels, class Width>
+VISTORAMA_KERNEL void AddTap(const float* source, float weight, PixelSums<Channels, Width>& sums)
 {
-    constexpr size_t parts = blockRows / Width::count;
     using Vector = typename Width::Floats;
-    Vector sums[Channels][parts]{};
-    for (int tap = 0; tap < count; ++tap) {
-        const Vector weight = weights[tap] - Vector{};
-        for (size_t c = 0; c < Channels; ++c) {
-            for (size_t part = 0; part < parts; ++part) {
-                Vector values;
-                Load(values, source + part * Width::count);
-                sums[c][part] += weight * values;
-            }
-            source += blockRows;
+    const Vector factor = weight - Vector{};
+    for (size_t c = 0; c < Channels; ++c) {
+        for (size_t part = 0; part < blockRows / Width::count; ++part) {
+            Vector values;
+            Load(values, source + c * blockRows + part * Width::count);
+            sums[c][part] += factor * values;
         }
     }
+}
+
+// Channels elements of a tile.
+template <size_t Channels, class Width>
+VISTORAMA_KERNEL void StorePixel(const PixelSums<Channels, Width>& sums, float (*result)[blockRows])
+{
     for (size_t c = 0; c < Channels; ++c) {
-        for (size_t part = 0; part < parts; ++part) {
+        for (size_t part = 0; part < blockRows / Width::count; ++part) {
             Store(&result[c][part * Width::count], sums[c][part]);
         }
     }
+}
+
+// Two pixels next to each other: while the sum of the one waits for its last term, the other goes on.
+template <size_t Channels, class Width>
+VISTORAMA_KERNEL void ScaleTwo(const float* block, const ColumnTaps& taps, size_t column,
+                               float (*result)[blockRows])
+{
+    constexpr size_t pixelElements = Channels * blockRows;
+    const float* a = block + static_cast<size_t>(taps.first[column]) * pixelElements;
+    const float* b = block + static_cast<size_t>(taps.first[column + 1]) * pixelElements;
+    const float* weightA = &taps.weights[taps.firstWeight[column]];
+    const float* weightB = &taps.weights[taps.firstWeight[column + 1]];
+    const float* const endA = weightA + taps.count[column];
+    const float* const endB = weightB + taps.count[column + 1];
+    PixelSums<Channels, Width> sumsA{};
+    PixelSums<Channels, Width> sumsB{};
+    for (int tap = std::min(taps.count[column], taps.count[column + 1]); tap > 0; --tap) {
+        AddTap<Channels, Width>(a, *weightA++, sumsA);
+        AddTap<Channels, Width>(b, *weightB++, sumsB);
+        a += pixelElements;
+        b += pixelElements;
+    }
+    for (; weightA < endA; a += pixelElements) {
+        AddTap<Channels, Width>(a, *weightA++, sumsA);
+    }
+    for (; weightB < endB; b += pixelElements) {
+        AddTap<Channels, Width>(b, *weightB++, sumsB);
+    }
+    StorePixel<Channels, Width>(sumsA, result);
+    StorePixel<Channels, Width>(sumsB, result + Channels);
+}
+
+template <size_t Channels, class Width>
+VISTORAMA_KERNEL void ScaleOne(const float* block, const ColumnTaps& taps, size_t column,
+                               float (*result)[blockRows])
+{
+    constexpr size_t pixelElements = Channels * blockRows;
+    const float* source = block + static_cast<size_t>(taps.first[column]) * pixelElements;
+    const float* const weights = &taps.weights[taps.firstWeight[column]];
+    PixelSums<Channels, Width> sums{};
+    for (int tap = 0; tap < taps.count[column]; ++tap, source += pixelElements) {
+        AddTap<Channels, Width>(source, weights[tap], sums);
+    }
+    StorePixel<Channels, Width>(sums, result);
 }
 
 template <size_t Channels, class Width>
@@ -169,10 +202,12 @@ VISTORAMA_KERNEL void Scale(const float* block, const ColumnTaps& taps, Range co
     alignas(64) float tiles[Channels][tileElements][blockRows] = {};
     for (size_t column = columns.begin; column < columns.end; column += pixels) {
         const size_t present = std::min(pixels, columns.end - column);
-        for (size_t i = 0; i < present; ++i) {
-            const float* source = block + static_cast<size_t>(taps.first[column + i]) * Channels * blockRows;
-            const float* weights = &taps.weights[taps.firstWeight[column + i]];
-            ScalePixel<Channels, Width>(source, weights, taps.count[column + i], &tiles[0][0] + i * Channels);
+        size_t i = 0;
+        for (; i + 2 <= present; i += 2) {
+            ScaleTwo<Channels, Width>(block, taps, column + i, &tiles[0][0] + i * Channels);
+        }
+        if (i < present) {
+            ScaleOne<Channels, Width>(block, taps, column + i, &tiles[0][0] + i * Channels);
         }
         const size_t used = (present * Channels + tileElements - 1) / tileElements;
         for (size_t tile = 0; tile < used; ++tile) {
@@ -181,25 +216,38 @@ VISTORAMA_KERNEL void Scale(const float* block, const ColumnTaps& taps, Range co
     }
 }
 
+// Sums of so many vectors side by side: none waits for the one before it.
+template <class Width, size_t Vectors>
+VISTORAMA_KERNEL void SumVectors(const float* const* rows, const float* weights, size_t rowCount,
+                                 size_t place, float* sums)
+{
+    using Vector = typename Width::Floats;
+    Vector parted[Vectors]{};
+    for (size_t r = 0; r < rowCount; ++r) {
+        const Vector weight = weights[r] - Vector{};
+        for (size_t part = 0; part < Vectors; ++part) {
+            Vector values;
+            Load(values, rows[r] + place + part * Width::count);
+            parted[part] += weight * values;
+        }
+    }
+    for (size_t part = 0; part < Vectors; ++part) {
+        Store(sums + place + part * Width::count, parted[part]);
+    }
+}
+
 template <class Width>
 VISTORAMA_KERNEL void Sum(const float* const* rows, const float* weights, size_t rowCount, size_t elements,
                           float* sums)
 {
-    using Vector = typename Width::Floats;
-    constexpr size_t parts = tileElements / Width::count;
-    for (size_t e = 0; e < elements; e += tileElements) {
-        Vector parted[parts]{};
-        for (size_t r = 0; r < rowCount; ++r) {
-            const Vector weight = weights[r] - Vector{};
-            for (size_t part = 0; part < parts; ++part) {
-                Vector values;
-                Load(values, rows[r] + e + part * Width::count);
-                parted[part] += weight * values;
-            }
-        }
-        for (size_t part = 0; part < parts; ++part) {
-            Store(sums + e + part * Width::count, parted[part]);
-        }
+    constexpr size_t manyVectors = 6;
+    constexpr size_t many = manyVectors * Width::count;
+    size_t e = 0;
+    for (; e + many <= elements; e += many) {
+        SumVectors<Width, manyVectors>(rows, weights, rowCount, e, sums);
+    }
+    for (; e < elements; e += tileElements) {
+        SumVectors<Width, tileElements / Width::count>(rows, weights, rowCount, e, sums);
     }
 }
 
