@@ -1,3 +1,8 @@
+#include <array>
+
+#include <QCryptographicHash>
+#include <QFile>
+#include <QRegularExpression>
 #include <gtest/gtest.h>
 
 #include "Site.h"
@@ -13,7 +18,99 @@ CSite Site()
     return CSite(QStringLiteral(SITE_FOLDER));
 }
 
+QByteArray ReadFile(const QString& path)
+{
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << qPrintable(path);
+    return file.readAll();
+}
+
+// Size and mean colours, from 0 to 255, of 4 by 4 pieces of a picture: "800x600 51 102 153 ...".
+QString Thumbprint(const QString& path)
+{
+    constexpr int pieces = 4;
+    const CImage image = CImage::FromFile(path);
+    const QSize size = image.GetSize();
+    const QByteArray pixels = image.GetRgba();
+    std::array<int64_t, pieces * pieces * 3> sums{};
+    std::array<int64_t, pieces * pieces> counts{};
+    for (int y = 0; y < size.height(); ++y) {
+        for (int x = 0; x < size.width(); ++x) {
+            const int piece = y * pieces / size.height() * pieces + x * pieces / size.width();
+            ++counts[static_cast<size_t>(piece)];
+            for (int c = 0; c < 3; ++c) {
+                sums[static_cast<size_t>(piece * 3 + c)] +=
+                    static_cast<uint8_t>(pixels[(qsizetype(y) * size.width() + x) * 4 + c]);
+            }
+        }
+    }
+    QString text = QStringLiteral("%1x%2").arg(size.width()).arg(size.height());
+    for (size_t i = 0; i < sums.size(); ++i) {
+        text += QLatin1Char(' ') + QString::number((sums[i] + counts[i / 3] / 2) / counts[i / 3]);
+    }
+    return text;
+}
+
+// The names of composed covers hold sums over the paths of their pictures, which each checkout has for
+// itself.
+QByteArray WithoutPaths(const QByteArray& text)
+{
+    static const QRegularExpression sums(QStringLiteral("(vsm\\d+)g\\w+?f_"));
+    return QString::fromUtf8(text).replace(sums, QStringLiteral("\\1_")).toUtf8();
+}
+
+// One line for each file: what it holds.
+QStringList Described(const CSite& site)
+{
+    QStringList lines;
+    for (const QString& file : site.GetFiles()) {
+        const QString path = QStringLiteral(SITE_FOLDER "/") + file;
+        const bool isPicture = file.endsWith(QStringLiteral(".jpg")) || file.endsWith(QStringLiteral(".png"));
+        lines += QString::fromUtf8(WithoutPaths(file.toUtf8())) + QStringLiteral(": ") +
+                 (isPicture ? Thumbprint(path)
+                            : QString::fromLatin1(QCryptographicHash::hash(WithoutPaths(ReadFile(path)),
+                                                                           QCryptographicHash::Sha256)
+                                                      .toHex()));
+    }
+    lines.sort();
+    return lines;
+}
+
+// Numbers may differ by one: processors differ in the last place of a sine.
+bool AreAlike(const QString& line, const QString& other)
+{
+    const QStringList words = line.split(QLatin1Char(' '));
+    const QStringList others = other.split(QLatin1Char(' '));
+    if (words.size() != others.size()) {
+        return false;
+    }
+    for (qsizetype i = 0; i < words.size(); ++i) {
+        bool isNumber = false;
+        const int difference = words[i].toInt(&isNumber) - others[i].toInt();
+        if (words[i] != others[i] && (!isNumber || std::abs(difference) > 1)) {
+            return false;
+        }
+    }
+    return true;
+}
+
 } // namespace
+
+// Whatever is made faster or tidier, the published files stay as they are. Where they are to change, the file
+// of what has come out takes the place of the golden one, once it was looked at.
+TEST(SampleSite, IsAsItAlwaysWas)
+{
+    const QStringList actual = Described(Site());
+    QFile actualFile(QStringLiteral(ACTUAL_FILE));
+    ASSERT_TRUE(actualFile.open(QIODevice::WriteOnly));
+    actualFile.write(actual.join(QLatin1Char('\n')).toUtf8() + '\n');
+    const QStringList golden =
+        QString::fromUtf8(ReadFile(QStringLiteral(GOLDEN_FILE))).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    ASSERT_EQ(actual.size(), golden.size());
+    for (qsizetype i = 0; i < golden.size(); ++i) {
+        EXPECT_TRUE(AreAlike(actual[i], golden[i])) << qPrintable(actual[i]) << '\n' << qPrintable(golden[i]);
+    }
+}
 
 TEST(SampleSite, HasAPageForEachPicture)
 {
