@@ -11,9 +11,10 @@
 
 namespace {
 
-CDeploymentRecord::Origin OriginOf(const ImageRequest& request, const FileIdentity& source)
+CDeploymentRecord::Origin WithKey(CDeploymentRecord::Origin origin, const ImageRequest& request)
 {
-    return {request.sourcePath, source, request.effect->GetKey()};
+    origin.key = request.effect->GetKey();
+    return origin;
 }
 
 } // namespace
@@ -134,8 +135,8 @@ void CImageProduction::Work()
 void CImageProduction::MakeAll(const Source& source)
 {
     // Before the first byte is decoded: a change that comes later shows in the next run.
-    const auto identity = record ? FileIdentity::Of(source.path) : std::nullopt;
-    const std::vector<const Image*> outdated = FindOutdated(source, identity);
+    const std::optional<Origin> origin = record ? record->FindOrigin(source.path) : std::nullopt;
+    const std::vector<const Image*> outdated = FindOutdated(source, origin);
     if (outdated.empty()) {
         return;
     }
@@ -156,23 +157,21 @@ void CImageProduction::MakeAll(const Source& source)
         }
         results[i].Save(outdated[i]->request.resultPath);
         const bool isWhole = picture.GetCondition().state != ImageCondition::State::InPart;
-        if (record && identity) {
-            record->NoteImage(outdated[i]->request.resultPath,
-                              {OriginOf(outdated[i]->request, *identity), isWhole});
+        if (origin) {
+            const ImageRequest& request = outdated[i]->request;
+            record->NoteImage(request.resultPath, {WithKey(*origin, request), isWhole});
         }
         FinishImage(source, *outdated[i], isWhole);
     }
 }
 
 std::vector<const CImageProduction::Image*>
-CImageProduction::FindOutdated(const Source& source, const std::optional<FileIdentity>& identity)
+CImageProduction::FindOutdated(const Source& source, const std::optional<Origin>& origin)
 {
     std::vector<const Image*> outdated;
     for (const Image& image : source.images) {
         const CDeploymentRecord::Image* const current =
-            record && identity
-                ? record->FindCurrent(image.request.resultPath, OriginOf(image.request, *identity))
-                : nullptr;
+            origin ? record->FindCurrent(image.request.resultPath, WithKey(*origin, image.request)) : nullptr;
         if (current) {
             FinishImage(source, image, current->isWhole);
         } else {

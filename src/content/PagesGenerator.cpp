@@ -38,6 +38,7 @@ bool CPagesGenerator::ProcessPage(CCompoundTemplateSection& tree, CImageIterator
         tree.Bind(iterator, run.generator);
         // Once more: Bind has moved the picture cursor, and the ids that it registered stay.
         iterator.SetPageIndex(page);
+        iterator.PreparePictures();
         run.production.BeginPage();
         WritePage(tree, iterator, JoinPath(run.targetFolder + subFolder, iterator.GetPageFileName(page)));
         run.production.EndPage();

@@ -78,9 +78,20 @@ CImage Composed(const std::vector<CoverPicture>& pictures, const std::vector<CIm
     return canvas.DetachImage();
 }
 
-bool IsReadable(const CImage& image)
+// Of pictures that have been decoded.
+CoverState StateOf(const std::vector<CImage>& opened)
 {
-    return image.GetCondition().state != ImageCondition::State::NotDecodable;
+    using State = ImageCondition::State;
+    const auto is = [](State state) {
+        return [state](const CImage& image) {
+            return image.GetCondition().state == state;
+        };
+    };
+    if (std::all_of(opened.begin(), opened.end(), is(State::Whole))) {
+        return CoverState::Whole;
+    }
+    return std::all_of(opened.begin(), opened.end(), is(State::NotDecodable)) ? CoverState::Nothing
+                                                                              : CoverState::InPart;
 }
 
 // False if there are no pixels.
@@ -113,7 +124,7 @@ QString CoverFileName(int32_t galleryIndex, const std::vector<CoverPicture>& pic
                       QStringLiteral("_%1").arg(galleryIndex));
 }
 
-bool SaveCover(const QString& path, const std::vector<CoverPicture>& pictures)
+CoverState SaveCover(const QString& path, const std::vector<CoverPicture>& pictures)
 {
     std::vector<CImage> opened;
     for (const CoverPicture& picture : pictures) {
@@ -123,7 +134,7 @@ bool SaveCover(const QString& path, const std::vector<CoverPicture>& pictures)
     CImageEffectSource source(isSingle ? opened[0] : Composed(pictures, opened));
     FinalChain(isSingle ? pictures[0].angle : 0).Apply(source);
     // Decoding finds out which of them are readable.
-    return Save(source.GetImage(), path) && std::any_of(opened.begin(), opened.end(), IsReadable);
+    return Save(source.GetImage(), path) ? StateOf(opened) : CoverState::Nothing;
 }
 
 void SaveCoverLike(const QString& path, const QString& from)

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <vector>
 
+#include <QByteArray>
 #include <QString>
 
 // One of the pictures that a cover is made of.
@@ -12,6 +13,9 @@ struct CoverPicture {
     // folder of covers is another one in each run and published names should not be.
     QString namedBy;
     int32_t angle = 0; // quarter turns clockwise
+    bool isCover = false;
+    // Of another cover: what it is kept under, see CCoverCache; null for none.
+    QByteArray coverKey = QByteArray();
 };
 
 // How many of a gallery's first pictures its cover shows: 0, 1, 2 or 4.
@@ -21,10 +25,15 @@ int32_t CountOfCoverPictures(int32_t pictureCount);
 // the picture for one, after "vsm3.png" for more. No file is opened.
 QString CoverFileName(int32_t galleryIndex, const std::vector<CoverPicture>& pictures);
 
-// Composes the cover of 1, 2 or 4 pictures and writes it over what is there. A picture that can't be read
-// leaves its tile empty; if none can be read, the answer is false and the file means nothing. Throws
-// CUnexpectedException if the file can't be written.
-bool SaveCover(const QString& path, const std::vector<CoverPicture>& pictures);
+enum class CoverState {
+    Whole,   // shows all its pictures
+    InPart,  // a picture could not be read, at least not as a whole, and leaves its tile empty or damaged
+    Nothing, // none could be read, and the file means nothing
+};
+
+// Composes the cover of 1, 2 or 4 pictures and writes it over what is there. Throws CUnexpectedException if
+// the file can't be written.
+CoverState SaveCover(const QString& path, const std::vector<CoverPicture>& pictures);
 
 // The picture of a gallery without pictures, in the format of path's extension. from: a file of it.
 void SaveCoverLike(const QString& path, const QString& from);

@@ -1,29 +1,74 @@
 #include "document/GalleryCover.h"
 
+#include <map>
+
+#include "common/AllCores.h"
 #include "common/FileSystem.h"
 #include "common/TempFolder.h"
+#include "document/CoverCache.h"
 #include "document/CoverComposition.h"
 #include "document/Gallery.h"
 #include "document/GalleryPictureInfo.h"
 
 QString CGalleryCover::GetPath()
 {
-    // A list instead of recursion: a hand-made project may be a line of thousands of galleries.
-    std::vector<CGallery*> open;
     if (!isMade) {
-        open.push_back(&gallery);
-    }
-    for (size_t i = 0; i < open.size(); ++i) {
-        for (CGallery* child : open[i]->GetCover().GetShownChildren()) {
-            if (!child->GetCover().isMade) {
-                open.push_back(child);
-            }
-        }
-    }
-    for (auto next = open.rbegin(); next != open.rend(); ++next) {
-        (*next)->GetCover().Make();
+        MakeAll({&gallery});
     }
     return GetName();
+}
+
+// The threads see a document that nobody changes meanwhile: the caller waits for them.
+void CGalleryCover::MakeAll(const std::vector<CGallery*>& galleries)
+{
+    for (const std::vector<CGallery*>& wave : WavesOf(galleries)) {
+        for (CGallery* next : wave) {
+            next->GetCover().GetName(); // before several threads ask for it
+        }
+        OnAllCores(wave.size(), [&](size_t i) { wave[i]->GetCover().Make(); });
+    }
+}
+
+// Those that are not made, each once, with the children that they show. The covers of a wave show covers of
+// earlier waves only.
+std::vector<std::vector<CGallery*>> CGalleryCover::WavesOf(const std::vector<CGallery*>& galleries)
+{
+    std::vector<std::vector<CGallery*>> waves;
+    std::map<const CGallery*, size_t> waveOf;
+    // A stack instead of recursion: a hand-made project may be a line of thousands of galleries.
+    struct Step {
+        CGallery* gallery;
+        bool hasChildrenDone = false;
+    };
+    std::vector<Step> open;
+    for (CGallery* gallery : galleries) {
+        open.push_back({gallery});
+    }
+    while (!open.empty()) {
+        const Step step = open.back();
+        CGalleryCover& cover = step.gallery->GetCover();
+        if (cover.isMade || waveOf.count(step.gallery) != 0) {
+            open.pop_back();
+            continue;
+        }
+        if (!step.hasChildrenDone) {
+            open.back().hasChildrenDone = true;
+            for (CGallery* child : cover.GetShownChildren()) {
+                open.push_back({child});
+            }
+            continue;
+        }
+        size_t wave = 0;
+        for (const CGallery* child : cover.GetShownChildren()) {
+            const auto found = waveOf.find(child);
+            wave = found != waveOf.end() ? std::max(wave, found->second + 1) : wave;
+        }
+        waves.resize(std::max(waves.size(), wave + 1));
+        waves[wave].push_back(step.gallery);
+        waveOf[step.gallery] = wave;
+        open.pop_back();
+    }
+    return waves;
 }
 
 QString CGalleryCover::GetName()
@@ -104,9 +149,14 @@ std::vector<CoverPicture> CGalleryCover::GetShownPictures() const
         CPictureInfo* const record = gallery.GetPictures().GetAt(position);
         if (const auto* child = dynamic_cast<const CGalleryPictureInfo*>(record)) {
             const QString cover = child->GetGallery().GetCoverName();
-            shown.push_back({cover, ExtractLastName(cover), record->GetAngle()});
+            shown.push_back({.path = cover,
+                             .namedBy = ExtractLastName(cover),
+                             .angle = record->GetAngle(),
+                             .isCover = true,
+                             .coverKey = child->GetGallery().GetCover().key});
         } else {
-            shown.push_back({record->GetPath(), record->GetPath(), record->GetAngle()});
+            shown.push_back(
+                {.path = record->GetPath(), .namedBy = record->GetPath(), .angle = record->GetAngle()});
         }
     }
     return shown;
@@ -135,12 +185,29 @@ void CGalleryCover::Make()
         return;
     }
     const std::vector<CoverPicture> pictures = GetShownPictures();
-    if (pictures.empty() || !SaveCover(GetName(), pictures)) {
-        const QString empty = gallery.GetManager().GetTempFolder().ExtractResource(
-            QStringLiteral("new_gallery"), QStringLiteral("png"), ExtractLastName(PathOf({})), true);
-        if (empty != GetName()) {
-            SaveCoverLike(GetName(), empty);
-        }
+    const CCoverCache& cache = gallery.GetManager().GetCoverCache();
+    key = cache.KeyOf(path, pictures);
+    if (pictures.empty() || !cache.Restore(key, path)) {
+        Compose(pictures);
     }
     isMade = true;
+}
+
+void CGalleryCover::Compose(const std::vector<CoverPicture>& pictures)
+{
+    const CoverState state = pictures.empty() ? CoverState::Nothing : SaveCover(path, pictures);
+    if (state == CoverState::Whole) {
+        gallery.GetManager().GetCoverCache().Keep(key, path);
+        return;
+    }
+    if (!pictures.empty()) {
+        key = QByteArray(); // it may be readable later on
+    }
+    if (state == CoverState::Nothing) {
+        const QString empty = gallery.GetManager().GetTempFolder().ExtractResource(
+            QStringLiteral("new_gallery"), QStringLiteral("png"), ExtractLastName(PathOf({})), true);
+        if (empty != path) {
+            SaveCoverLike(path, empty);
+        }
+    }
 }

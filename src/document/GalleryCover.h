@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <vector>
 
+#include <QByteArray>
 #include <QString>
 
 struct CoverPicture;
@@ -26,6 +27,9 @@ public:
     // written.
     QString GetPath();
 
+    // Makes the files of several covers that are not there yet, on all cores.
+    static void MakeAll(const std::vector<CGallery*>& galleries);
+
     // The same path, with no file made.
     QString GetName();
 
@@ -47,12 +51,15 @@ private:
     int32_t RekeyChild(const CGallery& child, const QString& oldPath);
     std::vector<CoverPicture> GetShownPictures() const;
     std::vector<CGallery*> GetShownChildren() const;
+    static std::vector<std::vector<CGallery*>> WavesOf(const std::vector<CGallery*>& galleries);
     QString PathOf(const std::vector<CoverPicture>& pictures) const;
     void Make();
+    void Compose(const std::vector<CoverPicture>& pictures);
 
     CGallery& gallery;
     QString path;           // empty until first asked for
     int32_t shownCount = 0; // pictures from the gallery's front
+    QByteArray key;         // what the file that was made is kept under between runs; null for none
     bool isMade = false;
     bool isHeld = false;
 };

@@ -74,7 +74,14 @@ CGalleryProject& CProjectFixture::NewProject()
 
 CGalleryProject& CProjectFixture::OpenProject(const QString& path)
 {
-    project = std::make_unique<CGalleryProject>(GetEnvironment());
+    return OpenProject(path, tempFolder);
+}
+
+CGalleryProject& CProjectFixture::OpenProject(const QString& path, CTempFolder& runFolder)
+{
+    CProjectEnvironment environment = GetEnvironment();
+    environment.tempFolder = &runFolder;
+    project = std::make_unique<CGalleryProject>(environment);
     project->Open(path);
     return *project;
 }

@@ -34,6 +34,8 @@ public:
     // set.
     CGalleryProject& NewProject();
     CGalleryProject& OpenProject(const QString& path);
+    // In another run, with a temporary folder of its own, which is borrowed.
+    CGalleryProject& OpenProject(const QString& path, CTempFolder& runFolder);
     CGalleryProject& GetProject() { return *project; }
     CGallery& GetRoot();
 

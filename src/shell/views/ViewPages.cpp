@@ -404,6 +404,7 @@ std::string CViewPages::GeneratePage(CGallery& gallery)
         bind();
     }
     iterator->SetPageIndex(iterator->GetPageIndex());
+    iterator->PreparePictures();
     return tree.GenerateToString(*iterator, generator);
 }
 
