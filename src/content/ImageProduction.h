@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <condition_variable>
 #include <deque>
 #include <exception>
@@ -75,6 +76,7 @@ private:
 
     void StartWorkers();
     void Work();
+    Source TakeNext();
     void MakeAll(const Source& source);
     // Those that have to be made; the others are done with.
     std::vector<const Image*> FindOutdated(const Source& source, const std::optional<Origin>& origin);
@@ -86,6 +88,7 @@ private:
     Listener& listener;
     CStopSignal& stop;
     CDeploymentRecord* const record;
+    const size_t workerCount = std::max(1u, std::thread::hardware_concurrency());
 
     // Generation thread only.
     std::vector<Image> asked;
