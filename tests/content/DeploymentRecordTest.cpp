@@ -63,7 +63,9 @@ protected:
     GenerationResult InAnotherRun(const std::function<GenerationResult()>& deploy)
     {
         runFolder = std::make_unique<CTempFolder>(fixture.scratch.Path());
-        fixture.OpenProject(Path("project.gallery"), *runFolder);
+        CProjectEnvironment environment = fixture.GetEnvironment();
+        environment.tempFolder = runFolder.get();
+        fixture.OpenProject(Path("project.gallery"), environment);
         return deploy();
     }
 

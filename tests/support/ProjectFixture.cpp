@@ -74,13 +74,11 @@ CGalleryProject& CProjectFixture::NewProject()
 
 CGalleryProject& CProjectFixture::OpenProject(const QString& path)
 {
-    return OpenProject(path, tempFolder);
+    return OpenProject(path, GetEnvironment());
 }
 
-CGalleryProject& CProjectFixture::OpenProject(const QString& path, CTempFolder& runFolder)
+CGalleryProject& CProjectFixture::OpenProject(const QString& path, const CProjectEnvironment& environment)
 {
-    CProjectEnvironment environment = GetEnvironment();
-    environment.tempFolder = &runFolder;
     project = std::make_unique<CGalleryProject>(environment);
     project->Open(path);
     return *project;

@@ -34,8 +34,7 @@ public:
     // set.
     CGalleryProject& NewProject();
     CGalleryProject& OpenProject(const QString& path);
-    // In another run, with a temporary folder of its own, which is borrowed.
-    CGalleryProject& OpenProject(const QString& path, CTempFolder& runFolder);
+    CGalleryProject& OpenProject(const QString& path, const CProjectEnvironment& environment);
     CGalleryProject& GetProject() { return *project; }
     CGallery& GetRoot();
 
