@@ -109,8 +109,7 @@ TEST(Documents, EveryLinkLeadsSomewhere)
             ++links;
             const QString file = target.section('#', 0, 0);
             const QString anchor = target.section('#', 1);
-            const QString path =
-                file.isEmpty() ? name : QDir::cleanPath(QFileInfo(name).path() + '/' + file);
+            const QString path = file.isEmpty() ? name : QDir::cleanPath(QFileInfo(name).path() + '/' + file);
             EXPECT_TRUE(QFileInfo::exists(Source().filePath(path)))
                 << qPrintable(name + QStringLiteral(": ") + target);
             if (!anchor.isEmpty()) {

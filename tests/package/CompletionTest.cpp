@@ -40,11 +40,13 @@ protected:
                  Installed(QStringLiteral("bin:")) + QString::fromLocal8Bit(qgetenv("PATH"))}};
     }
 
-    // What a shell offers for the line, sorted. The script gets the line as $argv[1] or $1, in the work folder.
+    // What a shell offers for the line, sorted. The script gets the line as $argv[1] or $1, in the work
+    // folder.
     QStringList Offers(const QString& shell, const QString& script, const QString& line) const
     {
-        QStringList arguments{QStringLiteral("-c"),
-                              QStringLiteral("cd '%1'\n%2").arg(scratch.Path(QStringLiteral("work")), script)};
+        QStringList arguments{
+            QStringLiteral("-c"),
+            QStringLiteral("cd '%1'\n%2").arg(scratch.Path(QStringLiteral("work")), script)};
         if (shell != QStringLiteral("fish")) {
             arguments += shell;
         }
@@ -107,9 +109,17 @@ protected:
     const CScratchFolder scratch;
 };
 
-const char* const Commands[] = {"new",         "deploy",   "info",   "check",     "destination add",
-                                "destination list", "destination remove", "ftp-test", "ftp-ls",
-                                "ftp-mkdir",   "ftp-rename"};
+const char* const Commands[] = {"new",
+                                "deploy",
+                                "info",
+                                "check",
+                                "destination add",
+                                "destination list",
+                                "destination remove",
+                                "ftp-test",
+                                "ftp-ls",
+                                "ftp-mkdir",
+                                "ftp-rename"};
 
 QStringList Words(const char* words)
 {
@@ -167,7 +177,8 @@ TEST_F(CompletionTest, OffersNamesThatTheProgramKnows)
 {
     const QStringList layouts = Words("cards filmstrip journal mosaic portfolio slideshow");
     const QStringList styles = Words("auto film gallery-wall ink paper");
-    const QStringList places = Words("top-left top top-right left centre right bottom-left bottom bottom-right");
+    const QStringList places =
+        Words("top-left top top-right left centre right bottom-left bottom bottom-right");
     const struct {
         const char* line;
         QStringList offers;
@@ -205,19 +216,17 @@ TEST_F(CompletionTest, OffersNothingWhereNothingIsKnown)
 TEST_F(CompletionTest, ZshOffersCommandsOptionsAndFiles)
 {
     const QString script =
-        QStringLiteral("zmodload zsh/zpty\n"
-                       "zpty shell zsh -f -i\n"
-                       "send() { zpty -w shell \"$1\"; }\n"
-                       "send \"PS1= PROMPT_EOL_MARK= ; fpath=('%1' \\$fpath); autoload -Uz compinit; compinit -u -D\"\n"
-                       "send \"zstyle ':completion:*' list-prompt ''; LISTMAX=1000; setopt no_beep; bindkey '^X' "
-                       "list-choices\"\n"
-                       "send \"stty cols 300; print be''gin\"\n"
-                       "zpty -r shell out '*begin*'\n"
-                       "zpty -n -w shell \"$1\"$'\\x18'\n"
-                       "zpty -n -w shell $'\\x15print en\\'\\'d\\n'\n"
-                       "zpty -r shell out '*end*'\n"
-                       "print -r -- \"$out\"\n"
-                       "zpty -d shell\n")
+        QStringLiteral(
+            "zmodload zsh/zpty\n"
+            "zpty shell zsh -f -i\n"
+            "zpty -w shell \"stty cols 300; fpath=('%1' \\$fpath); autoload -Uz compinit; compinit -u -D; "
+            "LISTMAX=1000; setopt no_beep; bindkey '^T' list-choices; PS1='rea''dy> '\"\n"
+            "zpty -r shell out '*ready> *'\n"
+            "zpty -n -w shell \"$1\"$'\\x14'\n"
+            "zpty -n -w shell $'\\x15print en\\'\\'d\\n'\n"
+            "zpty -r shell out '*end*'\n"
+            "print -r -- \"$out\"\n"
+            "zpty -d shell\n")
             .arg(Installed(QStringLiteral("share/zsh/vendor-completions")));
     const struct {
         const char* line;
@@ -228,12 +237,14 @@ TEST_F(CompletionTest, ZshOffersCommandsOptionsAndFiles)
         {"vistorama-cli new x.gallery --", OptionsIn(UsageOf(QStringLiteral("new")))},
         {"vistorama-cli destination ", Words("add list remove")},
         {"vistorama-cli info ", Words("trip.gallery two words.gallery")},
-        {"vistorama-cli new x.gallery --layout ", Words("cards filmstrip journal mosaic portfolio slideshow")},
+        {"vistorama-cli new x.gallery --layout ",
+         Words("cards filmstrip journal mosaic portfolio slideshow")},
     };
     for (const auto& row : rows) {
         const QString shown = Offers(QStringLiteral("zsh"), script, QString::fromLatin1(row.line)).join(' ');
         for (const QString& offer : row.offers) {
-            EXPECT_TRUE(shown.contains(offer)) << row.line << qPrintable(offer + QStringLiteral(" in ") + shown);
+            EXPECT_TRUE(shown.contains(offer))
+                << row.line << qPrintable(offer + QStringLiteral(" in ") + shown);
         }
         EXPECT_FALSE(shown.contains(QStringLiteral("page.html"))) << row.line;
     }

@@ -56,9 +56,8 @@ TEST(DesktopFiles, TheDesktopEntryIsValidAndStartsTheProgram)
 TEST(DesktopFiles, TheMetadataIsValidAndNamesThisVersion)
 {
     const ToolResult result =
-        RunTool(QStringLiteral("appstreamcli"),
-                {QStringLiteral("validate"), QStringLiteral("--no-net"), QStringLiteral("--no-color"),
-                 Metadata()});
+        RunTool(QStringLiteral("appstreamcli"), {QStringLiteral("validate"), QStringLiteral("--no-net"),
+                                                 QStringLiteral("--no-color"), Metadata()});
     EXPECT_EQ(result.exitCode, 0) << qPrintable(result.output);
     const QString metadata = ReadText(Metadata());
     EXPECT_EQ(Captured(metadata, "<release version=\"([^\"]*)\""), VersionOfProject());
@@ -107,16 +106,15 @@ TEST(DesktopFiles, ProjectsAreKnownByNameAndByContent)
          QDir(QStringLiteral("/usr/share/mime/packages")).entryList({QStringLiteral("freedesktop*")})) {
         QFile::copy(QStringLiteral("/usr/share/mime/packages/") + file, packages + '/' + file);
     }
-    const ToolResult update = RunTool(QStringLiteral("update-mime-database"),
-                                      {scratch.Path(QStringLiteral("share/mime"))});
+    const ToolResult update =
+        RunTool(QStringLiteral("update-mime-database"), {scratch.Path(QStringLiteral("share/mime"))});
     ASSERT_EQ(update.exitCode, 0) << qPrintable(update.errors);
     // The database is read when it is first asked, once in a process; each test has one of its own.
     qputenv("XDG_DATA_DIRS", scratch.Path(QStringLiteral("share")).toUtf8());
     qputenv("XDG_DATA_HOME", scratch.Path(QStringLiteral("home")).toUtf8());
     const QMimeDatabase database;
 
-    const QByteArray project =
-        ReadText(QStringLiteral("data/sample/sample.gallery")).toUtf8().left(2000);
+    const QByteArray project = ReadText(QStringLiteral("data/sample/sample.gallery")).toUtf8().left(2000);
     const QString type = QStringLiteral("application/x-vistorama-gallery");
     const struct {
         const char* name;
@@ -131,8 +129,7 @@ TEST(DesktopFiles, ProjectsAreKnownByNameAndByContent)
         {"a", "<project version=\"4\"><component name=\"x\"/></project>", QStringLiteral("text/plain")},
     };
     for (const auto& row : rows) {
-        const QMimeType found =
-            database.mimeTypeForFileNameAndData(QString::fromLatin1(row.name), row.bytes);
+        const QMimeType found = database.mimeTypeForFileNameAndData(QString::fromLatin1(row.name), row.bytes);
         EXPECT_EQ(found.name(), row.type) << row.name;
     }
     const QMimeType projectType = database.mimeTypeForName(type);

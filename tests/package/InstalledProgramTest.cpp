@@ -46,9 +46,8 @@ TEST(InstalledProgram, BothProgramsSayTheProjectsVersionWithoutADisplay)
     const CScratchFolder scratch;
     ASSERT_FALSE(VersionOfProject().isEmpty());
     for (const char* program : Programs) {
-        const ToolResult result =
-            RunTool(Installed(QStringLiteral("bin/") + QString::fromLatin1(program)),
-                    {QStringLiteral("--version")}, PlainUser(scratch));
+        const ToolResult result = RunTool(Installed(QStringLiteral("bin/") + QString::fromLatin1(program)),
+                                          {QStringLiteral("--version")}, PlainUser(scratch));
         EXPECT_EQ(result.exitCode, 0);
         EXPECT_EQ(result.output,
                   QStringLiteral("%1 %2\n").arg(QString::fromLatin1(program), VersionOfProject()));
@@ -61,9 +60,8 @@ TEST(InstalledProgram, BothProgramsSayTheirUsageWithoutADisplay)
 {
     const CScratchFolder scratch;
     for (const char* program : Programs) {
-        const ToolResult result =
-            RunTool(Installed(QStringLiteral("bin/") + QString::fromLatin1(program)),
-                    {QStringLiteral("--help")}, PlainUser(scratch));
+        const ToolResult result = RunTool(Installed(QStringLiteral("bin/") + QString::fromLatin1(program)),
+                                          {QStringLiteral("--help")}, PlainUser(scratch));
         EXPECT_EQ(result.exitCode, 0);
         EXPECT_TRUE(result.output.startsWith(QStringLiteral("Usage:\n  %1 ").arg(QLatin1String(program))));
     }
@@ -74,15 +72,15 @@ TEST(InstalledProgram, BothProgramsSayTheirUsageWithoutADisplay)
 TEST(InstalledProgram, ADesktopProgramWithAnythingElseWantsADisplay)
 {
     const CScratchFolder scratch;
-    for (const QStringList& arguments :
-         {QStringList(), QStringList{QStringLiteral("--Help")},
-          QStringList{QStringLiteral("--version"), QStringLiteral("--help")},
-          QStringList{QStringLiteral("")}}) {
+    for (const QStringList& arguments : {QStringList(), QStringList{QStringLiteral("--Help")},
+                                         QStringList{QStringLiteral("--version"), QStringLiteral("--help")},
+                                         QStringList{QStringLiteral("")}}) {
         const ToolResult result =
             RunTool(Installed(QStringLiteral("bin/vistorama")), arguments, PlainUser(scratch));
         EXPECT_EQ(result.exitCode, 1);
         EXPECT_EQ(result.output, QString());
-        EXPECT_TRUE(result.errors.startsWith(QStringLiteral("There is no display"))) << qPrintable(result.errors);
+        EXPECT_TRUE(result.errors.startsWith(QStringLiteral("There is no display")))
+            << qPrintable(result.errors);
     }
 }
 
@@ -107,10 +105,10 @@ TEST(InstalledProgram, FindsItsLayoutsAndStylesBesideItself)
 TEST(InstalledProgram, ReadsItsSampleFromWhereverItIsInstalled)
 {
     const CScratchFolder scratch;
-    const ToolResult result = RunTool(
-        Installed(QStringLiteral("bin/vistorama-cli")),
-        {QStringLiteral("info"), Installed(QStringLiteral("share/vistorama/sample/sample.gallery"))},
-        PlainUser(scratch));
+    const ToolResult result =
+        RunTool(Installed(QStringLiteral("bin/vistorama-cli")),
+                {QStringLiteral("info"), Installed(QStringLiteral("share/vistorama/sample/sample.gallery"))},
+                PlainUser(scratch));
     EXPECT_EQ(result.exitCode, 0) << qPrintable(result.errors);
     EXPECT_TRUE(result.output.contains(QStringLiteral("layout Portfolio"))) << qPrintable(result.output);
 }
