@@ -220,11 +220,12 @@ TEST_F(CompletionTest, ZshOffersCommandsOptionsAndFiles)
             "zmodload zsh/zpty\n"
             "zpty shell zsh -f -i\n"
             "zpty -w shell \"stty cols 300; fpath=('%1' \\$fpath); autoload -Uz compinit; compinit -u -D; "
-            "LISTMAX=1000; setopt no_beep; bindkey '^T' list-choices; PS1='rea''dy> '\"\n"
+            "LISTMAX=1000; setopt no_beep; PS1='rea''dy> '; "
+            "list() { zle list-choices; zle -R; zle -I; print '[fin''ished]'; }; zle -N list; bindkey '^T' "
+            "list\"\n"
             "zpty -r shell out '*ready> *'\n"
             "zpty -n -w shell \"$1\"$'\\x14'\n"
-            "zpty -n -w shell $'\\x15print en\\'\\'d\\n'\n"
-            "zpty -r shell out '*end*'\n"
+            "zpty -r shell out '*\\[finished\\]*'\n"
             "print -r -- \"$out\"\n"
             "zpty -d shell\n")
             .arg(Installed(QStringLiteral("share/zsh/vendor-completions")));
@@ -236,7 +237,7 @@ TEST_F(CompletionTest, ZshOffersCommandsOptionsAndFiles)
         {"vistorama-cli deploy trip.gallery --", Words("--to --directory --quiet")},
         {"vistorama-cli new x.gallery --", OptionsIn(UsageOf(QStringLiteral("new")))},
         {"vistorama-cli destination ", Words("add list remove")},
-        {"vistorama-cli info ", Words("trip.gallery two words.gallery")},
+        {"vistorama-cli info ", {"trip.gallery", "two\\ words.gallery", "site/"}},
         {"vistorama-cli new x.gallery --layout ",
          Words("cards filmstrip journal mosaic portfolio slideshow")},
     };
