@@ -3,6 +3,7 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QSet>
+#include <gtest/gtest.h>
 
 namespace {
 
