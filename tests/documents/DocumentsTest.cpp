@@ -160,3 +160,23 @@ TEST(Documents, EveryPictureSaysWhatItShows)
         EXPECT_FALSE(ReadText(name).contains(unnamed)) << qPrintable(name);
     }
 }
+
+TEST(Documents, EveryKeywordOfTheTemplateLanguageIsExplained)
+{
+    static const QRegularExpression row(QStringLiteral("^    \\{\"([a-z_]+)\", Make<"),
+                                        QRegularExpression::MultilineOption);
+    static const QRegularExpression heading(QStringLiteral("^#### .*$"), QRegularExpression::MultilineOption);
+    QString headings;
+    auto lines = heading.globalMatch(ReadText(QStringLiteral("docs/layouts.md")));
+    while (lines.hasNext()) {
+        headings += lines.next().captured() + '\n';
+    }
+    int keywords = 0;
+    auto rows = row.globalMatch(ReadText(QStringLiteral("src/template/TemplateSectionFactory.cpp")));
+    while (rows.hasNext()) {
+        const QString keyword = rows.next().captured(1);
+        ++keywords;
+        EXPECT_TRUE(headings.contains('`' + keyword + '`')) << qPrintable(keyword);
+    }
+    EXPECT_GT(keywords, 15);
+}
