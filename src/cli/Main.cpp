@@ -6,8 +6,6 @@
 int main(int argumentCount, char** arguments)
 {
     QCoreApplication application(argumentCount, arguments);
-    const auto settings = CreateProgramSettings();
-    CTrace trace(*settings);
-    SetTraceSink([&trace](const QString& line) { trace.Trace(line); });
+    InstallTrace(CreateProgramSettings());
     return RunCommandLine(QCoreApplication::arguments().mid(1));
 }

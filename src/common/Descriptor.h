@@ -15,6 +15,13 @@ public:
 
     int Get() const { return descriptor; }
 
+    // Takes another one in place of what it has.
+    void Reset(int other)
+    {
+        Close();
+        descriptor = other;
+    }
+
     // These leave the reason of a failure in errno.
     bool WriteAll(const void* bytes, size_t count)
     {

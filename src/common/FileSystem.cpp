@@ -3,13 +3,16 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <csignal>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 #include "common/Descriptor.h"
 #include "common/Exceptions.h"
@@ -153,6 +156,25 @@ void CopyEntries(const QString& source, const QString& destination, const QStrin
     }
 }
 
+// Of a process, with a number within it. Short, since the target's own name may already have all the length
+// that a name can have.
+QString TemporaryName(pid_t process, int number)
+{
+    return QStringLiteral(".vistorama-%1-%2.tmp").arg(process).arg(number);
+}
+
+// The process that a temporary file's name tells of; 0 for other names.
+pid_t ProcessOfTemporary(const QString& name)
+{
+    static const QRegularExpression form(QStringLiteral("^\\.vistorama-(\\d+)-\\d+\\.tmp$"));
+    return form.match(name).captured(1).toInt();
+}
+
+bool IsRunning(pid_t process)
+{
+    return ::kill(process, 0) == 0 || errno != ESRCH;
+}
+
 } // namespace
 
 QString ExtractLastName(const QString& path)
@@ -217,16 +239,17 @@ std::vector<DirectoryEntry> ListDirectory(const QString& folder)
     return entries;
 }
 
-void MakeDirectoryPath(const QString& path)
+void MakeDirectoryPath(const QString& path, DirectoryAccess access)
 {
     if (FolderExists(path)) {
         return;
     }
     const QString parent = ParentOf(path);
     if (!parent.isEmpty() && parent != path) {
-        MakeDirectoryPath(parent);
+        MakeDirectoryPath(parent, access);
     }
-    if (::mkdir(QFile::encodeName(path).constData(), 0777) != 0) {
+    const mode_t mode = access == DirectoryAccess::OwnerOnly ? 0700 : 0777;
+    if (::mkdir(QFile::encodeName(path).constData(), mode) != 0) {
         const int error = errno;
         // Another worker may have made it in the meantime.
         if (!FolderExists(path)) {
@@ -243,11 +266,27 @@ void CopyDirectoryTree(const QString& source, const QString& destination)
 
 int ReplaceFile(const QString& path, const QByteArray& bytes, Durability durability)
 {
-    // Short, since the target's own name may already have all the length that a name can have.
     static std::atomic<int> counter = 0;
-    const QString temporaryName = QStringLiteral(".vistorama-%1-%2.tmp").arg(::getpid()).arg(++counter);
-    const QByteArray temporary = QFile::encodeName(ExtractFolder(path) + temporaryName);
+    const QByteArray temporary =
+        QFile::encodeName(ExtractFolder(path) + TemporaryName(::getpid(), ++counter));
     return ReplaceByTemporary({QFile::encodeName(path), temporary, durability == Durability::Synced}, bytes);
+}
+
+void RemoveAbandonedTemporaries(const QString& folder)
+{
+    const QDateTime anHourAgo = QDateTime::currentDateTime().addSecs(-3600);
+    for (const DirectoryEntry& entry : ListDirectory(folder)) {
+        const pid_t process = ProcessOfTemporary(entry.name);
+        if (process == 0 || IsRunning(process)) {
+            continue;
+        }
+        // On a shared disk the process may be another computer's.
+        const QFileInfo file(JoinPath(folder, entry.name));
+        if (file.isFile() && !file.isSymLink() && file.ownerId() == ::geteuid() &&
+            file.lastModified() < anHourAgo) {
+            QFile::remove(file.filePath());
+        }
+    }
 }
 
 void WriteFileAtomically(const QString& path, const QByteArray& bytes)

@@ -38,8 +38,11 @@ struct DirectoryEntry {
 // repeatable on every file system. A folder that can't be listed has no entries.
 std::vector<DirectoryEntry> ListDirectory(const QString& folder);
 
-// Makes a directory with all missing parents. Throws CWin32Exception.
-void MakeDirectoryPath(const QString& path);
+// Who may look into a directory that is made: whom the umask lets, or its owner alone (mode 0700).
+enum class DirectoryAccess { Usual, OwnerOnly };
+
+// Makes a directory with all missing parents. Those that are there keep their rights. Throws CWin32Exception.
+void MakeDirectoryPath(const QString& path, DirectoryAccess access = DirectoryAccess::Usual);
 
 // Copies a tree over what is there, hidden entries left out; a read-only file in the way is made writable
 // first. Throws CWin32Exception.
@@ -57,3 +60,7 @@ void WriteFileAtomically(const QString& path, const QByteArray& bytes);
 
 // Throws CWin32Exception with "Could not read file %s.".
 QByteArray ReadWholeFile(const QString& path);
+
+// Removes what ReplaceFile has left in the folder in programs that were ended in the middle: temporary files
+// of this user, an hour old or older, whose programs don't run any more. What can't be removed stays.
+void RemoveAbandonedTemporaries(const QString& folder);

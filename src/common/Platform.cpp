@@ -66,7 +66,7 @@ QString FindTemporaryFolder()
 {
     const QString parent =
         JoinPath(UserFolder(QStandardPaths::GenericCacheLocation), QStringLiteral("vistorama"));
-    MakeDirectoryPath(parent);
+    MakeDirectoryPath(parent, DirectoryAccess::OwnerOnly);
     const QString folder = JoinPath(parent, QStringLiteral("tmp"));
     const QByteArray name = QFile::encodeName(folder);
     if (::mkdir(name.constData(), 0700) != 0 && errno != EEXIST) {

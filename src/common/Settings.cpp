@@ -11,6 +11,7 @@
 #include <QTemporaryFile>
 
 #include "common/Descriptor.h"
+#include "common/Exceptions.h"
 #include "common/FileSystem.h"
 #include "common/Platform.h"
 
@@ -148,7 +149,9 @@ private:
     static bool PrepareFile(const QString& path, mode_t mode)
     {
         const QByteArray name = QFile::encodeName(path);
-        QDir().mkpath(QFileInfo(path).path());
+        if (!MakeFolderOf(path, mode)) {
+            return false;
+        }
         struct stat status;
         const bool isNew = ::stat(name.constData(), &status) != 0;
         const CDescriptor file(::open(name.constData(), O_RDWR | O_CREAT | O_CLOEXEC, mode));
@@ -161,6 +164,17 @@ private:
                               : mode == UserFileMode ? rights & ~mode_t(S_IRWXG | S_IRWXO)
                                                      : rights;
         return rights == wanted || ::fchmod(file.Get(), wanted) == 0;
+    }
+
+    static bool MakeFolderOf(const QString& path, mode_t mode)
+    {
+        try {
+            MakeDirectoryPath(QFileInfo(path).path(),
+                              mode == UserFileMode ? DirectoryAccess::OwnerOnly : DirectoryAccess::Usual);
+            return true;
+        } catch (const CExceptionBase&) {
+            return false;
+        }
     }
 
     static bool IsBytes(const QVariant& value) { return value.typeId() == QMetaType::QByteArray; }

@@ -2,8 +2,12 @@
 
 #include <QString>
 
+#include "common/Descriptor.h"
+
 // The temporary folder of a run: made in the user's own temporary folder at construction, removed with all
-// that it holds at destruction. One per run, owned by the program's start-up code.
+// that it holds at destruction. One per run, owned by the program's start-up code. Locked (flock) as long as
+// its run lives, so that a later run knows those that were left behind by one that ended without notice, and
+// removes them.
 class CTempFolder {
 public:
     // parent: with a trailing separator. Throws CWin32Exception if the folder can't be made.
@@ -22,4 +26,5 @@ public:
 
 private:
     QString path;
+    CDescriptor lock;
 };

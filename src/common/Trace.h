@@ -6,7 +6,8 @@
 
 // Trace lines for developers. They have no effect on behaviour; without a sink they go nowhere.
 
-// Takes each line; may be called on any thread. To be set before other threads are started.
+// Takes each line; may be called on any thread, and still for lines on their way when another sink has been
+// set: what it uses it has to own. Thread-safe.
 void SetTraceSink(std::function<void(const QString& line)> sink);
 
 void Trace(const QString& text);

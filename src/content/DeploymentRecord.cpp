@@ -158,8 +158,8 @@ void CDeploymentRecord::Save() const
         }
     }
     const QString folder = path.section(QLatin1Char('/'), 0, -2);
-    MakeDirectoryPath(folder);
     // It names unpublished pictures.
+    MakeDirectoryPath(folder, DirectoryAccess::OwnerOnly);
     QFile(folder).setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     WriteFileAtomically(path, bytes);
 }
@@ -185,7 +185,8 @@ void CDeploymentRecord::Load()
         bool hasImage = false;
         stream >> relative >> entry.stamp >> hasImage;
         if (hasImage) {
-            stream >> entry.image.emplace();
+            entry.image = Image();
+            stream >> *entry.image;
         }
         // What another version has made is known as ours, but is made anew.
         if (foundVersion != productionVersion) {

@@ -24,12 +24,13 @@ bool IsTrustworthy(const struct stat& status, CKeyFile::Readers readers)
     return S_ISREG(status.st_mode) && hasOwner && (status.st_mode & forbidden) == 0;
 }
 
-bool MakeFolderOf(const QString& path)
+bool MakeFolderOf(const QString& path, CKeyFile::Readers readers)
 {
     try {
         QString folder = ExtractFolder(path);
         folder.chop(1);
-        MakeDirectoryPath(folder);
+        MakeDirectoryPath(folder, readers == CKeyFile::Readers::OwnerOnly ? DirectoryAccess::OwnerOnly
+                                                                          : DirectoryAccess::Usual);
         return true;
     } catch (const CExceptionBase&) {
         return false;
@@ -75,7 +76,7 @@ std::optional<CSecretKey> CKeyFile::LoadOrMake() const
 
 bool CKeyFile::Make() const
 {
-    if (sodium_init() < 0 || !MakeFolderOf(path)) {
+    if (sodium_init() < 0 || !MakeFolderOf(path, readers)) {
         return false;
     }
     CSecretKey key;

@@ -2,6 +2,9 @@
 
 #include <chrono>
 #include <cstdio>
+#include <fcntl.h>
+
+#include "common/Descriptor.h"
 
 void TraceNumber(const char* text, int number)
 {
@@ -44,6 +47,9 @@ void CTrace::Trace(const QString& text)
         on = true;
         if (!path->isEmpty()) {
             file.setFileName(*path);
+            // It tells what the user does, and with which servers; one that is there keeps its rights.
+            const CDescriptor made(
+                ::open(QFile::encodeName(*path).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
             file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered);
         }
     }
@@ -59,4 +65,11 @@ void CTrace::Trace(const QString& text)
         file.write(reinterpret_cast<const char*>(fileLine.utf16()),
                    fileLine.size() * qsizetype(sizeof(char16_t)));
     }
+}
+
+void InstallTrace(std::shared_ptr<const CSettingsStore> store)
+{
+    auto trace = std::make_shared<CTrace>(*store);
+    SetTraceSink(
+        [store = std::move(store), trace = std::move(trace)](const QString& line) { trace->Trace(line); });
 }

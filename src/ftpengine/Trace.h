@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <mutex>
 
 #include <QFile>
@@ -48,3 +49,7 @@ private:
     bool on = false; // once found, it stays
     QFile file;
 };
+
+// Makes a CTrace the sink of all trace lines, for as long as the process lives: workers that were abandoned
+// may trace until its end.
+void InstallTrace(std::shared_ptr<const CSettingsStore> store);

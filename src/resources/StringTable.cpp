@@ -469,6 +469,27 @@ const char* FindText(StringId id)
                "without a display.\n";
     case StringId::FailureTitle:
         return "Vistorama: please note";
+    case StringId::ReadOnlyProject:
+        return "%s (read-only)";
+    case StringId::ProjectOpenElsewhere:
+        return "The project \"%s\" is open in another window.";
+    case StringId::ProjectOpenOnComputer:
+        return "The project \"%s\" is open on the computer \"%s\".";
+    case StringId::OpenElsewhereHint:
+        return "If two windows change one project, the changes of one of them are lost. You can open "
+               "it here as read-only: look at it, deploy it, and save it under another name.";
+    case StringId::OpenReadOnly:
+        return "Open &Read-only";
+    case StringId::OpenAnyway:
+        return "Open &Anyway";
+    case StringId::ProjectNotSaved:
+        return "The project %s was not saved.";
+    case StringId::ProjectIsReadOnly:
+        return "It is open elsewhere, so that it was opened here as read-only.";
+    case StringId::SaveUnderOtherName:
+        return "Save it under another name by \"Save as\" in the menu \"File\".";
+    case StringId::ProjectSavedAgain:
+        return "The project is saved again.";
     case StringId::AboutMadeWith:
         return "Made with Qt %s and Qt WebEngine, libvips, Cairo, Pango, pugixml and libsodium.";
 

@@ -243,6 +243,16 @@ enum class StringId : int {
     NoDisplay,
     DesktopUsage,
     FailureTitle,
+    ReadOnlyProject,
+    ProjectOpenElsewhere,
+    ProjectOpenOnComputer,
+    OpenElsewhereHint,
+    OpenReadOnly,
+    OpenAnyway,
+    ProjectNotSaved,
+    ProjectIsReadOnly,
+    SaveUnderOtherName,
+    ProjectSavedAgain,
 
     // Dialogs.
     ChangedInEachPage = 21000,

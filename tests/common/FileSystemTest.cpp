@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 
@@ -209,5 +210,53 @@ TEST(ReadWholeFile, AMissingFileAndAFolderAreErrorsThatNameThem)
         } catch (const CWin32Exception& error) {
             EXPECT_TRUE(error.GetCaption().contains(scratch.Path(Native(name))));
         }
+    }
+}
+
+TEST(FileSystem, ADirectoryOfTheOwnerAloneIsOneWhateverTheMask)
+{
+    const CScratchFolder scratch;
+    const mode_t usual = ::umask(0);
+    MakeDirectoryPath(scratch.Path(QStringLiteral("private/below")), DirectoryAccess::OwnerOnly);
+    MakeDirectoryPath(scratch.Path(QStringLiteral("open/below")));
+    ::umask(usual);
+    const struct {
+        const char* name;
+        mode_t mode;
+    } rows[] = {{"private", 0700}, {"private/below", 0700}, {"open", 0777}, {"open/below", 0777}};
+    for (const auto& row : rows) {
+        struct stat status;
+        const QString path = scratch.Path(QString::fromLatin1(row.name));
+        ASSERT_EQ(::stat(QFile::encodeName(path).constData(), &status), 0);
+        EXPECT_EQ(status.st_mode & 0777, row.mode) << row.name;
+    }
+}
+
+TEST(FileSystem, AbandonedTemporariesAreOldAndOfProgramsThatHaveEnded)
+{
+    const CScratchFolder scratch;
+    const QString ofThisProgram = QStringLiteral(".vistorama-%1-7.tmp").arg(::getpid());
+    const struct {
+        QString name;
+        int age; // seconds
+        bool isRemoved;
+    } rows[] = {
+        {QStringLiteral(".vistorama-999999999-1.tmp"), 7200, true},
+        {QStringLiteral(".vistorama-999999999-2.tmp"), 60, false},
+        {ofThisProgram, 7200, false},
+        {QStringLiteral(".vistorama-x-1.tmp"), 7200, false},
+        {QStringLiteral("a.vistorama-999999999-1.tmp"), 7200, false},
+        {QStringLiteral(".vistorama-999999999-1.tmp.jpg"), 7200, false},
+    };
+    for (const auto& row : rows) {
+        QFile file(scratch.Write(row.name, "half"));
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        ASSERT_TRUE(file.setFileTime(QDateTime::currentDateTime().addSecs(-row.age),
+                                     QFileDevice::FileModificationTime));
+    }
+    RemoveAbandonedTemporaries(scratch.Path());
+    RemoveAbandonedTemporaries(scratch.Path(QStringLiteral("missing")));
+    for (const auto& row : rows) {
+        EXPECT_EQ(FileExists(scratch.Path(row.name)), !row.isRemoved) << qPrintable(row.name);
     }
 }

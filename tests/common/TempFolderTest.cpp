@@ -1,6 +1,8 @@
 #include "common/TempFolder.h"
 
+#include <ctime>
 #include <sys/stat.h>
+#include <sys/time.h>
 
 #include <QFile>
 #include <QFileInfo>
@@ -28,6 +30,36 @@ TEST(TempFolder, IsPrivateNamedByItsRuleAndGoneAtTheEnd)
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
     }
     EXPECT_FALSE(FileExists(path));
+}
+
+// As a run leaves it that was killed: its lock has gone with it.
+TEST(TempFolder, WhatKilledRunsLeftBehindIsRemoved)
+{
+    const CScratchFolder scratch;
+    const auto makeLeftover = [&](const char* name, bool isOld) {
+        const QString folder = scratch.Path(QString::fromLatin1(name));
+        scratch.Write(QString::fromLatin1(name) + QStringLiteral("/a/secret.jpg"), "x");
+        const timeval hourAgo{::time(nullptr) - 3600, 0};
+        const timeval times[2] = {hourAgo, hourAgo};
+        EXPECT_EQ(isOld ? ::utimes(QFile::encodeName(folder).constData(), times) : 0, 0);
+        return folder;
+    };
+    const QString old = makeLeftover("cvn_tmp_cvn_tmp_1a2b", true);
+    const QString young = makeLeftover("cvn_tmp_cvn_tmp_2a2b", false);
+    const QString other = makeLeftover("cvn_tmp_other", true);
+    ASSERT_TRUE(QFile::link(old, scratch.Path(QStringLiteral("cvn_tmp_cvn_tmp_link"))));
+
+    const CTempFolder first(scratch.Path());
+    EXPECT_FALSE(FileExists(old));
+    EXPECT_TRUE(FileExists(young));
+    EXPECT_TRUE(FileExists(other));
+
+    // However long a run takes, its folder is left alone.
+    const timeval hourAgo{::time(nullptr) - 3600, 0};
+    const timeval times[2] = {hourAgo, hourAgo};
+    ASSERT_EQ(::utimes(QFile::encodeName(first.GetPath()).constData(), times), 0);
+    const CTempFolder second(scratch.Path());
+    EXPECT_TRUE(FileExists(first.GetPath()));
 }
 
 TEST(TempFolder, AResourceIsWrittenOverAnOldFileOnlyWhenAsked)

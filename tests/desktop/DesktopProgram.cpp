@@ -147,6 +147,13 @@ int CDesktopProgram::Terminate()
     return WaitForEnd();
 }
 
+void CDesktopProgram::Kill()
+{
+    process.kill();
+    process.waitForFinished(Patience);
+    EXPECT_EQ(process.exitStatus(), QProcess::CrashExit);
+}
+
 int CDesktopProgram::WaitForEnd()
 {
     EXPECT_TRUE(!IsRunning() || process.waitForFinished(Patience));

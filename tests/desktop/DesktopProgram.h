@@ -44,6 +44,8 @@ public:
     void WaitForPage();
     // Asks the program to end, as a desktop does at the end of a session. Returns its exit code.
     int Terminate();
+    // Ends it without notice, as a failure of the power does.
+    void Kill();
     // Waits until it has ended by itself.
     int WaitForEnd();
     bool IsRunning();

@@ -9,10 +9,10 @@
 
 CTraceRecorder::CTraceRecorder()
 {
-    SetTraceSink([this](const QString& line) {
-        const std::lock_guard guard(lock);
-        lines.push_back(line);
-        arrived.notify_all();
+    SetTraceSink([record = record](const QString& line) {
+        const std::lock_guard guard(record->lock);
+        record->lines.push_back(line);
+        record->arrived.notify_all();
     });
 }
 
@@ -23,24 +23,25 @@ CTraceRecorder::~CTraceRecorder()
 
 std::vector<QString> CTraceRecorder::GetLines()
 {
-    const std::lock_guard guard(lock);
-    return lines;
+    const std::lock_guard guard(record->lock);
+    return record->lines;
 }
 
 bool CTraceRecorder::Has(const char* line)
 {
-    const std::lock_guard guard(lock);
+    const std::lock_guard guard(record->lock);
     return Count(line) > 0;
 }
 
 void CTraceRecorder::Await(const char* line, int times)
 {
-    std::unique_lock guard(lock);
-    EXPECT_TRUE(arrived.wait_for(guard, std::chrono::seconds(30), [&] { return Count(line) >= times; }))
-        << line;
+    std::unique_lock guard(record->lock);
+    EXPECT_TRUE(record->arrived.wait_for(guard, std::chrono::seconds(30), [&] {
+        return Count(line) >= times;
+    })) << line;
 }
 
 int CTraceRecorder::Count(const char* line) const
 {
-    return static_cast<int>(std::count(lines.begin(), lines.end(), QString::fromUtf8(line)));
+    return static_cast<int>(std::count(record->lines.begin(), record->lines.end(), QString::fromUtf8(line)));
 }

@@ -1,13 +1,13 @@
 #pragma once
 
 #include <condition_variable>
+#include <memory>
 #include <mutex>
 #include <vector>
 
 #include <QString>
 
-// Keeps the trace lines of all threads, as long as it lives. Made before, and destroyed after, everything
-// that traces.
+// Keeps the trace lines of all threads, as long as it lives.
 class CTraceRecorder {
 public:
     CTraceRecorder();
@@ -23,7 +23,11 @@ public:
 private:
     int Count(const char* line) const;
 
-    std::mutex lock;
-    std::condition_variable arrived;
-    std::vector<QString> lines;
+    // Outlives this object where a worker was abandoned that still traces.
+    struct Record {
+        std::mutex lock;
+        std::condition_variable arrived;
+        std::vector<QString> lines;
+    };
+    const std::shared_ptr<Record> record = std::make_shared<Record>();
 };

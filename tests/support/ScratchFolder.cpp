@@ -1,13 +1,14 @@
 #include "support/ScratchFolder.h"
 
+#include <sys/fsuid.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 #include <gtest/gtest.h>
-#include <sys/fsuid.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 CScratchFolder::CScratchFolder()
 {
@@ -47,9 +48,27 @@ QStringList CScratchFolder::ListFiles() const
     return files;
 }
 
+namespace {
+
+// To be looked into, by whoever has no other rights there.
+void OpenToAll(const QString& folder)
+{
+    const QByteArray name = QFile::encodeName(folder);
+    struct stat status;
+    EXPECT_EQ(::stat(name.constData(), &status), 0);
+    EXPECT_EQ(::chmod(name.constData(), (status.st_mode & 07777) | 0555), 0);
+}
+
+} // namespace
+
 COrdinaryRights::COrdinaryRights(const CScratchFolder& folder)
 {
-    EXPECT_EQ(::chmod(QFile::encodeName(folder.Path()).constData(), 0755), 0);
+    OpenToAll(folder.Path());
+    QDirIterator walk(folder.Path(), QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot | QDir::NoSymLinks,
+                      QDirIterator::Subdirectories);
+    while (walk.hasNext()) {
+        OpenToAll(walk.next());
+    }
     constexpr uid_t nobody = 65534;
     // With it go the rights over files that others own.
     formerUser = ::setfsuid(::geteuid() == 0 ? nobody : ::geteuid());

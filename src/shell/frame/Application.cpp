@@ -14,6 +14,7 @@
 #include "common/Settings.h"
 #include "common/TempFolder.h"
 #include "common/Text.h"
+#include "ftpengine/Trace.h"
 #include "shell/frame/ColourScheme.h"
 #include "shell/frame/CommandLineAnswer.h"
 #include "shell/frame/CommandLinePath.h"
@@ -74,8 +75,8 @@ int RunFrame(CApplication& application, CSettingsStore& settings)
     frame.Start();
     const int exitCode = QApplication::exec();
     if (!application.GetFailureText().isEmpty()) {
+        frame.GiveUpSaving(); // first: the box waits, and time goes by
         ShowLastResort(application.GetFailureText());
-        frame.GiveUpSaving();
         frame.close();
     }
     return exitCode;
@@ -146,7 +147,8 @@ int RunApplication(int& argumentCount, char** arguments)
     PrepareHTMLViews();
     CApplication application(argumentCount, arguments);
     try {
-        const auto settings = CreateProgramSettings();
+        const std::shared_ptr<CSettingsStore> settings = CreateProgramSettings();
+        InstallTrace(settings);
         ApplyColourScheme(*settings);
         return RunFrame(application, *settings);
     } catch (const CExceptionBase& failure) {

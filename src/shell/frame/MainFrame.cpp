@@ -6,19 +6,15 @@
 
 #include "common/Exceptions.h"
 #include "common/Trace.h"
-#include "shell/dialogs/DlgNewGallery.h"
-#include "shell/dialogs/GalleryNames.h"
 #include "shell/frame/CommandActions.h"
 #include "shell/frame/DlgAbout.h"
 #include "shell/frame/DroppedFiles.h"
 #include "shell/frame/FailureBox.h"
 #include "shell/frame/FramePanes.h"
 #include "shell/frame/GalleryDialogs.h"
-#include "shell/frame/GallerySaveDialog.h"
 #include "shell/frame/Icons.h"
 #include "shell/frame/MainFrameSettings.h"
 #include "shell/frame/PictureDrop.h"
-#include "shell/frame/ProjectFile.h"
 #include "shell/frame/RecentProjectsMenu.h"
 #include "shell/frame/StandardCommands.h"
 #include "shell/frame/WindowPlace.h"
@@ -30,7 +26,19 @@ CMainFrame::CMainFrame(const CProjectEnvironment& environment, const QString& co
     : environment(environment),
       project(environment),
       commandLinePath(commandLinePath),
-      recentProjects(*environment.settings)
+      projects(project, *environment.settings,
+               {.widget = this,
+                .statusBar = statusBar(),
+                .projectReplaced = [this] { ShowProject(); },
+                .projectRenamed =
+                    [this] {
+                        UpdateTitle();
+                        pagesView->UpdateView(UpdateHint::ProjectRenamed, project);
+                    },
+                .recentListChanged =
+                    [this] {
+                        UpdateRecentProjectsMenus();
+                    }})
 {
     setObjectName(QStringLiteral("frame"));
     setWindowIcon(LoadProgramIcon());
@@ -39,7 +47,6 @@ CMainFrame::CMainFrame(const CProjectEnvironment& environment, const QString& co
     CreateViews();
     CreateMenus();
     RegisterConsumers();
-    statusBar();
 }
 
 // The views go first: they look at the project.
@@ -79,10 +86,17 @@ void CMainFrame::CreateViews()
 // The wizard may have changed the choices that stand in the project's file.
 void CMainFrame::Deploy()
 {
-    if (project.IsLoaded()) {
-        DeployGallery(project, *environment.settings, this);
-        Try([this] { SaveProject(); });
+    if (!project.IsLoaded()) {
+        return;
     }
+    CProjectKeeper& keeper = projects.GetKeeper();
+    Try([&] { keeper.Save(); });
+    {
+        const CProjectKeeper::CPause pause(keeper);
+        DeployGallery(project, *environment.settings, this);
+    }
+    keeper.MarkChanged();
+    Try([&] { keeper.Save(); });
 }
 
 void CMainFrame::CreateMenus()
@@ -109,57 +123,13 @@ void CMainFrame::RegisterConsumers()
 void CMainFrame::Start()
 {
     RestoreWindowPlace(*this, *panes, *environment.settings);
-    recentProjects.Load();
-    OpenFirstProject();
+    projects.Start(commandLinePath);
 }
 
-void CMainFrame::OpenFirstProject()
-{
-    const QString path = commandLinePath.isEmpty() ? recentProjects.GetFront() : commandLinePath;
-    try {
-        OpenProject(path);
-    } catch (const CExceptionBase& failure) {
-        ShowFailure(failure, this);
-        if (!project.IsLoaded()) {
-            OpenSubstituteProject();
-            return;
-        }
-        // A new project that could not be written yet: it can be saved elsewhere.
-        ShowProject(path);
-    }
-    AddRecentProject(path);
-}
-
-// At a path where nothing is, so that no file is put at risk; the project that can't be read least of all.
-void CMainFrame::OpenSubstituteProject()
-{
-    GalleryPath path = SplitSuggestion(GetDefaultProjectPath());
-    path.name = FindFreeName(path);
-    try {
-        OpenProject(path.Join());
-    } catch (const CExceptionBase& failure) {
-        if (!project.IsLoaded()) {
-            throw;
-        }
-        ShowFailure(failure, this);
-        ShowProject(path.Join());
-    }
-    AddRecentProject(path.Join());
-}
-
-void CMainFrame::OpenProject(const QString& path)
-{
-    Trace(QStringLiteral("Opening a gallery"));
-    const QString normalised = NormalisedProjectPath(path);
-    RequireProjectFile(normalised);
-    project.Open(normalised);
-    ShowProject(normalised);
-}
-
-void CMainFrame::ShowProject(const QString& path)
+void CMainFrame::ShowProject()
 {
     UpdateViews(UpdateHint::ProjectReplaced);
-    UpdateTitle(path);
+    UpdateTitle();
 }
 
 void CMainFrame::UpdateViews(UpdateHint hint)
@@ -169,91 +139,18 @@ void CMainFrame::UpdateViews(UpdateHint hint)
     galleriesView->UpdateView(hint, project);
 }
 
-void CMainFrame::UpdateTitle(const QString& path)
+void CMainFrame::UpdateTitle()
 {
-    setWindowTitle(Text(StringId::ProgramName) + QStringLiteral(" - ") + ProjectNameOf(path));
-}
-
-void CMainFrame::SaveProject()
-{
-    if (!recentProjects.GetFront().isEmpty()) {
-        project.Save(recentProjects.GetFront());
-    }
-}
-
-void CMainFrame::SaveProjectAs()
-{
-    CGallerySaveDialog dialog(CGallerySaveDialog::Purpose::Save, recentProjects.GetFront(), this);
-    if (dialog.exec() != QDialog::Accepted || recentProjects.IsCurrent(dialog.GetPath())) {
-        return;
-    }
-    const QString path = NormalisedProjectPath(dialog.GetPath());
-    project.Save(path);
-    AddRecentProject(path);
-    UpdateTitle(path);
-    pagesView->UpdateView(UpdateHint::ProjectRenamed, project);
-}
-
-void CMainFrame::OpenProjectDialog()
-{
-    CGallerySaveDialog dialog(CGallerySaveDialog::Purpose::Open, recentProjects.GetFront(), this);
-    if (dialog.exec() == QDialog::Accepted && !recentProjects.IsCurrent(dialog.GetPath())) {
-        SwitchProject(dialog.GetPath());
-    }
-}
-
-void CMainFrame::OpenRecent(int index)
-{
-    if (index == -1) {
-        CDlgNewGallery dialog(GetDefaultProjectPath(), this);
-        if (dialog.exec() == QDialog::Accepted) {
-            SwitchProject(dialog.GetProjectPath());
-        }
-        return;
-    }
-    const std::vector<QString>& paths = recentProjects.GetPaths();
-    if (index >= 0 && index < static_cast<int>(paths.size())) {
-        // A copy: the list changes meanwhile.
-        SwitchProject(QString(paths[index]));
-    }
-}
-
-void CMainFrame::SwitchProject(const QString& path)
-{
-    SaveProject();
-    const QString former = recentProjects.GetFront();
-    try {
-        OpenProject(path);
-    } catch (const CExceptionBase& failure) {
-        ShowFailure(failure, this);
-        ReopenProject(former);
-        return;
-    }
-    AddRecentProject(path);
-}
-
-void CMainFrame::ReopenProject(const QString& path)
-{
-    try {
-        OpenProject(path);
-    } catch (const CExceptionBase& failure) {
-        ShowFailure(failure, this);
-        OpenSubstituteProject();
-    }
-}
-
-void CMainFrame::AddRecentProject(const QString& path)
-{
-    recentProjects.Add(path);
-    UpdateRecentProjectsMenus();
+    setWindowTitle(Text(StringId::ProgramName) + QStringLiteral(" - ") + projects.GetTitle());
 }
 
 void CMainFrame::UpdateRecentProjectsMenus()
 {
-    UpdateRecentProjectsMenu(*menus->file, recentProjects, [this](int commandId) { OnCommand(commandId); });
+    const CRecentProjects& recent = projects.GetRecentProjects();
+    UpdateRecentProjectsMenu(*menus->file, recent, [this](int commandId) { OnCommand(commandId); });
     std::vector<CViewPagesToolBar::RecentProject> entries;
-    for (const int position : recentProjects.GetOrderByName()) {
-        entries.push_back({ProjectNameOf(recentProjects.GetPaths()[position]), position});
+    for (const int position : recent.GetOrderByName()) {
+        entries.push_back({ProjectNameOf(recent.GetPaths()[position]), position});
     }
     pagesView->GetToolBar().SetRecentProjects(entries);
 }
@@ -262,7 +159,7 @@ void CMainFrame::AddDropped(const QStringList& paths)
 {
     const DroppedFiles files = SortDropped(paths);
     if (!files.project.isEmpty()) {
-        Try([&] { SwitchProject(files.project); });
+        Try([&] { projects.Switch(files.project); });
         return;
     }
     CGallery* const gallery = project.GetCurrentGallery();
@@ -275,10 +172,13 @@ void CMainFrame::AddDropped(const QStringList& paths)
     }
     statusBar()->showMessage(Text(StringId::PicturesDropped, gallery->GetPictures().GetCount() - before));
     UpdateViews(UpdateHint::PicturesAdded);
+    projects.GetKeeper().MarkChanged();
 }
 
+// What a view asks for changes the project as a rule; a save too many does no harm.
 void CMainFrame::OnViewChanged(ViewId view, UpdateHint hint, const UpdateParameter& parameter)
 {
+    projects.GetKeeper().MarkChanged();
     switch (view) {
     case ViewId::Folder: {
         const CTraceScope scope("CMainFrame::OnFolderViewChanged");
@@ -292,7 +192,7 @@ void CMainFrame::OnViewChanged(ViewId view, UpdateHint hint, const UpdateParamet
     }
     case ViewId::Pages:
         if (hint == UpdateHint::RecentProjectChosen) {
-            Try([&] { OpenRecent(std::get<int32_t>(parameter)); });
+            Try([&] { projects.OpenRecent(std::get<int32_t>(parameter)); });
         } else {
             pagesView->UpdateProject(hint, parameter, project);
         }
@@ -308,7 +208,7 @@ void CMainFrame::OnCommand(int commandId)
         pagesView->ChooseStyle(commandId - CommandRange::FirstStyle);
     } else if (commandId >= CommandRange::FirstRecentProject &&
                commandId <= CommandRange::LastRecentProject) {
-        Try([&] { OpenRecent(commandId - CommandRange::FirstRecentProject); });
+        Try([&] { projects.OpenRecent(commandId - CommandRange::FirstRecentProject); });
     } else {
         Try([&] { OnNamedCommand(static_cast<CommandId>(commandId)); });
     }
@@ -318,13 +218,13 @@ void CMainFrame::OnNamedCommand(CommandId command)
 {
     switch (command) {
     case CommandId::New:
-        return NewProject();
+        return projects.OpenRecent(-1);
     case CommandId::Open:
-        return OpenProjectDialog();
+        return projects.OpenByDialog();
     case CommandId::Save:
-        return SaveProject();
+        return projects.Save();
     case CommandId::SaveAs:
-        return SaveProjectAs();
+        return projects.SaveAs();
     case CommandId::Exit:
         close();
         return;
@@ -362,6 +262,7 @@ void CMainFrame::OnEffectCommand(CommandId command)
     // The names of the pictures, or the page's texts, have changed: the page is made anew.
     if (gallery != nullptr && EditGallery(command, *gallery, this)) {
         pagesView->UpdateView(UpdateHint::ProjectReplaced, project);
+        projects.GetKeeper().MarkChanged();
     }
 }
 
@@ -377,31 +278,17 @@ void CMainFrame::Try(const std::function<void()>& action)
 
 void CMainFrame::closeEvent(QCloseEvent* event)
 {
-    if (savesAtEnd && !SaveAtEnd()) {
+    if (savesAtEnd && !projects.SaveAtEnd()) {
         event->ignore();
         return;
     }
-    recentProjects.Store();
+    projects.GetRecentProjects().Store();
     StoreWindowPlace(*this, *panes, *environment.settings);
     event->accept();
 }
 
-// False if the person wants the window to stay.
-bool CMainFrame::SaveAtEnd()
+void CMainFrame::GiveUpSaving()
 {
-    try {
-        SaveProject();
-        return true;
-    } catch (const CExceptionBase& failure) {
-        switch (AskAboutUnsaved(failure, this)) {
-        case UnsavedChoice::SaveElsewhere:
-            Try([this] { SaveProjectAs(); });
-            return false;
-        case UnsavedChoice::CloseAnyway:
-            return true;
-        case UnsavedChoice::Stay:
-            break;
-        }
-        return false;
-    }
+    savesAtEnd = false;
+    projects.GetKeeper().GiveUp();
 }

@@ -41,7 +41,7 @@ protected:
     QStringList RecentNames() const
     {
         QStringList names;
-        for (const QString& path : frame->GetRecentProjects().GetPaths()) {
+        for (const QString& path : frame->GetProjects().GetRecentProjects().GetPaths()) {
             names += ProjectNameOf(path);
         }
         return names;
@@ -86,7 +86,7 @@ TEST_F(MainFrame, ADroppedProjectIsOpenedAndTheFormerOneSaved)
 TEST_F(MainFrame, CommandsAreKnownByTheirNumbers)
 {
     Start(Path("a.gallery"));
-    frame->SwitchProject(Path("b.gallery"));
+    frame->GetProjects().Switch(Path("b.gallery"));
     const auto layout = [this] {
         return ExtractLastName(frame->GetProject().GetCurrentGallery()->GetLayout().GetTemplateKey());
     };
@@ -112,8 +112,8 @@ TEST_F(MainFrame, CommandsAreKnownByTheirNumbers)
 TEST_F(MainFrame, TheToolbarAndTheMenuListTheRecentProjects)
 {
     Start(Path("m.gallery"));
-    frame->SwitchProject(Path("z.gallery"));
-    frame->SwitchProject(Path("B.gallery"));
+    frame->GetProjects().Switch(Path("z.gallery"));
+    frame->GetProjects().Switch(Path("B.gallery"));
     const QMenu* const toolbarMenu = frame->findChild<QMenu*>(QStringLiteral("RecentProjectsMenu"));
     ASSERT_NE(toolbarMenu, nullptr);
     QStringList entries;
@@ -133,7 +133,7 @@ TEST_F(MainFrame, TheToolbarAndTheMenuListTheRecentProjects)
 TEST_F(MainFrame, TheWindowKeepsTheProjectThatIsGivenAgain)
 {
     Start(Path("a.gallery"));
-    frame->AddRecentProject(fixture.scratch.Path() + QStringLiteral("/x/../a.gallery"));
+    frame->GetProjects().AddRecent(fixture.scratch.Path() + QStringLiteral("/x/../a.gallery"));
     EXPECT_EQ(RecentNames(), (QStringList{QStringLiteral("a"), QStringLiteral("My Vistorama")}));
 }
 

@@ -1,0 +1,20 @@
+#include <sstream>
+
+#include "Check.h"
+#include "template/CompoundTemplateSection.h"
+#include "template/TemplateParsingException.h"
+
+// Bytes of a layout's page: they parse, or the mark of what is wrong lies in them.
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size)
+{
+    std::istringstream stream(std::string(reinterpret_cast<const char*>(bytes), size));
+    CCompoundTemplateSection page;
+    try {
+        page.Parse(stream);
+    } catch (const CTemplateParsingException& failure) {
+        Check(!failure.GetDescription().isEmpty(), "an error of a page says what is wrong");
+        Check(failure.errorStart <= failure.errorEnd, "a mark has its start before its end");
+        Check(failure.errorEnd <= size, "a mark lies in the page");
+    }
+    return 0;
+}

@@ -1,0 +1,223 @@
+#include "shell/frame/ProjectDesk.h"
+
+#include <QStatusBar>
+
+#include "common/Exceptions.h"
+#include "common/Trace.h"
+#include "document/GalleryProject.h"
+#include "shell/dialogs/DlgNewGallery.h"
+#include "shell/dialogs/GalleryNames.h"
+#include "shell/frame/FailureBox.h"
+#include "shell/frame/GallerySaveDialog.h"
+#include "shell/frame/MainFrameSettings.h"
+#include "shell/frame/OpenElsewhereBox.h"
+#include "shell/frame/ProjectFile.h"
+
+namespace {
+
+constexpr int SavedAgainShown = 5000; // milliseconds
+
+CGenericException ReadOnlyFailure(const QString& path)
+{
+    return CGenericException(Text(StringId::ProjectNotSaved, path), Text(StringId::ProjectIsReadOnly),
+                             Text(StringId::SaveUnderOtherName));
+}
+
+} // namespace
+
+CProjectDesk::CProjectDesk(CGalleryProject& project, CSettingsStore& settings, Window window)
+    : project(project),
+      window(std::move(window)),
+      keeper(project, {.failed =
+                           [this](const CExceptionBase& failure) {
+                               this->window.statusBar->showMessage(failure.GetCaption());
+                               ShowFailure(failure, this->window.widget);
+                           },
+                       .succeededAgain =
+                           [this] {
+                               this->window.statusBar->showMessage(Text(StringId::ProjectSavedAgain),
+                                                                   SavedAgainShown);
+                           }}),
+      recentProjects(settings)
+{}
+
+void CProjectDesk::Start(const QString& wanted)
+{
+    recentProjects.Load();
+    const QString path = wanted.isEmpty() ? recentProjects.GetFront() : wanted;
+    try {
+        if (!Open(path)) {
+            OpenSubstitute();
+            return;
+        }
+    } catch (const CExceptionBase& failure) {
+        ShowFailure(failure, window.widget);
+        if (!project.IsLoaded()) {
+            OpenSubstitute();
+            return;
+        }
+        // A new project that could not be written yet: it can be saved elsewhere.
+        ShowWithoutFile(NormalisedProjectPath(path));
+    }
+    AddRecent(path);
+}
+
+// At a path where nothing is, so that no file is put at risk; the project that can't be read least of all.
+void CProjectDesk::OpenSubstitute()
+{
+    GalleryPath path = SplitSuggestion(GetDefaultProjectPath());
+    path.name = FindFreeName(path);
+    try {
+        Open(path.Join());
+    } catch (const CExceptionBase& failure) {
+        if (!project.IsLoaded()) {
+            throw;
+        }
+        ShowFailure(failure, window.widget);
+        ShowWithoutFile(path.Join());
+    }
+    AddRecent(path.Join());
+}
+
+void CProjectDesk::ShowWithoutFile(const QString& path)
+{
+    keeper.Adopt(path, CProjectLock(path));
+    window.projectReplaced();
+}
+
+bool CProjectDesk::Open(const QString& path)
+{
+    Trace(QStringLiteral("Opening a gallery"));
+    const QString normalised = NormalisedProjectPath(path);
+    RequireProjectFile(normalised);
+    std::optional<CProjectLock> lock = AcquireProjectLock(normalised, window.widget);
+    if (!lock.has_value()) {
+        return false;
+    }
+    keeper.Open(normalised, std::move(*lock));
+    window.projectReplaced();
+    return true;
+}
+
+void CProjectDesk::Save()
+{
+    if (keeper.IsReadOnly()) {
+        throw ReadOnlyFailure(keeper.GetPath());
+    }
+    keeper.Save();
+}
+
+void CProjectDesk::SaveAs()
+{
+    CGallerySaveDialog dialog(CGallerySaveDialog::Purpose::Save, recentProjects.GetFront(), window.widget);
+    if (dialog.exec() != QDialog::Accepted || recentProjects.IsCurrent(dialog.GetPath())) {
+        return;
+    }
+    const QString path = NormalisedProjectPath(dialog.GetPath());
+    CProjectLock lock(path);
+    if (lock.GetState() == CProjectLock::State::OpenElsewhere) {
+        throw ReadOnlyFailure(path);
+    }
+    keeper.SaveAs(path, std::move(lock));
+    AddRecent(path);
+    window.projectRenamed();
+}
+
+void CProjectDesk::OpenByDialog()
+{
+    CGallerySaveDialog dialog(CGallerySaveDialog::Purpose::Open, recentProjects.GetFront(), window.widget);
+    if (dialog.exec() == QDialog::Accepted && !recentProjects.IsCurrent(dialog.GetPath())) {
+        Switch(dialog.GetPath());
+    }
+}
+
+void CProjectDesk::OpenRecent(int index)
+{
+    if (index == -1) {
+        CDlgNewGallery dialog(GetDefaultProjectPath(), window.widget);
+        if (dialog.exec() == QDialog::Accepted) {
+            Switch(dialog.GetProjectPath());
+        }
+        return;
+    }
+    const std::vector<QString>& paths = recentProjects.GetPaths();
+    if (index >= 0 && index < static_cast<int>(paths.size())) {
+        // A copy: the list changes meanwhile.
+        Switch(QString(paths[index]));
+    }
+}
+
+void CProjectDesk::Switch(const QString& path)
+{
+    if (keeper.IsReadOnly()) {
+        if (!SaveAtEnd()) {
+            return;
+        }
+    } else {
+        keeper.Save();
+    }
+    if (keeper.GetPath() == NormalisedProjectPath(path)) {
+        return;
+    }
+    // Until one or the other project is whole again nothing may be saved.
+    const CProjectKeeper::CPause pause(keeper);
+    try {
+        if (Open(path)) {
+            AddRecent(path);
+        }
+    } catch (const CExceptionBase& failure) {
+        Reopen(keeper.GetPath());
+        ShowFailure(failure, window.widget);
+    }
+}
+
+// The former project's lock is still held.
+void CProjectDesk::Reopen(const QString& path)
+{
+    try {
+        project.Open(path);
+        window.projectReplaced();
+    } catch (const CExceptionBase& failure) {
+        ShowFailure(failure, window.widget);
+        OpenSubstitute();
+    }
+}
+
+void CProjectDesk::AddRecent(const QString& path)
+{
+    recentProjects.Add(path);
+    window.recentListChanged();
+}
+
+QString CProjectDesk::GetTitle() const
+{
+    const QString name = ProjectNameOf(keeper.GetPath());
+    return keeper.IsReadOnly() ? Text(StringId::ReadOnlyProject, name) : name;
+}
+
+bool CProjectDesk::SaveAtEnd()
+{
+    try {
+        // What was changed in a project that is read-only is lost unless it is saved elsewhere.
+        if (keeper.IsReadOnly() && keeper.HasUnsavedChanges()) {
+            throw ReadOnlyFailure(keeper.GetPath());
+        }
+        keeper.Save();
+        return true;
+    } catch (const CExceptionBase& failure) {
+        switch (AskAboutUnsaved(failure, window.widget)) {
+        case UnsavedChoice::SaveElsewhere:
+            try {
+                SaveAs();
+            } catch (const CExceptionBase& secondFailure) {
+                ShowFailure(secondFailure, window.widget);
+            }
+            return false;
+        case UnsavedChoice::CloseAnyway:
+            return true;
+        case UnsavedChoice::Stay:
+            break;
+        }
+        return false;
+    }
+}

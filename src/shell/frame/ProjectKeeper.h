@@ -1,0 +1,76 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+#include "shell/frame/ProjectLock.h"
+
+class CExceptionBase;
+class CGalleryProject;
+
+// Keeps the file of the project that is open: reads and writes it, holds its lock, and saves it by itself a
+// short while after a change, so that a program that ends without notice loses no more than that. Owned by
+// the frame, but knows no window. Screen's thread, with an event loop.
+class CProjectKeeper final : public QObject {
+public:
+    // Longest time that a change is only in memory.
+    static constexpr std::chrono::milliseconds SaveDelay{2000};
+
+    // What saving by itself tells of. Of failures that follow each other only the first is told.
+    struct Reports {
+        std::function<void(const CExceptionBase&)> failed;
+        std::function<void()> succeededAgain;
+    };
+    // project: borrowed.
+    CProjectKeeper(CGalleryProject& project, Reports reports, std::chrono::milliseconds delay = SaveDelay);
+
+    // Reads the project, or makes a new one if there is no such file. From then on its file is kept here, and
+    // the former one's no more; one whose lock says that it is open elsewhere is never written. Throws what
+    // CGalleryProject::Open throws, with the former file kept on.
+    void Open(const QString& path, CProjectLock lock);
+    // Keeps a file for the project as it is in memory.
+    void Adopt(const QString& path, CProjectLock lock);
+
+    // Something in the project may have changed.
+    void MarkChanged();
+    // Nothing happens to a project that is read-only. Throws what CGalleryProject::Save throws.
+    void Save();
+    // Writes the project as another file and keeps that one. Throws likewise, with the former file kept on.
+    void SaveAs(const QString& path, CProjectLock lock);
+
+    // Nothing is saved from now on: what is in memory may be half a change.
+    void GiveUp() { ++pauses; }
+
+    // While it lives nothing is saved by itself: another thread reads the project.
+    class CPause {
+    public:
+        explicit CPause(CProjectKeeper& keeper) : keeper(keeper) { ++keeper.pauses; }
+        ~CPause();
+        CPause(const CPause&) = delete;
+        CPause& operator=(const CPause&) = delete;
+
+    private:
+        CProjectKeeper& keeper;
+    };
+
+    // Empty before the first project.
+    const QString& GetPath() const { return path; }
+    bool IsReadOnly() const { return lock.GetState() == CProjectLock::State::OpenElsewhere; }
+    bool HasUnsavedChanges() const { return changed; }
+
+private:
+    void SaveByItself();
+
+    CGalleryProject& project;
+    const Reports reports;
+    QString path;
+    CProjectLock lock;
+    QTimer timer;
+    int pauses = 0;
+    bool changed = false;
+    bool failing = false;
+};
