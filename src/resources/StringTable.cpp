@@ -461,6 +461,12 @@ const char* FindText(StringId id)
                "you want to change, and deploy the site to a folder or to a server.";
     case StringId::NoDisplay:
         return "There is no display: neither DISPLAY nor WAYLAND_DISPLAY is set.\n";
+    case StringId::DesktopUsage:
+        return "Usage:\n"
+               "  vistorama [PROJECT.gallery]\n"
+               "  vistorama --help | --version\n"
+               "Without a project it opens the one that was open last. vistorama-cli does the same work "
+               "without a display.\n";
     case StringId::FailureTitle:
         return "Vistorama: please note";
     case StringId::ReadOnlyProject:

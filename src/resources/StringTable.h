@@ -241,6 +241,7 @@ enum class StringId : int {
     AboutText,
     AboutMadeWith,
     NoDisplay,
+    DesktopUsage,
     FailureTitle,
     ReadOnlyProject,
     ProjectOpenElsewhere,

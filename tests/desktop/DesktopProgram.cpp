@@ -360,7 +360,8 @@ void CDesktopProgram::PressStripButton(const QString& elementExpression, const Q
     Click(button);
 }
 
-void CDesktopProgram::TakePicture(const QString& name) const
+void CDesktopProgram::TakePicture(const QString& name, const QString& title) const
 {
-    EXPECT_TRUE(display.TakePicture(QStringLiteral(SCREENSHOT_FOLDER "/%1.png").arg(name)));
+    const QString window = title.isEmpty() ? QStringLiteral("root") : FindWindows(title).value(0);
+    EXPECT_TRUE(display.TakePicture(QStringLiteral(SCREENSHOT_FOLDER "/%1.png").arg(name), window));
 }

@@ -55,6 +55,8 @@ public:
     bool WaitForWindow(const QString& title);
     bool WaitForWindowGone(const QString& title);
     QString GetTitle();
+    // All that the program shows: open menus are windows as well.
+    qsizetype CountWindows() const { return FindAllWindows().size(); }
     // Gives the keyboard to the window.
     void FocusWindow(const QString& title);
     // The one on top.
@@ -77,7 +79,8 @@ public:
     // Points at an element and presses a button of the strip that comes up, by its tooltip.
     void PressStripButton(const QString& elementExpression, const QString& tip);
 
-    void TakePicture(const QString& name) const;
+    // Of the screen, or of the window of this title.
+    void TakePicture(const QString& name, const QString& title = QString()) const;
 
     // Until the function answers true; false at the deadline.
     static bool WaitFor(const std::function<bool()>& condition);
