@@ -9,6 +9,7 @@
 #include <jerror.h>
 #include <jpeglib.h>
 
+#include "imaging/DecodingStop.h"
 #include "imaging/ImageNode.h"
 #include "resources/StringTable.h"
 
@@ -170,7 +171,7 @@ private:
 
     static void LimitScans(j_common_ptr common)
     {
-        if (RunOf(common).info.input_scan_number > maximumScans) {
+        if (RunOf(common).info.input_scan_number > maximumScans || CDecodingStop::IsWanted()) {
             LeaveByJump(common);
         }
     }
@@ -316,6 +317,7 @@ bool ReadRows(CJpegRun& run, CRowStore& store)
 {
     while (!store.IsFull() && run.ReadRow(store.GetPlace())) {
         store.TakeRow();
+        CDecodingStop::ThrowIfWanted();
     }
     const bool isFull = store.IsFull();
     if (isFull) {
@@ -343,6 +345,7 @@ JpegPicture DecodeJpeg(const CFileBytes& file, int shrink, CJpegRowTaker* taker)
             }
             return store.Finish(isWhole);
         }
+        CDecodingStop::ThrowIfWanted();
         // A progressive file is read to its end before the first row comes. The scans before a fatal error
         // are good: the file is taken to end there, at the marker before it.
         length = file.FindLast(0xff, run.GetPosition()).value_or(0);
