@@ -267,6 +267,7 @@ var previewDragging = (function () {
   var step = 12;  // pixels for each frame
   var mark = null;
   var pointer = null;
+  var wasDragged = false; // since the button of the mouse went down
 
   function isPicture(group) {
     return group && group.object && group.strips.some(function (strip) {
@@ -276,10 +277,21 @@ var previewDragging = (function () {
 
   document.addEventListener("dragstart", function (event) {
     event.preventDefault();
+    wasDragged = true;
     var group = previewStrips.groupAt(event);
     if (isPicture(group) && "DragImage" in window.external) {
       window.external.DragImage(group.object.id, group.object.currentSrc || "");
     }
+  }, true);
+
+  // A picture that is let go over itself was not clicked.
+  document.addEventListener("mousedown", function () { wasDragged = false; }, true);
+  document.addEventListener("click", function (event) {
+    if (wasDragged) {
+      event.preventDefault();
+      event.stopPropagation();
+    }
+    wasDragged = false;
   }, true);
 
   function pictures() {
