@@ -52,15 +52,15 @@ QDateTime FromTime(int64_t seconds)
 
 // When the file came into being, in the manner of the user's country. Not every file system knows it; then it
 // is the time of the last change.
-QString CreationTime(const QString& path)
+QString CreationTime(const QString& path, const QLocale& locale)
 {
     struct statx status {};
     if (::statx(AT_FDCWD, QFile::encodeName(path).constData(), 0, STATX_BTIME | STATX_MTIME, &status) != 0) {
         return QString();
     }
     const bool knowsBirth = (status.stx_mask & STATX_BTIME) != 0;
-    return QLocale::system().toString(
-        FromTime(knowsBirth ? status.stx_btime.tv_sec : status.stx_mtime.tv_sec), QLocale::ShortFormat);
+    return locale.toString(FromTime(knowsBirth ? status.stx_btime.tv_sec : status.stx_mtime.tv_sec),
+                           QLocale::ShortFormat);
 }
 
 CImageEffectCompound CardChain(QSize card, const QString& text)
@@ -148,7 +148,7 @@ private:
     QString MakeCard(size_t at)
     {
         const QString& path = paths[at];
-        const QString date = CreationTime(path);
+        const QString date = CreationTime(path, locale);
         const CImageEffectCompound chain = CardChain(card, date);
         const QString target = folder + CardName(path, chain, date);
         isFinished[at] = true;
@@ -201,6 +201,7 @@ private:
     const std::vector<QString>& paths;
     const QSize card;
     CFolderPicturesListener& listener;
+    const QLocale locale = QLocale::system();
     QString folder;
     std::atomic<size_t> next = 0;
 

@@ -78,7 +78,7 @@ public:
         info.scale_num = 1;
         info.scale_denom = static_cast<unsigned int>(shrink);
         info.out_color_space = OutputSpace();
-        progress.progress_monitor = LimitScans;
+        progress.progress_monitor = WatchProgress;
         info.progress = &progress;
         jpeg_start_decompress(&info);
         return true;
@@ -169,7 +169,8 @@ private:
         }
     }
 
-    static void LimitScans(j_common_ptr common)
+    // Called for each row, and for each row of blocks while the scans of a progressive file are gathered.
+    static void WatchProgress(j_common_ptr common)
     {
         if (RunOf(common).info.input_scan_number > maximumScans || CDecodingStop::IsWanted()) {
             LeaveByJump(common);
@@ -317,8 +318,8 @@ bool ReadRows(CJpegRun& run, CRowStore& store)
 {
     while (!store.IsFull() && run.ReadRow(store.GetPlace())) {
         store.TakeRow();
-        CDecodingStop::ThrowIfWanted();
     }
+    CDecodingStop::ThrowIfWanted();
     const bool isFull = store.IsFull();
     if (isFull) {
         run.Finish();

@@ -61,11 +61,12 @@ protected:
     {
         const QStringList way =
             program
-                .InPage(QStringLiteral("((a, b) => Math.round(b.x + b.width * %1 - a.x - a.width / 2) + ' ' + "
-                                       "Math.round(b.y + b.height / 2 - a.y - a.height / 2))"
-                                       "(%2.getBoundingClientRect(), %3.getBoundingClientRect())")
-                            .arg(share)
-                            .arg(Picture(title), Picture(other)))
+                .InPage(
+                    QStringLiteral("((a, b) => Math.round(b.x + b.width * %1 - a.x - a.width / 2) + ' ' + "
+                                   "Math.round(b.y + b.height / 2 - a.y - a.height / 2))"
+                                   "(%2.getBoundingClientRect(), %3.getBoundingClientRect())")
+                        .arg(share)
+                        .arg(Picture(title), Picture(other)))
                 .toString()
                 .split(QLatin1Char(' '));
         return middle + QPoint(way.value(0).toInt(), way.value(1).toInt());
@@ -99,7 +100,9 @@ TEST_F(Dragging, APictureOfThePageGoesWhereItIsDropped)
 {
     StartIn(1);
     QStringList names = SavedProject(project).galleries[1].GetNames();
-    const auto title = [&](qsizetype at) { return names[at].section(QLatin1Char('.'), 0, 0); };
+    const auto title = [&](qsizetype at) {
+        return names[at].section(QLatin1Char('.'), 0, 0);
+    };
     MarkOldPage();
     const QPoint from = program.PlaceOf(Picture(title(4)));
     Hold(from, FromMiddle(from, title(4), title(1), 0.2));

@@ -52,10 +52,9 @@ bool CFolderPane::WaitFor(const QString& condition)
 
 bool CFolderPane::WaitForRows(int count)
 {
-    return WaitFor(
-        QStringLiteral("/ pictures? \\)/.test(document.querySelector('th').innerText) && %1 == %2")
-            .arg(rowCount)
-            .arg(count));
+    return WaitFor(QStringLiteral("/ pictures? \\)/.test(document.querySelector('th').innerText) && %1 == %2")
+                       .arg(rowCount)
+                       .arg(count));
 }
 
 QString CFolderPane::GetHeading()
@@ -68,8 +67,9 @@ QPoint CFolderPane::GetOrigin()
     if (!origin.isNull()) {
         return origin;
     }
-    Ask(QStringLiteral("document.addEventListener('mousemove', e => { window.origin_ = (e.screenX - e.clientX) + "
-                       "' ' + (e.screenY - e.clientY); }, true); window.origin_ = ''"));
+    Ask(QStringLiteral(
+        "document.addEventListener('mousemove', e => { window.origin_ = (e.screenX - e.clientX) + "
+        "' ' + (e.screenY - e.clientY); }, true); window.origin_ = ''"));
     const QSize screen = program.display.GetSize();
     const QPoint middle(screen.width() * 7 / 8, screen.height() * 7 / 8);
     int step = 0;
