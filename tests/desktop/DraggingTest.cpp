@@ -3,6 +3,7 @@
 
 #include "FolderPane.h"
 #include "SavedProject.h"
+#include "common/FileSystem.h"
 
 // Pictures are dragged with the mouse of a person: from the folder view into the page, and within the page.
 
@@ -33,6 +34,7 @@ protected:
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(text);
         file.close();
+        PointToFolder(project, {ExtractFolder(project)});
         program.Start({project});
     }
 

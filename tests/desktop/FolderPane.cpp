@@ -1,7 +1,9 @@
 #include "FolderPane.h"
 
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QRegularExpression>
 #include <gtest/gtest.h>
 
 namespace {
@@ -92,4 +94,32 @@ QPoint CFolderPane::PlaceOf(const QString& elementExpression)
     const QStringList place = Ask(middle).toString().split(QLatin1Char(' '));
     EXPECT_EQ(place.size(), 2) << "There is no " << qPrintable(elementExpression);
     return GetOrigin() + QPoint(place.value(0).toInt(), place.value(1).toInt());
+}
+
+QPoint CFolderPane::PlaceInRect(const QString& elementExpression, const QString& x)
+{
+    const QStringList place =
+        Ask(QStringLiteral("(r => Math.round(r.x + %1) + ' ' + Math.round(r.y + r.height / 2))"
+                           "(%2.getBoundingClientRect())")
+                .arg(x, elementExpression))
+            .toString()
+            .split(QLatin1Char(' '));
+    EXPECT_EQ(place.size(), 2) << "There is no " << qPrintable(elementExpression);
+    return GetOrigin() + QPoint(place.value(0).toInt(), place.value(1).toInt());
+}
+
+void PointToFolder(const QString& project, const QStringList& folders)
+{
+    QFile file(project);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    QString text = QString::fromUtf8(file.readAll());
+    file.close();
+    QString list = QStringLiteral("<project_folders recent_folder=\"%1\">").arg(folders[0].toHtmlEscaped());
+    for (const QString& folder : folders) {
+        list += QStringLiteral("<folder path=\"%1\"/>").arg(folder.toHtmlEscaped());
+    }
+    static const QRegularExpression former(QStringLiteral("<project_folders.*?</project_folders>"));
+    text.replace(former, list + QStringLiteral("</project_folders>"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(text.toUtf8());
 }
