@@ -29,21 +29,19 @@ CFolderWatcher::CFolderWatcher(std::function<void()> changed) : changed(std::mov
     connect(&search, &QTimer::timeout, this, &CFolderWatcher::LookForFolder);
 }
 
+// Always anew: what stood under the path may have been moved away, and something else be there.
 void CFolderWatcher::Watch(const QString& newFolder)
 {
-    const QStringList watched = watcher.directories();
-    if (newFolder != folder || !watched.contains(folder)) {
-        if (!watched.isEmpty()) {
-            watcher.removePaths(watched);
-        }
-        folder = newFolder;
-        pause.stop();
-        search.stop();
-        if (!folder.isEmpty() && !watcher.addPath(folder)) {
-            search.start();
-        }
+    if (!watcher.directories().isEmpty()) {
+        watcher.removePaths(watcher.directories());
     }
     WatchFiles({});
+    folder = newFolder;
+    pause.stop();
+    search.stop();
+    if (!folder.isEmpty() && !watcher.addPath(folder)) {
+        search.start();
+    }
 }
 
 void CFolderWatcher::WatchFiles(const QStringList& paths)

@@ -12,7 +12,8 @@ class CFolderWatcher final : public QObject {
 public:
     explicit CFolderWatcher(std::function<void()> changed);
 
-    // Instead of what was watched before. A folder that is not there is watched for.
+    // Instead of what was watched before. To be called before the folder is listed. A folder that is not
+    // there is looked for.
     void Watch(const QString& folder);
     // Files of the folder whose content is waited for. The system limits how many can be watched; of a larger
     // number the first are.

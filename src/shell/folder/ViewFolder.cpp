@@ -322,7 +322,6 @@ bool CViewFolder::TakeFilled()
     state = taken.found.state;
     failure = taken.failure;
     imageIterator.SetCollection();
-    watcher.Watch(folderPath);
     watcher.WatchFiles(taken.found.unfinished);
     return true;
 }

@@ -123,8 +123,8 @@ private:
     CViewFolderImageIterator::Collection pictures;
     CViewFolderImageIterator imageIterator{pictures};
     std::map<int32_t, QString> chosenPaths; // by index, of those that the frame has not been asked for yet
-    std::set<QString> galleryPaths; // lower-cased, of the current gallery when the loading began
-    Progress waitingProgress;       // that the page does not show yet
+    std::set<QString> galleryPaths;         // lower-cased, of the current gallery when the loading began
+    Progress waitingProgress;               // that the page does not show yet
     bool isProgressPageShown = false;
 
     // Changed on the screen's thread, and only while the worker rests.
