@@ -52,11 +52,15 @@ bool CFolderPane::WaitFor(const QString& condition)
     return holds;
 }
 
+// Cards of another width than that of the pane are about to be made anew.
 bool CFolderPane::WaitForRows(int count)
 {
-    return WaitFor(QStringLiteral("/ pictures? \\)/.test(document.querySelector('th').innerText) && %1 == %2")
-                       .arg(rowCount)
-                       .arg(count));
+    return WaitFor(
+        QStringLiteral("/ pictures? \\)/.test(document.querySelector('th').innerText) && %1 == %2 && "
+                       "[...document.querySelectorAll('td a img')].filter(i => i.offsetHeight).every("
+                       "i => !i.naturalWidth || Math.abs(i.naturalWidth - i.clientWidth) < 1)")
+            .arg(rowCount)
+            .arg(count));
 }
 
 QString CFolderPane::GetHeading()
