@@ -30,6 +30,14 @@ const char* FindText(StringId id)
         return "Add picture";
     case StringId::AddAllPictures:
         return "Add all pictures";
+    case StringId::LocateFolder:
+        return "Locate folder with pictures";
+    case StringId::ChooseFolderFromList:
+        return "Choose pictures folder from the list";
+    case StringId::PicturesWord:
+        return "pictures";
+    case StringId::PictureWord:
+        return "picture";
     case StringId::RotateClockwise:
         return "Rotate clockwise";
 
@@ -537,6 +545,27 @@ const char* FindText(StringId id)
         return "Show and hide elements of the page";
     case StringId::RecentProjectsTip:
         return "Recent projects";
+
+    case StringId::RecentFoldersName:
+        return "Recent folders";
+    case StringId::FolderHasNoPictures:
+        return "This folder has no pictures.";
+    case StringId::AllPicturesInGallery:
+        return "All pictures of this folder are in the gallery.";
+    case StringId::NoFolderChosen:
+        return "No folder";
+    case StringId::ChooseFolderAdvice:
+        return "Choose a folder with pictures by the button above.";
+    case StringId::FolderVanished:
+        return "This folder is not there:";
+    case StringId::FolderVanishedAdvice:
+        return "Its pictures come back here when it does: perhaps its disk or card is not connected.";
+    case StringId::FolderNotReadable:
+        return "You have no right to read this folder:";
+    case StringId::FolderNotReadableAdvice:
+        return "Ask its owner for the right, or choose another folder.";
+    case StringId::FolderNotShown:
+        return "The thumbnails of this folder could not be made:";
 
     case StringId::DeployWizardTitle:
         return "Deploy Wizard";

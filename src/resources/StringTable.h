@@ -19,7 +19,11 @@ enum class StringId : int {
     EditText = 159,
     AddPicture = 164,
     AddAllPictures = 170,
+    LocateFolder = 176,
+    ChooseFolderFromList = 177,
     RotateClockwise = 180,
+    PicturesWord = 191,
+    PictureWord = 242,
 
     UnexpectedErrorAdvice = 135,
     TemplateErrorCaption = 136,
@@ -277,6 +281,18 @@ enum class StringId : int {
     VisibilityCommand,
     VisibilityTip,
     RecentProjectsTip,
+
+    // Folder view.
+    RecentFoldersName = 21600,
+    FolderHasNoPictures,
+    AllPicturesInGallery,
+    NoFolderChosen,
+    ChooseFolderAdvice,
+    FolderVanished,
+    FolderVanishedAdvice,
+    FolderNotReadable,
+    FolderNotReadableAdvice,
+    FolderNotShown,
 
     // Deployment wizard.
     DeployWizardTitle = 21400,

@@ -67,6 +67,8 @@ public:
     void MovePointer(QPoint place);
     void Click(QPoint place);
     void Drag(QPoint from, QPoint to);
+    void PressMouse();
+    void ReleaseMouse();
 
     // --- The page of the pages view.
 
@@ -81,6 +83,9 @@ public:
 
     // Of the screen, or of the window of this title.
     void TakePicture(const QString& name, const QString& title = QString()) const;
+
+    // Of the browser control's remote debugging, for a look into other pages than that of the pages view.
+    quint16 GetDebugPort() const { return debugPort; }
 
     // Until the function answers true; false at the deadline.
     static bool WaitFor(const std::function<bool()>& condition);

@@ -64,6 +64,8 @@
       frame.presented = true;
       var places = keepsPlace && current ? scrollPlaces(current.contentDocument) : [];
       scrollTo(frame.contentDocument, places);
+      // A page that fills in only what is near the window does it now, not at the next frame.
+      frame.contentWindow.dispatchEvent(new Event("scroll"));
       Promise.race([decoded(frame), new Promise(function (done) { setTimeout(done, 1500); })]).then(function () {
         if (frame !== next) { return; }
         // Once more: the old page may have been scrolled meanwhile.

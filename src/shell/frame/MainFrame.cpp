@@ -6,6 +6,7 @@
 
 #include "common/Exceptions.h"
 #include "common/Trace.h"
+#include "shell/folder/ViewFolder.h"
 #include "shell/frame/CommandActions.h"
 #include "shell/frame/DlgAbout.h"
 #include "shell/frame/DroppedFiles.h"
@@ -69,12 +70,13 @@ void CMainFrame::CreateViews()
     };
     pagesView = new CViewPages({.notify = notify,
                                 .browser = browser,
-                                .deploy =
-                                    [this](CGalleryProject&) {
-                                        Deploy();
+                                .deploy = [this](CGalleryProject&) { Deploy(); },
+                                .addFromFolder =
+                                    [this](int32_t index) {
+                                        folderView->AddPictureAt(index);
                                     }},
                                this);
-    folderView = new CEmptyView(this);
+    folderView = new CViewFolder({.notify = notify, .browser = browser}, this);
     galleriesView = new CEmptyView(this);
     panes = std::make_unique<CFramePanes>(
         *this, CFramePanes::Views{.pages = pagesView, .galleries = galleriesView, .folder = folderView});
@@ -113,6 +115,7 @@ void CMainFrame::RegisterConsumers()
 {
     folderView->AddConsumer(*pagesView);
     folderView->AddConsumer(*folderView);
+    folderView->AddConsumer(*galleriesView);
     pagesView->AddConsumer(*folderView);
     pagesView->AddConsumer(*galleriesView);
     galleriesView->AddConsumer(*galleriesView);
@@ -235,7 +238,7 @@ void CMainFrame::OnNamedCommand(CommandId command)
     case CommandId::Ads:
         return OnEffectCommand(command);
     case CommandId::OpenFolder:
-        return;
+        return folderView->ChooseFolder();
     case CommandId::About:
         CDlgAbout(this).exec();
         return;

@@ -14,6 +14,7 @@ class CCommandActions;
 class CEmptyView;
 class CFramePanes;
 class CPictureDrop;
+class CViewFolder;
 class CViewPages;
 struct FrameMenus;
 
@@ -46,6 +47,7 @@ public:
 
     CGalleryProject& GetProject() { return project; }
     CViewPages& GetPagesView() { return *pagesView; }
+    CViewFolder& GetFolderView() { return *folderView; }
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -67,7 +69,7 @@ private:
     // In the order of their making; the widgets are owned by the window.
     CProjectEnvironment environment;
     CViewPages* pagesView = nullptr;
-    CEmptyView* folderView = nullptr;
+    CViewFolder* folderView = nullptr;
     CEmptyView* galleriesView = nullptr;
     CGalleryProject project;
     const QString commandLinePath;
