@@ -194,15 +194,13 @@ void MeasureFirstVisit(CBenchView& view, const QString& folder, double workers, 
 void MeasureStop(CBenchView& view, const QStringList& folders, const char* what)
 {
     double worst = 0;
-    for (int round = 0; round < stopRounds; ++round) {
+    view.Open(folders[0]);
+    for (int round = 1; round <= stopRounds; ++round) {
+        QTimer pause;
+        pause.setSingleShot(true);
+        pause.start(150 + 37 * round); // at different places of the work
+        RunUntil([&] { return !pause.isActive(); });
         view.Open(folders[round % folders.size()]);
-        RunUntil([&] { return !view.Get().IsLoaded(); });
-        QTimer later;
-        bool isOver = false;
-        QObject::connect(&later, &QTimer::timeout, [&] { isOver = true; });
-        later.start(50 + 37 * round); // at different places of the work
-        RunUntil([&] { return isOver; });
-        view.Open(folders[(round + 1) % folders.size()]);
         RunUntil([&] { return view.GetChangeTime() > 0; });
         worst = std::max(worst, view.GetChangeTime());
     }
