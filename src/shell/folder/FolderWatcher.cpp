@@ -1,6 +1,8 @@
 #include "shell/folder/FolderWatcher.h"
 
-#include "common/FileSystem.h"
+#include <sys/stat.h>
+
+#include <QFile>
 
 namespace {
 
@@ -9,6 +11,15 @@ using namespace std::chrono_literals;
 constexpr auto pauseLength = 250ms;
 constexpr auto searchInterval = 2s;
 constexpr int maximumFiles = 64;
+
+// Device and file number of what stands under the path; zeros for nothing.
+std::pair<uint64_t, uint64_t> IdentityOf(const QString& folder)
+{
+    struct stat status {};
+    const bool isThere = ::stat(QFile::encodeName(folder).constData(), &status) == 0;
+    return isThere ? std::pair<uint64_t, uint64_t>(status.st_dev, status.st_ino)
+                   : std::pair<uint64_t, uint64_t>();
+}
 
 } // namespace
 
@@ -39,7 +50,9 @@ void CFolderWatcher::Watch(const QString& newFolder)
     folder = newFolder;
     pause.stop();
     search.stop();
-    if (!folder.isEmpty() && !watcher.addPath(folder)) {
+    if (!folder.isEmpty()) {
+        watched = IdentityOf(folder);
+        watcher.addPath(folder);
         search.start();
     }
 }
@@ -56,7 +69,7 @@ void CFolderWatcher::WatchFiles(const QStringList& paths)
 
 void CFolderWatcher::LookForFolder()
 {
-    if (FolderExists(folder)) {
+    if (IdentityOf(folder) != watched) {
         search.stop();
         changed();
     }

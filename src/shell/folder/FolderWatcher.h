@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <utility>
 
 #include <QFileSystemWatcher>
 #include <QObject>
@@ -25,6 +27,9 @@ private:
     const std::function<void()> changed;
     QString folder;
     QFileSystemWatcher watcher;
-    QTimer pause;  // gathers changes
-    QTimer search; // for a folder that is gone
+    QTimer pause; // gathers changes
+    // Watching a folder does not tell when it is itself moved away, or comes back: it is looked at now and
+    // then.
+    QTimer search;
+    std::pair<uint64_t, uint64_t> watched;
 };
