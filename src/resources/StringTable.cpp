@@ -28,10 +28,20 @@ const char* FindText(StringId id)
         return "Edit text";
     case StringId::AddPicture:
         return "Add picture";
+    case StringId::InsertContentSection:
+        return "Insert content section";
+    case StringId::InsertChildSection:
+        return "Insert child section";
     case StringId::AddAllPictures:
         return "Add all pictures";
     case StringId::RotateClockwise:
         return "Rotate clockwise";
+    case StringId::GalleryTree:
+        return "Gallery tree";
+    case StringId::Sections:
+        return "sections";
+    case StringId::Section:
+        return "section";
 
     case StringId::UnexpectedErrorAdvice:
         return "Please send detailed information to customer support service.";

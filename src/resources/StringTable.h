@@ -18,8 +18,13 @@ enum class StringId : int {
     Delete = 157,
     EditText = 159,
     AddPicture = 164,
+    InsertContentSection = 166,
+    InsertChildSection = 167,
     AddAllPictures = 170,
     RotateClockwise = 180,
+    GalleryTree = 239,
+    Sections = 240,
+    Section = 241,
 
     UnexpectedErrorAdvice = 135,
     TemplateErrorCaption = 136,

@@ -22,6 +22,7 @@
 #include "shell/frame/RecentProjectsMenu.h"
 #include "shell/frame/StandardCommands.h"
 #include "shell/frame/WindowPlace.h"
+#include "shell/galleries/ViewGalleries.h"
 #include "shell/views/EmptyView.h"
 #include "shell/views/ViewPages.h"
 #include "shell/wizard/DeployGallery.h"
@@ -68,7 +69,15 @@ void CMainFrame::CreateViews()
                                     }},
                                this);
     folderView = new CEmptyView(this);
-    galleriesView = new CEmptyView(this);
+    galleriesView = new CViewGalleries(
+        {.notify = notify,
+         .browser = browser,
+         .addDropped = [this](const QStringList& paths, int32_t gallery) { AddDropped(paths, gallery); },
+         .tell =
+             [this](const CExceptionBase& failure) {
+                 ShowFailure(failure, this);
+             }},
+        this);
     panes = std::make_unique<CFramePanes>(
         *this, CFramePanes::Views{.pages = pagesView, .galleries = galleriesView, .folder = folderView});
     drop = new CPictureDrop(this, [this](const QStringList& paths) { AddDropped(paths); });
@@ -80,7 +89,9 @@ void CMainFrame::CreateViews()
 void CMainFrame::Deploy()
 {
     if (project.IsLoaded()) {
+        galleriesView->SetPaused(true);
         DeployGallery(project, *environment.settings, this);
+        galleriesView->SetPaused(false);
         Try([this] { SaveProject(); });
     }
 }
@@ -258,23 +269,16 @@ void CMainFrame::UpdateRecentProjectsMenus()
     pagesView->GetToolBar().SetRecentProjects(entries);
 }
 
-void CMainFrame::AddDropped(const QStringList& paths)
+void CMainFrame::AddDropped(const QStringList& paths, int32_t gallery)
 {
     const DroppedFiles files = SortDropped(paths);
     if (!files.project.isEmpty()) {
         Try([&] { SwitchProject(files.project); });
-        return;
+    } else if (CGallery* const target =
+                   project.FindGallery(gallery == -1 ? project.GetCurrentGalleryIndex() : gallery)) {
+        statusBar()->showMessage(Text(StringId::PicturesDropped, AddPictures(*target, files.pictures)));
+        UpdateViews(UpdateHint::PicturesAdded);
     }
-    CGallery* const gallery = project.GetCurrentGallery();
-    if (gallery == nullptr) {
-        return;
-    }
-    const int before = gallery->GetPictures().GetCount();
-    for (const QString& path : files.pictures) {
-        gallery->AddPicture(path);
-    }
-    statusBar()->showMessage(Text(StringId::PicturesDropped, gallery->GetPictures().GetCount() - before));
-    UpdateViews(UpdateHint::PicturesAdded);
 }
 
 void CMainFrame::OnViewChanged(ViewId view, UpdateHint hint, const UpdateParameter& parameter)

@@ -14,6 +14,7 @@ class CCommandActions;
 class CEmptyView;
 class CFramePanes;
 class CPictureDrop;
+class CViewGalleries;
 class CViewPages;
 struct FrameMenus;
 
@@ -51,14 +52,16 @@ public:
     // Saves the current project, opens the other one and enters it in the list. If it can't be read the
     // current project stays.
     void SwitchProject(const QString& path);
-    // Pictures, the pictures of folders, and projects, dropped on the window.
-    void AddDropped(const QStringList& paths);
+    // Pictures, the pictures of folders, and projects, dropped on the window or on the cover of a gallery;
+    // gallery -1 is the current one.
+    void AddDropped(const QStringList& paths, int32_t gallery = -1);
 
     // No project is saved when the window closes from now on: the program ends by a failure.
     void GiveUpSaving() { savesAtEnd = false; }
 
     CGalleryProject& GetProject() { return project; }
     CViewPages& GetPagesView() { return *pagesView; }
+    CViewGalleries& GetGalleriesView() { return *galleriesView; }
     const CRecentProjects& GetRecentProjects() const { return recentProjects; }
 
 protected:
@@ -86,7 +89,7 @@ private:
     CProjectEnvironment environment;
     CViewPages* pagesView = nullptr;
     CEmptyView* folderView = nullptr;
-    CEmptyView* galleriesView = nullptr;
+    CViewGalleries* galleriesView = nullptr;
     CGalleryProject project;
     const QString commandLinePath;
     CRecentProjects recentProjects;

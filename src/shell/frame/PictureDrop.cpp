@@ -32,8 +32,8 @@ bool CPictureDrop::eventFilter(QObject* watched, QEvent* event)
     case QEvent::DragMove:
     case QEvent::Drop: {
         auto* drop = static_cast<QDropEvent*>(event);
-        // What is dragged inside the program is the views' own matter.
-        if (drop->source() != nullptr) {
+        // What is dragged inside the program is the views' own matter, and some take files by themselves.
+        if (drop->source() != nullptr || watched->property(TakesDropsProperty).toBool()) {
             break;
         }
         const QStringList paths = DroppedPaths(*drop->mimeData());
