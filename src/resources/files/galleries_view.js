@@ -35,5 +35,8 @@ window.galleriesView = (function () {
     return lit ? lit.id.substring(3) : "";
   }
 
+  // A cover can't be taken away with the mouse; it is no picture of the galleries.
+  document.addEventListener("dragstart", function (event) { event.preventDefault(); });
+
   return { name: name, replace: replace, light: light };
 })();

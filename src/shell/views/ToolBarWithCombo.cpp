@@ -5,13 +5,14 @@
 #include <QToolButton>
 
 #include "shell/frame/Icons.h"
+#include "shell/views/DropDownButton.h"
 
 CToolBarWithCombo::CToolBarWithCombo(QWidget* parent) : CToolBarDescriptor(parent) {}
 
 QMenu* CToolBarWithCombo::AddDropDown(const Button& button)
 {
     auto* const label = new QLabel(button.text, this);
-    auto* const dropDown = new QToolButton(this);
+    auto* const dropDown = new CDropDownButton(this);
     auto* const menu = new QMenu(dropDown);
     dropDown->setObjectName(button.objectName);
     dropDown->setIcon(LoadIcon(button.icon));
