@@ -44,16 +44,16 @@ void CGalleryCellWriter::WriteTop(std::ostream& out, const Frame& frame) const
         GalleryCell::HasPrevious | GalleryCell::HasNext | GalleryCell::BeginsRow | GalleryCell::EndsRow;
     const std::string previous = frame.ColourIf(GalleryCell::HasPrevious);
     const std::string next = frame.ColourIf(GalleryCell::HasNext);
-    const auto corner = [&frame](int flag, int bitmap) {
-        return frame.Has(flag) ? " ><img width=9 src=\"" + frame.Bitmap(bitmap) + '"' : std::string();
+    const auto corner = [&frame](const std::string& bar, int flag, int bitmap) {
+        return bar.empty() && frame.Has(flag) ? " ><img width=9 src=\"" + frame.Bitmap(bitmap) + '"' : bar;
     };
     out << "<td width=" << size.width() << " bgcolor=#cbd5e4>";
     out << "<table cellpadding=0 cellspacing=0 border=0><tr height=4><td width=4 ";
     out << previous << "></td><td width=5 " << previous << "></td><td width=9 rowspan=2 ";
-    out << previous << corner(GalleryCell::BeginsRow, 271);
+    out << corner(previous, GalleryCell::BeginsRow, 271);
     out << " ></td><td rowspan=2 width=" << size.width() - 36;
     out << (frame.Has(anyFlag) ? ' ' + frame.colour : std::string());
-    out << " ></td><td rowspan=2 width=9 " << next << corner(GalleryCell::EndsRow, 272);
+    out << " ></td><td rowspan=2 width=9 " << corner(next, GalleryCell::EndsRow, 272);
     out << " ></td><td width=5 " << next << "></td><td width=4 " << next << "></td></tr>\n";
     out << "<tr height=5><td></td><td>";
     if (frame.Has(GalleryCell::HasPrevious)) {
