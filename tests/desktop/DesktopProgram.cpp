@@ -253,9 +253,19 @@ void CDesktopProgram::Click(QPoint place)
 void CDesktopProgram::Drag(QPoint from, QPoint to)
 {
     MovePointer(from);
-    RunTool({QStringLiteral("mousedown"), QStringLiteral("1")});
+    PressMouse();
     MovePointer((from + to) / 2);
     MovePointer(to);
+    ReleaseMouse();
+}
+
+void CDesktopProgram::PressMouse()
+{
+    RunTool({QStringLiteral("mousedown"), QStringLiteral("1")});
+}
+
+void CDesktopProgram::ReleaseMouse()
+{
     RunTool({QStringLiteral("mouseup"), QStringLiteral("1")});
 }
 

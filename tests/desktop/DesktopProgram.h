@@ -63,6 +63,8 @@ public:
     void MovePointer(QPoint place);
     void Click(QPoint place);
     void Drag(QPoint from, QPoint to);
+    void PressMouse();
+    void ReleaseMouse();
 
     // --- The page of the pages view.
 
@@ -76,6 +78,9 @@ public:
     void PressStripButton(const QString& elementExpression, const QString& tip);
 
     void TakePicture(const QString& name) const;
+
+    // Of the browser control's remote debugging, for a look into other pages than that of the pages view.
+    quint16 GetDebugPort() const { return debugPort; }
 
     // Until the function answers true; false at the deadline.
     static bool WaitFor(const std::function<bool()>& condition);

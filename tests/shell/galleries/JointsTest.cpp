@@ -262,7 +262,7 @@ TEST_F(Joints, ThePageFitsIntoTheView)
     for (const int parent : {0, 0, 0}) {
         window->AddChild(parent);
     }
-    for (const QSize size : {QSize(256, 290), QSize(341, 386), QSize(480, 541)}) {
+    for (const QSize size : {QSize(256, 290), QSize(341, 386), QSize(480, 447)}) {
         ShowAt(size, 0);
         EXPECT_TRUE(window
                         ->Ask(QStringLiteral("(e => e.scrollWidth <= innerWidth && e.scrollHeight <= "
