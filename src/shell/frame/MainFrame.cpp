@@ -53,11 +53,7 @@ CMainFrame::~CMainFrame()
 
 void CMainFrame::CreateViews()
 {
-    const CRegistrySettings settings(*environment.settings);
-    const CHTMLView::Options browser{
-        .settings = environment.settings,
-        .optionKeyPath = CRegistrySettings::GetKeyName() + QStringLiteral("/InternetExplorer"),
-        .allowContextMenu = settings.GetDWord(QStringLiteral("EnableExplorerPopupMenu")) != 0};
+    const CHTMLView::Options browser = ReadBrowserOptions(*environment.settings);
     const CViewNotification notify = [this](ViewId view, UpdateHint hint, const UpdateParameter& parameter) {
         OnViewChanged(view, hint, parameter);
     };
@@ -70,13 +66,10 @@ void CMainFrame::CreateViews()
                                this);
     folderView = new CEmptyView(this);
     galleriesView = new CViewGalleries(
-        {.notify = notify,
-         .browser = browser,
-         .addDropped = [this](const QStringList& paths, int32_t gallery) { AddDropped(paths, gallery); },
-         .tell =
-             [this](const CExceptionBase& failure) {
-                 ShowFailure(failure, this);
-             }},
+        {.addDropped = [this](const QStringList& paths, int32_t gallery) { AddDropped(paths, gallery); },
+         .tell = [this](const CExceptionBase& failure) { ShowFailure(failure, this); },
+         .notify = notify,
+         .browser = browser},
         this);
     panes = std::make_unique<CFramePanes>(
         *this, CFramePanes::Views{.pages = pagesView, .galleries = galleriesView, .folder = folderView});
@@ -262,11 +255,7 @@ void CMainFrame::AddRecentProject(const QString& path)
 void CMainFrame::UpdateRecentProjectsMenus()
 {
     UpdateRecentProjectsMenu(*menus->file, recentProjects, [this](int commandId) { OnCommand(commandId); });
-    std::vector<CViewPagesToolBar::RecentProject> entries;
-    for (const int position : recentProjects.GetOrderByName()) {
-        entries.push_back({ProjectNameOf(recentProjects.GetPaths()[position]), position});
-    }
-    pagesView->GetToolBar().SetRecentProjects(entries);
+    UpdateRecentProjectsMenu(pagesView->GetToolBar(), recentProjects);
 }
 
 void CMainFrame::AddDropped(const QStringList& paths, int32_t gallery)

@@ -26,7 +26,7 @@ namespace {
 using namespace std::chrono_literals;
 
 // So long the old page stays when pictures of the new one are missing.
-constexpr auto patienceForCovers = 400ms;
+constexpr auto patienceForCovers = 150ms;
 // A bar that is dragged changes the size with every pixel.
 constexpr auto pauseOfResizing = 60ms;
 

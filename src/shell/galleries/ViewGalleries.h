@@ -28,13 +28,13 @@ class CViewGalleries final : public QWidget,
                              public CContentURLLoader {
 public:
     struct Services {
-        CViewNotification notify; // the frame's way to UpdateProject
-        CHTMLView::Options browser;
         // Files were dropped on a gallery's cover; beside the covers gallery is that of the project at the
         // moment, CurrentGallery.
         std::function<void(const QStringList& paths, int32_t gallery)> addDropped;
         // Tells the person that a change was not possible.
         std::function<void(const CExceptionBase& failure)> tell;
+        CViewNotification notify; // the frame's way to UpdateProject
+        CHTMLView::Options browser;
     };
     static constexpr int32_t CurrentGallery = -1;
 

@@ -14,22 +14,19 @@ CGalleriesWindow::CGalleriesWindow(QSize size)
     fixture.WritePage(QStringLiteral("a"), QStringLiteral("index.html"), "<html><head></head></html>");
     fixture.WriteStyle(QStringLiteral("plain"));
     fixture.NewProject();
-    view = std::make_unique<CViewGalleries>(
-        CViewGalleries::Services{.notify =
-                                     [this](ViewId, UpdateHint hint, const UpdateParameter& parameter) {
-                                         notifications.push_back(hint);
-                                         view->UpdateProject(hint, parameter, GetProject());
-                                     },
-                                 .browser = {},
-                                 .addDropped =
-                                     [this](const QStringList& paths, int32_t gallery) {
-                                         droppedPaths = paths;
-                                         droppedOn = gallery;
-                                     },
-                                 .tell =
-                                     [this](const CExceptionBase& failure) {
-                                         told = failure.GetDescription();
-                                     }});
+    view = std::make_unique<CViewGalleries>(CViewGalleries::Services{
+        .addDropped =
+            [this](const QStringList& paths, int32_t gallery) {
+                droppedPaths = paths;
+                droppedOn = gallery;
+            },
+        .tell = [this](const CExceptionBase& failure) { told = failure.GetDescription(); },
+        .notify =
+            [this](ViewId, UpdateHint hint, const UpdateParameter& parameter) {
+                notifications.push_back(hint);
+                view->UpdateProject(hint, parameter, GetProject());
+            },
+        .browser = {}});
     view->AddConsumer(*view);
     view->AddConsumer(listener);
     GetPage().SetShownCallback([this] { ++shownCount; });
