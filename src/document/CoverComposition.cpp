@@ -11,6 +11,7 @@
 #include "effects/ImageEffectResize.h"
 #include "effects/ImageEffectRotate.h"
 #include "effects/ImageEffectSource.h"
+#include "resources/Resources.h"
 
 namespace {
 
@@ -93,6 +94,33 @@ bool Save(const CImage& image, const QString& path)
     return result.status == ImageSaveResult::Status::Saved;
 }
 
+// False if none of the pictures can be read; then the file means nothing.
+bool SaveComposed(const QString& path, const std::vector<CoverPicture>& pictures)
+{
+    std::vector<CImage> opened;
+    for (const CoverPicture& picture : pictures) {
+        opened.push_back(CImage::FromFile(picture.path));
+    }
+    const bool isSingle = pictures.size() == 1;
+    CImageEffectSource source(isSingle ? opened[0] : Composed(pictures, opened));
+    FinalChain(isSingle ? pictures[0].angle : 0).Apply(source);
+    // Decoding finds out which of them are readable.
+    return Save(source.GetImage(), path) && std::any_of(opened.begin(), opened.end(), IsReadable);
+}
+
+// In the format of path's extension.
+void SaveEmptyCover(const QString& path)
+{
+    const QByteArray empty = FindResource(QStringLiteral("new_gallery"), QStringLiteral("png"));
+    if (path.endsWith(QStringLiteral(".png"))) {
+        WriteFileAtomically(path, empty);
+        return;
+    }
+    const QString original = path + QStringLiteral(".png");
+    WriteFileAtomically(original, empty);
+    Save(CImage::FromFile(original), path);
+}
+
 } // namespace
 
 int32_t CountOfCoverPictures(int32_t pictureCount)
@@ -113,20 +141,9 @@ QString CoverFileName(int32_t galleryIndex, const std::vector<CoverPicture>& pic
                       QStringLiteral("_%1").arg(galleryIndex));
 }
 
-bool SaveCover(const QString& path, const std::vector<CoverPicture>& pictures)
+void SaveCover(const QString& path, const std::vector<CoverPicture>& pictures)
 {
-    std::vector<CImage> opened;
-    for (const CoverPicture& picture : pictures) {
-        opened.push_back(CImage::FromFile(picture.path));
+    if (pictures.empty() || !SaveComposed(path, pictures)) {
+        SaveEmptyCover(path);
     }
-    const bool isSingle = pictures.size() == 1;
-    CImageEffectSource source(isSingle ? opened[0] : Composed(pictures, opened));
-    FinalChain(isSingle ? pictures[0].angle : 0).Apply(source);
-    // Decoding finds out which of them are readable.
-    return Save(source.GetImage(), path) && std::any_of(opened.begin(), opened.end(), IsReadable);
-}
-
-void SaveCoverLike(const QString& path, const QString& from)
-{
-    Save(CImage::FromFile(from), path);
 }

@@ -21,10 +21,7 @@ int32_t CountOfCoverPictures(int32_t pictureCount);
 // the picture for one, after "vsm3.png" for more. No file is opened.
 QString CoverFileName(int32_t galleryIndex, const std::vector<CoverPicture>& pictures);
 
-// Composes the cover of 1, 2 or 4 pictures and writes it over what is there. A picture that can't be read
-// leaves its tile empty; if none can be read, the answer is false and the file means nothing. Throws
-// CUnexpectedException if the file can't be written.
-bool SaveCover(const QString& path, const std::vector<CoverPicture>& pictures);
-
-// The picture of a gallery without pictures, in the format of path's extension. from: a file of it.
-void SaveCoverLike(const QString& path, const QString& from);
+// Writes the cover over what is there. A picture that can't be read leaves its tile empty; if there are none,
+// or none that can be read, it is the picture of an empty gallery. Throws CExceptionBase if the file can't be
+// written. Knows nothing of any document: any thread may call it.
+void SaveCover(const QString& path, const std::vector<CoverPicture>& pictures);

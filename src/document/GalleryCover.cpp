@@ -1,14 +1,41 @@
 #include "document/GalleryCover.h"
 
+#include <atomic>
+#include <cstdio>
+
+#include <QFile>
+
 #include "common/FileSystem.h"
 #include "common/TempFolder.h"
-#include "document/CoverComposition.h"
 #include "document/Gallery.h"
 #include "document/GalleryPictureInfo.h"
 
+namespace {
+
+// Documents may live on several threads.
+int64_t NextRevision()
+{
+    static std::atomic<int64_t> last = 0;
+    return ++last;
+}
+
+} // namespace
+
+CGalleryCover::CGalleryCover(CGallery& gallery) : gallery(gallery), revision(NextRevision()) {}
+
 QString CGalleryCover::GetPath()
 {
-    // A list instead of recursion: a hand-made project may be a line of thousands of galleries.
+    const std::vector<CGallery*> unmade = ListUnmade();
+    for (auto next = unmade.rbegin(); next != unmade.rend(); ++next) {
+        (*next)->GetCover().Make();
+    }
+    return GetName();
+}
+
+// Each before those that it shows. A list instead of recursion: a hand-made project may be a line of
+// thousands of galleries.
+std::vector<CGallery*> CGalleryCover::ListUnmade()
+{
     std::vector<CGallery*> open;
     if (!isMade) {
         open.push_back(&gallery);
@@ -20,10 +47,30 @@ QString CGalleryCover::GetPath()
             }
         }
     }
-    for (auto next = open.rbegin(); next != open.rend(); ++next) {
-        (*next)->GetCover().Make();
+    return open;
+}
+
+CGallery* CGalleryCover::FindUnmade()
+{
+    const std::vector<CGallery*> unmade = ListUnmade();
+    return unmade.empty() ? nullptr : unmade.back();
+}
+
+CGalleryCover::Recipe CGalleryCover::HandOut()
+{
+    isHandedOut = true;
+    return {.revision = revision, .pictures = GetShownPictures()};
+}
+
+void CGalleryCover::Accept(int64_t recipeRevision, const QString& file)
+{
+    const QByteArray from = QFile::encodeName(file);
+    if (isMade || recipeRevision != revision ||
+        std::rename(from.constData(), QFile::encodeName(GetName()).constData()) != 0) {
+        std::remove(from.constData());
+        return;
     }
-    return GetName();
+    isMade = true;
 }
 
 QString CGalleryCover::GetName()
@@ -50,8 +97,8 @@ void CGalleryCover::Update(int32_t changedPosition)
     }
 }
 
-// False if nobody above needs to know: there is no other name, and pixels that were not made before are not
-// shown anywhere yet.
+// False if nobody above needs to know: there is no other name, and pixels that nobody has asked for before
+// are not shown anywhere yet.
 bool CGalleryCover::Choose()
 {
     if (isHeld) {
@@ -59,8 +106,10 @@ bool CGalleryCover::Choose()
     }
     shownCount = CountOfCoverPictures(gallery.GetPictures().GetCount());
     const QString newPath = PathOf(GetShownPictures());
-    const bool isNews = isMade || newPath != path;
+    const bool isNews = isMade || isHandedOut || newPath != path;
     path = newPath;
+    revision = NextRevision();
+    isHandedOut = false;
     // The same name can hide another picture: of two tiles that change places, or of one that is turned.
     isMade = false;
     return isNews;
@@ -134,13 +183,6 @@ void CGalleryCover::Make()
     if (isMade) {
         return;
     }
-    const std::vector<CoverPicture> pictures = GetShownPictures();
-    if (pictures.empty() || !SaveCover(GetName(), pictures)) {
-        const QString empty = gallery.GetManager().GetTempFolder().ExtractResource(
-            QStringLiteral("new_gallery"), QStringLiteral("png"), ExtractLastName(PathOf({})), true);
-        if (empty != GetName()) {
-            SaveCoverLike(GetName(), empty);
-        }
-    }
+    SaveCover(GetName(), GetShownPictures());
     isMade = true;
 }

@@ -28,6 +28,10 @@ const char* FindText(StringId id)
         return "Edit text";
     case StringId::AddPicture:
         return "Add picture";
+    case StringId::InsertContentSection:
+        return "Insert content section";
+    case StringId::InsertChildSection:
+        return "Insert child section";
     case StringId::AddAllPictures:
         return "Add all pictures";
     case StringId::LocateFolder:
@@ -40,6 +44,12 @@ const char* FindText(StringId id)
         return "picture";
     case StringId::RotateClockwise:
         return "Rotate clockwise";
+    case StringId::GalleryTree:
+        return "Gallery tree";
+    case StringId::Sections:
+        return "sections";
+    case StringId::Section:
+        return "section";
 
     case StringId::UnexpectedErrorAdvice:
         return "Please send detailed information to customer support service.";

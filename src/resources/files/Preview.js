@@ -107,7 +107,26 @@ var previewStrips = (function () {
       }
     }
     var width = imageSize * (group.strips.length - 1);
-    return { left: Math.max(0, Math.min(Math.max(left, 0), innerWidth - width)), top: Math.max(top, 0) };
+    var at = { left: Math.max(0, Math.min(Math.max(left, 0), innerWidth - width)), top: Math.max(top, 0) };
+    var middle = { left: rect.left + rect.width / 2, top: rect.top + rect.height / 2 };
+    var isCovered = middle.left >= at.left && middle.left < at.left + width &&
+      middle.top >= at.top && middle.top < at.top + imageSize;
+    return isCovered ? placeBeside(rect, at, width) : at;
+  }
+
+  // Over a small object the strip would leave no place to click. It overlaps the object by a pixel, so that the mouse
+  // finds no gap between them.
+  function placeBeside(rect, at, width) {
+    var places = [
+      { left: at.left, top: rect.top + 1 - imageSize },
+      { left: rect.right - 1, top: at.top },
+      { left: at.left, top: rect.bottom - 1 },
+      { left: rect.left + 1 - width, top: at.top }
+    ];
+    return places.find(function (place) {
+      return place.left >= 0 && place.top >= 0 && place.left + width <= innerWidth &&
+        place.top + imageSize <= innerHeight;
+    }) || at;
   }
 
   function shown(group) { return group.strips.find(isObjectVisible); }
@@ -223,6 +242,45 @@ var previewStrips = (function () {
     if (!objects.has(object)) { collect(); }
     return objects.get(object) || null;
   }
+
+  // By keyboard: the menu key or Shift+F10 opens the strip of what is in the focused link, the arrows go from button to
+  // button, Enter presses one and Escape closes the strip.
+  function openByKey() {
+    var focused = document.activeElement, edited = '[onmouseenter^="showMenu("]';
+    var object = !focused ? null : focused.matches(edited) ? focused : focused.querySelector(edited);
+    var group = object ? groupOfObject(object) : null;
+    open.forEach(close);
+    if (group) {
+      object.scrollIntoView({ block: "nearest" });
+      show(group);
+      light(group, 1);
+    }
+    return group;
+  }
+
+  function moveByKey(group, step) {
+    var buttons = group.strips.length - 1;
+    var lit = group.strips.indexOf(shown(group));
+    light(group, lit < 1 ? (step > 0 ? 1 : buttons) : (lit - 1 + step + buttons) % buttons + 1);
+  }
+
+  function pressByKey(group) {
+    var strip = shown(group);
+    close(group);
+    if (strip !== group.strips[0]) { strip.click(); }
+  }
+
+  document.addEventListener("keydown", function (event) {
+    var isMenuKey = event.key == "ContextMenu" || (event.key == "F10" && event.shiftKey);
+    var group = isMenuKey ? openByKey() : Array.from(open).pop();
+    if (!group || event.key == "Tab") { open.forEach(close); return; }
+    if (event.key == "ArrowRight" || event.key == "ArrowLeft") { moveByKey(group, event.key == "ArrowRight" ? 1 : -1); }
+    else if (event.key == "Enter") { pressByKey(group); }
+    else if (event.key == "Escape") { close(group); }
+    else if (!isMenuKey) { return; }
+    event.preventDefault();
+    event.stopPropagation();
+  }, true);
 
   document.addEventListener("mousemove", function (event) {
     var direct = event.target instanceof Element &&

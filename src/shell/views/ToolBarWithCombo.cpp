@@ -5,12 +5,13 @@
 #include <QToolButton>
 
 #include "shell/frame/Icons.h"
+#include "shell/views/DropDownButton.h"
 
 CToolBarWithCombo::CToolBarWithCombo(QWidget* parent) : CToolBarDescriptor(parent) {}
 
 QMenu* CToolBarWithCombo::AddDropDown(const Button& button, Label label)
 {
-    auto* const dropDown = new QToolButton(this);
+    auto* const dropDown = new CDropDownButton(this);
     auto* const menu = new QMenu(dropDown);
     dropDown->setObjectName(button.objectName);
     dropDown->setIcon(LoadIcon(button.icon));
