@@ -87,9 +87,6 @@ public:
     // Of the browser control's remote debugging, for a look into other pages than that of the pages view.
     quint16 GetDebugPort() const { return debugPort; }
 
-    // Of the browser control's remote debugging, for a look into other pages than that of the pages view.
-    quint16 GetDebugPort() const { return debugPort; }
-
     // Until the function answers true; false at the deadline.
     static bool WaitFor(const std::function<bool()>& condition);
 

@@ -241,10 +241,9 @@ TEST_F(Strips, OfOnePictureGiveWayToThoseOfTheNext)
 
 TEST_F(Strips, OfATextEditThatText)
 {
-    Show(
-        "",
-        "<h1><%textspan property=\"gallery.title\" default=\"Some <b>title</b>\" name=\"Title\"%></h1>"
-        "<p><%textspan property=\"gallery.title\" default=\"again and again\" name=\"Again\" multiline=\"true\"%></p>");
+    Show("", "<h1><%textspan property=\"gallery.title\" default=\"Some <b>title</b>\" name=\"Title\"%></h1>"
+             "<p><%textspan property=\"gallery.title\" default=\"again and again\" name=\"Again\" "
+             "multiline=\"true\"%></p>");
     // One property twice: two groups share the id, and each is at its own place.
     for (const int span : {0, 1}) {
         const QString rect =
