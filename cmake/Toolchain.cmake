@@ -18,6 +18,10 @@ endif()
 
 add_compile_options(-Wall -Wextra -Werror)
 
+# What Debian asks of programs: all symbols bound at the start and read-only from then on, checked copies in libc.
+add_link_options(-Wl,-z,relro,-z,now)
+add_compile_definitions($<$<CONFIG:Release>:_FORTIFY_SOURCE=2>)
+
 set(VISTORAMA_FUZZ FALSE CACHE BOOL "Build the fuzz targets as fuzzers; needs clang")
 if(VISTORAMA_FUZZ)
     add_compile_options(-fsanitize=fuzzer-no-link)

@@ -9,7 +9,8 @@ namespace {
 
 const char definition[] = R"(<template name="Plain" folder="Plain" group="standard">)"
                           R"(<page file="index.html"/><page file="picture.html" multipage="1"/></template>)";
-const char indexPage[] = R"(<html><%pageheader%><%picture id="a" width="10" height="10"%></html>)";
+const char indexPage[] =
+    R"(<html><%pageheader%><%picture id="a" width="10" height="10" href="picture.html"%></html>)";
 const char picturePage[] =
     R"(<html><%pageheader%><%picture id="a" width="20" height="20" href="index.html"%></html>)";
 

@@ -33,11 +33,13 @@ install_node_packages() {
     fi
 }
 
-# Configures once and builds what has changed, under the named preset. Speaks only while there is work to do.
+# Configures once and builds what has changed, under the named preset: all, or the targets that follow. Speaks only
+# while there is work to do.
 build() {
     local preset=$1
+    shift
     if [ ! -f "build/$preset/build.ninja" ]; then
         cmake --preset "$preset" >&2
     fi
-    cmake --build --preset "$preset" >&2
+    cmake --build --preset "$preset" ${1:+--target "$@"} >&2
 }

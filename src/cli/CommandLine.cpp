@@ -12,6 +12,7 @@
 #include "cli/NewCommand.h"
 #include "cli/ServerAddress.h"
 #include "common/FileSystem.h"
+#include "common/ProgramIdentity.h"
 #include "common/Text.h"
 
 namespace {
@@ -70,7 +71,7 @@ int RunCommand(const QStringList& arguments)
         return ExitDone;
     }
     if (name == QStringLiteral("--version")) {
-        PrintOut(QStringLiteral("vistorama-cli " VISTORAMA_VERSION "\n"));
+        PrintOut(QStringLiteral("vistorama-cli %1\n").arg(GetProgramVersion()));
         return ExitDone;
     }
     return FindCommand(name)(arguments.mid(1));

@@ -55,6 +55,24 @@ void MarkUsed(const QString& file)
 
 CCoverCache::CCoverCache(const Options& options) : options(options) {}
 
+QByteArray CCoverCache::MakeCover(const QString& path, const std::vector<CoverPicture>& pictures)
+{
+    const QByteArray key = KeyOf(path, pictures);
+    if (pictures.empty()) {
+        // Not worth a file, but covers that show it are.
+        SaveCover(path, pictures);
+        return key;
+    }
+    if (Restore(key, path)) {
+        return key;
+    }
+    if (SaveCover(path, pictures) != CoverState::Whole) {
+        return QByteArray(); // what can't be read now may be readable later on
+    }
+    Keep(key, path);
+    return key;
+}
+
 QByteArray CCoverCache::KeyOf(const QString& path, const std::vector<CoverPicture>& pictures) const
 {
     QByteArray bytes;

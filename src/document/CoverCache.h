@@ -24,6 +24,11 @@ public:
 
     explicit CCoverCache(const Options& options);
 
+    // Writes the cover to the path: as it was kept, or composed by SaveCover, and kept then. Returns its key;
+    // null if it can't be kept, because a picture of it is damaged or may have changed meanwhile. Throws what
+    // SaveCover throws.
+    QByteArray MakeCover(const QString& path, const std::vector<CoverPicture>& pictures);
+
     // Of a cover of 0, 1, 2 or 4 pictures at that path. To be asked for before the first picture is opened: a
     // change that comes later then has another key. Null if a picture can't be read or is restless, or shows
     // a cover that has no key.

@@ -11,6 +11,7 @@
 #include "effects/ImageEffectResize.h"
 #include "effects/ImageEffectRotate.h"
 #include "effects/ImageEffectSource.h"
+#include "resources/Resources.h"
 
 namespace {
 
@@ -104,6 +105,33 @@ bool Save(const CImage& image, const QString& path)
     return result.status == ImageSaveResult::Status::Saved;
 }
 
+// If none of the pictures can be read the file means nothing.
+CoverState SaveComposed(const QString& path, const std::vector<CoverPicture>& pictures)
+{
+    std::vector<CImage> opened;
+    for (const CoverPicture& picture : pictures) {
+        opened.push_back(CImage::FromFile(picture.path));
+    }
+    const bool isSingle = pictures.size() == 1;
+    CImageEffectSource source(isSingle ? opened[0] : Composed(pictures, opened));
+    FinalChain(isSingle ? pictures[0].angle : 0).Apply(source);
+    // Decoding finds out which of them are readable.
+    return Save(source.GetImage(), path) ? StateOf(opened) : CoverState::Nothing;
+}
+
+// In the format of path's extension.
+void SaveEmptyCover(const QString& path)
+{
+    const QByteArray empty = FindResource(QStringLiteral("new_gallery"), QStringLiteral("png"));
+    if (path.endsWith(QStringLiteral(".png"))) {
+        WriteFileAtomically(path, empty);
+        return;
+    }
+    const QString original = path + QStringLiteral(".png");
+    WriteFileAtomically(original, empty);
+    Save(CImage::FromFile(original), path);
+}
+
 } // namespace
 
 int32_t CountOfCoverPictures(int32_t pictureCount)
@@ -126,18 +154,9 @@ QString CoverFileName(int32_t galleryIndex, const std::vector<CoverPicture>& pic
 
 CoverState SaveCover(const QString& path, const std::vector<CoverPicture>& pictures)
 {
-    std::vector<CImage> opened;
-    for (const CoverPicture& picture : pictures) {
-        opened.push_back(CImage::FromFile(picture.path));
+    const CoverState state = pictures.empty() ? CoverState::Nothing : SaveComposed(path, pictures);
+    if (state == CoverState::Nothing) {
+        SaveEmptyCover(path);
     }
-    const bool isSingle = pictures.size() == 1;
-    CImageEffectSource source(isSingle ? opened[0] : Composed(pictures, opened));
-    FinalChain(isSingle ? pictures[0].angle : 0).Apply(source);
-    // Decoding finds out which of them are readable.
-    return Save(source.GetImage(), path) ? StateOf(opened) : CoverState::Nothing;
-}
-
-void SaveCoverLike(const QString& path, const QString& from)
-{
-    Save(CImage::FromFile(from), path);
+    return state;
 }

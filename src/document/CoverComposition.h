@@ -28,12 +28,9 @@ QString CoverFileName(int32_t galleryIndex, const std::vector<CoverPicture>& pic
 enum class CoverState {
     Whole,   // shows all its pictures
     InPart,  // a picture could not be read, at least not as a whole, and leaves its tile empty or damaged
-    Nothing, // none could be read, and the file means nothing
+    Nothing, // there are none, or none could be read: the file is the picture of an empty gallery
 };
 
-// Composes the cover of 1, 2 or 4 pictures and writes it over what is there. Throws CUnexpectedException if
-// the file can't be written.
+// Composes the cover and writes it over what is there. Throws CExceptionBase if the file can't be written.
+// Knows nothing of any document: any thread may call it.
 CoverState SaveCover(const QString& path, const std::vector<CoverPicture>& pictures);
-
-// The picture of a gallery without pictures, in the format of path's extension. from: a file of it.
-void SaveCoverLike(const QString& path, const QString& from);

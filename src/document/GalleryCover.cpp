@@ -1,14 +1,30 @@
 #include "document/GalleryCover.h"
 
+#include <atomic>
+#include <cstdio>
 #include <map>
+
+#include <QFile>
 
 #include "common/AllCores.h"
 #include "common/FileSystem.h"
 #include "common/TempFolder.h"
 #include "document/CoverCache.h"
-#include "document/CoverComposition.h"
 #include "document/Gallery.h"
 #include "document/GalleryPictureInfo.h"
+
+namespace {
+
+// Documents may live on several threads.
+int64_t NextRevision()
+{
+    static std::atomic<int64_t> last = 0;
+    return ++last;
+}
+
+} // namespace
+
+CGalleryCover::CGalleryCover(CGallery& gallery) : gallery(gallery), revision(NextRevision()) {}
 
 QString CGalleryCover::GetPath()
 {
@@ -16,6 +32,30 @@ QString CGalleryCover::GetPath()
         MakeAll({&gallery});
     }
     return GetName();
+}
+
+CGallery* CGalleryCover::FindUnmade()
+{
+    const std::vector<std::vector<CGallery*>> waves = WavesOf({&gallery});
+    return waves.empty() ? nullptr : waves.front().front();
+}
+
+CGalleryCover::Recipe CGalleryCover::HandOut()
+{
+    isHandedOut = true;
+    return {.revision = revision, .pictures = GetShownPictures()};
+}
+
+void CGalleryCover::Accept(int64_t recipeRevision, const MadeCover& cover)
+{
+    const QByteArray from = QFile::encodeName(cover.file);
+    if (isMade || recipeRevision != revision ||
+        std::rename(from.constData(), QFile::encodeName(GetName()).constData()) != 0) {
+        std::remove(from.constData());
+        return;
+    }
+    key = cover.key;
+    isMade = true;
 }
 
 // The threads see a document that nobody changes meanwhile: the caller waits for them.
@@ -95,8 +135,8 @@ void CGalleryCover::Update(int32_t changedPosition)
     }
 }
 
-// False if nobody above needs to know: there is no other name, and pixels that were not made before are not
-// shown anywhere yet.
+// False if nobody above needs to know: there is no other name, and pixels that nobody has asked for before
+// are not shown anywhere yet.
 bool CGalleryCover::Choose()
 {
     if (isHeld) {
@@ -104,8 +144,10 @@ bool CGalleryCover::Choose()
     }
     shownCount = CountOfCoverPictures(gallery.GetPictures().GetCount());
     const QString newPath = PathOf(GetShownPictures());
-    const bool isNews = isMade || newPath != path;
+    const bool isNews = isMade || isHandedOut || newPath != path;
     path = newPath;
+    revision = NextRevision();
+    isHandedOut = false;
     // The same name can hide another picture: of two tiles that change places, or of one that is turned.
     isMade = false;
     return isNews;
@@ -184,30 +226,6 @@ void CGalleryCover::Make()
     if (isMade) {
         return;
     }
-    const std::vector<CoverPicture> pictures = GetShownPictures();
-    const CCoverCache& cache = gallery.GetManager().GetCoverCache();
-    key = cache.KeyOf(path, pictures);
-    if (pictures.empty() || !cache.Restore(key, path)) {
-        Compose(pictures);
-    }
+    key = gallery.GetManager().GetCoverCache().MakeCover(GetName(), GetShownPictures());
     isMade = true;
-}
-
-void CGalleryCover::Compose(const std::vector<CoverPicture>& pictures)
-{
-    const CoverState state = pictures.empty() ? CoverState::Nothing : SaveCover(path, pictures);
-    if (state == CoverState::Whole) {
-        gallery.GetManager().GetCoverCache().Keep(key, path);
-        return;
-    }
-    if (!pictures.empty()) {
-        key = QByteArray(); // it may be readable later on
-    }
-    if (state == CoverState::Nothing) {
-        const QString empty = gallery.GetManager().GetTempFolder().ExtractResource(
-            QStringLiteral("new_gallery"), QStringLiteral("png"), ExtractLastName(PathOf({})), true);
-        if (empty != path) {
-            SaveCoverLike(path, empty);
-        }
-    }
 }

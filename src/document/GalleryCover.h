@@ -6,7 +6,8 @@
 #include <QByteArray>
 #include <QString>
 
-struct CoverPicture;
+#include "document/CoverComposition.h"
+
 class CGallery;
 class CPictureInfo;
 
@@ -18,7 +19,7 @@ public:
     // As many pictures can show.
     static constexpr int32_t PictureCount = 4;
 
-    explicit CGalleryCover(CGallery& gallery) : gallery(gallery) {}
+    explicit CGalleryCover(CGallery& gallery);
     CGalleryCover(const CGalleryCover&) = delete;
     CGalleryCover& operator=(const CGalleryCover&) = delete;
 
@@ -32,6 +33,27 @@ public:
 
     // The same path, with no file made.
     QString GetName();
+
+    // --- For making the file on another thread, from values that no longer know the document.
+
+    // What the cover shows at the moment; it stays so for as long as the revision does. No two covers of a
+    // run ever have the same revision.
+    struct Recipe {
+        int64_t revision = 0;
+        std::vector<CoverPicture> pictures;
+    };
+    // The first cover that has to be made before this one can be, or this one; null if its file is there.
+    CGallery* FindUnmade();
+    Recipe HandOut();
+    // A file that CCoverCache::MakeCover has written, and what it has answered.
+    struct MadeCover {
+        QString file;
+        QByteArray key;
+    };
+    // Moves the file, of the same folder and with the same extension, to its place. It is removed if the
+    // cover has changed since its recipe was handed out, or has been made meanwhile.
+    void Accept(int64_t recipeRevision, const MadeCover& cover);
+    int64_t GetRevision() const { return revision; }
 
     // Behind a change of the gallery's content at that position: chooses name and pictures anew, and likewise
     // in all galleries above that show this one.
@@ -54,12 +76,13 @@ private:
     static std::vector<std::vector<CGallery*>> WavesOf(const std::vector<CGallery*>& galleries);
     QString PathOf(const std::vector<CoverPicture>& pictures) const;
     void Make();
-    void Compose(const std::vector<CoverPicture>& pictures);
 
     CGallery& gallery;
+    int64_t revision;
     QString path;           // empty until first asked for
     int32_t shownCount = 0; // pictures from the gallery's front
     QByteArray key;         // what the file that was made is kept under between runs; null for none
     bool isMade = false;
+    bool isHandedOut = false; // its recipe, since it was chosen
     bool isHeld = false;
 };

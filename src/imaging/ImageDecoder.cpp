@@ -18,6 +18,7 @@
 #include "common/FileSystem.h"
 #include "common/Text.h"
 #include "imaging/ColourConversion.h"
+#include "imaging/DecodingStop.h"
 #include "imaging/ImageNode.h"
 #include "imaging/JpegDecoder.h"
 #include "imaging/Resampler.h"
@@ -225,6 +226,7 @@ Rows ReadRows(const VImage& image)
     const std::unique_ptr<VipsRegion, decltype(&g_object_unref)> region(vips_region_new(image.get_image()),
                                                                         &g_object_unref);
     for (int top = 0; top < image.height() && !rows.isCutOff; top += stripHeight) {
+        CDecodingStop::ThrowIfWanted();
         const VipsRect area{0, top, image.width(), std::min(stripHeight, image.height() - top)};
         rows.isCutOff = vips_region_prepare(region.get(), &area) != 0;
         for (int y = top; y < top + area.height && !rows.isCutOff; ++y) {

@@ -9,6 +9,7 @@
 #include <jerror.h>
 #include <jpeglib.h>
 
+#include "imaging/DecodingStop.h"
 #include "imaging/ImageNode.h"
 #include "resources/StringTable.h"
 
@@ -77,7 +78,7 @@ public:
         info.scale_num = 1;
         info.scale_denom = static_cast<unsigned int>(shrink);
         info.out_color_space = OutputSpace();
-        progress.progress_monitor = LimitScans;
+        progress.progress_monitor = WatchProgress;
         info.progress = &progress;
         jpeg_start_decompress(&info);
         return true;
@@ -168,9 +169,10 @@ private:
         }
     }
 
-    static void LimitScans(j_common_ptr common)
+    // Called for each row, and for each row of blocks while the scans of a progressive file are gathered.
+    static void WatchProgress(j_common_ptr common)
     {
-        if (RunOf(common).info.input_scan_number > maximumScans) {
+        if (RunOf(common).info.input_scan_number > maximumScans || CDecodingStop::IsWanted()) {
             LeaveByJump(common);
         }
     }
@@ -319,6 +321,7 @@ bool ReadRows(CJpegRun& run, CRowStore& store)
     while (!store.IsFull() && run.ReadRow(store.GetPlace())) {
         store.TakeRow();
     }
+    CDecodingStop::ThrowIfWanted();
     const bool isFull = store.IsFull();
     if (isFull) {
         run.Finish();
@@ -345,6 +348,7 @@ JpegPicture DecodeJpeg(const CFileBytes& file, int shrink, CJpegRowTaker* taker)
             }
             return store.Finish(isWhole);
         }
+        CDecodingStop::ThrowIfWanted();
         // A progressive file is read to its end before the first row comes. The scans before a fatal error
         // are good: the file is taken to end there, at the marker before it.
         length = file.FindLast(0xff, run.GetPosition()).value_or(0);

@@ -28,10 +28,28 @@ const char* FindText(StringId id)
         return "Edit text";
     case StringId::AddPicture:
         return "Add picture";
+    case StringId::InsertContentSection:
+        return "Insert content section";
+    case StringId::InsertChildSection:
+        return "Insert child section";
     case StringId::AddAllPictures:
         return "Add all pictures";
+    case StringId::LocateFolder:
+        return "Locate folder with pictures";
+    case StringId::ChooseFolderFromList:
+        return "Choose pictures folder from the list";
+    case StringId::PicturesWord:
+        return "pictures";
+    case StringId::PictureWord:
+        return "picture";
     case StringId::RotateClockwise:
         return "Rotate clockwise";
+    case StringId::GalleryTree:
+        return "Gallery tree";
+    case StringId::Sections:
+        return "sections";
+    case StringId::Section:
+        return "section";
 
     case StringId::UnexpectedErrorAdvice:
         return "Please send detailed information to customer support service.";
@@ -461,6 +479,12 @@ const char* FindText(StringId id)
                "you want to change, and deploy the site to a folder or to a server.";
     case StringId::NoDisplay:
         return "There is no display: neither DISPLAY nor WAYLAND_DISPLAY is set.\n";
+    case StringId::DesktopUsage:
+        return "Usage:\n"
+               "  vistorama [PROJECT.gallery]\n"
+               "  vistorama --help | --version\n"
+               "Without a project it opens the one that was open last. vistorama-cli does the same work "
+               "without a display.\n";
     case StringId::FailureTitle:
         return "Vistorama: please note";
     case StringId::ReadOnlyProject:
@@ -531,6 +555,27 @@ const char* FindText(StringId id)
         return "Show and hide elements of the page";
     case StringId::RecentProjectsTip:
         return "Recent projects";
+
+    case StringId::RecentFoldersName:
+        return "Recent folders";
+    case StringId::FolderHasNoPictures:
+        return "This folder has no pictures.";
+    case StringId::AllPicturesInGallery:
+        return "All pictures of this folder are in the gallery.";
+    case StringId::NoFolderChosen:
+        return "No folder";
+    case StringId::ChooseFolderAdvice:
+        return "Choose a folder with pictures by the button above.";
+    case StringId::FolderVanished:
+        return "This folder is not there:";
+    case StringId::FolderVanishedAdvice:
+        return "Its pictures come back here when it does: perhaps its disk or card is not connected.";
+    case StringId::FolderNotReadable:
+        return "You have no right to read this folder:";
+    case StringId::FolderNotReadableAdvice:
+        return "Ask its owner for the right, or choose another folder.";
+    case StringId::FolderNotShown:
+        return "The thumbnails of this folder could not be made:";
 
     case StringId::DeployWizardTitle:
         return "Deploy Wizard";

@@ -260,9 +260,19 @@ void CDesktopProgram::Click(QPoint place)
 void CDesktopProgram::Drag(QPoint from, QPoint to)
 {
     MovePointer(from);
-    RunTool({QStringLiteral("mousedown"), QStringLiteral("1")});
+    PressMouse();
     MovePointer((from + to) / 2);
     MovePointer(to);
+    ReleaseMouse();
+}
+
+void CDesktopProgram::PressMouse()
+{
+    RunTool({QStringLiteral("mousedown"), QStringLiteral("1")});
+}
+
+void CDesktopProgram::ReleaseMouse()
+{
     RunTool({QStringLiteral("mouseup"), QStringLiteral("1")});
 }
 
@@ -360,7 +370,8 @@ void CDesktopProgram::PressStripButton(const QString& elementExpression, const Q
     Click(button);
 }
 
-void CDesktopProgram::TakePicture(const QString& name) const
+void CDesktopProgram::TakePicture(const QString& name, const QString& title) const
 {
-    EXPECT_TRUE(display.TakePicture(QStringLiteral(SCREENSHOT_FOLDER "/%1.png").arg(name)));
+    const QString window = title.isEmpty() ? QStringLiteral("root") : FindWindows(title).value(0);
+    EXPECT_TRUE(display.TakePicture(QStringLiteral(SCREENSHOT_FOLDER "/%1.png").arg(name), window));
 }

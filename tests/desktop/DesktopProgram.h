@@ -55,6 +55,8 @@ public:
     bool WaitForWindow(const QString& title);
     bool WaitForWindowGone(const QString& title);
     QString GetTitle();
+    // All that the program shows: open menus are windows as well.
+    qsizetype CountWindows() const { return FindAllWindows().size(); }
     // Gives the keyboard to the window.
     void FocusWindow(const QString& title);
     // The one on top.
@@ -65,6 +67,8 @@ public:
     void MovePointer(QPoint place);
     void Click(QPoint place);
     void Drag(QPoint from, QPoint to);
+    void PressMouse();
+    void ReleaseMouse();
 
     // --- The page of the pages view.
 
@@ -77,7 +81,11 @@ public:
     // Points at an element and presses a button of the strip that comes up, by its tooltip.
     void PressStripButton(const QString& elementExpression, const QString& tip);
 
-    void TakePicture(const QString& name) const;
+    // Of the screen, or of the window of this title.
+    void TakePicture(const QString& name, const QString& title = QString()) const;
+
+    // Of the browser control's remote debugging, for a look into other pages than that of the pages view.
+    quint16 GetDebugPort() const { return debugPort; }
 
     // Until the function answers true; false at the deadline.
     static bool WaitFor(const std::function<bool()>& condition);

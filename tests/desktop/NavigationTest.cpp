@@ -50,6 +50,18 @@ TEST(Navigation, LinksLeadThroughThePagesOfAGallery)
     program.ClickElement(QStringLiteral("document.querySelector('figure:not(.album) a')"));
     ASSERT_TRUE(program.WaitInPage(QStringLiteral("!document.querySelector('h1') || "
                                                   "document.querySelector('h1').innerText != 'Wide Open'")));
+    // From picture to picture.
+    const QString picture =
+        program.InPage(QStringLiteral("document.querySelector('main figure img[onmouseenter]').alt"))
+            .toString();
+    program.ClickElement(QStringLiteral("document.querySelector('a[rel=next]')"));
+    ASSERT_TRUE(program.WaitInPage(
+        QStringLiteral("document.querySelector('a.overview') != null && "
+                       "document.querySelector('main figure img[onmouseenter]').alt != '%1'")
+            .arg(picture)));
+    program.ClickElement(QStringLiteral("document.querySelector('a[rel=prev]')"));
+    ASSERT_TRUE(program.WaitInPage(
+        QStringLiteral("document.querySelector('main figure img[onmouseenter]').alt == '%1'").arg(picture)));
     program.ClickElement(QStringLiteral("document.querySelector('a.overview')"));
     ASSERT_TRUE(program.WaitInPage(Heading("Wide Open")));
     EXPECT_EQ(program.Terminate(), 0);

@@ -29,12 +29,11 @@ CVirtualDisplay::~CVirtualDisplay()
     server.waitForFinished();
 }
 
-bool CVirtualDisplay::TakePicture(const QString& path) const
+bool CVirtualDisplay::TakePicture(const QString& path, const QString& window) const
 {
     QDir().mkpath(QFileInfo(path).path());
-    return QProcess::execute(QStringLiteral("import"),
-                             {QStringLiteral("-display"), QString::fromLatin1(name),
-                              QStringLiteral("-window"), QStringLiteral("root"), path}) == 0;
+    return QProcess::execute(QStringLiteral("import"), {QStringLiteral("-display"), QString::fromLatin1(name),
+                                                        QStringLiteral("-window"), window, path}) == 0;
 }
 
 void PutDisplayIntoEnvironment(const QByteArray& displayName)

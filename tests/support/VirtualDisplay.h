@@ -17,8 +17,8 @@ public:
 
     QSize GetSize() const { return size; }
 
-    // The whole screen as a PNG file. False if it could not be taken.
-    bool TakePicture(const QString& path) const;
+    // The whole screen, or the window of this number, as a PNG file. False if it could not be taken.
+    bool TakePicture(const QString& path, const QString& window = QStringLiteral("root")) const;
 
 private:
     const QSize size;

@@ -23,7 +23,9 @@ function activateMenu(menu) {
 
 var previewStrips = (function () {
   var selector = 'img[id$="_menu"][onmousemove^="activateMenu"]';
-  var groups = new Map(); // by strip
+  // The page may take rows out and put them in again: what has gone is not held on to.
+  var groups = new WeakMap();  // by strip
+  var objects = new WeakMap(); // groups by object
   var open = new Set();   // the groups that are on the screen
 
   // The layout's own rules for images are not for the strips.
@@ -47,6 +49,7 @@ var previewStrips = (function () {
       if (groups.has(strip)) { return; }
       if (!strip.hasAttribute("onclick") || !group || group.strips[0].id != strip.id) {
         group = { strips: [], object: objectBehind(strip) };
+        if (group.object && !objects.has(group.object)) { objects.set(group.object, group); }
       }
       group.strips.push(strip);
       groups.set(strip, group);
@@ -104,7 +107,26 @@ var previewStrips = (function () {
       }
     }
     var width = imageSize * (group.strips.length - 1);
-    return { left: Math.max(0, Math.min(Math.max(left, 0), innerWidth - width)), top: Math.max(top, 0) };
+    var at = { left: Math.max(0, Math.min(Math.max(left, 0), innerWidth - width)), top: Math.max(top, 0) };
+    var middle = { left: rect.left + rect.width / 2, top: rect.top + rect.height / 2 };
+    var isCovered = middle.left >= at.left && middle.left < at.left + width &&
+      middle.top >= at.top && middle.top < at.top + imageSize;
+    return isCovered ? placeBeside(rect, at, width) : at;
+  }
+
+  // Over a small object the strip would leave no place to click. It overlaps the object by a pixel, so that the mouse
+  // finds no gap between them.
+  function placeBeside(rect, at, width) {
+    var places = [
+      { left: at.left, top: rect.top + 1 - imageSize },
+      { left: rect.right - 1, top: at.top },
+      { left: at.left, top: rect.bottom - 1 },
+      { left: rect.left + 1 - width, top: at.top }
+    ];
+    return places.find(function (place) {
+      return place.left >= 0 && place.top >= 0 && place.left + width <= innerWidth &&
+        place.top + imageSize <= innerHeight;
+    }) || at;
   }
 
   function shown(group) { return group.strips.find(isObjectVisible); }
@@ -217,12 +239,48 @@ var previewStrips = (function () {
   }
 
   function groupOfObject(object) {
-    collect();
-    var found = null;
-    groups.forEach(function (group) { if (group.object === object) { found = group; } });
-    return found;
+    if (!objects.has(object)) { collect(); }
+    return objects.get(object) || null;
   }
 
+  // By keyboard: the menu key or Shift+F10 opens the strip of what is in the focused link, the arrows go from button to
+  // button, Enter presses one and Escape closes the strip.
+  function openByKey() {
+    var focused = document.activeElement, edited = '[onmouseenter^="showMenu("]';
+    var object = !focused ? null : focused.matches(edited) ? focused : focused.querySelector(edited);
+    var group = object ? groupOfObject(object) : null;
+    open.forEach(close);
+    if (group) {
+      object.scrollIntoView({ block: "nearest" });
+      show(group);
+      light(group, 1);
+    }
+    return group;
+  }
+
+  function moveByKey(group, step) {
+    var buttons = group.strips.length - 1;
+    var lit = group.strips.indexOf(shown(group));
+    light(group, lit < 1 ? (step > 0 ? 1 : buttons) : (lit - 1 + step + buttons) % buttons + 1);
+  }
+
+  function pressByKey(group) {
+    var strip = shown(group);
+    close(group);
+    if (strip !== group.strips[0]) { strip.click(); }
+  }
+
+  document.addEventListener("keydown", function (event) {
+    var isMenuKey = event.key == "ContextMenu" || (event.key == "F10" && event.shiftKey);
+    var group = isMenuKey ? openByKey() : Array.from(open).pop();
+    if (!group || event.key == "Tab") { open.forEach(close); return; }
+    if (event.key == "ArrowRight" || event.key == "ArrowLeft") { moveByKey(group, event.key == "ArrowRight" ? 1 : -1); }
+    else if (event.key == "Enter") { pressByKey(group); }
+    else if (event.key == "Escape") { close(group); }
+    else if (!isMenuKey) { return; }
+    event.preventDefault();
+    event.stopPropagation();
+  }, true);
 
   document.addEventListener("mousemove", function (event) {
     var direct = event.target instanceof Element &&
@@ -249,5 +307,139 @@ var previewStrips = (function () {
   }, true);
   document.addEventListener("DOMContentLoaded", collect);
 
-  return { show: show, leave: leave, light: light, buttonAt: buttonAt, groupOf: groupOf };
+  // The object that an event means, if it has such a strip: itself, its strip's, or the one below an overlay.
+  function groupAt(event) {
+    var target = event.target instanceof Element ? event.target : event.target.parentElement;
+    if (groups.has(target)) { return groups.get(target); }
+    var object = target.closest('[onmouseenter^="showMenu("]') || target.querySelector('[onmouseenter^="showMenu("]');
+    return object ? groupOfObject(object) : coveredGroup(event);
+  }
+
+  return { show: show, leave: leave, light: light, buttonAt: buttonAt, groupOf: groupOf, groupAt: groupAt,
+           groupOfObject: groupOfObject };
+})();
+
+// Pictures are dragged by the program, which asks the page where they would go.
+var previewDragging = (function () {
+  var edge = 40;  // pixels at the top and the bottom of the window, where a drag scrolls the page
+  var step = 12;  // pixels for each frame
+  var mark = null;
+  var pointer = null;
+  var wasDragged = false; // since the button of the mouse went down
+
+  function isPicture(group) {
+    return group && group.object && group.strips.some(function (strip) {
+      return /external\.(MoveImageUp|AddImage)\(/.test(strip.getAttribute("onclick"));
+    });
+  }
+
+  document.addEventListener("dragstart", function (event) {
+    event.preventDefault();
+    wasDragged = true;
+    var group = previewStrips.groupAt(event);
+    if (isPicture(group) && "DragImage" in window.external) {
+      window.external.DragImage(group.object.id, group.object.currentSrc || "");
+    }
+  }, true);
+
+  // A picture that is let go over itself was not clicked.
+  document.addEventListener("mousedown", function () { wasDragged = false; }, true);
+  document.addEventListener("click", function (event) {
+    if (wasDragged) {
+      event.preventDefault();
+      event.stopPropagation();
+    }
+    wasDragged = false;
+  }, true);
+
+  function pictures() {
+    return Array.from(document.querySelectorAll('[onmouseenter^="showMenu("]')).filter(function (object) {
+      return isPicture(previewStrips.groupOfObject(object)) && object.getClientRects().length;
+    }).map(function (object) { return { object: object, rect: object.getBoundingClientRect() }; });
+  }
+
+  function distance(rect, x, y) {
+    return Math.hypot(Math.max(rect.left - x, 0, x - rect.right), Math.max(rect.top - y, 0, y - rect.bottom));
+  }
+
+  // Whether pictures stand side by side there, or one below the other.
+  function standsInRow(all, at) {
+    return [all[at - 1], all[at + 1]].some(function (other) {
+      return other && other.rect.top < all[at].rect.bottom && other.rect.bottom > all[at].rect.top &&
+        (other.rect.left >= all[at].rect.right || other.rect.right <= all[at].rect.left);
+    });
+  }
+
+  // The gap between pictures that is nearest to a place: the picture beside it, and which side of that it is.
+  function gapAt(x, y) {
+    var all = pictures();
+    if (!all.length) { return null; }
+    var at = 0;
+    all.forEach(function (picture, i) { if (distance(picture.rect, x, y) < distance(all[at].rect, x, y)) { at = i; } });
+    var rect = all[at].rect;
+    var inRow = standsInRow(all, at) || all.length == 1;
+    var after = inRow ? x > (rect.left + rect.right) / 2 : y > (rect.top + rect.bottom) / 2;
+    return { id: all[at].object.id, after: after, inRow: inRow, rect: rect };
+  }
+
+  function showMark(style) {
+    if (!mark) {
+      mark = document.createElement("div");
+      mark.id = "preview_drop_mark";
+      document.documentElement.appendChild(mark);
+    }
+    mark.style.cssText = "all:initial;position:fixed;z-index:2147483647;pointer-events:none;" + style;
+  }
+
+  // Shows where a picture of the page would go.
+  function markGap(x, y) {
+    var gap = gapAt(x, y);
+    if (!gap) { return; }
+    var bar = "background:#005afa;border-radius:3px;box-shadow:0 0 0 1px #fff,0 1px 4px rgba(0,0,0,.5);";
+    var rect = gap.rect;
+    if (gap.inRow) {
+      var left = Math.min(Math.max((gap.after ? rect.right : rect.left) - 3, 1), innerWidth - 7);
+      showMark(bar + "left:" + left + "px;top:" + rect.top + "px;width:6px;height:" + rect.height + "px;");
+    } else {
+      var top = Math.min(Math.max((gap.after ? rect.bottom : rect.top) - 3, 1), innerHeight - 7);
+      showMark(bar + "left:" + rect.left + "px;top:" + top + "px;width:" + rect.width + "px;height:6px;");
+    }
+    scrollAt(x, y);
+  }
+
+  // Shows that a picture from elsewhere would be added to the page.
+  function markPage() {
+    showMark("inset:0;border:4px solid #005afa;box-shadow:inset 0 0 0 1px #fff;box-sizing:border-box;");
+  }
+
+  function clear() {
+    pointer = null;
+    if (mark) { mark.remove(); }
+    mark = null;
+  }
+
+  // "photo3 1": behind that picture; "photo3 0": before it.
+  function take(x, y) {
+    var gap = gapAt(x, y);
+    clear();
+    return gap ? gap.id + (gap.after ? " 1" : " 0") : "";
+  }
+
+  function scrollAt(x, y) {
+    var isWaiting = pointer !== null;
+    pointer = { x: x, y: y };
+    if (!isWaiting) { requestAnimationFrame(scrollOn); }
+  }
+
+  function scrollOn() {
+    if (!pointer) { return; }
+    var direction = pointer.y < edge ? -1 : pointer.y > innerHeight - edge ? 1 : 0;
+    var before = document.scrollingElement.scrollTop;
+    document.scrollingElement.scrollTop = before + direction * step;
+    var at = pointer;
+    pointer = null;
+    if (document.scrollingElement.scrollTop != before) { markGap(at.x, at.y); }
+  }
+
+  return { markGap: markGap, markPage: markPage, clear: clear, take: take };
 })();

@@ -64,6 +64,8 @@
       frame.presented = true;
       var places = keepsPlace && current ? scrollPlaces(current.contentDocument) : [];
       scrollTo(frame.contentDocument, places);
+      // A page that fills in only what is near the window does it now, not at the next frame.
+      frame.contentWindow.dispatchEvent(new Event("scroll"));
       Promise.race([decoded(frame), new Promise(function (done) { setTimeout(done, 1500); })]).then(function () {
         if (frame !== next) { return; }
         // Once more: the old page may have been scrolled meanwhile.
@@ -75,11 +77,24 @@
 
     function replaceCurrent(frame) {
       var old = current;
+      var link = old && document.hasFocus() ? linkByKeyboard(old.contentDocument) : null;
       current = frame;
       next = null;
       frame.className = "";
       if (old) { old.remove(); }
       if (document.hasFocus()) { frame.contentWindow.focus(); }
+      if (link) { focusLink(frame.contentDocument, link); }
+    }
+
+    // A person who goes by keyboard goes on where they were: at the link to the same place.
+    function linkByKeyboard(page) {
+      var focused = page.activeElement;
+      return focused && focused.matches("a[href]:focus-visible") ? focused.getAttribute("href") : null;
+    }
+
+    function focusLink(page, address) {
+      var link = Array.from(page.links).find(function (a) { return a.getAttribute("href") == address; });
+      if (link) { link.focus({ preventScroll: true }); }
     }
 
     // The pictures that will be seen at once, and the letters.

@@ -10,11 +10,13 @@
 #include <QSocketNotifier>
 
 #include "common/Platform.h"
+#include "common/ProgramIdentity.h"
 #include "common/Settings.h"
 #include "common/TempFolder.h"
 #include "common/Text.h"
 #include "ftpengine/Trace.h"
 #include "shell/frame/ColourScheme.h"
+#include "shell/frame/CommandLineAnswer.h"
 #include "shell/frame/CommandLinePath.h"
 #include "shell/frame/FailureBox.h"
 #include "shell/frame/Icons.h"
@@ -36,6 +38,16 @@ bool HasDisplay()
 {
     return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
            !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+}
+
+// Before there is an application object.
+QStringList ArgumentsOf(int argumentCount, char** arguments)
+{
+    QStringList texts;
+    for (int i = 1; i < argumentCount; ++i) {
+        texts += Widen(arguments[i]);
+    }
+    return texts;
 }
 
 QString CommandLineText()
@@ -76,7 +88,7 @@ int RunFrame(CApplication& application, CSettingsStore& settings)
 CApplication::CApplication(int& argumentCount, char** arguments) : QApplication(argumentCount, arguments)
 {
     setApplicationName(QStringLiteral("vistorama"));
-    setDesktopFileName(QStringLiteral("vistorama"));
+    setDesktopFileName(GetApplicationId());
     setWindowIcon(LoadProgramIcon());
     // Files are written and read with decimal points, whatever the user's language.
     std::setlocale(LC_NUMERIC, "C");
@@ -124,6 +136,10 @@ void CApplication::CloseOnSignals()
 
 int RunApplication(int& argumentCount, char** arguments)
 {
+    if (const auto answer = FindCommandLineAnswer(ArgumentsOf(argumentCount, arguments))) {
+        std::fputs(Narrow(*answer).c_str(), stdout);
+        return EXIT_SUCCESS;
+    }
     // Qt would end the program by a signal.
     if (!HasDisplay()) {
         std::fputs(Narrow(Text(StringId::NoDisplay)).c_str(), stderr);

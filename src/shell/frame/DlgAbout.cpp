@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "common/ProgramIdentity.h"
 #include "resources/StringTable.h"
 #include "shell/frame/Icons.h"
 
@@ -42,7 +43,7 @@ CDlgAbout::CDlgAbout(QWidget* parent) : QDialog(parent)
     icon->setPixmap(LoadProgramIcon().pixmap(QSize(128, 128), devicePixelRatioF()));
     icon->setAccessibleName(Text(StringId::ProgramName));
 
-    QLabel* const version = MakeText(Text(StringId::AboutVersion, QStringLiteral(VISTORAMA_VERSION)), this);
+    QLabel* const version = MakeText(Text(StringId::AboutVersion, GetProgramVersion()), this);
     version->setObjectName(QStringLiteral("version"));
     version->setForegroundRole(QPalette::PlaceholderText);
 

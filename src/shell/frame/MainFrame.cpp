@@ -6,6 +6,7 @@
 
 #include "common/Exceptions.h"
 #include "common/Trace.h"
+#include "shell/folder/ViewFolder.h"
 #include "shell/frame/CommandActions.h"
 #include "shell/frame/DlgAbout.h"
 #include "shell/frame/DroppedFiles.h"
@@ -18,7 +19,7 @@
 #include "shell/frame/RecentProjectsMenu.h"
 #include "shell/frame/StandardCommands.h"
 #include "shell/frame/WindowPlace.h"
-#include "shell/views/EmptyView.h"
+#include "shell/galleries/ViewGalleries.h"
 #include "shell/views/ViewPages.h"
 #include "shell/wizard/DeployGallery.h"
 
@@ -59,23 +60,25 @@ CMainFrame::~CMainFrame()
 
 void CMainFrame::CreateViews()
 {
-    const CRegistrySettings settings(*environment.settings);
-    const CHTMLView::Options browser{
-        .settings = environment.settings,
-        .optionKeyPath = CRegistrySettings::GetKeyName() + QStringLiteral("/InternetExplorer"),
-        .allowContextMenu = settings.GetDWord(QStringLiteral("EnableExplorerPopupMenu")) != 0};
+    const CHTMLView::Options browser = ReadBrowserOptions(*environment.settings);
     const CViewNotification notify = [this](ViewId view, UpdateHint hint, const UpdateParameter& parameter) {
         OnViewChanged(view, hint, parameter);
     };
     pagesView = new CViewPages({.notify = notify,
                                 .browser = browser,
-                                .deploy =
-                                    [this](CGalleryProject&) {
-                                        Deploy();
+                                .deploy = [this](CGalleryProject&) { Deploy(); },
+                                .addFromFolder =
+                                    [this](int32_t index) {
+                                        folderView->AddPictureAt(index);
                                     }},
                                this);
-    folderView = new CEmptyView(this);
-    galleriesView = new CEmptyView(this);
+    folderView = new CViewFolder({.notify = notify, .browser = browser}, this);
+    galleriesView = new CViewGalleries(
+        {.addDropped = [this](const QStringList& paths, int32_t gallery) { AddDropped(paths, gallery); },
+         .tell = [this](const CExceptionBase& failure) { ShowFailure(failure, this); },
+         .notify = notify,
+         .browser = browser},
+        this);
     panes = std::make_unique<CFramePanes>(
         *this, CFramePanes::Views{.pages = pagesView, .galleries = galleriesView, .folder = folderView});
     drop = new CPictureDrop(this, [this](const QStringList& paths) { AddDropped(paths); });
@@ -93,7 +96,9 @@ void CMainFrame::Deploy()
     Try([&] { keeper.Save(); });
     {
         const CProjectKeeper::CPause pause(keeper);
+        galleriesView->SetPaused(true);
         DeployGallery(project, *environment.settings, this);
+        galleriesView->SetPaused(false);
     }
     keeper.MarkChanged();
     Try([&] { keeper.Save(); });
@@ -113,6 +118,7 @@ void CMainFrame::RegisterConsumers()
 {
     folderView->AddConsumer(*pagesView);
     folderView->AddConsumer(*folderView);
+    folderView->AddConsumer(*galleriesView);
     pagesView->AddConsumer(*folderView);
     pagesView->AddConsumer(*galleriesView);
     galleriesView->AddConsumer(*galleriesView);
@@ -148,31 +154,20 @@ void CMainFrame::UpdateRecentProjectsMenus()
 {
     const CRecentProjects& recent = projects.GetRecentProjects();
     UpdateRecentProjectsMenu(*menus->file, recent, [this](int commandId) { OnCommand(commandId); });
-    std::vector<CViewPagesToolBar::RecentProject> entries;
-    for (const int position : recent.GetOrderByName()) {
-        entries.push_back({ProjectNameOf(recent.GetPaths()[position]), position});
-    }
-    pagesView->GetToolBar().SetRecentProjects(entries);
+    UpdateRecentProjectsMenu(pagesView->GetToolBar(), recent);
 }
 
-void CMainFrame::AddDropped(const QStringList& paths)
+void CMainFrame::AddDropped(const QStringList& paths, int32_t gallery)
 {
     const DroppedFiles files = SortDropped(paths);
     if (!files.project.isEmpty()) {
         Try([&] { projects.Switch(files.project); });
-        return;
+    } else if (CGallery* const target =
+                   project.FindGallery(gallery == -1 ? project.GetCurrentGalleryIndex() : gallery)) {
+        statusBar()->showMessage(Text(StringId::PicturesDropped, AddPictures(*target, files.pictures)));
+        UpdateViews(UpdateHint::PicturesAdded);
+        projects.GetKeeper().MarkChanged();
     }
-    CGallery* const gallery = project.GetCurrentGallery();
-    if (gallery == nullptr) {
-        return;
-    }
-    const int before = gallery->GetPictures().GetCount();
-    for (const QString& path : files.pictures) {
-        gallery->AddPicture(path);
-    }
-    statusBar()->showMessage(Text(StringId::PicturesDropped, gallery->GetPictures().GetCount() - before));
-    UpdateViews(UpdateHint::PicturesAdded);
-    projects.GetKeeper().MarkChanged();
 }
 
 // What a view asks for changes the project as a rule; a save too many does no harm.
@@ -235,7 +230,7 @@ void CMainFrame::OnNamedCommand(CommandId command)
     case CommandId::Ads:
         return OnEffectCommand(command);
     case CommandId::OpenFolder:
-        return;
+        return folderView->ChooseFolder();
     case CommandId::About:
         CDlgAbout(this).exec();
         return;

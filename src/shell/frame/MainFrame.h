@@ -11,9 +11,10 @@
 #include "shell/host/ViewNotification.h"
 
 class CCommandActions;
-class CEmptyView;
 class CFramePanes;
 class CPictureDrop;
+class CViewFolder;
+class CViewGalleries;
 class CViewPages;
 struct FrameMenus;
 
@@ -38,14 +39,17 @@ public:
 
     // Opening and saving; paths need not be normalised.
     CProjectDesk& GetProjects() { return projects; }
-    // Pictures, the pictures of folders, and projects, dropped on the window.
-    void AddDropped(const QStringList& paths);
+    // Pictures, the pictures of folders, and projects, dropped on the window or on the cover of a gallery;
+    // gallery -1 is the current one.
+    void AddDropped(const QStringList& paths, int32_t gallery = -1);
 
     // No project is saved from now on: the program ends by a failure.
     void GiveUpSaving();
 
     CGalleryProject& GetProject() { return project; }
     CViewPages& GetPagesView() { return *pagesView; }
+    CViewFolder& GetFolderView() { return *folderView; }
+    CViewGalleries& GetGalleriesView() { return *galleriesView; }
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -67,8 +71,8 @@ private:
     // In the order of their making; the widgets are owned by the window.
     CProjectEnvironment environment;
     CViewPages* pagesView = nullptr;
-    CEmptyView* folderView = nullptr;
-    CEmptyView* galleriesView = nullptr;
+    CViewFolder* folderView = nullptr;
+    CViewGalleries* galleriesView = nullptr;
     CGalleryProject project;
     const QString commandLinePath;
     CProjectDesk projects;

@@ -31,3 +31,12 @@ QString GetDefaultProjectPath()
     }();
     return path;
 }
+
+CHTMLView::Options ReadBrowserOptions(CSettingsStore& store)
+{
+    const CMainFrame::CRegistrySettings settings(store);
+    return {.settings = &store,
+            .optionKeyPath =
+                CMainFrame::CRegistrySettings::GetKeyName() + QStringLiteral("/InternetExplorer"),
+            .allowContextMenu = settings.GetDWord(QStringLiteral("EnableExplorerPopupMenu")) != 0};
+}

@@ -2,6 +2,7 @@
 
 #include "common/Settings.h"
 #include "shell/frame/MainFrame.h"
+#include "shell/host/HTMLView.h"
 
 // The settings of the program as a whole. The values stand in the user's scope.
 class CMainFrame::CRegistrySettings final : public CRegistrySettingsBase {
@@ -15,3 +16,6 @@ public:
 // Where a project comes into being that nobody has named: in the user's documents folder. The folders need
 // not exist.
 QString GetDefaultProjectPath();
+
+// For the views of the frame.
+CHTMLView::Options ReadBrowserOptions(CSettingsStore& store);

@@ -6,6 +6,21 @@
 #include <QUrl>
 #include <QWidget>
 
+namespace {
+
+// The browser's own widget inside of a view would be asked first, and take everything.
+bool IsInsideTaker(const QObject* watched)
+{
+    for (const QObject* above = watched->parent(); above; above = above->parent()) {
+        if (above->property(TakesDropsProperty).toBool()) {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
 CPictureDrop::CPictureDrop(QObject* parent, std::function<void(const QStringList& paths)> dropped)
     : QObject(parent), dropped(std::move(dropped))
 {}
@@ -32,8 +47,12 @@ bool CPictureDrop::eventFilter(QObject* watched, QEvent* event)
     case QEvent::DragMove:
     case QEvent::Drop: {
         auto* drop = static_cast<QDropEvent*>(event);
-        // What is dragged inside the program is the views' own matter.
-        if (drop->source() != nullptr) {
+        if (IsInsideTaker(watched)) {
+            drop->ignore();
+            return true;
+        }
+        // What is dragged inside the program is the views' own matter, and some take files by themselves.
+        if (drop->source() != nullptr || watched->property(TakesDropsProperty).toBool()) {
             break;
         }
         const QStringList paths = DroppedPaths(*drop->mimeData());

@@ -24,5 +24,8 @@ private:
     std::function<void(const QStringList& paths)> dropped;
 };
 
+// The property of a widget that takes the files which are dropped on it by itself.
+inline constexpr char TakesDropsProperty[] = "takesDrops";
+
 // Local files and folders only.
 QStringList DroppedPaths(const QMimeData& data);

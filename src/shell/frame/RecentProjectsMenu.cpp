@@ -5,6 +5,7 @@
 #include "shell/frame/CommandIds.h"
 #include "shell/frame/Icons.h"
 #include "shell/frame/RecentProjects.h"
+#include "shell/views/ViewPagesToolBar.h"
 
 namespace {
 
@@ -56,4 +57,13 @@ void UpdateRecentProjectsMenu(QMenu& menu, const CRecentProjects& projects,
             Qt::QueuedConnection);
         menu.insertAction(listEnd, entry);
     }
+}
+
+void UpdateRecentProjectsMenu(CViewPagesToolBar& toolBar, const CRecentProjects& projects)
+{
+    std::vector<CViewPagesToolBar::RecentProject> entries;
+    for (const int position : projects.GetOrderByName()) {
+        entries.push_back({ProjectNameOf(projects.GetPaths()[position]), position});
+    }
+    toolBar.SetRecentProjects(entries);
 }

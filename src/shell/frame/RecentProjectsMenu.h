@@ -3,6 +3,7 @@
 #include <functional>
 
 class CRecentProjects;
+class CViewPagesToolBar;
 class QMenu;
 
 // Lists the recent projects, all but the current one, in the file menu: by their names, above the last
@@ -10,3 +11,6 @@ class QMenu;
 // number.
 void UpdateRecentProjectsMenu(QMenu& menu, const CRecentProjects& projects,
                               const std::function<void(int commandId)>& chosen);
+
+// The same for the toolbar, by their names.
+void UpdateRecentProjectsMenu(CViewPagesToolBar& toolBar, const CRecentProjects& projects);

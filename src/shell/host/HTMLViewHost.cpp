@@ -175,7 +175,7 @@ void CHTMLViewHost::SetExternalDispatch(CExternalDispatchBase* newDispatch)
 void CHTMLViewHost::Load(const std::string& bytes, CHTMLView::ScrollPlace place)
 {
     awaited = Page{.revision = ++lastRevision,
-                   .bytes = servedFiles.Readdressed(QByteArray::fromStdString(bytes)),
+                   .bytes = WithArtworkPaths(servedFiles.Readdressed(QByteArray::fromStdString(bytes))),
                    .place = place};
     Start();
 }

@@ -1,5 +1,6 @@
 #include "shell/host/PageAddress.h"
 
+#include <QRegularExpression>
 #include <QStringList>
 
 namespace {
@@ -63,6 +64,24 @@ int PageRevision(const QUrl& address)
 {
     const int revision = RevisionOf(address.path());
     return revision >= 0 && address.path() == PagePath(revision) && !address.hasQuery() ? revision : -1;
+}
+
+QByteArray WithArtworkPaths(const QByteArray& page)
+{
+    const QByteArray scheme = QByteArray(ArtworkScheme) + "://";
+    if (!page.contains(scheme)) {
+        return page;
+    }
+    static const QRegularExpression address(
+        QStringLiteral("(%1://[^\\s\"'#<>]*/)#(2/)#(?=\\d)").arg(QLatin1String(ArtworkScheme)));
+    // Byte for byte, whatever the page's charset is.
+    return QString::fromLatin1(page).replace(address, QStringLiteral("\\1\\2")).toLatin1();
+}
+
+QString ArtworkNumber(const QUrl& address)
+{
+    return address.hasFragment() ? address.fragment().section(QLatin1Char('#'), -1)
+                                 : address.path().section(QLatin1Char('/'), -1);
 }
 
 QString LinkAsWritten(const QUrl& link)

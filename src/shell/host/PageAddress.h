@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <QUrl>
 
@@ -15,6 +16,12 @@ QUrl ShellAddress(const QString& view);
 QUrl PageAddress(const QString& view, int revision);
 // The revision of the page that is served under the address; -1 if it is no page's.
 int PageRevision(const QUrl& address);
+
+// The page with every "res://PROGRAM/#2/#271" as "res://PROGRAM/2/271". The browser takes two addresses that
+// differ behind the "#" alone for one file when it reads ahead, and would mix up their pictures.
+QByteArray WithArtworkPaths(const QByteArray& page);
+// The number of a piece of artwork, written either way; empty if there is none.
+QString ArtworkNumber(const QUrl& address);
 
 // What a page wrote for a link that was resolved against its address, without what stands from "#": the base
 // of the page is taken off again. An address elsewhere stays whole.

@@ -8,6 +8,8 @@ public:
     // id: of the thumbnail's <img> element.
     virtual void AddImage(const QString& id) = 0;
     virtual void AddAllImages() = 0;
+    // The mouse has begun to drag a thumbnail. look: the address of what the page shows of it.
+    virtual void DragImage(const QString& id, const QString& look) = 0;
 
 protected:
     ~CViewFolderExternalDispatchCommands() = default;

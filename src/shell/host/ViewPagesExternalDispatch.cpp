@@ -4,6 +4,7 @@ namespace {
 
 constexpr int editText = 7;
 constexpr int editReference = 8;
+constexpr int dragImage = 9;
 
 } // namespace
 
@@ -12,7 +13,8 @@ QStringList CViewPagesExternalDispatch::GetMethodNames() const
     return {QStringLiteral("ChangeVisibility"), QStringLiteral("RotateImageRight"),
             QStringLiteral("RotateImageLeft"),  QStringLiteral("MoveImageUp"),
             QStringLiteral("MoveImageDown"),    QStringLiteral("DeleteImage"),
-            QStringLiteral("EditText"),         QStringLiteral("EditReference")};
+            QStringLiteral("EditText"),         QStringLiteral("EditReference"),
+            QStringLiteral("DragImage")};
 }
 
 DispatchResult CViewPagesExternalDispatch::CallMethod(int dispid, const QVariantList& arguments)
@@ -22,6 +24,9 @@ DispatchResult CViewPagesExternalDispatch::CallMethod(int dispid, const QVariant
     }
     if (dispid == editReference) {
         return CallEditReference(arguments);
+    }
+    if (dispid == dragImage) {
+        return CallDragImage(arguments);
     }
     if (arguments.size() != 1) {
         return DispatchResult::BadParamCount;
@@ -69,5 +74,19 @@ DispatchResult CViewPagesExternalDispatch::CallEditReference(const QVariantList&
         return DispatchResult::TypeMismatch;
     }
     commands.EditReference(name, hrefProperty, textProperty);
+    return DispatchResult::Ok;
+}
+
+DispatchResult CViewPagesExternalDispatch::CallDragImage(const QVariantList& arguments)
+{
+    QString id;
+    QString look;
+    if (arguments.size() != 2) {
+        return DispatchResult::BadParamCount;
+    }
+    if (!ConvertArgument(arguments[0], id) || !ConvertArgument(arguments[1], look)) {
+        return DispatchResult::TypeMismatch;
+    }
+    commands.DragImage(id, look);
     return DispatchResult::Ok;
 }

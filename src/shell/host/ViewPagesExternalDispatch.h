@@ -27,6 +27,8 @@ public:
     virtual void EditText(const TextToEdit& edited) = 0;
     virtual void EditReference(const QString& name, const QString& hrefProperty,
                                const QString& textProperty) = 0;
+    // The mouse has begun to drag a picture. look: the address of what the page shows of it.
+    virtual void DragImage(const QString& id, const QString& look) = 0;
 
 protected:
     ~CViewPagesExternalDispatchCommands() = default;
@@ -45,6 +47,7 @@ protected:
 private:
     DispatchResult CallEditText(const QVariantList& arguments);
     DispatchResult CallEditReference(const QVariantList& arguments);
+    DispatchResult CallDragImage(const QVariantList& arguments);
 
     CViewPagesExternalDispatchCommands& commands;
 };

@@ -99,13 +99,12 @@ private:
     const CViewProfile& profile;
 };
 
-// "res://PROGRAM/#2/#271": the artwork of that number. Drawn to scale, so that it is sharp at every density.
+// "res://PROGRAM/2/271": the artwork of that number. Drawn to scale, so that it is sharp at every density.
 class CArtworkHandler final : public QWebEngineUrlSchemeHandler {
 public:
     void requestStarted(QWebEngineUrlRequestJob* job) override
     {
-        const QString number = job->requestUrl().fragment().section(QLatin1Char('#'), -1);
-        const QByteArray drawing = FindResource(number, QStringLiteral("svg"));
+        const QByteArray drawing = FindResource(ArtworkNumber(job->requestUrl()), QStringLiteral("svg"));
         if (drawing.isNull()) {
             job->fail(QWebEngineUrlRequestJob::UrlNotFound);
         } else {

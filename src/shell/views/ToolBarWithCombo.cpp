@@ -5,26 +5,30 @@
 #include <QToolButton>
 
 #include "shell/frame/Icons.h"
+#include "shell/views/DropDownButton.h"
 
 CToolBarWithCombo::CToolBarWithCombo(QWidget* parent) : CToolBarDescriptor(parent) {}
 
-QMenu* CToolBarWithCombo::AddDropDown(const Button& button)
+QMenu* CToolBarWithCombo::AddDropDown(const Button& button, Label label)
 {
-    auto* const label = new QLabel(button.text, this);
-    auto* const dropDown = new QToolButton(this);
+    auto* const dropDown = new CDropDownButton(this);
     auto* const menu = new QMenu(dropDown);
     dropDown->setObjectName(button.objectName);
     dropDown->setIcon(LoadIcon(button.icon));
-    dropDown->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    dropDown->setToolButtonStyle(label == Label::Before ? Qt::ToolButtonTextBesideIcon
+                                                        : Qt::ToolButtonIconOnly);
     dropDown->setPopupMode(QToolButton::InstantPopup);
     dropDown->setFocusPolicy(Qt::TabFocus);
     dropDown->setToolTip(button.tip);
     dropDown->setStatusTip(button.tip);
-    dropDown->setAccessibleName(button.text.trimmed().chopped(1));
+    dropDown->setAccessibleName(button.text.trimmed().remove(QLatin1Char(':')));
     dropDown->setMenu(menu);
     menu->setObjectName(button.objectName + QStringLiteral("Menu"));
-    label->setBuddy(dropDown);
-    addWidget(label);
+    if (label == Label::Before) {
+        auto* const text = new QLabel(button.text, this);
+        text->setBuddy(dropDown);
+        addWidget(text);
+    }
     addWidget(dropDown);
     return menu;
 }

@@ -11,8 +11,11 @@ public:
     explicit CToolBarWithCombo(QWidget* parent = nullptr);
 
 protected:
-    // The menu of a new drop-down button at the end of the toolbar. label: stands before the choice.
-    QMenu* AddDropDown(const Button& button);
+    // Whether the button's text stands before it.
+    enum class Label { Before, None };
+
+    // The menu of a new drop-down button at the end of the toolbar. Without a label it shows its icon alone.
+    QMenu* AddDropDown(const Button& button, Label label = Label::Before);
     // The text of the drop-down is that of the menu's checked entry.
     static void ShowChoice(QMenu* menu);
 };

@@ -3,22 +3,12 @@
 #include <algorithm>
 
 #include "common/Exceptions.h"
-#include "common/Platform.h"
-#include "common/TempFolder.h"
-#include "common/Text.h"
 #include "common/Trace.h"
-#include "content/ContentGeneratorPreview.h"
-#include "document/GalleryIterator.h"
 #include "document/GalleryProject.h"
 #include "shell/dialogs/DlgEditHref.h"
 #include "shell/dialogs/DlgEditTextProperty.h"
 #include "shell/dialogs/DlgVisibility.h"
 #include "shell/views/FailurePage.h"
-#include "shell/views/WaitCursor.h"
-#include "template/CompoundTemplateSection.h"
-#include "template/ContentGeneratorStringConverter.h"
-#include "template/TemplateParsingException.h"
-#include "template/TemplateVariableName.h"
 
 namespace {
 
@@ -26,6 +16,13 @@ int32_t PositionOf(const UpdateParameter& parameter)
 {
     const int32_t* const position = std::get_if<int32_t>(&parameter);
     return position ? *position : -1;
+}
+
+// Two positions: from and to.
+const std::vector<int32_t>* WayOf(const UpdateParameter& parameter)
+{
+    const auto* const way = std::get_if<std::vector<int32_t>>(&parameter);
+    return way && way->size() == 2 ? way : nullptr;
 }
 
 QString TextOf(const UpdateParameter& parameter)
@@ -60,7 +57,12 @@ CViewPages::CViewPages(const Services& services, QWidget* parent)
                    ChangeVisibility();
                }},
           this)),
-      htmlView(new CHTMLView(services.browser, this))
+      htmlView(new CHTMLView(services.browser, this)),
+      dragging(*htmlView,
+               {.findPicture = [this](const QString& id) { return shownPage.FindPictureIndex(id); },
+                .getPath = [this](int32_t position) { return shownPage.GetPicturePath(position); },
+                .move = [this](int32_t from, int32_t before) { MoveImage(from, before); },
+                .addFromFolder = services.addFromFolder})
 {
     setObjectName(QStringLiteral("PagesView"));
     SetToolBar(toolBar);
@@ -118,9 +120,23 @@ void CViewPages::DeleteImage(const QString& id)
     SendForPicture(UpdateHint::PictureRemoved, id);
 }
 
+void CViewPages::DragImage(const QString& id, const QString& look)
+{
+    dragging.Start(id, look);
+}
+
+void CViewPages::MoveImage(int32_t from, int32_t before)
+{
+    const int32_t to = before > from ? before - 1 : before;
+    if (to != from) {
+        notifier.Send(to < from ? UpdateHint::PictureMovedUp : UpdateHint::PictureMovedDown,
+                      std::vector<int32_t>{from, to});
+    }
+}
+
 void CViewPages::SendForPicture(UpdateHint hint, const QString& id)
 {
-    const int32_t index = iterator ? iterator->FindPictureIndex(id) : -1;
+    const int32_t index = shownPage.FindPictureIndex(id);
     if (index != -1) {
         notifier.Send(hint, index);
     }
@@ -128,57 +144,33 @@ void CViewPages::SendForPicture(UpdateHint hint, const QString& id)
 
 void CViewPages::EditText(const TextToEdit& edited)
 {
-    if (!iterator) {
+    if (!shownPage.HasNames()) {
         return;
     }
-    const QString text = ReadVariable(edited.property).value_or(edited.text);
+    const QString text = shownPage.ReadVariable(edited.property).value_or(edited.text);
     CDlgEditTextProperty dialog(
         edited.name, text,
         {.multiline = edited.multiline, .galleryWide = edited.property.startsWith(QStringLiteral("gallery"))},
         this);
     if (dialog.exec() == QDialog::Accepted) {
-        WriteVariable(edited.property, dialog.GetText());
+        shownPage.WriteVariable(edited.property, dialog.GetText());
         notifier.Send(UpdateHint::TextEdited);
     }
 }
 
 void CViewPages::EditReference(const QString& name, const QString& hrefProperty, const QString& textProperty)
 {
-    if (!iterator) {
+    if (!shownPage.HasNames()) {
         return;
     }
     CDlgEditHref dialog(name,
-                        {.url = ReadVariable(hrefProperty).value_or(QString()),
-                         .text = ReadVariable(textProperty).value_or(QString())},
+                        {.url = shownPage.ReadVariable(hrefProperty).value_or(QString()),
+                         .text = shownPage.ReadVariable(textProperty).value_or(QString())},
                         this);
     if (dialog.exec() == QDialog::Accepted) {
-        WriteVariable(hrefProperty, dialog.GetReference().url);
-        WriteVariable(textProperty, dialog.GetReference().text);
+        shownPage.WriteVariable(hrefProperty, dialog.GetReference().url);
+        shownPage.WriteVariable(textProperty, dialog.GetReference().text);
         notifier.Send(UpdateHint::TextEdited);
-    }
-}
-
-std::optional<QString> CViewPages::ReadVariable(const QString& property)
-{
-    try {
-        const CTemplateVariableName name(property);
-        CVariant value;
-        const bool found =
-            iterator && iterator->GetVariable(name.GetObjectName(), name.GetVariableName(), value);
-        return found && !value.IsEmpty()
-                   ? std::optional(CContentGeneratorStringConverter().VariantToString(value))
-                   : std::nullopt;
-    } catch (const CExceptionBase& failure) {
-        Trace(failure.GetDescription()); // a script may name what is no property
-        return std::nullopt;
-    }
-}
-
-void CViewPages::WriteVariable(const QString& property, const QString& text)
-{
-    const qsizetype point = property.indexOf(QLatin1Char('.'));
-    if (iterator && point >= 0) {
-        iterator->SetVariable(property.left(point), property.mid(point + 1), CVariant(text));
     }
 }
 
@@ -225,6 +217,11 @@ bool CViewPages::Apply(Change& change, const UpdateParameter& parameter, CGaller
         return true;
     case UpdateHint::PictureMovedUp:
     case UpdateHint::PictureMovedDown:
+        if (const std::vector<int32_t>* const way = WayOf(parameter)) {
+            MoveAlong(change, *way, *gallery);
+            return true;
+        }
+        [[fallthrough]];
     case UpdateHint::PictureTurnedLeft:
     case UpdateHint::PictureTurnedRight:
     case UpdateHint::PictureRemoved:
@@ -297,6 +294,24 @@ void CViewPages::ApplyToPicture(Change& change, int32_t position, CGallery& gall
     change.rebuild = std::min(position, other) < CGalleryCover::PictureCount;
 }
 
+// What moving up or down does, as often as it takes.
+void CViewPages::MoveAlong(Change& change, const std::vector<int32_t>& way, CGallery& gallery)
+{
+    const int32_t count = gallery.GetPictures().GetCount();
+    const int32_t from = way[0];
+    const int32_t to = way[1];
+    if (std::min(from, to) < 0 || std::max(from, to) >= count || from == to) {
+        change.changed = false;
+        return;
+    }
+    const int32_t step = to > from ? 1 : -1;
+    for (int32_t position = from; position != to; position += step) {
+        gallery.MovePicture(position, position + step);
+    }
+    change.positionToShow = to;
+    change.rebuild = std::min(from, to) < CGalleryCover::PictureCount;
+}
+
 void CViewPages::FollowLink(Change& change, const QString& url, CGallery& gallery)
 {
     bool styleChanged = false;
@@ -347,77 +362,20 @@ void CViewPages::ShowCurrentPage(CGalleryProject& project)
 {
     CGallery* const gallery = project.GetCurrentGallery();
     if (!gallery) {
-        iterator.reset();
+        shownPage.Clear();
         Show(std::string(), QString());
         return;
     }
-    const std::string page = GenerateAnyPage(*gallery);
-    SetShownFolders(*gallery);
+    const std::string page = shownPage.Generate(*gallery);
+    htmlView->SetShownFolders(FoldersOfPages(*gallery));
     Show(page, PageOf(*gallery)); // asked behind the generation, which may go back by a page
 }
 
 void CViewPages::Show(const std::string& page, const QString& name)
 {
-    const bool stays = !name.isEmpty() && name == shownPage;
-    shownPage = name;
+    const bool stays = !name.isEmpty() && name == shownName;
+    shownName = name;
     Trace(QStringLiteral("Before_load_HTML"));
     htmlView->LoadHtml(page, stays ? CHTMLView::ScrollPlace::Keep : CHTMLView::ScrollPlace::Top);
     Trace(QStringLiteral("After_load_HTML"));
-}
-
-// Whatever is wrong with a layout or a file, the program goes on and the person reads what it is.
-std::string CViewPages::GenerateAnyPage(CGallery& gallery)
-{
-    try {
-        return GeneratePage(gallery);
-    } catch (const CTemplateParsingException& error) {
-        iterator.reset();
-        return BuildTemplateErrorPage(error, gallery);
-    } catch (const CExceptionBase& failure) {
-        iterator.reset();
-        return BuildFailurePage(failure);
-    }
-}
-
-std::string CViewPages::GeneratePage(CGallery& gallery)
-{
-    Trace(QStringLiteral("Before_getting_template_section"));
-    CGalleryLayout& layout = gallery.GetLayout();
-    CCompoundTemplateSection tree;
-    if (layout.GetTemplate()) {
-        layout.GetTemplate()->LoadPage(layout.GetTemplatePage(), tree);
-    }
-    Trace(QStringLiteral("After_getting_template_section"));
-    const CWaitCursor cursor;
-    CContentGeneratorPreview generator(FindTemporaryFolder());
-    const auto bind = [&] {
-        iterator = std::make_unique<CGalleryIterator>();
-        iterator->Init(gallery);
-        iterator->Reset();
-        tree.Bind(*iterator, generator);
-    };
-    bind();
-    const int32_t pageCount = iterator->GetPageCount();
-    const int32_t pageIndex = iterator->GetPageIndex();
-    if (pageCount != 0 && pageCount <= pageIndex) {
-        layout.SetPageNumber(pageIndex - 1);
-        bind();
-    }
-    iterator->SetPageIndex(iterator->GetPageIndex());
-    iterator->PreparePictures();
-    return tree.GenerateToString(*iterator, generator);
-}
-
-void CViewPages::SetShownFolders(CGallery& gallery)
-{
-    CGalleryManager& manager = gallery.GetManager();
-    QStringList folders = {FindTemporaryFolder(), manager.GetTempFolder().GetPath(),
-                           manager.GetProgramFolder()};
-    if (const CGalleryTemplate* layout = gallery.GetLayout().GetTemplate()) {
-        folders += layout->GetFolder();
-    }
-    for (const QString& folder : gallery.GetStyleDirectories()) {
-        folders += folder;
-    }
-    htmlView->SetShownFolders(folders);
 }

@@ -1,19 +1,19 @@
 #pragma once
 
 #include <functional>
-#include <memory>
-#include <optional>
+#include <vector>
 
 #include "document/GalleryProjectConsumer.h"
 #include "shell/host/ContentURLLoader.h"
 #include "shell/host/HTMLView.h"
 #include "shell/host/ViewNotification.h"
 #include "shell/host/ViewPagesExternalDispatch.h"
+#include "shell/views/PageDragging.h"
 #include "shell/views/Panel.h"
+#include "shell/views/ShownPage.h"
 #include "shell/views/ViewPagesToolBar.h"
 
 class CGallery;
-class CGalleryIterator;
 
 // The large panel of the main window: the current page of the current gallery as it will be deployed, with
 // the buttons that edit it, and the toolbar that chooses layout and style. Owned by the frame; screen's
@@ -27,6 +27,8 @@ public:
         CViewNotification notify; // the frame's way to UpdateProject
         CHTMLView::Options browser;
         std::function<void(CGalleryProject& project)> deploy; // opens the deployment wizard
+        // Adds the picture at that place of the folder view.
+        std::function<void(int32_t index)> addFromFolder = {};
     };
     explicit CViewPages(const Services& services, QWidget* parent = nullptr);
     ~CViewPages() override;
@@ -54,6 +56,8 @@ public:
     void EditReference(const QString& name, const QString& hrefProperty,
                        const QString& textProperty) override;
 
+    void DragImage(const QString& id, const QString& look) override;
+
     void LoadURL(const QString& url) override;
 
 private:
@@ -66,29 +70,26 @@ private:
     };
 
     void SendForPicture(UpdateHint hint, const QString& id);
+    // Asks for the picture to go before the one at that position.
+    void MoveImage(int32_t from, int32_t before);
     // False if a person has thought better of it.
     bool Apply(Change& change, const UpdateParameter& parameter, CGalleryProject& project);
     void ApplyChoice(Change& change, int32_t place, CGallery& gallery);
     void ApplyToPicture(Change& change, int32_t position, CGallery& gallery);
+    void MoveAlong(Change& change, const std::vector<int32_t>& way, CGallery& gallery);
     void FollowLink(Change& change, const QString& url, CGallery& gallery);
     bool ChooseVisibility(CGallery& gallery);
     void UpdateMenus(CGalleryProject& project);
     void ShowCurrentPage(CGalleryProject& project);
     // name: of the page; the scroll place is kept while it stays.
     void Show(const std::string& page, const QString& name);
-    void SetShownFolders(CGallery& gallery);
-    std::string GeneratePage(CGallery& gallery);
-    std::string GenerateAnyPage(CGallery& gallery);
-    // Nothing if the property has no value.
-    std::optional<QString> ReadVariable(const QString& property);
-    void WriteVariable(const QString& property, const QString& text);
 
     const Services services;
     CViewNotifier notifier;
     CViewPagesExternalDispatch dispatch;
     CViewPagesToolBar* const toolBar;
     CHTMLView* const htmlView;
-    // Of the page on the screen: knows which picture an id means. Null without a gallery.
-    std::unique_ptr<CGalleryIterator> iterator;
-    QString shownPage; // gallery, layout, page and number
+    CPageDragging dragging;
+    CShownPage shownPage;
+    QString shownName; // gallery, layout, page and number
 };

@@ -71,6 +71,35 @@ TEST(PictureDrop, ADropOnALaterInnerWidgetIsTaken)
     EXPECT_EQ(dropped, QStringList{QStringLiteral("/a.png")});
 }
 
+TEST(PictureDrop, AWidgetThatTakesDropsGetsThemItself)
+{
+    class CTaker final : public QWidget {
+    public:
+        using QWidget::QWidget;
+        void dragEnterEvent(QDragEnterEvent* event) override { event->accept(); }
+        void dropEvent(QDropEvent*) override { ++dropCount; }
+        int dropCount = 0;
+    };
+    QWidget window;
+    CPictureDrop drop(&window, [](const QStringList&) { FAIL(); });
+    drop.Watch(window);
+    auto* taker = new CTaker(&window);
+    taker->setProperty(TakesDropsProperty, true);
+    taker->setAcceptDrops(true);
+    auto* inner = new CTaker(taker); // as the browser's own widget does
+    inner->setAcceptDrops(true);
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(QStringLiteral("/a.png"))});
+    QDragEnterEvent enter(QPoint(1, 1), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(inner, &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent event(QPointF(1, 1), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(inner, &event);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(taker->dropCount, 1);
+    EXPECT_EQ(inner->dropCount, 0);
+}
+
 TEST(PictureDrop, WhatIsNoFileIsLeftToTheWidget)
 {
     QWidget window;

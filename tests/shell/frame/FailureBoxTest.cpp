@@ -7,6 +7,7 @@
 
 #include "../dialogs/DialogTools.h"
 #include "common/Exceptions.h"
+#include "common/ProgramIdentity.h"
 #include "shell/frame/DlgAbout.h"
 
 namespace {
@@ -66,6 +67,6 @@ TEST(About, NamesTheProgramAndItsVersion)
 {
     CDlgAbout dialog(nullptr);
     EXPECT_EQ(Find<QLabel>(dialog, "name").text(), QStringLiteral("Vistorama"));
-    EXPECT_TRUE(Find<QLabel>(dialog, "version").text().startsWith(QStringLiteral("Version 0.")));
+    EXPECT_EQ(Find<QLabel>(dialog, "version").text(), QStringLiteral("Version ") + GetProgramVersion());
     ExpectUsable(dialog, QStringLiteral("about"));
 }

@@ -12,6 +12,10 @@ public:
     QStringList lines;
     void AddImage(const QString& id) override { lines += QStringLiteral("AddImage ") + id; }
     void AddAllImages() override { lines += QStringLiteral("AddAllImages"); }
+    void DragImage(const QString& id, const QString& look) override
+    {
+        lines += QStringLiteral("DragImage %1 %2").arg(id, look);
+    }
 };
 
 class CGalleriesRecorder final : public CViewGalleriesExternalDispatchCommands {
@@ -83,7 +87,10 @@ TEST(ExternalDispatch, TheFolderViewHasItsMethods)
                  {"AddAllImages", 2, {}, DispatchResult::Ok, "AddAllImages"},
                  {"AddImage", 1, {}, DispatchResult::BadParamCount, nullptr},
                  {"AddImage", 1, {null}, DispatchResult::TypeMismatch, nullptr},
-                 {"AddAllImages", 2, {text}, DispatchResult::BadParamCount, nullptr}});
+                 {"AddAllImages", 2, {text}, DispatchResult::BadParamCount, nullptr},
+                 {"DragImage", 3, {text, text}, DispatchResult::Ok, "DragImage a a"},
+                 {"DragImage", 3, {text}, DispatchResult::BadParamCount, nullptr},
+                 {"DragImage", 3, {text, null}, DispatchResult::TypeMismatch, nullptr}});
 }
 
 TEST(ExternalDispatch, TheGalleriesViewHasItsMethods)
@@ -131,7 +138,10 @@ TEST(ExternalDispatch, WrongCountsAndTypesCallNothing)
                   "EditText a|a|a|1|2|1"},
                  {"EditText", 7, {text, text, text, 1, 2, 0}, DispatchResult::Ok, "EditText a|a|a|1|2|0"},
                  {"EditReference", 8, {text, text}, count, nullptr},
-                 {"EditReference", 8, {text, text, object}, mismatch, nullptr}});
+                 {"EditReference", 8, {text, text, object}, mismatch, nullptr},
+                 {"DragImage", 9, {text, text}, DispatchResult::Ok, "DragImage a a"},
+                 {"DragImage", 9, {text}, count, nullptr},
+                 {"DragImage", 9, {object, text}, mismatch, nullptr}});
 }
 
 TEST(ExternalDispatch, NamesAreFoundWithoutRegardToCase)

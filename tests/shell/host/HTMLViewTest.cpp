@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QTcpServer>
 #include <gtest/gtest.h>
 
 #include "ViewWindow.h"
@@ -201,6 +202,33 @@ TEST(HTMLView, NothingIsAskedOfAnyNetwork)
         EXPECT_EQ(window.Ask(QStringLiteral("document.title")).toString(), QStringLiteral("failed"))
             << address;
     }
+}
+
+// Not even by what goes past the requests of the page itself: pings, sockets, connections made in advance.
+TEST(HTMLView, NoConnectionIsEverMade)
+{
+    QTcpServer server;
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+    int connections = 0;
+    QObject::connect(&server, &QTcpServer::newConnection, [&] { ++connections; });
+    const std::string numbered = "127.0.0.1:" + std::to_string(server.serverPort());
+    const std::string named = "localhost:" + std::to_string(server.serverPort());
+    CViewWindow window;
+    for (const std::string& host : {numbered, named, std::string("example.invalid")}) {
+        const std::string address = "http://" + host + "/";
+        window.Show("<head><link rel=preconnect href=\"" + address + "\"><link rel=dns-prefetch href=\"" +
+                    address + "\"><link rel=prefetch href=\"" + address + "a\"><link rel=stylesheet href=\"" +
+                    address + "a.css\"><script src=\"" + address + "a.js\"></script></head><iframe src=\"" +
+                    address + "\"></iframe><img onerror=\"document.title = 'failed'\" src=\"" + address +
+                    "a.png\"><script>navigator.sendBeacon('" + address +
+                    "');</script><script>var socket = new WebSocket('ws://" + host +
+                    "/'); socket.onerror = function () { window.isClosed = true; };</script>");
+        EXPECT_TRUE(WaitForPage(window.GetView(), QStringLiteral("document.title == 'failed'"))) << host;
+        if (host != numbered) {
+            EXPECT_TRUE(WaitForPage(window.GetView(), QStringLiteral("window.isClosed"))) << host;
+        }
+    }
+    EXPECT_EQ(connections, 0);
 }
 
 TEST(HTMLView, TheProgramsArtworkIsServedByItsNumber)

@@ -40,3 +40,26 @@ TEST(PageAddress, OnlyAPagesOwnAddressIsThatOfAPage)
     }
     EXPECT_EQ(PageRevision(ShellAddress(QStringLiteral("view1"))), -1);
 }
+
+// The browser reads ahead by addresses without what stands behind "#".
+TEST(PageAddress, ArtworkHasAnAddressOfItsOwn)
+{
+    const struct {
+        const char* written;
+        const char* expected;
+    } rows[] = {
+        {"<img src=\"res://vistorama/#2/#271\">", "<img src=\"res://vistorama/2/271\">"},
+        {"res:///usr/bin/vistorama/#2/#305 res://a/#2/#1", "res:///usr/bin/vistorama/2/305 res://a/2/1"},
+        {"<a href=\"res://a\">#2/#3</a>", "<a href=\"res://a\">#2/#3</a>"},
+        {"res://a/#2/#x", "res://a/#2/#x"},
+        {"#2/#3", "#2/#3"},
+        {"", ""},
+        {"\xff\xc3\xa4 res://a/#2/#270\xff", "\xff\xc3\xa4 res://a/2/270\xff"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(WithArtworkPaths(row.written), QByteArray(row.expected)) << row.written;
+    }
+    for (const char* address : {"res://vistorama/#2/#271", "res://vistorama/2/271", "res://x/y z/#2/#271"}) {
+        EXPECT_EQ(ArtworkNumber(QUrl(QString::fromLatin1(address))), QStringLiteral("271")) << address;
+    }
+}

@@ -1,5 +1,7 @@
 #include <QDir>
 #include <QProcess>
+#include <QTest>
+#include <QWindow>
 #include <gtest/gtest.h>
 
 #include "ViewWindow.h"
@@ -239,10 +241,9 @@ TEST_F(Strips, OfOnePictureGiveWayToThoseOfTheNext)
 
 TEST_F(Strips, OfATextEditThatText)
 {
-    Show(
-        "",
-        "<h1><%textspan property=\"gallery.title\" default=\"Some <b>title</b>\" name=\"Title\"%></h1>"
-        "<p><%textspan property=\"gallery.title\" default=\"again\" name=\"Again\" multiline=\"true\"%></p>");
+    Show("", "<h1><%textspan property=\"gallery.title\" default=\"Some <b>title</b>\" name=\"Title\"%></h1>"
+             "<p><%textspan property=\"gallery.title\" default=\"again and again\" name=\"Again\" "
+             "multiline=\"true\"%></p>");
     // One property twice: two groups share the id, and each is at its own place.
     for (const int span : {0, 1}) {
         const QString rect =
@@ -299,13 +300,80 @@ TEST_F(Strips, OfReferencesEditThem)
     for (const auto& row : rows) {
         const QRectF rect = RectOf(window.GetView(), row.selector);
         window.recorder.lines.clear();
-        MoveMouse(window.GetView(), (rect.bottomRight() - QPointF(1, 2)).toPoint());
-        MoveMouse(window.GetView(), (rect.topLeft() + QPointF(8, 8)).toPoint());
+        MoveMouse(window.GetView(), rect.center().toPoint());
+        ASSERT_TRUE(WaitForStrip(row.id, 0)) << row.id;
+        const QPoint button = StripRect().center().toPoint();
+        MoveMouse(window.GetView(), button);
         ASSERT_TRUE(WaitForStrip(row.id, 1)) << row.id;
-        ClickMouse(window.GetView(), (rect.topLeft() + QPointF(8, 8)).toPoint());
+        ClickMouse(window.GetView(), button);
         ASSERT_TRUE(WaitUntil([&] { return !window.recorder.lines.isEmpty(); }));
         EXPECT_EQ(window.recorder.lines, QStringList({QString::fromLatin1(row.expected)}));
     }
+}
+
+// A logo is a link as well: its middle stays free for a click, wherever it stands, and the strip touches it.
+TEST_F(Strips, OfASmallPictureStandBesideIt)
+{
+    const struct {
+        const char* place;
+        QPointF strip; // from the logo's corner
+    } rows[] = {
+        {"left:300px;top:200px;width:40px;height:40px", {0, -23}},
+        {"left:300px;top:200px;width:24px;height:24px", {0, -23}},
+        {"left:300px;top:0;width:46px;height:46px", {45, 0}},
+        {"left:776px;top:0;width:24px;height:24px", {0, 23}},
+        {"left:300px;top:100px;width:60px;height:60px", {0, 0}}, // large enough
+        {"left:300px;top:100px;width:200px;height:24px", {0, 0}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.place);
+        Show(QByteArray("a img{position:absolute;") + row.place + "}",
+             "<%imgref id=\"logo\" name=\"Logo\" src=\"res://vistorama/#2/#278\" "
+             "href_property=\"gallery.h\" default_href=\"home.html\" alt_property=\"gallery.a\" "
+             "default_alt=\"x\"%>");
+        const QRectF logo = Rect("a img");
+        MoveMouse(window.GetView(), logo.center().toPoint());
+        ASSERT_TRUE(WaitForStrip("logo", 0));
+        EXPECT_NEAR(StripRect().left(), logo.left() + row.strip.x(), 1);
+        EXPECT_NEAR(StripRect().top(), logo.top() + row.strip.y(), 1);
+        window.recorder.lines.clear();
+        ClickMouse(window.GetView(), logo.center().toPoint());
+        ASSERT_TRUE(WaitUntil([&] { return !window.recorder.lines.isEmpty(); }));
+        EXPECT_EQ(window.recorder.lines, QStringList({QStringLiteral("LoadURL home.html")}));
+        const QPoint button = StripRect().center().toPoint();
+        MoveMouse(window.GetView(), button);
+        ASSERT_TRUE(WaitForStrip("logo", 1));
+    }
+}
+
+TEST_F(Strips, AreOpenedByKeyboard)
+{
+    Show("", picture + second);
+    const auto press = [&](Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::keyClick(window.GetView().window()->windowHandle(), key, modifiers);
+    };
+    window.GetView().activateWindow();
+    window.GetView().setFocus(Qt::TabFocusReason);
+    window.Ask(QStringLiteral("window.focus(), photo2.parentElement.focus()"));
+    press(Qt::Key_F10, Qt::ShiftModifier);
+    ASSERT_TRUE(WaitForStrip("photo2", 1));
+    for (int button = 2; button <= 5; ++button) {
+        press(Qt::Key_Right);
+        ASSERT_TRUE(WaitForStrip("photo2", button));
+    }
+    press(Qt::Key_Right);
+    ASSERT_TRUE(WaitForStrip("photo2", 1));
+    press(Qt::Key_Left);
+    ASSERT_TRUE(WaitForStrip("photo2", 5));
+    window.recorder.lines.clear();
+    press(Qt::Key_Return);
+    ASSERT_TRUE(WaitUntil([&] { return !window.recorder.lines.isEmpty(); }));
+    EXPECT_EQ(window.recorder.lines, QStringList({QStringLiteral("RotateImageLeft photo2")}));
+    EXPECT_TRUE(WaitForPage(window.GetView(), shownStrips + QStringLiteral(".length == 0")));
+    // Without an open strip the keys are the page's own.
+    press(Qt::Key_Return);
+    ASSERT_TRUE(WaitUntil([&] { return window.recorder.lines.size() > 1; }));
+    EXPECT_EQ(window.recorder.lines.last(), QStringLiteral("LoadURL p.html"));
 }
 
 TEST_F(Strips, HaveTheirTipsAndSharpPictures)

@@ -128,6 +128,11 @@ void CCallRecorder::EditReference(const QString& name, const QString& hrefProper
     Note(QStringLiteral("EditReference %1|%2|%3").arg(name, hrefProperty, textProperty));
 }
 
+void CCallRecorder::DragImage(const QString& id, const QString& look)
+{
+    Note(QStringLiteral("DragImage %1 %2").arg(id, look));
+}
+
 void CCallRecorder::LoadURL(const QString& url)
 {
     Note(QStringLiteral("LoadURL ") + url);

@@ -40,6 +40,7 @@ public:
     void EditText(const TextToEdit& edited) override;
     void EditReference(const QString& name, const QString& hrefProperty,
                        const QString& textProperty) override;
+    void DragImage(const QString& id, const QString& look) override;
     void LoadURL(const QString& url) override;
 
 private:

@@ -73,6 +73,25 @@ TEST_F(MainFrame, DroppedPicturesAndFoldersGoIntoTheCurrentGallery)
     EXPECT_EQ(frame->GetProject().GetCurrentGallery()->GetPictures().GetCount(), 2);
 }
 
+TEST_F(MainFrame, FilesDroppedOnACoverGoIntoItsGallery)
+{
+    Start(Path("a.gallery"));
+    CGalleryProject& project = frame->GetProject();
+    const int32_t child = project.AddChildGallery(-1);
+    MakeDirectoryPath(Path("photos/more"));
+    const QString one = fixture.WritePicture(QStringLiteral("one.jpg"));
+    fixture.WritePicture(QStringLiteral("more/deep.png"));
+    const QString cover = project.FindGallery(child)->GetCoverName();
+    frame->AddDropped({one, Path("photos/more"), Path("nothing.txt")}, child);
+    EXPECT_EQ(project.FindGallery(child)->GetPictures().GetCount(), 2);
+    EXPECT_EQ(project.GetRootGallery()->GetPictures().GetCount(), 1); // the child
+    EXPECT_NE(project.FindGallery(child)->GetCoverName(), cover);
+    EXPECT_EQ(project.GetCurrentGallery(), project.GetRootGallery());
+    // The gallery may be gone by the time of the drop.
+    frame->AddDropped({one}, 99);
+    EXPECT_EQ(project.GetGalleries().size(), 2u);
+}
+
 TEST_F(MainFrame, ADroppedProjectIsOpenedAndTheFormerOneSaved)
 {
     Start(Path("a.gallery"));

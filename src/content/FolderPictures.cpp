@@ -1,0 +1,281 @@
+#include "content/FolderPictures.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <fcntl.h>
+#include <mutex>
+#include <set>
+#include <sys/stat.h>
+#include <thread>
+
+#include <QCryptographicHash>
+#include <QDateTime>
+#include <QFile>
+#include <QLocale>
+
+#include "common/Descriptor.h"
+#include "common/Exceptions.h"
+#include "common/FileIdentity.h"
+#include "common/FileSystem.h"
+#include "common/Platform.h"
+#include "common/Text.h"
+#include "common/Trace.h"
+#include "document/PictureFiles.h"
+#include "effects/FileNames.h"
+#include "effects/ImageEffectCompound.h"
+#include "effects/ImageEffectRename.h"
+#include "effects/ImageEffectSource.h"
+#include "effects/ImageEffectTextStamp.h"
+#include "effects/ImageEffectThumbnail.h"
+#include "imaging/DecodingStop.h"
+
+namespace {
+
+constexpr int progressStep = 5; // pictures; a page is changed for each step
+constexpr int bottomCentred = 8;
+constexpr int centred = 0;
+constexpr int readableLength = 60; // of a name that is made longer
+constexpr int daysKept = 60;       // of a card that no picture has any more
+
+// 16 hexadecimal digits.
+QString HashOf(const QString& text)
+{
+    const QByteArray hash = QCryptographicHash::hash(text.toUtf8(), QCryptographicHash::Sha1);
+    return QString::fromLatin1(hash.toHex().left(16));
+}
+
+QDateTime FromTime(int64_t seconds)
+{
+    return QDateTime::fromSecsSinceEpoch(seconds);
+}
+
+// When the file came into being, in the manner of the user's country. Not every file system knows it; then it
+// is the time of the last change.
+QString CreationTime(const QString& path, const QLocale& locale)
+{
+    struct statx status {};
+    if (::statx(AT_FDCWD, QFile::encodeName(path).constData(), 0, STATX_BTIME | STATX_MTIME, &status) != 0) {
+        return QString();
+    }
+    const bool knowsBirth = (status.stx_mask & STATX_BTIME) != 0;
+    return locale.toString(FromTime(knowsBirth ? status.stx_btime.tv_sec : status.stx_mtime.tv_sec),
+                           QLocale::ShortFormat);
+}
+
+CImageEffectCompound CardChain(QSize card, const QString& text)
+{
+    CImageEffectCompound chain;
+    chain.Add(std::make_shared<CImageEffectRename>());
+    chain.Add(std::make_shared<CImageEffectThumbnail>(card));
+    chain.Add(std::make_shared<CImageEffectTextStamp>(text, bottomCentred));
+    return chain;
+}
+
+// The chain's name alone is not enough: "a.gif" and "a.png" would have one card, and a picture that has
+// changed its old one.
+QString CardName(const QString& path, const CImageEffectCompound& chain, const QString& date)
+{
+    const std::optional<FileStamp> stamp = FileStamp::Of(path);
+    const QString state = stamp ? QStringLiteral("%1 %2").arg(stamp->size).arg(stamp->modified) : QString();
+    const FileNameParts name = SplitFileName(ExtractLastName(chain.GetResultFileName(path)));
+    return name.base.left(readableLength) + QLatin1Char('_') +
+           HashOf(ExtractLastName(path) + QLatin1Char('/') + date + QLatin1Char('/') + state) +
+           name.extension;
+}
+
+// What stands for a picture that can't be read.
+void SaveEmptyCard(const QString& name, QSize card, const QString& target)
+{
+    constexpr char grey = static_cast<char>(207); // as behind a picture
+    QByteArray bytes(qsizetype(4) * card.width() * card.height(), grey);
+    for (qsizetype i = 3; i < bytes.size(); i += 4) {
+        bytes[i] = static_cast<char>(255);
+    }
+    CImageEffectSource source(CImage::FromRgba(card, bytes));
+    CImageEffectTextStamp(name, centred).Apply(source);
+    source.Save(target);
+}
+
+// One walk over a folder: hands the pictures to the threads and gathers their cards.
+class CFolderWalk {
+public:
+    CFolderWalk(const std::vector<QString>& paths, QSize card, CFolderPicturesListener& listener)
+        : paths(paths), card(card), listener(listener), pictures(paths.size()), isFinished(paths.size())
+    {}
+
+    void Run(const QString& cardFolder)
+    {
+        folder = cardFolder;
+        const size_t count =
+            std::min<size_t>(std::max(1u, std::thread::hardware_concurrency()), paths.size());
+        std::vector<std::thread> others;
+        for (size_t i = 1; i < count; ++i) {
+            others.emplace_back([this] { Work(); });
+        }
+        Work();
+        for (std::thread& other : others) {
+            other.join();
+        }
+    }
+
+    FolderPictures Finish()
+    {
+        FolderPictures result;
+        for (size_t i = 0; i < paths.size(); ++i) {
+            if (!isFinished[i]) {
+                result.unfinished += paths[i];
+            }
+        }
+        result.pictures = std::move(pictures);
+        return result;
+    }
+
+private:
+    void Work()
+    {
+        const CDecodingStop stop([this] { return !listener.IsWanted(); });
+        for (size_t at = next++; at < paths.size() && listener.IsWanted(); at = next++) {
+            pictures[at] = std::make_unique<CFilePictureInfo>(paths[at], 0);
+            pictures[at]->SetThumbnailPath(MakeCard(at));
+            if (listener.IsWanted()) {
+                Note(at);
+            }
+        }
+    }
+
+    // The path of the card.
+    QString MakeCard(size_t at)
+    {
+        const QString& path = paths[at];
+        const QString date = CreationTime(path, locale);
+        const CImageEffectCompound chain = CardChain(card, date);
+        const QString target = folder + CardName(path, chain, date);
+        isFinished[at] = true;
+        if (FileExists(target)) {
+            return target;
+        }
+        // Under a name of its own, so that it is tried again next time.
+        const QString unfinished = WithSuffix(target, QStringLiteral("_unfinished"));
+        try {
+            CImageEffectSource source(path);
+            const CImage picture = source.GetImage();
+            chain.Apply(source);
+            source.Save(unfinished);
+            isFinished[at] = picture.GetCondition().state == ImageCondition::State::Whole;
+            return isFinished[at] && QFile::rename(unfinished, target) ? target : unfinished;
+        } catch (const CExceptionBase& failure) {
+            Trace(failure.GetCaption() + QLatin1Char(' ') + failure.GetDescription());
+        }
+        isFinished[at] = false;
+        MakeEmptyCard(path, unfinished);
+        return unfinished;
+    }
+
+    // If there is no place on the disk for it either, the row shows that its picture is missing.
+    void MakeEmptyCard(const QString& path, const QString& target)
+    {
+        if (!listener.IsWanted()) {
+            return;
+        }
+        try {
+            SaveEmptyCard(ExtractLastName(path), card, target);
+        } catch (const CExceptionBase& failure) {
+            Trace(failure.GetCaption() + QLatin1Char(' ') + failure.GetDescription());
+        }
+    }
+
+    void Note(size_t at)
+    {
+        const std::lock_guard lock(mutex);
+        ++count;
+        cards.push_back({static_cast<int>(at), paths[at], pictures[at]->GetThumbnailPath()});
+        if (count % progressStep == 0) {
+            std::sort(cards.begin(), cards.end(),
+                      [](const FolderCard& a, const FolderCard& b) { return a.position < b.position; });
+            listener.OnProgress(count, cards);
+            cards.clear();
+        }
+    }
+
+    const std::vector<QString>& paths;
+    const QSize card;
+    CFolderPicturesListener& listener;
+    const QLocale locale = QLocale::system();
+    QString folder;
+    std::atomic<size_t> next = 0;
+
+    // Each place belongs to the thread that works at the picture.
+    std::vector<std::unique_ptr<CFilePictureInfo>> pictures;
+    std::vector<char> isFinished;
+
+    // Guarded by mutex.
+    std::mutex mutex;
+    int count = 0;
+    std::vector<FolderCard> cards;
+};
+
+FolderPictures::State StateOf(const QString& folder)
+{
+    const CDescriptor directory(
+        ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (directory.Get() >= 0) {
+        return FolderPictures::State::Listed;
+    }
+    return errno == ENOENT || errno == ENOTDIR ? FolderPictures::State::Missing
+                                               : FolderPictures::State::NotReadable;
+}
+
+// Cards of pictures that have changed or gone, and of sizes that the view has had.
+void RemoveOldCards(const QString& folder, const FolderPictures& pictures)
+{
+    std::set<QString> used;
+    for (const auto& picture : pictures.pictures) {
+        used.insert(ExtractLastName(picture->GetThumbnailPath()));
+    }
+    const int64_t limit = QDateTime::currentSecsSinceEpoch() - int64_t{daysKept} * 24 * 60 * 60;
+    for (const DirectoryEntry& entry : ListDirectory(folder)) {
+        const auto stamp = used.contains(entry.name) ? std::nullopt : FileStamp::Of(folder + entry.name);
+        if (stamp && stamp->modified / 1'000'000'000 < limit) {
+            QFile::remove(folder + entry.name);
+        }
+    }
+}
+
+} // namespace
+
+FolderPictures FillPicturesCollection(const QString& folder, QSize card, CFolderPicturesListener& listener)
+{
+    const FolderPictures::State state = StateOf(folder);
+    if (state != FolderPictures::State::Listed) {
+        FolderPictures none;
+        none.state = state;
+        return none;
+    }
+    const std::vector<QString> paths = ListPictureFiles(WithTrailingSeparator(folder));
+    CFolderWalk walk(paths, card, listener);
+    if (!paths.empty()) {
+        const QString cards = GetPicturesFolder(folder);
+        walk.Run(cards);
+        FolderPictures result = walk.Finish();
+        if (listener.IsWanted()) {
+            RemoveOldCards(cards, result);
+        }
+        return result;
+    }
+    return walk.Finish();
+}
+
+QString GetPicturesFolder(const QString& folder)
+{
+    QString plain = folder;
+    while (plain.size() > 1 && plain.endsWith(QLatin1Char('/'))) {
+        plain.chop(1);
+    }
+    const QString name =
+        QStringLiteral("%1_%2_imgs")
+            .arg(SanitizeFileName(ExtractLastName(plain)).left(readableLength), HashOf(plain));
+    const QString path = JoinPath(FindTemporaryFolder(), name);
+    MakeDirectoryPath(path);
+    return WithTrailingSeparator(path);
+}

@@ -1,0 +1,15 @@
+#include "shell/frame/CommandLineAnswer.h"
+
+#include "common/ProgramIdentity.h"
+#include "resources/StringTable.h"
+
+std::optional<QString> FindCommandLineAnswer(const QStringList& arguments)
+{
+    if (arguments == QStringList{QStringLiteral("--help")}) {
+        return Text(StringId::DesktopUsage);
+    }
+    if (arguments == QStringList{QStringLiteral("--version")}) {
+        return QStringLiteral("vistorama %1\n").arg(GetProgramVersion());
+    }
+    return std::nullopt;
+}

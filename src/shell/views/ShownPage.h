@@ -1,0 +1,45 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include <QString>
+#include <QStringList>
+
+class CGallery;
+class CGalleryIterator;
+
+// The page of a gallery that the pages view shows: makes it, and knows what the names in it mean. Owned by
+// the pages view; screen's thread.
+class CShownPage final {
+public:
+    CShownPage();
+    ~CShownPage();
+    CShownPage(const CShownPage&) = delete;
+    CShownPage& operator=(const CShownPage&) = delete;
+
+    // The current page of the gallery, which is borrowed until the next call. Whatever is wrong with a layout
+    // or a file, there is a page, which then tells of it.
+    std::string Generate(CGallery& gallery);
+    void Clear();
+
+    // False without a gallery, and for a page that could not be made: then no name means anything.
+    bool HasNames() const { return iterator != nullptr; }
+    // The position in the gallery of an element's id, or -1.
+    int32_t FindPictureIndex(const QString& id);
+    // Empty for a position outside the gallery.
+    QString GetPicturePath(int32_t position);
+    // property: "object.variable". Nothing if it has no value.
+    std::optional<QString> ReadVariable(const QString& property);
+    void WriteVariable(const QString& property, const QString& text);
+
+private:
+    std::string GeneratePage();
+
+    CGallery* gallery = nullptr;
+    std::unique_ptr<CGalleryIterator> iterator;
+};
+
+// The folders of all files that pages of the gallery show.
+QStringList FoldersOfPages(CGallery& gallery);

@@ -1,0 +1,244 @@
+#include <utility>
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <gtest/gtest.h>
+
+#include "DesktopProgram.h"
+#include "SavedProject.h"
+
+// The steps of docs/guide.md, each as the guide tells it, and a picture of each: docs/make-screenshots takes
+// them from here into docs/images.
+
+namespace {
+
+class Guide : public testing::Test {
+protected:
+    CDesktopProgram program{QSize(1200, 750)};
+    QString project = program.CopySample();
+
+    void SetUp() override
+    {
+        program.WriteSettings("ColourScheme=light\n");
+        // The folders of the sample stand in its file as "/sample/...". That of the mountains is open, none
+        // of whose pictures are in the first gallery.
+        const QString folder = project.section(QLatin1Char('/'), 0, -2);
+        QFile file(project);
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        QByteArray text = file.readAll();
+        text.replace("recent_folder=\"/sample\"", "recent_folder=\"/sample/Mountains\"");
+        text.replace("\"/sample", '"' + folder.toUtf8());
+        file.resize(0);
+        file.seek(0);
+        file.write(text);
+    }
+
+    // The page has its pictures.
+    void WaitForPictures()
+    {
+        ASSERT_TRUE(program.WaitInPage(
+            QStringLiteral("[...document.images].every(i => i.complete && i.naturalWidth)")));
+    }
+
+    void StartWithSample()
+    {
+        program.Start({project});
+        WaitForPictures();
+    }
+
+    // A menu of the menu bar by its letter, then what is pressed in it.
+    void UseMenu(const char* letter, const QStringList& keys)
+    {
+        const qsizetype before = program.CountWindows();
+        program.PressKeys({QStringLiteral("alt+%1").arg(QLatin1String(letter))});
+        ASSERT_TRUE(program.WaitFor([&] { return program.CountWindows() > before; }));
+        program.PressKeys(keys);
+    }
+
+    void WaitForDialog(const char* title)
+    {
+        ASSERT_TRUE(program.WaitForWindow(QString::fromLatin1(title)));
+        program.FocusWindow(QString::fromLatin1(title));
+    }
+
+    // Of the screen, or of the window of this title. Taken once it has come to rest, and is unlike the last
+    // picture: some steps change nothing but what is seen.
+    void TakePicture(const char* step, const char* window = "")
+    {
+        const QString name = QStringLiteral("guide-") + QLatin1String(step);
+        const QString path = QStringLiteral(SCREENSHOT_FOLDER "/%1.png").arg(name);
+        const QByteArray former = last;
+        int equal = 0;
+        ASSERT_TRUE(program.WaitFor([&] {
+            program.TakePicture(name, QString::fromLatin1(window));
+            const QByteArray before = std::exchange(last, ReadPixels(path));
+            equal = last == before ? equal + 1 : 0;
+            return equal >= 3 && last != former;
+        })) << step;
+    }
+
+private:
+    // Without the date that is in the file.
+    static QByteArray ReadPixels(const QString& path)
+    {
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        const QByteArray bytes = file.readAll();
+        const qsizetype pixels = bytes.indexOf("IDAT");
+        return bytes.mid(pixels, bytes.indexOf("tEXt", pixels) - pixels);
+    }
+
+    QByteArray last;
+};
+
+} // namespace
+
+TEST_F(Guide, TheFirstStartShowsAnEmptyGallery)
+{
+    program.Start({});
+    TakePicture("first-start");
+    EXPECT_EQ(program.Terminate(), 0);
+    EXPECT_EQ(SavedProject(program.GetDefaultProject()).galleries.size(), 1u);
+}
+
+TEST_F(Guide, TheWindowHasThePageTheTreeAndTheFolder)
+{
+    StartWithSample();
+    TakePicture("window");
+    EXPECT_EQ(program.Terminate(), 0);
+}
+
+TEST_F(Guide, LayoutAndStyleAreChosenInTheMenu)
+{
+    StartWithSample();
+    const qsizetype before = program.CountWindows();
+    UseMenu("g", {QStringLiteral("l")});
+    ASSERT_TRUE(program.WaitFor([&] { return program.CountWindows() == before + 2; }));
+    TakePicture("layout");
+    // Cards is the first one.
+    program.PressKeys({QStringLiteral("Home"), QStringLiteral("Return")});
+    ASSERT_TRUE(program.WaitFor([&] { return program.CountWindows() == before; }));
+    // Auto, Film, Gallery wall, Ink.
+    UseMenu("g", {QStringLiteral("s"), QStringLiteral("Home"), QStringLiteral("Down"), QStringLiteral("Down"),
+                  QStringLiteral("Down"), QStringLiteral("Return")});
+    ASSERT_TRUE(program.WaitInPage(QStringLiteral("document.querySelector('link[href*=Ink]') != null")));
+    WaitForPictures();
+    TakePicture("style");
+    EXPECT_EQ(program.Terminate(), 0);
+    const SavedProject saved(project);
+    EXPECT_TRUE(
+        saved.galleries.at(0).style.at(QStringLiteral("template")).endsWith(QStringLiteral("cards.xml")));
+}
+
+TEST_F(Guide, ATextIsEditedWhereItStands)
+{
+    StartWithSample();
+    program.PressStripButton(QStringLiteral("document.querySelector('h1 [onmouseenter]')"),
+                             QStringLiteral("Edit text"));
+    WaitForDialog("Gallery title");
+    TakePicture("edit-text", "Gallery title");
+    program.PressKeys({QStringLiteral("Escape")});
+    ASSERT_TRUE(program.WaitForWindowGone(QStringLiteral("Gallery title")));
+    EXPECT_EQ(program.Terminate(), 0);
+}
+
+TEST_F(Guide, APictureHasItsButtons)
+{
+    StartWithSample();
+    program.MovePointer(program.PlaceOf(QStringLiteral(
+        "[...document.querySelectorAll('figure img[onmouseenter]')].find(i => i.alt == 'October')")));
+    ASSERT_TRUE(
+        program.WaitInPage(QStringLiteral("[...document.querySelectorAll('img[id$=_menu]')].some(s => "
+                                          "s.style.display == 'inline')")));
+    TakePicture("picture");
+    EXPECT_EQ(program.Terminate(), 0);
+}
+
+TEST_F(Guide, PartsOfThePageAreHidden)
+{
+    StartWithSample();
+    // The eye in the toolbar.
+    program.Click(QPoint(423, 36));
+    WaitForDialog("Change page elements visibility");
+    TakePicture("visibility", "Change page elements visibility");
+    program.PressKeys({QStringLiteral("Escape")});
+    ASSERT_TRUE(program.WaitForWindowGone(QStringLiteral("Change page elements visibility")));
+    EXPECT_EQ(program.Terminate(), 0);
+}
+
+TEST_F(Guide, AWatermarkIsLaidOverThePictures)
+{
+    const QString mark = program.Path(QStringLiteral("mark.png"));
+    ASSERT_EQ(QProcess::execute(QStringLiteral("convert"),
+                                {QStringLiteral("-size"), QStringLiteral("220x60"), QStringLiteral("xc:none"),
+                                 QStringLiteral("-fill"), QStringLiteral("white"), QStringLiteral("-stroke"),
+                                 QStringLiteral("white"), QStringLiteral("-draw"),
+                                 QStringLiteral("circle 30,30 30,8 rectangle 70,24 210,36"), mark}),
+              0);
+    StartWithSample();
+    UseMenu("e", {QStringLiteral("Return")});
+    WaitForDialog("Image watermark");
+    program.PressKeys({QStringLiteral("alt+z"), QStringLiteral("End"), QStringLiteral("alt+c")});
+    WaitForDialog("Choose a watermark picture");
+    program.TypeText(mark);
+    program.PressKeys({QStringLiteral("Return")});
+    ASSERT_TRUE(program.WaitForWindowGone(QStringLiteral("Choose a watermark picture")));
+    program.FocusWindow(QStringLiteral("Image watermark"));
+    TakePicture("watermark", "Image watermark");
+    program.PressKeys({QStringLiteral("Return")});
+    ASSERT_TRUE(program.WaitForWindowGone(QStringLiteral("Image watermark")));
+    EXPECT_EQ(program.Terminate(), 0);
+    EXPECT_TRUE(SavedProject(project).text.contains(mark));
+}
+
+TEST_F(Guide, ASignatureIsWrittenOnThePictures)
+{
+    StartWithSample();
+    UseMenu("e", {QStringLiteral("Down"), QStringLiteral("Return")});
+    WaitForDialog("Image signature");
+    program.PressKeys({QStringLiteral("alt+z"), QStringLiteral("End"), QStringLiteral("alt+t")});
+    program.TypeText(QStringLiteral("Anna Example"));
+    TakePicture("signature", "Image signature");
+    program.PressKeys({QStringLiteral("Return")});
+    ASSERT_TRUE(program.WaitForWindowGone(QStringLiteral("Image signature")));
+    EXPECT_EQ(program.Terminate(), 0);
+    EXPECT_TRUE(SavedProject(project).text.contains(QStringLiteral("Anna Example")));
+}
+
+TEST_F(Guide, TheWizardDeploysToAFolder)
+{
+    const QString site = program.Path(QStringLiteral("site"));
+    StartWithSample();
+    UseMenu("g", {QStringLiteral("d")});
+    WaitForDialog("Deploy Wizard");
+    TakePicture("deploy", "Deploy Wizard");
+    program.PressKeys({QStringLiteral("alt+n")});
+    TakePicture("deploy-folder", "Deploy Wizard");
+    program.PressKeys({QStringLiteral("ctrl+a")});
+    program.TypeText(site);
+    program.PressKeys({QStringLiteral("alt+n")});
+    TakePicture("deploy-start", "Deploy Wizard");
+    // A browser would come up in front of the person who runs this.
+    program.PressKeys({QStringLiteral("alt+o"), QStringLiteral("alt+n")});
+    // Written when all else is.
+    const QDir records(program.GetHome() + QStringLiteral("/.cache/vistorama/deployments"));
+    ASSERT_TRUE(program.WaitFor([&] { return !records.entryList(QDir::Files).isEmpty(); }));
+    TakePicture("deploy-done", "Deploy Wizard");
+    program.PressKeys({QStringLiteral("Return")});
+    ASSERT_TRUE(program.WaitForWindowGone(QStringLiteral("Deploy Wizard")));
+    EXPECT_EQ(program.Terminate(), 0);
+    EXPECT_TRUE(QFile::exists(site + QStringLiteral("/index.html")));
+}
+
+TEST_F(Guide, TheWizardDeploysToAServer)
+{
+    StartWithSample();
+    UseMenu("g", {QStringLiteral("d")});
+    WaitForDialog("Deploy Wizard");
+    program.PressKeys({QStringLiteral("alt+i"), QStringLiteral("alt+n")});
+    TakePicture("deploy-server", "Deploy Wizard");
+    program.PressKeys({QStringLiteral("Escape")});
+    ASSERT_TRUE(program.WaitForWindowGone(QStringLiteral("Deploy Wizard")));
+    EXPECT_EQ(program.Terminate(), 0);
+}

@@ -1,0 +1,137 @@
+#!/usr/bin/env bash
+# Installs the package in a minimal Debian 12 and uses it there as a user of no special rights:
+#
+#   tests/package/clean-root.sh PACKAGE.deb FOLDER
+#
+# The root is made below FOLDER with the package sources of this machine, and stays for the next call. Needs root, a
+# network, debootstrap, xvfb, xdotool and imagemagick. A few minutes, hundreds of megabytes.
+set -euo pipefail
+
+if [ "$(id -u)" -ne 0 ]; then
+    exec sudo --preserve-env=http_proxy,https_proxy,no_proxy "$0" "$@"
+fi
+# All mounts are gone with the process.
+if [ "${CLEAN_ROOT_UNSHARED:-}" = "" ]; then
+    exec env CLEAN_ROOT_UNSHARED=1 unshare --mount --propagation private "$0" "$@"
+fi
+
+package=$(readlink -f "$1")
+mkdir -p "$2"
+folder=$(readlink -f "$2")
+base=$folder/base
+root=$folder/root
+
+say() { printf '%s\n' "$*"; }
+fail() {
+    printf 'FAILED: %s\n' "$*" >&2
+    exit 1
+}
+in_root() { chroot "$root" "$@"; }
+visitor=(chroot "$root" setpriv --reuid=visitor --regid=visitor --init-groups
+    env -i HOME=/home/visitor USER=visitor PATH=/usr/bin:/bin LC_ALL=C.UTF-8)
+as_visitor() { "${visitor[@]}" "$@"; }
+
+if [ ! -f "$base/.ready" ]; then
+    say "Making a minimal Debian 12"
+    rm -rf "$base"
+    mirror=$(apt-get indextargets --format '$(REPO_URI) $(CODENAME) $(CREATED_BY)' |
+        awk '$2 == "bookworm" && $3 == "Packages" { print $1; exit }')
+    debootstrap --variant=minbase bookworm "$base" "$mirror" >"$folder/debootstrap.log" 2>&1 ||
+        fail "debootstrap; see $folder/debootstrap.log"
+    rm -rf "$base/etc/apt"
+    cp -a /etc/apt "$base/etc/apt"
+    # What this machine prefers from other sources.
+    rm -rf "$base"/etc/apt/preferences.d/*
+    touch "$base/.ready"
+fi
+
+say "A fresh copy of it"
+rm -rf --one-file-system "$root"
+cp -a "$base" "$root"
+cp -L /etc/resolv.conf /etc/hosts "$root/etc/"
+mount -t proc proc "$root/proc"
+mount -t tmpfs tmpfs "$root/dev/shm"
+# For the display, which is outside.
+mkdir -p /tmp/.X11-unix "$root/tmp/.X11-unix"
+mount --bind /tmp/.X11-unix "$root/tmp/.X11-unix"
+
+say "Installing $(basename "$package")"
+cp "$package" "$root/tmp/"
+export DEBIAN_FRONTEND=noninteractive
+{
+    in_root apt-get update -q
+    in_root apt-get install -q -y --no-install-recommends "/tmp/$(basename "$package")"
+} >"$folder/install.log" 2>&1 || fail "the installation; see $folder/install.log"
+in_root dpkg-query -W vistorama
+in_root apt-get check -q >/dev/null
+in_root useradd --create-home visitor
+
+say "--- The programs say their version, without a display"
+version=$(dpkg-deb -f "$package" Version)
+for program in vistorama vistorama-cli; do
+    [ "$(as_visitor $program --version)" = "$program $version" ] || fail "$program --version"
+    as_visitor $program --version
+done
+
+say "--- Every library is found"
+for program in vistorama vistorama-cli; do
+    if in_root ldd /usr/bin/$program | grep 'not found'; then
+        fail "$program misses libraries"
+    fi
+done
+
+say "--- A user deploys the sample and a project of a folder tree"
+as_visitor vistorama-cli deploy /usr/share/vistorama/sample/sample.gallery /home/visitor/site --quiet
+as_visitor vistorama-cli new /home/visitor/trip.gallery --layout cards --style ink --signature Anna \
+    --tree /usr/share/vistorama/sample
+as_visitor vistorama-cli deploy /home/visitor/trip.gallery /home/visitor/trip --quiet
+for site in site trip; do
+    [ -s "$root/home/visitor/$site/index.html" ] || fail "no page in $site"
+    say "$site: $(find "$root/home/visitor/$site" -type f | wc -l) files"
+done
+
+say "--- The desktop program opens the sample"
+# Of this machine's own tools, so that the root stays what a user has.
+coproc display { exec Xvfb -displayfd 1 -screen 0 1440x900x24 -nolisten tcp -noreset 2>/dev/null; }
+display_process=$display_PID
+read -r number <&"${display[0]}"
+trap 'kill $display_process' EXIT
+cp -r "$root/usr/share/vistorama/sample" "$root/home/visitor/sample"
+chroot "$root" chown -R visitor:visitor /home/visitor/sample
+# Not through the function: the process to end is the program itself.
+"${visitor[@]}" DISPLAY=":$number" QTWEBENGINE_CHROMIUM_FLAGS=--disable-gpu QT_QUICK_BACKEND=software \
+    vistorama /home/visitor/sample/sample.gallery >"$folder/desktop.log" 2>&1 &
+program=$!
+window=
+for _ in $(seq 120); do
+    kill -0 $program 2>/dev/null || fail "vistorama has ended; see $folder/desktop.log"
+    window=$(DISPLAY=":$number" xdotool search --onlyvisible --name 'Vistorama - ' 2>/dev/null | head -1) || true
+    if [ -n "$window" ]; then
+        break
+    fi
+    sleep 0.5
+done
+[ -n "$window" ] || fail "no window; see $folder/desktop.log"
+say "Window: $(DISPLAY=":$number" xdotool getwindowname "$window")"
+# The page comes a little later than the window.
+sleep 8
+import -display ":$number" -window root "$folder/desktop.png"
+say "Picture: $folder/desktop.png"
+DISPLAY=":$number" xdotool search --onlyvisible --name 'Vistorama - ' >/dev/null || fail "the window is gone"
+kill -TERM $program
+wait $program || fail "vistorama ended with $?"
+
+say "--- The desktop knows the program"
+in_root apt-get install -q -y --no-install-recommends desktop-file-utils shared-mime-info man-db appstream xz-utils \
+    >>"$folder/install.log" 2>&1 || fail "the tools; see $folder/install.log"
+in_root desktop-file-validate /usr/share/applications/com.corvane.Vistorama.desktop
+in_root appstreamcli validate --no-net /usr/share/metainfo/com.corvane.Vistorama.metainfo.xml
+in_root grep -h vistorama /usr/share/mime/globs2 /usr/share/applications/mimeinfo.cache
+in_root man -w vistorama vistorama-cli
+
+say "--- It goes without a trace"
+in_root apt-get purge -q -y vistorama >>"$folder/install.log" 2>&1
+if find "$root/usr" "$root/etc" "$root/var/lib" -xdev -iname '*vistorama*' -not -path '*/apt/*' | grep .; then
+    fail "files are left behind"
+fi
+say "All is well."
