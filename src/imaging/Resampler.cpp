@@ -7,6 +7,7 @@
 #include <mutex>
 #include <numbers>
 
+#include "imaging/DecodingStop.h"
 #include "imaging/ResamplerKernels.h"
 
 namespace {
@@ -363,6 +364,7 @@ CPixels Resample(const CPixels& pixels, const Resampling& resampling)
     CResampler resampler(grid, {resampling});
     for (int y = 0; y < pixels.size.height() && !resampler.IsFull(); ++y) {
         resampler.TakeRow(pixels.GetRow(y));
+        CDecodingStop::ThrowIfWanted();
     }
     return resampler.Finish().front();
 }

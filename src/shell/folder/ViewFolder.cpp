@@ -312,7 +312,8 @@ bool CViewFolder::TakeFilled()
     Filled taken;
     {
         const std::lock_guard lock(pictureLock);
-        if (!isWorking || filled.number != job.number) {
+        // Another folder may have been chosen already, and its hint be under way.
+        if (!isWorking || filled.number != job.number || job.folder != folderPath) {
             return false;
         }
         taken = std::exchange(filled, {});
