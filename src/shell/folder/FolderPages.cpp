@@ -148,12 +148,32 @@ std::string BuildTextPage(const QString& heading, const QStringList& paragraphs)
     return page + "<tr class=\"end\"><td height=100%></td></tr>" + Resource(225);
 }
 
-QString FolderName(const QString& folder)
+std::string BuildStatePage(const QString& folder, FolderPictures::State state)
+{
+    const bool isMissing = state == FolderPictures::State::Missing;
+    return BuildTextPage(
+        FolderName(folder),
+        {Text(isMissing ? StringId::FolderVanished : StringId::FolderNotReadable), folder,
+         Text(isMissing ? StringId::FolderVanishedAdvice : StringId::FolderNotReadableAdvice)});
+}
+
+std::string BuildFailurePage(const QString& folder, const QStringList& why)
+{
+    return BuildTextPage(FolderName(folder), QStringList{Text(StringId::FolderNotShown)} + why);
+}
+
+QString WithoutTrailingSeparator(const QString& folder)
 {
     QString plain = folder;
     while (plain.size() > 1 && plain.endsWith(QLatin1Char('/'))) {
         plain.chop(1);
     }
+    return plain;
+}
+
+QString FolderName(const QString& folder)
+{
+    const QString plain = WithoutTrailingSeparator(folder);
     const QString name = ExtractLastName(plain);
     return name.isEmpty() ? plain : name;
 }

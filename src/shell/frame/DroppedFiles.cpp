@@ -1,6 +1,7 @@
 #include "shell/frame/DroppedFiles.h"
 
 #include "common/FileSystem.h"
+#include "document/Gallery.h"
 #include "document/PictureFiles.h"
 
 namespace {
@@ -28,4 +29,13 @@ DroppedFiles SortDropped(const QStringList& paths)
         }
     }
     return files;
+}
+
+int AddPictures(CGallery& gallery, const QStringList& paths)
+{
+    const int before = gallery.GetPictures().GetCount();
+    for (const QString& path : paths) {
+        gallery.AddPicture(path);
+    }
+    return gallery.GetPictures().GetCount() - before;
 }

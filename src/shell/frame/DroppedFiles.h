@@ -2,6 +2,8 @@
 
 #include <QStringList>
 
+class CGallery;
+
 // What of dropped files the program has a use for.
 struct DroppedFiles {
     QString project;      // the first project among them; the pictures are left then
@@ -9,3 +11,6 @@ struct DroppedFiles {
 };
 
 DroppedFiles SortDropped(const QStringList& paths);
+
+// Returns how many of them the gallery did not have before.
+int AddPictures(CGallery& gallery, const QStringList& paths);

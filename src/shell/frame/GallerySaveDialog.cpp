@@ -17,3 +17,9 @@ CGallerySaveDialog::CGallerySaveDialog(Purpose purpose, const QString& currentPa
         selectFile(ExtractLastName(currentPath));
     }
 }
+
+QString AskForProject(CGallerySaveDialog::Purpose purpose, const QString& currentPath, QWidget* parent)
+{
+    CGallerySaveDialog dialog(purpose, currentPath, parent);
+    return dialog.exec() == QDialog::Accepted ? dialog.GetPath() : QString();
+}

@@ -13,3 +13,6 @@ public:
     // After Accepted.
     QString GetPath() const { return selectedFiles().value(0); }
 };
+
+// The path that the person has chosen; empty if none was.
+QString AskForProject(CGallerySaveDialog::Purpose purpose, const QString& currentPath, QWidget* parent);

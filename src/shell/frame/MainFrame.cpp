@@ -73,9 +73,8 @@ void CMainFrame::CreateViews()
     galleriesView = new CEmptyView(this);
     panes = std::make_unique<CFramePanes>(
         *this, CFramePanes::Views{.pages = pagesView, .galleries = galleriesView, .folder = folderView});
-    drop = new CPictureDrop(this, [this](const QStringList& paths) { AddDropped(paths); });
+    (new CPictureDrop(this, [this](const QStringList& paths) { AddDropped(paths); }))->Watch(*this);
     setAcceptDrops(true);
-    drop->Watch(*this);
 }
 
 // The wizard may have changed the choices that stand in the project's file.
@@ -186,11 +185,11 @@ void CMainFrame::SaveProject()
 
 void CMainFrame::SaveProjectAs()
 {
-    CGallerySaveDialog dialog(CGallerySaveDialog::Purpose::Save, recentProjects.GetFront(), this);
-    if (dialog.exec() != QDialog::Accepted || recentProjects.IsCurrent(dialog.GetPath())) {
+    const QString chosen = AskForProject(CGallerySaveDialog::Purpose::Save, recentProjects.GetFront(), this);
+    if (chosen.isEmpty() || recentProjects.IsCurrent(chosen)) {
         return;
     }
-    const QString path = NormalisedProjectPath(dialog.GetPath());
+    const QString path = NormalisedProjectPath(chosen);
     project.Save(path);
     AddRecentProject(path);
     UpdateTitle(path);
@@ -199,9 +198,9 @@ void CMainFrame::SaveProjectAs()
 
 void CMainFrame::OpenProjectDialog()
 {
-    CGallerySaveDialog dialog(CGallerySaveDialog::Purpose::Open, recentProjects.GetFront(), this);
-    if (dialog.exec() == QDialog::Accepted && !recentProjects.IsCurrent(dialog.GetPath())) {
-        SwitchProject(dialog.GetPath());
+    const QString chosen = AskForProject(CGallerySaveDialog::Purpose::Open, recentProjects.GetFront(), this);
+    if (!chosen.isEmpty() && !recentProjects.IsCurrent(chosen)) {
+        SwitchProject(chosen);
     }
 }
 
@@ -254,11 +253,7 @@ void CMainFrame::AddRecentProject(const QString& path)
 void CMainFrame::UpdateRecentProjectsMenus()
 {
     UpdateRecentProjectsMenu(*menus->file, recentProjects, [this](int commandId) { OnCommand(commandId); });
-    std::vector<CViewPagesToolBar::RecentProject> entries;
-    for (const int position : recentProjects.GetOrderByName()) {
-        entries.push_back({ProjectNameOf(recentProjects.GetPaths()[position]), position});
-    }
-    pagesView->GetToolBar().SetRecentProjects(entries);
+    pagesView->GetToolBar().SetRecentProjects(EntriesByName(recentProjects));
 }
 
 void CMainFrame::AddDropped(const QStringList& paths)
@@ -268,16 +263,10 @@ void CMainFrame::AddDropped(const QStringList& paths)
         Try([&] { SwitchProject(files.project); });
         return;
     }
-    CGallery* const gallery = project.GetCurrentGallery();
-    if (gallery == nullptr) {
-        return;
+    if (CGallery* const gallery = project.GetCurrentGallery()) {
+        statusBar()->showMessage(Text(StringId::PicturesDropped, AddPictures(*gallery, files.pictures)));
+        UpdateViews(UpdateHint::PicturesAdded);
     }
-    const int before = gallery->GetPictures().GetCount();
-    for (const QString& path : files.pictures) {
-        gallery->AddPicture(path);
-    }
-    statusBar()->showMessage(Text(StringId::PicturesDropped, gallery->GetPictures().GetCount() - before));
-    UpdateViews(UpdateHint::PicturesAdded);
 }
 
 void CMainFrame::OnViewChanged(ViewId view, UpdateHint hint, const UpdateParameter& parameter)

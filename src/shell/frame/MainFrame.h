@@ -13,7 +13,6 @@
 class CCommandActions;
 class CEmptyView;
 class CFramePanes;
-class CPictureDrop;
 class CViewFolder;
 class CViewPages;
 struct FrameMenus;
@@ -92,7 +91,6 @@ private:
     CGalleryProject project;
     const QString commandLinePath;
     CRecentProjects recentProjects;
-    CPictureDrop* drop = nullptr;
     std::unique_ptr<CFramePanes> panes;
     std::unique_ptr<CCommandActions> actions;
     std::unique_ptr<FrameMenus> menus;

@@ -57,3 +57,12 @@ void UpdateRecentProjectsMenu(QMenu& menu, const CRecentProjects& projects,
         menu.insertAction(listEnd, entry);
     }
 }
+
+std::vector<CViewPagesToolBar::RecentProject> EntriesByName(const CRecentProjects& projects)
+{
+    std::vector<CViewPagesToolBar::RecentProject> entries;
+    for (const int position : projects.GetOrderByName()) {
+        entries.push_back({ProjectNameOf(projects.GetPaths()[position]), position});
+    }
+    return entries;
+}

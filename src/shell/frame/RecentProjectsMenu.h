@@ -1,6 +1,9 @@
 #pragma once
 
 #include <functional>
+#include <vector>
+
+#include "shell/views/ViewPagesToolBar.h"
 
 class CRecentProjects;
 class QMenu;
@@ -10,3 +13,6 @@ class QMenu;
 // number.
 void UpdateRecentProjectsMenu(QMenu& menu, const CRecentProjects& projects,
                               const std::function<void(int commandId)>& chosen);
+
+// All of them, in the order of their names, for the toolbar.
+std::vector<CViewPagesToolBar::RecentProject> EntriesByName(const CRecentProjects& projects);
