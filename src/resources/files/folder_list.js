@@ -46,7 +46,6 @@ var folderList = (function () {
     });
     if (row) { rowHeight = row.getBoundingClientRect().height; }
     blocks.forEach(setGapHeight);
-    update();
   }
 
   // Not by an IntersectionObserver: it sees nothing of what is scrolled past without a stop. All places are read
@@ -104,7 +103,10 @@ var folderList = (function () {
   blocks.forEach(prepare);
   update();
   window.addEventListener("scroll", update);
-  window.addEventListener("resize", measure);
+  window.addEventListener("resize", function () {
+    measure();
+    update();
+  });
 
   return { append: append, setCount: setCount, hide: hide, hideAll: hideAll };
 })();

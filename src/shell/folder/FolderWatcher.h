@@ -25,6 +25,7 @@ private:
     const std::function<void()> changed;
     QString folder;
     QFileSystemWatcher watcher;
-    QTimer pause;  // gathers changes
-    QTimer search; // for a folder that is gone
+    QTimer pause;   // gathers changes
+    QTimer lookOut; // for a folder that goes or comes
+    bool isThere = false;
 };
