@@ -177,7 +177,7 @@ void MeasureFirstVisit(CBenchView& view, const QString& folder, double workers, 
 {
     const auto start = Clock::now();
     view.Open(folder);
-    RunUntil([&] { return !view.Get().IsLoaded(); });
+    RunUntil([&] { return view.GetChangeTime() > 0; });
     view.WaitInPage(seen);
     const double first = Milliseconds(start);
     RunUntil([&] { return view.Get().IsLoaded(); });
@@ -211,7 +211,7 @@ void MeasureLarge(CBenchView& view, const QString& folder, int count)
 {
     const auto start = Clock::now();
     view.Open(folder);
-    RunUntil([&] { return !view.Get().IsLoaded(); });
+    RunUntil([&] { return view.GetChangeTime() > 0; });
     RunUntil([&] { return view.Get().IsLoaded(); });
     const double made = Milliseconds(start);
     view.Ask(QStringLiteral("1"));

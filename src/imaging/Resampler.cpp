@@ -7,6 +7,7 @@
 #include <mutex>
 #include <numbers>
 
+#include "imaging/DecodingStop.h"
 #include "imaging/ResamplerKernels.h"
 
 namespace {
@@ -385,6 +386,7 @@ CPixels Resample(const CPixels& pixels, const Resampling& resampling)
     for (int y = 0; y < pixels.size.height() && !resampler.IsFull(); ++y) {
         std::copy_n(pixels.GetRow(y), rowBytes, resampler.GetPlace());
         resampler.TakeRow();
+        CDecodingStop::ThrowIfWanted();
     }
     return resampler.Finish().front();
 }

@@ -2,12 +2,10 @@
 // blocks near the window are filled, so that a folder of thousands of pictures is scrolled without waiting for any of
 // them, and only the pictures near the window are in memory.
 var folderList = (function () {
-  var reach = 2;       // heights of the window, above and below it, within which blocks are filled
+  var fillReach = 2;   // heights of the window, above and below it, within which blocks are filled
+  var emptyReach = 3;  // and beyond which they are emptied
   var rowHeight = 0;   // in pixels, at the present width
   var blocks = Array.from(document.querySelectorAll("tbody.block"));
-  var watcher = new IntersectionObserver(function (entries) {
-    entries.forEach(function (entry) { if (entry.isIntersecting) { fill(entry.target); } else { empty(entry.target); } });
-  }, { rootMargin: reach * 100 + "% 0px" });
 
   function rowsOf(block) { return block.querySelector("template").content; }
   function isFilled(block) { return !block.querySelector(".gap") }
@@ -50,31 +48,38 @@ var folderList = (function () {
     blocks.forEach(setGapHeight);
   }
 
-  // At once, for what is scrolled to before the page is shown.
-  function fillNear() {
-    blocks.filter(function (block) {
+  // Not by an IntersectionObserver: it sees nothing of what is scrolled past without a stop. All places are read
+  // before anything is changed.
+  function update() {
+    var distances = blocks.map(function (block) {
       var rect = block.getBoundingClientRect();
-      return rect.bottom > -innerHeight && rect.top < 2 * innerHeight;
-    }).forEach(fill);
+      return Math.max(-rect.bottom, rect.top - innerHeight, 0);
+    });
+    distances.forEach(function (distance, i) {
+      if (distance <= fillReach * innerHeight) { fill(blocks[i]); }
+      if (distance > emptyReach * innerHeight) { empty(blocks[i]); }
+    });
   }
 
-  function watch(block) {
+  function prepare(block) {
     addGap(block);
     if (!rowHeight) {
       fill(block);
       measure();
     }
-    watcher.observe(block);
   }
 
-  // rows: the HTML of further rows.
+  // rows: the HTML of further rows, for each block.
   function append(rows) {
-    var block = document.createElement("tbody");
-    block.className = "block";
-    block.innerHTML = "<template>" + rows + "</template>";
-    document.getElementById("end").before(block);
-    blocks.push(block);
-    watch(block);
+    rows.forEach(function (html) {
+      var block = document.createElement("tbody");
+      block.className = "block";
+      block.innerHTML = "<template>" + html + "</template>";
+      document.getElementById("end").before(block);
+      blocks.push(block);
+      prepare(block);
+    });
+    update();
   }
 
   function setCount(count) { document.getElementById("count").textContent = count; }
@@ -87,20 +92,21 @@ var folderList = (function () {
       blocks.forEach(function (block) { forget(block, id + "_row"); });
     });
     blocks.forEach(setGapHeight);
+    update();
   }
 
   function hideAll() {
-    blocks.forEach(function (block) {
-      watcher.unobserve(block);
-      block.remove();
-    });
+    blocks.forEach(function (block) { block.remove(); });
     blocks = [];
   }
 
-  blocks.forEach(watch);
-  fillNear();
-  window.addEventListener("scroll", fillNear);
-  window.addEventListener("resize", measure);
+  blocks.forEach(prepare);
+  update();
+  window.addEventListener("scroll", update);
+  window.addEventListener("resize", function () {
+    measure();
+    update();
+  });
 
   return { append: append, setCount: setCount, hide: hide, hideAll: hideAll };
 })();

@@ -17,7 +17,7 @@
 namespace {
 
 constexpr int scrollBarWidth = 12; // as the pages' style sheet has it
-constexpr int rowsInBlock = 20;
+constexpr size_t rowsInBlock = 20;
 
 std::string Resource(int number)
 {
@@ -35,13 +35,6 @@ std::string Escaped(const QString& text)
     return Narrow(text.toHtmlEscaped());
 }
 
-// A list of one is the shortest way to a script's literal.
-QString ScriptLiteral(const QString& text)
-{
-    const QByteArray list = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
-    return QString::fromUtf8(list.mid(1, list.size() - 2));
-}
-
 std::string TextRow(const QString& text)
 {
     return "<tr class=\"text\"><td colspan=2>" + Escaped(text) + "</td></tr>\n";
@@ -56,7 +49,7 @@ std::string Heading(const QString& folder, int32_t count)
 void WriteRows(CViewFolderImageIterator& iterator, QSize card, std::ostream& out)
 {
     CContentGeneratorFolderView generator(FindTemporaryFolder());
-    int row = 0;
+    size_t row = 0;
     for (iterator.Reset(); iterator.HasPicture(); iterator.NextPicture(), ++row) {
         if (row % rowsInBlock == 0) {
             out << (row == 0 ? "" : "</template></tbody>\n") << "<tbody class=\"block\"><template>";
@@ -99,12 +92,18 @@ QString SetCountScript(int count)
 
 QString AppendCardsScript(const std::vector<FolderCard>& cards)
 {
+    QJsonArray blocks;
     QString rows;
-    for (const FolderCard& card : cards) {
+    for (size_t i = 0; i < cards.size(); ++i) {
         rows += QStringLiteral("<tr><td colspan=2><img src=\"%1\" alt=\"\"></td></tr>")
-                    .arg(AddressOfFile(card.thumbnailPath));
+                    .arg(AddressOfFile(cards[i].thumbnailPath));
+        if ((i + 1) % rowsInBlock == 0 || i + 1 == cards.size()) {
+            blocks.append(rows);
+            rows.clear();
+        }
     }
-    return QStringLiteral("folderList.append(%1)").arg(ScriptLiteral(rows));
+    return QStringLiteral("folderList.append(%1)")
+        .arg(QString::fromUtf8(QJsonDocument(blocks).toJson(QJsonDocument::Compact)));
 }
 
 std::string BuildListPage(const FolderPage& page, CViewFolderImageIterator& iterator)
@@ -149,12 +148,32 @@ std::string BuildTextPage(const QString& heading, const QStringList& paragraphs)
     return page + "<tr class=\"end\"><td height=100%></td></tr>" + Resource(225);
 }
 
-QString FolderName(const QString& folder)
+std::string BuildStatePage(const QString& folder, FolderPictures::State state)
+{
+    const bool isMissing = state == FolderPictures::State::Missing;
+    return BuildTextPage(
+        FolderName(folder),
+        {Text(isMissing ? StringId::FolderVanished : StringId::FolderNotReadable), folder,
+         Text(isMissing ? StringId::FolderVanishedAdvice : StringId::FolderNotReadableAdvice)});
+}
+
+std::string BuildFailurePage(const QString& folder, const QStringList& why)
+{
+    return BuildTextPage(FolderName(folder), QStringList{Text(StringId::FolderNotShown)} + why);
+}
+
+QString WithoutTrailingSeparator(const QString& folder)
 {
     QString plain = folder;
     while (plain.size() > 1 && plain.endsWith(QLatin1Char('/'))) {
         plain.chop(1);
     }
+    return plain;
+}
+
+QString FolderName(const QString& folder)
+{
+    const QString plain = WithoutTrailingSeparator(folder);
     const QString name = ExtractLastName(plain);
     return name.isEmpty() ? plain : name;
 }

@@ -36,6 +36,12 @@ QString HideAllRowsScript();
 
 // A text in place of a list.
 std::string BuildTextPage(const QString& heading, const QStringList& paragraphs);
+// Why there is no list: the folder is not there or may not be read.
+std::string BuildStatePage(const QString& folder, FolderPictures::State state);
+// why: a line for each thing that is known.
+std::string BuildFailurePage(const QString& folder, const QStringList& why);
 
+// "/a/b/" gives "/a/b"; the root stays.
+QString WithoutTrailingSeparator(const QString& folder);
 // The last name of a folder; the folder itself if it has none.
 QString FolderName(const QString& folder);

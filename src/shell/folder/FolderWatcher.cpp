@@ -1,25 +1,14 @@
 #include "shell/folder/FolderWatcher.h"
 
-#include <sys/stat.h>
-
-#include <QFile>
+#include "common/FileSystem.h"
 
 namespace {
 
 using namespace std::chrono_literals;
 
 constexpr auto pauseLength = 250ms;
-constexpr auto searchInterval = 2s;
+constexpr auto lookOutInterval = 2s;
 constexpr int maximumFiles = 64;
-
-// Device and file number of what stands under the path; zeros for nothing.
-std::pair<uint64_t, uint64_t> IdentityOf(const QString& folder)
-{
-    struct stat status {};
-    const bool isThere = ::stat(QFile::encodeName(folder).constData(), &status) == 0;
-    return isThere ? std::pair<uint64_t, uint64_t>(status.st_dev, status.st_ino)
-                   : std::pair<uint64_t, uint64_t>();
-}
 
 } // namespace
 
@@ -27,7 +16,7 @@ CFolderWatcher::CFolderWatcher(std::function<void()> changed) : changed(std::mov
 {
     pause.setSingleShot(true);
     pause.setInterval(pauseLength);
-    search.setInterval(searchInterval);
+    lookOut.setInterval(lookOutInterval);
     const auto note = [this] {
         // Not started anew by each change: a long copy shows its files as they come.
         if (!pause.isActive()) {
@@ -37,7 +26,7 @@ CFolderWatcher::CFolderWatcher(std::function<void()> changed) : changed(std::mov
     connect(&watcher, &QFileSystemWatcher::directoryChanged, this, note);
     connect(&watcher, &QFileSystemWatcher::fileChanged, this, note);
     connect(&pause, &QTimer::timeout, this, [this] { this->changed(); });
-    connect(&search, &QTimer::timeout, this, &CFolderWatcher::LookForFolder);
+    connect(&lookOut, &QTimer::timeout, this, &CFolderWatcher::LookForFolder);
 }
 
 // Always anew: what stood under the path may have been moved away, and something else be there.
@@ -49,11 +38,11 @@ void CFolderWatcher::Watch(const QString& newFolder)
     WatchFiles({});
     folder = newFolder;
     pause.stop();
-    search.stop();
+    lookOut.stop();
     if (!folder.isEmpty()) {
-        watched = IdentityOf(folder);
         watcher.addPath(folder);
-        search.start();
+        isThere = FolderExists(folder);
+        lookOut.start();
     }
 }
 
@@ -67,10 +56,12 @@ void CFolderWatcher::WatchFiles(const QStringList& paths)
     }
 }
 
+// The system tells of a folder's content, not of the folder itself being moved or of a disk that is taken
+// out.
 void CFolderWatcher::LookForFolder()
 {
-    if (IdentityOf(folder) != watched) {
-        search.stop();
+    if (FolderExists(folder) != isThere) {
+        lookOut.stop();
         changed();
     }
 }

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
-#include <utility>
 
 #include <QFileSystemWatcher>
 #include <QObject>
@@ -27,9 +25,7 @@ private:
     const std::function<void()> changed;
     QString folder;
     QFileSystemWatcher watcher;
-    QTimer pause; // gathers changes
-    // Watching a folder does not tell when it is itself moved away, or comes back: it is looked at now and
-    // then.
-    QTimer search;
-    std::pair<uint64_t, uint64_t> watched;
+    QTimer pause;   // gathers changes
+    QTimer lookOut; // for a folder that goes or comes
+    bool isThere = false;
 };

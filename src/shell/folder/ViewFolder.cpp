@@ -1,9 +1,5 @@
 #include "shell/folder/ViewFolder.h"
 
-#include <algorithm>
-
-#include <QFileDialog>
-
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
 #include "common/Platform.h"
@@ -11,6 +7,7 @@
 #include "common/Trace.h"
 #include "document/GalleryProject.h"
 #include "shell/drag/DraggedPicture.h"
+#include "shell/folder/FolderBrowser.h"
 #include "shell/folder/FolderPages.h"
 #include "shell/views/WaitCursor.h"
 
@@ -24,11 +21,6 @@ constexpr auto progressPause = 100ms; // between two changes of the progress pag
 bool ListsFolderAnew(UpdateHint hint)
 {
     return ConcernsFolderView(hint) && hint != UpdateHint::FolderReady;
-}
-
-QString WithoutEnd(const QString& folder)
-{
-    return folder.size() > 1 && folder.endsWith(QLatin1Char('/')) ? folder.chopped(1) : folder;
 }
 
 } // namespace
@@ -70,19 +62,16 @@ CViewFolder::~CViewFolder()
 
 void CViewFolder::ChooseFolder()
 {
-    QFileDialog dialog(this, Text(StringId::SelectPictureFolder), folderPath);
-    dialog.setObjectName(QStringLiteral("SelectFolder"));
-    dialog.setFileMode(QFileDialog::Directory);
-    dialog.setOption(QFileDialog::ShowDirsOnly);
-    if (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
-        SetFolder(dialog.selectedFiles().first());
+    const QString folder = AskForPictureFolder(folderPath, this);
+    if (!folder.isEmpty()) {
+        SetFolder(folder);
     }
 }
 
 void CViewFolder::SetFolder(const QString& folder)
 {
-    const QString chosen = WithoutEnd(folder);
-    if (!EqualsIgnoreCase(chosen, WithoutEnd(folderPath))) {
+    const QString chosen = WithoutTrailingSeparator(folder);
+    if (!EqualsIgnoreCase(chosen, WithoutTrailingSeparator(folderPath))) {
         folderPath = chosen;
         notifier.Send(UpdateHint::FolderChosen);
     }
@@ -220,14 +209,9 @@ void CViewFolder::UpdateView(UpdateHint hint, CGalleryProject& project)
 void CViewFolder::UpdateList(UpdateHint hint, CGalleryProject& project)
 {
     if (hint == UpdateHint::ProjectReplaced) {
-        folderPath = WithoutEnd(project.GetRecentFolder());
+        folderPath = WithoutTrailingSeparator(project.GetRecentFolder());
     }
-    galleryPaths.clear();
-    if (const CGallery* gallery = project.GetCurrentGallery()) {
-        for (int32_t i = 0; i < gallery->GetPictures().GetCount(); ++i) {
-            galleryPaths.insert(gallery->GetPictures().GetAt(i)->GetKey());
-        }
-    }
+    galleryPaths = KeysOfPictures(project.GetCurrentGallery());
     toolBar->UpdateFoldersMenu(project.GetFolders(), project.GetRecentFolder());
     toolBar->SetTitle(folderPath.isEmpty() ? QString() : FolderName(folderPath));
     StartLoading();
@@ -259,7 +243,7 @@ void CViewFolder::StartLoading()
     isOutdated = false;
     if (folderPath.isEmpty()) {
         isWorking = false;
-        DisplayText(Text(StringId::NoFolderChosen), {Text(StringId::ChooseFolderAdvice)});
+        DisplayText(BuildTextPage(Text(StringId::NoFolderChosen), {Text(StringId::ChooseFolderAdvice)}));
         return;
     }
     if (isOther && shownFolder != folderPath) {
@@ -312,7 +296,8 @@ bool CViewFolder::TakeFilled()
     Filled taken;
     {
         const std::lock_guard lock(pictureLock);
-        if (!isWorking || filled.number != job.number) {
+        // Another folder may have been chosen already, and its hint be under way.
+        if (!isWorking || filled.number != job.number || job.folder != folderPath) {
             return false;
         }
         taken = std::exchange(filled, {});
@@ -366,13 +351,9 @@ void CViewFolder::Display(CGallery* gallery)
 {
     progressTimer.stop();
     if (!failure.isEmpty()) {
-        DisplayText(FolderName(folderPath), {Text(StringId::FolderNotShown), failure});
-    } else if (state == FolderPictures::State::Missing) {
-        DisplayText(FolderName(folderPath),
-                    {Text(StringId::FolderVanished), folderPath, Text(StringId::FolderVanishedAdvice)});
-    } else if (state == FolderPictures::State::NotReadable) {
-        DisplayText(FolderName(folderPath),
-                    {Text(StringId::FolderNotReadable), folderPath, Text(StringId::FolderNotReadableAdvice)});
+        DisplayText(BuildFailurePage(folderPath, {failure}));
+    } else if (state != FolderPictures::State::Listed) {
+        DisplayText(BuildStatePage(folderPath, state));
     } else {
         imageIterator.SetGallery(gallery);
         DisplayFolder();
@@ -389,16 +370,15 @@ void CViewFolder::DisplayFolder()
         Load(BuildListPage({.folder = folderPath, .card = job.card}, imageIterator));
         loaded = true;
     } catch (const CExceptionBase& error) {
-        DisplayText(FolderName(folderPath),
-                    {Text(StringId::FolderNotShown), error.GetCaption(), error.GetDescription()});
+        DisplayText(BuildFailurePage(folderPath, {error.GetCaption(), error.GetDescription()}));
     }
 }
 
-void CViewFolder::DisplayText(const QString& heading, const QStringList& paragraphs)
+void CViewFolder::DisplayText(const std::string& page)
 {
     pictures.clear();
     imageIterator.SetCollection();
-    Load(BuildTextPage(heading, paragraphs));
+    Load(page);
     loaded = true;
 }
 

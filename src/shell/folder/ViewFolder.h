@@ -95,7 +95,8 @@ private:
     void ShowProgress();
     void Display(CGallery* gallery);
     void DisplayFolder();
-    void DisplayText(const QString& heading, const QStringList& paragraphs);
+    // In place of a list.
+    void DisplayText(const std::string& page);
     void Load(const std::string& page);
     void Choose(int32_t index);
     void AddToGallery(const UpdateParameter& parameter, CGallery& gallery);

@@ -16,9 +16,8 @@ void CViewFolderImageIterator::SetCollection()
 void CViewFolderImageIterator::SetGallery(const CGallery* gallery)
 {
     hiddenPictures.clear();
-    const int32_t count = gallery ? gallery->GetPictures().GetCount() : 0;
-    for (int32_t i = 0; i < count; ++i) {
-        const int32_t hidden = FindIndex(gallery->GetPictures().GetAt(i)->GetKey());
+    for (const QString& key : KeysOfPictures(gallery)) {
+        const int32_t hidden = FindIndex(key);
         if (hidden >= 0) {
             HidePicture(hidden);
         }
@@ -64,4 +63,14 @@ QString CViewFolderImageIterator::GetPicturePath(QString& out)
 CPictureInfo* CViewFolderImageIterator::GetCurrentPicture()
 {
     return HasPicture() ? collection[static_cast<size_t>(index)].get() : nullptr;
+}
+
+std::set<QString> KeysOfPictures(const CGallery* gallery)
+{
+    std::set<QString> keys;
+    const int32_t count = gallery ? gallery->GetPictures().GetCount() : 0;
+    for (int32_t i = 0; i < count; ++i) {
+        keys.insert(gallery->GetPictures().GetAt(i)->GetKey());
+    }
+    return keys;
 }

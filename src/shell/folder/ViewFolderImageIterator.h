@@ -60,3 +60,6 @@ private:
     std::set<int32_t> hiddenPictures;
     int32_t index = 0;
 };
+
+// Lower-cased paths. Null has none.
+std::set<QString> KeysOfPictures(const CGallery* gallery);

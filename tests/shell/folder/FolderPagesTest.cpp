@@ -97,8 +97,15 @@ TEST(FolderPages, TheProgressPageHoldsTheCount)
     EXPECT_EQ(SetCountScript(40), QStringLiteral("folderList.setCount(40)"));
     EXPECT_EQ(
         AppendCardsScript({{0, QString(), QStringLiteral("/c/a \"b\"\n'%.jpg")}}),
-        QStringLiteral("folderList.append(\"<tr><td colspan=2><img src=\\\"/c/a %22b%22%0A%27%25.jpg\\\" "
-                       "alt=\\\"\\\"></td></tr>\")"));
+        QStringLiteral("folderList.append([\"<tr><td colspan=2><img src=\\\"/c/a %22b%22%0A%27%25.jpg\\\" "
+                       "alt=\\\"\\\"></td></tr>\"])"));
+}
+
+// Hundreds may come at a time when their cards were made before.
+TEST(FolderPages, ManyCardsAreAppendedInBlocks)
+{
+    const std::vector<FolderCard> cards(45, FolderCard{0, QString(), QStringLiteral("/c.jpg")});
+    EXPECT_EQ(AppendCardsScript(cards).count(QStringLiteral("\",\"")), 2);
 }
 
 TEST(FolderPages, TextsAreNoMarkup)

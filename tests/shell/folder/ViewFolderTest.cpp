@@ -208,16 +208,22 @@ TEST_F(ViewFolder, ListsAnewOnTheHintsThatConcernItAndOnNoOthers)
     EXPECT_EQ(shownCount, shown);
 }
 
-// The answer of an earlier request comes when another folder is being listed.
+// The answer of an earlier request comes when another folder has been chosen.
 TEST_F(ViewFolder, AnAnswerThatComesTooLateIsDropped)
 {
     Open("one");
     takesNotifications = false;
     view->UpdateView(UpdateHint::PictureRemoved, fixture.GetProject());
     ASSERT_TRUE(WaitUntil([&] { return CountOf(UpdateHint::FolderReady) == 2; }));
-    takesNotifications = true;
+    const int shown = shownCount;
     view->SetFolder(Folder("two"));
+    view->UpdateView(UpdateHint::FolderReady, fixture.GetProject()); // before the hint of the other folder
+    Ask(view->GetHTMLView(), QStringLiteral("1"));
+    EXPECT_EQ(shownCount, shown);
+    EXPECT_EQ(Heading(), QStringLiteral("one ( 3 pictures )"));
     view->UpdateView(UpdateHint::FolderChosen, fixture.GetProject());
+    view->UpdateView(UpdateHint::FolderReady, fixture.GetProject()); // behind it
+    ASSERT_TRUE(WaitUntil([&] { return CountOf(UpdateHint::FolderReady) == 3; }));
     view->UpdateView(UpdateHint::FolderReady, fixture.GetProject());
     ASSERT_TRUE(WaitForPage(view->GetHTMLView(),
                             QStringLiteral("document.body.innerText.includes('( 1 picture )')")));
