@@ -2,11 +2,14 @@
 // in one run on one machine.
 //
 //     bench_deploy [FOLDER]
+//     bench_deploy --repeat [FOLDER]
 //
 // Deploys the photographs of the folder and of those below it, each at 160x120 and 800x600; without a folder,
 // 24 photographs of 10 to 25 megapixels that it makes. The bound: each source decoded once at the reduction
 // used and each result encoded once, on as many threads. Prints seconds, ratios and the peak of memory; the
-// best of three rounds counts.
+// best of three rounds counts. Then, with --repeat this alone, what a second run costs that finds nothing
+// changed: of the same project, and of a tree of galleries of four photographs each, which shows the covers
+// of the galleries as well.
 
 #include <algorithm>
 #include <atomic>
@@ -27,6 +30,7 @@
 #include "common/Settings.h"
 #include "common/StopSignal.h"
 #include "common/TempFolder.h"
+#include "content/DeploymentRecord.h"
 #include "content/PageGeneration.h"
 #include "document/GalleryProject.h"
 #include "document/PictureFiles.h"
@@ -62,6 +66,18 @@ public:
     void OnPageDone(int32_t, int32_t) override {}
 };
 
+// Each picture at two sizes. folder: of the program, with a trailing separator.
+void WriteLayout(const QString& folder)
+{
+    MakeDirectoryPath(folder + QStringLiteral("Templates/Two"));
+    WriteFileAtomically(
+        folder + QStringLiteral("Templates/two.xml"),
+        "<template name=\"Two\" folder=\"Two\"><page file=\"index.html\" multipage=\"1\"/></template>");
+    WriteFileAtomically(folder + QStringLiteral("Templates/Two/index.html"),
+                        "<%picture id=\"a\" width=\"160\" height=\"120\" href=\"\"%>"
+                        "<%picture id=\"a\" width=\"800\" height=\"600\" href=\"\"%>");
+}
+
 // A project of the photographs in a folder of its own.
 class CBenchProject {
 public:
@@ -69,13 +85,7 @@ public:
         : settings(CreateIniSettings(Path(QStringLiteral("user")), Path(QStringLiteral("machine")))),
           tempFolder(Path(QString()))
     {
-        MakeDirectoryPath(Path(QStringLiteral("Templates/Two")));
-        WriteFileAtomically(
-            Path(QStringLiteral("Templates/two.xml")),
-            "<template name=\"Two\" folder=\"Two\"><page file=\"index.html\" multipage=\"1\"/></template>");
-        WriteFileAtomically(Path(QStringLiteral("Templates/Two/index.html")),
-                            "<%picture id=\"a\" width=\"160\" height=\"120\" href=\"\"%>"
-                            "<%picture id=\"a\" width=\"800\" height=\"600\" href=\"\"%>");
+        WriteLayout(Path(QString()));
         project = std::make_unique<CGalleryProject>(CProjectEnvironment{
             .programFolder = Path(QString()),
             .picturesFolder = Path(QString()),
@@ -90,9 +100,10 @@ public:
 
     QString GetSite() const { return Path(QStringLiteral("site")); }
 
+    void RemoveSite() const { RemoveDirectoryTree(GetSite()); }
+
     int Deploy()
     {
-        RemoveDirectoryTree(GetSite());
         CNoProgress progress;
         return GeneratePages(*project, {GetSite()}, CStopSignal(), progress).images;
     }
@@ -104,6 +115,65 @@ private:
     const std::unique_ptr<CSettingsStore> settings;
     CTempFolder tempFolder;
     std::unique_ptr<CGalleryProject> project;
+};
+
+// Runs of one project, each as a program of its own makes it: with the document, its temporary folder and the
+// record's file opened anew.
+class CRepeatedProject {
+public:
+    enum class Shape { OneGallery, Tree };
+
+    CRepeatedProject(const std::vector<QString>& photographs, Shape shape)
+        : settings(CreateIniSettings(Path(QStringLiteral("user")), Path(QStringLiteral("machine"))))
+    {
+        WriteLayout(Path(QString()));
+        CTempFolder tempFolder(Path(QString()));
+        CGalleryProject project(EnvironmentWith(tempFolder));
+        project.New();
+        galleryCount = shape == Shape::Tree ? photographs.size() / 4 + 1 : 1;
+        for (size_t i = 1; i < galleryCount; ++i) {
+            project.AddChildGallery(static_cast<int32_t>((i - 1) / 2));
+        }
+        for (size_t i = 0; i < photographs.size(); ++i) {
+            const size_t gallery = galleryCount > 1 ? 1 + i % (galleryCount - 1) : 0;
+            project.FindGallery(static_cast<int32_t>(gallery))->AddPicture(photographs[i]);
+        }
+        project.Save(Path(QStringLiteral("bench.gallery")));
+    }
+
+    size_t GetGalleryCount() const { return galleryCount; }
+
+    void Deploy()
+    {
+        constexpr auto restless = std::chrono::milliseconds(0); // the photographs may have been made just now
+        CTempFolder tempFolder(Path(QString()));
+        CProjectEnvironment environment = EnvironmentWith(tempFolder);
+        environment.covers = {.folder = Path(QStringLiteral("covers")), .restless = restless};
+        CGalleryProject project(environment);
+        project.Open(Path(QStringLiteral("bench.gallery")));
+        project.SetPreviewMode(false);
+        const QString site = Path(QStringLiteral("site"));
+        CDeploymentRecord record(Path(QStringLiteral("record")), site, restless);
+        CNoProgress progress;
+        GeneratePages(project, {site, &record}, CStopSignal(), progress);
+        record.RemoveLeftovers();
+        record.Save();
+    }
+
+private:
+    QString Path(const QString& name) const { return scratch.path() + QLatin1Char('/') + name; }
+
+    CProjectEnvironment EnvironmentWith(CTempFolder& tempFolder) const
+    {
+        return {.programFolder = Path(QString()),
+                .picturesFolder = Path(QString()),
+                .settings = settings.get(),
+                .tempFolder = &tempFolder};
+    }
+
+    const QTemporaryDir scratch;
+    const std::unique_ptr<CSettingsStore> settings;
+    size_t galleryCount = 1;
 };
 
 // The scale at which an upright picture fits the box; never enlarged.
@@ -280,6 +350,7 @@ void Measure(const std::vector<QString>& photographs, const QByteArray& memory)
     double encode = 1e9;
     double vips = 1e9;
     for (int round = 0; round < Rounds; ++round) {
+        project.RemoveSite();
         deploy = std::min(deploy, SecondsOf([&] { project.Deploy(); }));
         decode =
             std::min(decode, SecondsOf([&] {
@@ -298,6 +369,18 @@ void Measure(const std::vector<QString>& photographs, const QByteArray& memory)
     std::printf("vipsthumbnail  %6.2f s   ratio %.2f\n", vips, vips / deploy);
 }
 
+void MeasureRepeat(const std::vector<QString>& photographs, CRepeatedProject::Shape shape)
+{
+    CRepeatedProject project(photographs, shape);
+    const double first = SecondsOf([&] { project.Deploy(); });
+    double again = 1e9;
+    for (int round = 0; round < Rounds; ++round) {
+        again = std::min(again, SecondsOf([&] { project.Deploy(); }));
+    }
+    std::printf("repeat         %6.3f s   %.1f %% of the first, %.2f s   (galleries: %zu)\n", again,
+                100 * again / first, first, project.GetGalleryCount());
+}
+
 } // namespace
 
 int main(int argumentCount, char** arguments)
@@ -307,12 +390,18 @@ int main(int argumentCount, char** arguments)
     if (names.value(0) == QStringLiteral("--once")) {
         return DeployOnce(FindPhotographs(names.value(1)));
     }
+    const bool isRepeatAlone = names.value(0) == QStringLiteral("--repeat");
+    names = names.mid(isRepeatAlone ? 1 : 0);
     const QTemporaryDir made;
     if (names.isEmpty()) {
         MakePhotographs(made.path());
         names += made.path();
     }
-    const QByteArray memory = MeasureMemory(QCoreApplication::applicationFilePath(), names[0]);
-    Measure(FindPhotographs(names[0]), memory);
+    const std::vector<QString> photographs = FindPhotographs(names[0]);
+    if (!isRepeatAlone) {
+        Measure(photographs, MeasureMemory(QCoreApplication::applicationFilePath(), names[0]));
+    }
+    MeasureRepeat(photographs, CRepeatedProject::Shape::OneGallery);
+    MeasureRepeat(photographs, CRepeatedProject::Shape::Tree);
     return 0;
 }

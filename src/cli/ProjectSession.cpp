@@ -12,7 +12,8 @@ CProjectSession::CProjectSession()
       project(CProjectEnvironment{.programFolder = FindProgramFolder(),
                                   .picturesFolder = FindPicturesFolder(),
                                   .settings = settings.get(),
-                                  .tempFolder = &tempFolder})
+                                  .tempFolder = &tempFolder,
+                                  .covers = {.folder = FindCoversFolder()}})
 {}
 
 void CProjectSession::OpenExisting(const QString& path)

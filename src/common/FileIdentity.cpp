@@ -5,7 +5,9 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <QCryptographicHash>
 #include <QFile>
+#include <QtEndian>
 
 #include "common/Descriptor.h"
 
@@ -54,6 +56,24 @@ std::optional<FileIdentity> FileIdentity::Of(const QString& path)
                         .modified = Nanoseconds(status.st_mtim),
                         .changed = Nanoseconds(status.st_ctim),
                         .sample = SampleOf(file, status.st_size)};
+}
+
+std::optional<FileIdentity> FileIdentity::OfContent(const QString& path)
+{
+    QFile file(path);
+    QCryptographicHash hash(QCryptographicHash::Md5);
+    if (!file.open(QIODevice::ReadOnly) || !hash.addData(&file)) {
+        return std::nullopt;
+    }
+    return FileIdentity{.size = file.size(),
+                        .sample = qFromLittleEndian<uint64_t>(hash.result().constData())};
+}
+
+bool FileIdentity::IsYoungerThan(std::chrono::milliseconds age) const
+{
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    const std::chrono::nanoseconds latest(std::max(changed, modified));
+    return now - latest < age;
 }
 
 std::optional<FileStamp> FileStamp::Of(const QString& path)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <optional>
 
@@ -15,8 +16,16 @@ struct FileIdentity {
 
     bool operator==(const FileIdentity&) const = default;
 
+    // Its last change is no longer ago than that. Where the times are of another clock than the system's, it
+    // may be for long.
+    bool IsYoungerThan(std::chrono::milliseconds age) const;
+
     // Nothing if the file can't be read. At most 20 KiB of it are.
     static std::optional<FileIdentity> Of(const QString& path);
+
+    // Of what the file holds alone: without its times, and the sample is of all its bytes. For files that are
+    // written anew in every run. Nothing if it can't be read.
+    static std::optional<FileIdentity> OfContent(const QString& path);
 };
 
 // Size and time of modification alone, for files that this program itself has written. Nothing if there is no

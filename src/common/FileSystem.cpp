@@ -1,9 +1,11 @@
 #include "common/FileSystem.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -95,8 +97,58 @@ int ReplaceByTemporary(const Replacement& names, const QByteArray& bytes)
     return error;
 }
 
+// Of an ordinary file, no link; -1 for everything else.
+int64_t OrdinarySize(const QByteArray& name)
+{
+    struct stat status;
+    return ::lstat(name.constData(), &status) == 0 && S_ISREG(status.st_mode) ? status.st_size : -1;
+}
+
+// As many bytes as there are, up to count.
+size_t ReadUpTo(const CDescriptor& file, char* bytes, size_t count)
+{
+    size_t total = 0;
+    while (total < count) {
+        const ssize_t got = ::read(file.Get(), bytes + total, count - total);
+        if (got < 0 && errno == EINTR) {
+            continue;
+        }
+        if (got <= 0) {
+            break;
+        }
+        total += static_cast<size_t>(got);
+    }
+    return total;
+}
+
+// Both are ordinary files of the same bytes. Much cheaper than writing the second one again: no blocks are
+// given back and taken.
+bool IsCopyOf(const QByteArray& source, const QByteArray& copy)
+{
+    const int64_t size = OrdinarySize(source);
+    if (size < 0 || OrdinarySize(copy) != size) {
+        return false;
+    }
+    const CDescriptor one(::open(source.constData(), O_RDONLY | O_CLOEXEC));
+    const CDescriptor other(::open(copy.constData(), O_RDONLY | O_CLOEXEC));
+    std::array<char, 16 * 1024> ofOne;
+    std::array<char, 16 * 1024> ofOther;
+    for (int64_t left = size; left > 0;) {
+        const auto count = static_cast<size_t>(std::min<int64_t>(left, ofOne.size()));
+        if (ReadUpTo(one, ofOne.data(), count) != count || ReadUpTo(other, ofOther.data(), count) != count ||
+            std::memcmp(ofOne.data(), ofOther.data(), count) != 0) {
+            return false;
+        }
+        left -= static_cast<int64_t>(count);
+    }
+    return true;
+}
+
 void CopyFileOver(const QString& source, const QString& destination)
 {
+    if (IsCopyOf(QFile::encodeName(source), QFile::encodeName(destination))) {
+        return;
+    }
     CDescriptor input(::open(QFile::encodeName(source).constData(), O_RDONLY | O_CLOEXEC));
     if (input.Get() < 0) {
         throw CWin32Exception(errno, Text(StringId::FileNotCopied, source, destination));
@@ -270,6 +322,19 @@ int ReplaceFile(const QString& path, const QByteArray& bytes, Durability durabil
     const QByteArray temporary =
         QFile::encodeName(ExtractFolder(path) + TemporaryName(::getpid(), ++counter));
     return ReplaceByTemporary({QFile::encodeName(path), temporary, durability == Durability::Synced}, bytes);
+}
+
+bool IsFileOf(const QString& path, const QByteArray& bytes)
+{
+    const QByteArray name = QFile::encodeName(path);
+    if (OrdinarySize(name) != bytes.size()) {
+        return false;
+    }
+    const CDescriptor file(::open(name.constData(), O_RDONLY | O_CLOEXEC));
+    QByteArray found(bytes.size(), Qt::Uninitialized);
+    return ReadUpTo(file, found.data(), static_cast<size_t>(found.size())) ==
+               static_cast<size_t>(found.size()) &&
+           found == bytes;
 }
 
 void RemoveAbandonedTemporaries(const QString& folder)

@@ -45,7 +45,7 @@ enum class DirectoryAccess { Usual, OwnerOnly };
 void MakeDirectoryPath(const QString& path, DirectoryAccess access = DirectoryAccess::Usual);
 
 // Copies a tree over what is there, hidden entries left out; a read-only file in the way is made writable
-// first. Throws CWin32Exception.
+// first, and one that holds the same bytes already is left alone. Throws CWin32Exception.
 void CopyDirectoryTree(const QString& source, const QString& destination);
 
 enum class Durability { Synced, Plain };
@@ -54,6 +54,9 @@ enum class Durability { Synced, Plain };
 // if anything fails. Synced: the bytes are on the disk before the old file goes. Returns 0, or the value of
 // errno of the step that failed. A file without write permission counts as failed with EACCES.
 int ReplaceFile(const QString& path, const QByteArray& bytes, Durability durability);
+
+// An ordinary file of exactly these bytes is there: no link, nor what can't be read.
+bool IsFileOf(const QString& path, const QByteArray& bytes);
 
 // ReplaceFile, synced. Throws CWin32Exception with "Could not write file %s.".
 void WriteFileAtomically(const QString& path, const QByteArray& bytes);

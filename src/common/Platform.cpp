@@ -62,6 +62,11 @@ QString FindDeploymentRecordsFolder()
                     QStringLiteral("vistorama/deployments"));
 }
 
+QString FindCoversFolder()
+{
+    return JoinPath(UserFolder(QStandardPaths::GenericCacheLocation), QStringLiteral("vistorama/covers"));
+}
+
 QString FindTemporaryFolder()
 {
     const QString parent =

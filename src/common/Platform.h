@@ -17,6 +17,9 @@ QString FindTemporaryFolder();
 // The user's folder for records of deployments, which may be lost at any time. Made when it is first needed.
 QString FindDeploymentRecordsFolder();
 
+// The user's folder for composed covers, which may be lost at any time. Made when it is first needed.
+QString FindCoversFolder();
+
 // The folder of the settings files.
 QString FindSettingsFolder();
 

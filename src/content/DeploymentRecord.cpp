@@ -72,6 +72,18 @@ QString CDeploymentRecord::PathFor(const QString& recordsFolder, const QString& 
     return JoinPath(recordsFolder, QString::fromLatin1(name));
 }
 
+std::optional<CDeploymentRecord::Origin> CDeploymentRecord::FindOrigin(const QString& sourcePath) const
+{
+    const bool isOfThisRun = !runFolder.isEmpty() && sourcePath.startsWith(runFolder);
+    const auto source = isOfThisRun ? FileIdentity::OfContent(sourcePath) : FileIdentity::Of(sourcePath);
+    if (!source) {
+        return std::nullopt;
+    }
+    return Origin{.sourcePath = isOfThisRun ? sourcePath.mid(runFolder.size()) : sourcePath,
+                  .source = *source,
+                  .key = QString()};
+}
+
 const CDeploymentRecord::Image* CDeploymentRecord::FindCurrent(const QString& imagePath, const Origin& origin)
 {
     if (origin.key.isNull()) {
@@ -96,15 +108,8 @@ void CDeploymentRecord::NoteFile(const QString& filePath)
 
 void CDeploymentRecord::NoteImage(const QString& imagePath, const Image& image)
 {
-    const bool isKnown = !image.origin.key.isNull() && !IsRestless(image.origin.source);
+    const bool isKnown = !image.origin.key.isNull() && !image.origin.source.IsYoungerThan(restless);
     Note(imagePath, isKnown ? std::optional(image) : std::nullopt);
-}
-
-bool CDeploymentRecord::IsRestless(const FileIdentity& source) const
-{
-    const auto now = std::chrono::system_clock::now().time_since_epoch();
-    const std::chrono::nanoseconds latest(std::max(source.changed, source.modified));
-    return now - latest < restless;
 }
 
 void CDeploymentRecord::Note(const QString& filePath, std::optional<Image> image)

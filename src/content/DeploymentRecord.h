@@ -13,8 +13,8 @@
 // no longer writes, if nobody else has changed them since. It lies in the user's cache: without it,
 // everything is made anew.
 //
-// Made for one run; all operations but construction, RemoveLeftovers and Save may be called by several
-// threads.
+// Made for one run; all operations but construction, SetRunFolder, RemoveLeftovers and Save may be called by
+// several threads.
 class CDeploymentRecord {
 public:
     using Milliseconds = std::chrono::milliseconds;
@@ -28,9 +28,13 @@ public:
     // The record's file for a target folder, below the folder of all records.
     static QString PathFor(const QString& recordsFolder, const QString& targetFolder);
 
+    // The run's own folder, with a trailing separator. Its name and the times of its files are others in each
+    // run: what is made from them is known by their names and contents.
+    void SetRunFolder(const QString& folder) { runFolder = folder; }
+
     // What an image is made from.
     struct Origin {
-        QString sourcePath;
+        QString sourcePath; // for a file of the run's own folder its name alone
         FileIdentity source;
         QString key; // of the chain; null: not known
     };
@@ -38,6 +42,9 @@ public:
         Origin origin;
         bool isWhole = true; // false: the source was damaged
     };
+
+    // That of a source's images, without a key. Nothing if it can't be read.
+    std::optional<Origin> FindOrigin(const QString& sourcePath) const;
 
     // The image as it was noted, if the file is still the one that was written then and would come out the
     // same from this origin; it then counts as written in this run. Null otherwise.
@@ -62,7 +69,6 @@ private:
     };
 
     void Load();
-    bool IsRestless(const FileIdentity& source) const;
     QString RelativePath(const QString& path) const;
     void Note(const QString& path, std::optional<Image> image);
     void RemoveEmptyFolders(QString folder) const;
@@ -71,6 +77,7 @@ private:
     const QString path;
     const QString targetFolder; // with a trailing separator
     const Milliseconds restless;
+    QString runFolder; // set before the run
 
     // Guarded by mutex.
     mutable std::mutex mutex;

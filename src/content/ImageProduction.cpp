@@ -1,7 +1,5 @@
 #include "content/ImageProduction.h"
 
-#include <algorithm>
-
 #include "common/StopSignal.h"
 #include "content/DeploymentRecord.h"
 #include "effects/ImageEffect.h"
@@ -11,9 +9,10 @@
 
 namespace {
 
-CDeploymentRecord::Origin OriginOf(const ImageRequest& request, const FileIdentity& source)
+CDeploymentRecord::Origin WithKey(CDeploymentRecord::Origin origin, const ImageRequest& request)
 {
-    return {request.sourcePath, source, request.effect->GetKey()};
+    origin.key = request.effect->GetKey();
+    return origin;
 }
 
 } // namespace
@@ -88,8 +87,7 @@ void CImageProduction::StartAsked()
 
 void CImageProduction::StartWorkers()
 {
-    const size_t count = std::max(1u, std::thread::hardware_concurrency());
-    while (workers.size() < count) {
+    while (workers.size() < workerCount) {
         workers.emplace_back([this] { Work(); });
     }
 }
@@ -119,8 +117,7 @@ void CImageProduction::Work()
         if (waiting.empty() || stop.IsSet()) {
             return;
         }
-        const Source source = std::move(waiting.front());
-        waiting.pop_front();
+        const Source source = TakeNext();
         lock.unlock();
         try {
             MakeAll(source);
@@ -131,11 +128,30 @@ void CImageProduction::Work()
     }
 }
 
+// With the mutex held. In the order of asking; but of the last few the largest comes first, so that no worker
+// begins it when the others have nothing left to do.
+CImageProduction::Source CImageProduction::TakeNext()
+{
+    constexpr size_t lastOfEachWorker = 4;
+    auto next = waiting.begin();
+    if (finishing && waiting.size() <= lastOfEachWorker * workerCount) {
+        std::map<int64_t, std::deque<Source>::iterator> bySize;
+        for (auto source = waiting.begin(); source != waiting.end(); ++source) {
+            const auto stamp = FileStamp::Of(source->path);
+            bySize.try_emplace(stamp ? -stamp->size : 0, source);
+        }
+        next = bySize.begin()->second;
+    }
+    Source source = std::move(*next);
+    waiting.erase(next);
+    return source;
+}
+
 void CImageProduction::MakeAll(const Source& source)
 {
     // Before the first byte is decoded: a change that comes later shows in the next run.
-    const auto identity = record ? FileIdentity::Of(source.path) : std::nullopt;
-    const std::vector<const Image*> outdated = FindOutdated(source, identity);
+    const std::optional<Origin> origin = record ? record->FindOrigin(source.path) : std::nullopt;
+    const std::vector<const Image*> outdated = FindOutdated(source, origin);
     if (outdated.empty()) {
         return;
     }
@@ -156,23 +172,21 @@ void CImageProduction::MakeAll(const Source& source)
         }
         results[i].Save(outdated[i]->request.resultPath);
         const bool isWhole = picture.GetCondition().state != ImageCondition::State::InPart;
-        if (record && identity) {
-            record->NoteImage(outdated[i]->request.resultPath,
-                              {OriginOf(outdated[i]->request, *identity), isWhole});
+        if (origin) {
+            const ImageRequest& request = outdated[i]->request;
+            record->NoteImage(request.resultPath, {WithKey(*origin, request), isWhole});
         }
         FinishImage(source, *outdated[i], isWhole);
     }
 }
 
 std::vector<const CImageProduction::Image*>
-CImageProduction::FindOutdated(const Source& source, const std::optional<FileIdentity>& identity)
+CImageProduction::FindOutdated(const Source& source, const std::optional<Origin>& origin)
 {
     std::vector<const Image*> outdated;
     for (const Image& image : source.images) {
         const CDeploymentRecord::Image* const current =
-            record && identity
-                ? record->FindCurrent(image.request.resultPath, OriginOf(image.request, *identity))
-                : nullptr;
+            origin ? record->FindCurrent(image.request.resultPath, WithKey(*origin, image.request)) : nullptr;
         if (current) {
             FinishImage(source, image, current->isWhole);
         } else {

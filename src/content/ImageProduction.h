@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <condition_variable>
 #include <deque>
 #include <exception>
@@ -13,10 +14,9 @@
 #include <QString>
 #include <QStringList>
 
-#include "common/FileIdentity.h"
+#include "content/DeploymentRecord.h"
 #include "content/ImageRequest.h"
 
-class CDeploymentRecord;
 class CStopSignal;
 
 // Makes the images that the pages of a run ask for. The walk asks page by page; what one gallery has asked
@@ -60,6 +60,7 @@ public:
     QStringList GetWarnings() const;
 
 private:
+    using Origin = CDeploymentRecord::Origin;
     struct Page {
         int open = 1; // the page's own file, plus its images that are not made yet
     };
@@ -75,9 +76,10 @@ private:
 
     void StartWorkers();
     void Work();
+    Source TakeNext();
     void MakeAll(const Source& source);
     // Those that have to be made; the others are done with.
-    std::vector<const Image*> FindOutdated(const Source& source, const std::optional<FileIdentity>& identity);
+    std::vector<const Image*> FindOutdated(const Source& source, const std::optional<Origin>& origin);
     void FinishImage(const Source& source, const Image& image, bool isWhole);
     void CloseOne(Page& page);
     void Fail(std::exception_ptr error);
@@ -86,6 +88,7 @@ private:
     Listener& listener;
     CStopSignal& stop;
     CDeploymentRecord* const record;
+    const size_t workerCount = std::max(1u, std::thread::hardware_concurrency());
 
     // Generation thread only.
     std::vector<Image> asked;

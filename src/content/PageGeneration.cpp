@@ -3,6 +3,7 @@
 #include <atomic>
 
 #include "common/StopSignal.h"
+#include "common/TempFolder.h"
 #include "content/ContentGeneratorFolder.h"
 #include "content/GalleryWalk.h"
 #include "content/ImageProduction.h"
@@ -48,6 +49,9 @@ GenerationResult GeneratePages(CGalleryProject& project, const GenerationTarget&
                                const CStopSignal& stop, CGenerationProgress& progress)
 {
     CStopSignal runStop(&stop);
+    if (target.record) {
+        target.record->SetRunFolder(project.GetTempFolder().GetPath());
+    }
     CPageTally tally(progress);
     CImageProduction production(tally, runStop, target.record);
     CContentGeneratorFolder generator({.targetFolder = target.folder,

@@ -38,6 +38,7 @@ bool CPagesGenerator::ProcessPage(CCompoundTemplateSection& tree, CImageIterator
         tree.Bind(iterator, run.generator);
         // Once more: Bind has moved the picture cursor, and the ids that it registered stay.
         iterator.SetPageIndex(page);
+        iterator.PreparePictures();
         run.production.BeginPage();
         WritePage(tree, iterator, JoinPath(run.targetFolder + subFolder, iterator.GetPageFileName(page)));
         run.production.EndPage();
@@ -66,8 +67,9 @@ void CPagesGenerator::NoteCopies(const QString& source, const QString& target)
 
 void CPagesGenerator::WritePage(CCompoundTemplateSection& tree, CImageIterator& iterator, const QString& path)
 {
-    const std::string page = tree.GenerateToString(iterator, run.generator);
-    const int error = ReplaceFile(path, QByteArray::fromStdString(page), Durability::Plain);
+    const QByteArray page = QByteArray::fromStdString(tree.GenerateToString(iterator, run.generator));
+    // To leave a page that stays the same alone is several times as fast as to replace it.
+    const int error = IsFileOf(path, page) ? 0 : ReplaceFile(path, page, Durability::Plain);
     if (error == ENOSPC || error == EDQUOT || error == EIO) {
         throw CWin32Exception(error, Text(StringId::FileNotWritten, path));
     }

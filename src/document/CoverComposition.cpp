@@ -79,9 +79,20 @@ CImage Composed(const std::vector<CoverPicture>& pictures, const std::vector<CIm
     return canvas.DetachImage();
 }
 
-bool IsReadable(const CImage& image)
+// Of pictures that have been decoded.
+CoverState StateOf(const std::vector<CImage>& opened)
 {
-    return image.GetCondition().state != ImageCondition::State::NotDecodable;
+    using State = ImageCondition::State;
+    const auto is = [](State state) {
+        return [state](const CImage& image) {
+            return image.GetCondition().state == state;
+        };
+    };
+    if (std::all_of(opened.begin(), opened.end(), is(State::Whole))) {
+        return CoverState::Whole;
+    }
+    return std::all_of(opened.begin(), opened.end(), is(State::NotDecodable)) ? CoverState::Nothing
+                                                                              : CoverState::InPart;
 }
 
 // False if there are no pixels.
@@ -94,8 +105,8 @@ bool Save(const CImage& image, const QString& path)
     return result.status == ImageSaveResult::Status::Saved;
 }
 
-// False if none of the pictures can be read; then the file means nothing.
-bool SaveComposed(const QString& path, const std::vector<CoverPicture>& pictures)
+// If none of the pictures can be read the file means nothing.
+CoverState SaveComposed(const QString& path, const std::vector<CoverPicture>& pictures)
 {
     std::vector<CImage> opened;
     for (const CoverPicture& picture : pictures) {
@@ -105,7 +116,7 @@ bool SaveComposed(const QString& path, const std::vector<CoverPicture>& pictures
     CImageEffectSource source(isSingle ? opened[0] : Composed(pictures, opened));
     FinalChain(isSingle ? pictures[0].angle : 0).Apply(source);
     // Decoding finds out which of them are readable.
-    return Save(source.GetImage(), path) && std::any_of(opened.begin(), opened.end(), IsReadable);
+    return Save(source.GetImage(), path) ? StateOf(opened) : CoverState::Nothing;
 }
 
 // In the format of path's extension.
@@ -141,9 +152,11 @@ QString CoverFileName(int32_t galleryIndex, const std::vector<CoverPicture>& pic
                       QStringLiteral("_%1").arg(galleryIndex));
 }
 
-void SaveCover(const QString& path, const std::vector<CoverPicture>& pictures)
+CoverState SaveCover(const QString& path, const std::vector<CoverPicture>& pictures)
 {
-    if (pictures.empty() || !SaveComposed(path, pictures)) {
+    const CoverState state = pictures.empty() ? CoverState::Nothing : SaveComposed(path, pictures);
+    if (state == CoverState::Nothing) {
         SaveEmptyCover(path);
     }
+    return state;
 }

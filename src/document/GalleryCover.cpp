@@ -2,11 +2,14 @@
 
 #include <atomic>
 #include <cstdio>
+#include <map>
 
 #include <QFile>
 
+#include "common/AllCores.h"
 #include "common/FileSystem.h"
 #include "common/TempFolder.h"
+#include "document/CoverCache.h"
 #include "document/Gallery.h"
 #include "document/GalleryPictureInfo.h"
 
@@ -25,35 +28,16 @@ CGalleryCover::CGalleryCover(CGallery& gallery) : gallery(gallery), revision(Nex
 
 QString CGalleryCover::GetPath()
 {
-    const std::vector<CGallery*> unmade = ListUnmade();
-    for (auto next = unmade.rbegin(); next != unmade.rend(); ++next) {
-        (*next)->GetCover().Make();
+    if (!isMade) {
+        MakeAll({&gallery});
     }
     return GetName();
 }
 
-// Each before those that it shows. A list instead of recursion: a hand-made project may be a line of
-// thousands of galleries.
-std::vector<CGallery*> CGalleryCover::ListUnmade()
-{
-    std::vector<CGallery*> open;
-    if (!isMade) {
-        open.push_back(&gallery);
-    }
-    for (size_t i = 0; i < open.size(); ++i) {
-        for (CGallery* child : open[i]->GetCover().GetShownChildren()) {
-            if (!child->GetCover().isMade) {
-                open.push_back(child);
-            }
-        }
-    }
-    return open;
-}
-
 CGallery* CGalleryCover::FindUnmade()
 {
-    const std::vector<CGallery*> unmade = ListUnmade();
-    return unmade.empty() ? nullptr : unmade.back();
+    const std::vector<std::vector<CGallery*>> waves = WavesOf({&gallery});
+    return waves.empty() ? nullptr : waves.front().front();
 }
 
 CGalleryCover::Recipe CGalleryCover::HandOut()
@@ -62,15 +46,69 @@ CGalleryCover::Recipe CGalleryCover::HandOut()
     return {.revision = revision, .pictures = GetShownPictures()};
 }
 
-void CGalleryCover::Accept(int64_t recipeRevision, const QString& file)
+void CGalleryCover::Accept(int64_t recipeRevision, const MadeCover& cover)
 {
-    const QByteArray from = QFile::encodeName(file);
+    const QByteArray from = QFile::encodeName(cover.file);
     if (isMade || recipeRevision != revision ||
         std::rename(from.constData(), QFile::encodeName(GetName()).constData()) != 0) {
         std::remove(from.constData());
         return;
     }
+    key = cover.key;
     isMade = true;
+}
+
+// The threads see a document that nobody changes meanwhile: the caller waits for them.
+void CGalleryCover::MakeAll(const std::vector<CGallery*>& galleries)
+{
+    for (const std::vector<CGallery*>& wave : WavesOf(galleries)) {
+        for (CGallery* next : wave) {
+            next->GetCover().GetName(); // before several threads ask for it
+        }
+        OnAllCores(wave.size(), [&](size_t i) { wave[i]->GetCover().Make(); });
+    }
+}
+
+// Those that are not made, each once, with the children that they show. The covers of a wave show covers of
+// earlier waves only.
+std::vector<std::vector<CGallery*>> CGalleryCover::WavesOf(const std::vector<CGallery*>& galleries)
+{
+    std::vector<std::vector<CGallery*>> waves;
+    std::map<const CGallery*, size_t> waveOf;
+    // A stack instead of recursion: a hand-made project may be a line of thousands of galleries.
+    struct Step {
+        CGallery* gallery;
+        bool hasChildrenDone = false;
+    };
+    std::vector<Step> open;
+    for (CGallery* gallery : galleries) {
+        open.push_back({gallery});
+    }
+    while (!open.empty()) {
+        const Step step = open.back();
+        CGalleryCover& cover = step.gallery->GetCover();
+        if (cover.isMade || waveOf.count(step.gallery) != 0) {
+            open.pop_back();
+            continue;
+        }
+        if (!step.hasChildrenDone) {
+            open.back().hasChildrenDone = true;
+            for (CGallery* child : cover.GetShownChildren()) {
+                open.push_back({child});
+            }
+            continue;
+        }
+        size_t wave = 0;
+        for (const CGallery* child : cover.GetShownChildren()) {
+            const auto found = waveOf.find(child);
+            wave = found != waveOf.end() ? std::max(wave, found->second + 1) : wave;
+        }
+        waves.resize(std::max(waves.size(), wave + 1));
+        waves[wave].push_back(step.gallery);
+        waveOf[step.gallery] = wave;
+        open.pop_back();
+    }
+    return waves;
 }
 
 QString CGalleryCover::GetName()
@@ -153,9 +191,14 @@ std::vector<CoverPicture> CGalleryCover::GetShownPictures() const
         CPictureInfo* const record = gallery.GetPictures().GetAt(position);
         if (const auto* child = dynamic_cast<const CGalleryPictureInfo*>(record)) {
             const QString cover = child->GetGallery().GetCoverName();
-            shown.push_back({cover, ExtractLastName(cover), record->GetAngle()});
+            shown.push_back({.path = cover,
+                             .namedBy = ExtractLastName(cover),
+                             .angle = record->GetAngle(),
+                             .isCover = true,
+                             .coverKey = child->GetGallery().GetCover().key});
         } else {
-            shown.push_back({record->GetPath(), record->GetPath(), record->GetAngle()});
+            shown.push_back(
+                {.path = record->GetPath(), .namedBy = record->GetPath(), .angle = record->GetAngle()});
         }
     }
     return shown;
@@ -183,6 +226,6 @@ void CGalleryCover::Make()
     if (isMade) {
         return;
     }
-    SaveCover(GetName(), GetShownPictures());
+    key = gallery.GetManager().GetCoverCache().MakeCover(GetName(), GetShownPictures());
     isMade = true;
 }

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <vector>
 
+#include <QByteArray>
 #include <QString>
 
 #include "document/CoverComposition.h"
@@ -27,6 +28,9 @@ public:
     // written.
     QString GetPath();
 
+    // Makes the files of several covers that are not there yet, on all cores.
+    static void MakeAll(const std::vector<CGallery*>& galleries);
+
     // The same path, with no file made.
     QString GetName();
 
@@ -41,9 +45,14 @@ public:
     // The first cover that has to be made before this one can be, or this one; null if its file is there.
     CGallery* FindUnmade();
     Recipe HandOut();
-    // Moves a file that SaveCover has written in the same folder, with the same extension, to its place. The
-    // file is removed if the cover has changed since its recipe was handed out, or has been made meanwhile.
-    void Accept(int64_t recipeRevision, const QString& file);
+    // A file that CCoverCache::MakeCover has written, and what it has answered.
+    struct MadeCover {
+        QString file;
+        QByteArray key;
+    };
+    // Moves the file, of the same folder and with the same extension, to its place. It is removed if the
+    // cover has changed since its recipe was handed out, or has been made meanwhile.
+    void Accept(int64_t recipeRevision, const MadeCover& cover);
     int64_t GetRevision() const { return revision; }
 
     // Behind a change of the gallery's content at that position: chooses name and pictures anew, and likewise
@@ -64,14 +73,15 @@ private:
     int32_t RekeyChild(const CGallery& child, const QString& oldPath);
     std::vector<CoverPicture> GetShownPictures() const;
     std::vector<CGallery*> GetShownChildren() const;
+    static std::vector<std::vector<CGallery*>> WavesOf(const std::vector<CGallery*>& galleries);
     QString PathOf(const std::vector<CoverPicture>& pictures) const;
     void Make();
-    std::vector<CGallery*> ListUnmade();
 
     CGallery& gallery;
     int64_t revision;
     QString path;           // empty until first asked for
     int32_t shownCount = 0; // pictures from the gallery's front
+    QByteArray key;         // what the file that was made is kept under between runs; null for none
     bool isMade = false;
     bool isHandedOut = false; // its recipe, since it was chosen
     bool isHeld = false;

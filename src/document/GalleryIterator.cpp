@@ -5,6 +5,7 @@
 
 #include "common/Exceptions.h"
 #include "document/Gallery.h"
+#include "document/GalleryPictureInfo.h"
 #include "effects/ImageEffectCompound.h"
 #include "effects/ImageEffectGraphicsStamp.h"
 #include "effects/ImageEffectTextStamp.h"
@@ -60,23 +61,23 @@ void CGalleryIterator::Reset()
     referenceCount = 0;
 }
 
-void CGalleryIterator::Bind(const QString& id, Binding binding, bool isReference)
+void CGalleryIterator::Bind(const QString& id, Binding binding)
 {
     const QString key = Lower(id);
     if (bindings.try_emplace(key, binding).second) {
-        ++(isReference ? referenceCount : cursor);
+        ++(binding.isReference ? referenceCount : cursor);
     }
     boundIds.push_back(key);
 }
 
 void CGalleryIterator::BindPicture(const QString& id)
 {
-    Bind(id, {.offset = cursor, .modulo = 0}, false);
+    Bind(id, {.offset = cursor, .modulo = 0, .isReference = false});
 }
 
 void CGalleryIterator::BindPictureReference(const QString& id, int32_t offset, int32_t modulo)
 {
-    Bind(id, {.offset = offset, .modulo = modulo}, true);
+    Bind(id, {.offset = offset, .modulo = modulo, .isReference = true});
 }
 
 int32_t CGalleryIterator::GetPicturesPerPage()
@@ -121,6 +122,19 @@ QString CGalleryIterator::GetPicturePath(QString& out)
     CPictureInfo* const picture = GetCurrentPicture();
     out = picture ? picture->GetPath() : QString();
     return out;
+}
+
+void CGalleryIterator::PreparePictures()
+{
+    std::vector<CGallery*> children;
+    for (const auto& [id, binding] : bindings) {
+        CPictureInfo* const picture = gallery->GetPictures().GetAt(FindPictureIndex(id));
+        if (const auto* child = dynamic_cast<const CGalleryPictureInfo*>(picture);
+            child && !binding.isReference) {
+            children.push_back(&child->GetGallery());
+        }
+    }
+    CGalleryCover::MakeAll(children);
 }
 
 int32_t CGalleryIterator::GetPictureCount()

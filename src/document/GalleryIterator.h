@@ -20,6 +20,7 @@ public:
     void NextPicture() override { ++cursor; }
     bool HasPicture() override;
     QString GetPicturePath(QString& out) override;
+    void PreparePictures() override;
     bool GetPageProperty(int32_t pageNumber, const QString& name, CVariant& out) override;
     bool GetVariable(const QString& object, const QString& name, CVariant& out) override;
     void SetVariable(const QString& object, const QString& name, const CVariant& value) override;
@@ -48,9 +49,10 @@ private:
     struct Binding {
         int32_t offset;
         int32_t modulo;
+        bool isReference; // shows nothing
     };
 
-    void Bind(const QString& id, Binding binding, bool isReference);
+    void Bind(const QString& id, Binding binding);
     bool GetOwnPageVariable(const QString& name, CVariant& out);
     void MakeStampEffects();
 

@@ -4,6 +4,7 @@
 
 #include <QString>
 
+class CCoverCache;
 class CGallery;
 class CTempFolder;
 
@@ -35,6 +36,7 @@ public:
     // With a trailing separator.
     virtual QString GetProgramFolder() = 0;
     virtual CTempFolder& GetTempFolder() = 0;
+    virtual CCoverCache& GetCoverCache() = 0;
     // The address of the server that banners come from, and the feed shown in their place in the preview.
     // Both are empty where the installation supplies none.
     virtual QString GetBannerServer() = 0;

@@ -33,7 +33,8 @@ CGalleryProject::CGalleryProject(const CProjectEnvironment& environment)
                {{QStringLiteral("RecentFoldersCount"), QStringLiteral("10")},
                 {QStringLiteral("BannerServer"), QString()},
                 {QStringLiteral("BannerFeed"), QString()}}),
-      catalogue(this->environment.programFolder)
+      catalogue(this->environment.programFolder),
+      coverCache(environment.covers)
 {}
 
 CGalleryProject::~CGalleryProject() = default;

@@ -8,6 +8,7 @@
 
 #include "common/Settings.h"
 #include "common/xmldomutils.h"
+#include "document/CoverCache.h"
 #include "document/DeploySettings.h"
 #include "document/Gallery.h"
 #include "document/GalleryCatalogue.h"
@@ -89,6 +90,7 @@ public:
     CGallery* FindGallery(int32_t index) const override;
     QString GetProgramFolder() override { return environment.programFolder; }
     CTempFolder& GetTempFolder() override { return *environment.tempFolder; }
+    CCoverCache& GetCoverCache() override { return coverCache; }
     QString GetBannerServer() override;
     QString GetBannerFeed() override;
 
@@ -107,6 +109,7 @@ private:
     const CRegistrySettingsBase settings;
     CRecentFolders recentFolders;
     CGalleryCatalogue catalogue;
+    CCoverCache coverCache;
     bool loaded = false;
     bool previewMode = true;
     QString name;

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include "document/CoverCache.h"
+
 class CSettingsStore;
 class CTempFolder;
 
@@ -12,4 +14,5 @@ struct CProjectEnvironment {
     QString picturesFolder; // the user's own; the first folder of a new project
     CSettingsStore* settings = nullptr;
     CTempFolder* tempFolder = nullptr; // takes the covers
+    CCoverCache::Options covers = {};  // where they are kept between runs
 };

@@ -29,6 +29,9 @@ public:
     virtual void NextPicture() = 0;
     virtual bool HasPicture() = 0;
     virtual QString GetPicturePath(QString& out) = 0;
+    // Makes the files that GetPicturePath would make one after the other for the pictures bound on this page,
+    // all at once.
+    virtual void PreparePictures() {}
     virtual bool GetPageProperty(int32_t pageNumber, const QString& name, CVariant& out) = 0;
     virtual bool GetVariable(const QString& object, const QString& name, CVariant& out) = 0;
     virtual void SetVariable(const QString& object, const QString& name, const CVariant& value) = 0;

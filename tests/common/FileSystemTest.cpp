@@ -139,6 +139,53 @@ TEST(CopyDirectoryTree, AReadOnlyFileAtTheDestinationIsOverwritten)
     EXPECT_TRUE(QFileInfo(old).permission(QFileDevice::WriteOwner));
 }
 
+TEST(CopyDirectoryTree, AFileOfTheSameBytesIsLeftAloneAndNoOther)
+{
+    const CScratchFolder scratch;
+    const QByteArray longer = QByteArray(50'000, 'a') + "end";
+    const struct {
+        QByteArray source;
+        QByteArray there;
+        bool isLeftAlone;
+    } rows[] = {
+        {"same", "same", true}, {"same", "SAME", false}, {"same", "same ", false},
+        {"", "", true},         {longer, longer, true},  {longer, QByteArray(50'000, 'a') + "End", false},
+    };
+    const QString copy = scratch.Path(QStringLiteral("to/a.css"));
+    const QDateTime past(QDate(2020, 1, 1), QTime(12, 0));
+    for (const auto& row : rows) {
+        scratch.Write(QStringLiteral("from/a.css"), row.source);
+        scratch.Write(QStringLiteral("to/a.css"), row.there);
+        QFile file(copy);
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        ASSERT_TRUE(file.setFileTime(past, QFileDevice::FileModificationTime));
+        file.close();
+        CopyDirectoryTree(scratch.Path(QStringLiteral("from")), scratch.Path(QStringLiteral("to")));
+        EXPECT_EQ(scratch.Read(QStringLiteral("to/a.css")), row.source);
+        EXPECT_EQ(QFileInfo(copy).lastModified() == past, row.isLeftAlone)
+            << row.source.right(9).constData() << " over " << row.there.right(9).constData();
+    }
+}
+
+TEST(FileSystem, AFileIsOfTheseBytesOrNot)
+{
+    const CScratchFolder scratch;
+    const QString path = scratch.Write(QStringLiteral("a"), "bytes");
+    const QString link = scratch.Path(QStringLiteral("link"));
+    ASSERT_TRUE(QFile::link(path, link));
+    const QString pipe = scratch.Path(QStringLiteral("pipe"));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    EXPECT_TRUE(IsFileOf(path, "bytes"));
+    EXPECT_TRUE(IsFileOf(scratch.Write(QStringLiteral("empty"), ""), ""));
+    for (const char* const other : {"", "Bytes", "byte", "bytes "}) {
+        EXPECT_FALSE(IsFileOf(path, other)) << other;
+    }
+    EXPECT_FALSE(IsFileOf(scratch.Path(QStringLiteral("gone")), ""));
+    EXPECT_FALSE(IsFileOf(link, "bytes"));
+    EXPECT_FALSE(IsFileOf(pipe, ""));
+    EXPECT_FALSE(IsFileOf(scratch.Path(), ""));
+}
+
 TEST(CopyDirectoryTree, AFileThatCannotBeCopiedIsNamed)
 {
     const CScratchFolder scratch;

@@ -59,6 +59,16 @@ protected:
         return result;
     }
 
+    // With the project reopened and a temporary folder of another name.
+    GenerationResult InAnotherRun(const std::function<GenerationResult()>& deploy)
+    {
+        runFolder = std::make_unique<CTempFolder>(fixture.scratch.Path());
+        CProjectEnvironment environment = fixture.GetEnvironment();
+        environment.tempFolder = runFolder.get();
+        fixture.OpenProject(Path("project.gallery"), environment);
+        return deploy();
+    }
+
     // The site is as if it had been made anew.
     void ExpectSiteLikeFresh()
     {
@@ -118,6 +128,7 @@ protected:
 
     QString Path(const char* name) const { return fixture.scratch.Path(QLatin1String(name)); }
 
+    std::unique_ptr<CTempFolder> runFolder;
     CProjectFixture fixture;
     CStopSignal stop;
     int pagesDone = 0;
@@ -135,6 +146,29 @@ TEST_F(DeploymentRecord, ASecondRunWritesNoImageAndCountsAll)
     EXPECT_EQ(ImagesOnDisk(), before);
     EXPECT_EQ(second.images, first.images);
     EXPECT_EQ(second.pages, first.pages);
+    ExpectSiteLikeFresh();
+}
+
+TEST_F(DeploymentRecord, PagesThatStayTheSameAreLeftAloneAndOthersWritten)
+{
+    Deploy();
+    const auto inodeOf = [this](const char* page) {
+        struct stat status {};
+        EXPECT_EQ(::stat(QFile::encodeName(Path(page)).constData(), &status), 0);
+        return status.st_ino;
+    };
+    const ino_t first = inodeOf("site/p.html");
+    const ino_t second = inodeOf("site/p1.html");
+    fixture.scratch.Write(QStringLiteral("site/p1.html"), "changed by hand");
+    Deploy();
+    EXPECT_EQ(inodeOf("site/p.html"), first);
+    EXPECT_NE(inodeOf("site/p1.html"), second);
+    ExpectSiteLikeFresh();
+    // Removed with the rest, though the last run has not written it.
+    fixture.GetRoot().RemovePicture(1);
+    fixture.GetRoot().RemovePicture(1);
+    Deploy();
+    EXPECT_EQ(FilesIn(QStringLiteral("site")).filter(QStringLiteral(".html")).size(), 1);
     ExpectSiteLikeFresh();
 }
 
@@ -296,6 +330,36 @@ TEST_F(DeploymentRecord, WhatACancelledRunHasMadeIsKnownToTheNext)
     cancelAt = -1;
     Deploy();
     EXPECT_EQ(CountRewritten(before, ImagesOnDisk()), 0);
+    ExpectSiteLikeFresh();
+}
+
+TEST_F(DeploymentRecord, ACoverOfAnotherRunWithTheSameContentIsKnown)
+{
+    const int32_t index = fixture.GetProject().AddChildGallery(fixture.GetRoot().GetIndex());
+    fixture.GetProject().FindGallery(index)->AddPicture(Path("photos/one.jpg"));
+    fixture.GetProject().Save(Path("project.gallery"));
+    Deploy();
+    const auto before = ImagesOnDisk();
+    EXPECT_EQ(before.size(), 10u);
+    const GenerationResult again = InAnotherRun([&] { return Deploy(); });
+    EXPECT_EQ(ImagesOnDisk(), before);
+    EXPECT_EQ(again.images, 10);
+    ExpectSiteLikeFresh();
+}
+
+TEST_F(DeploymentRecord, ACoverOfTheSameNameWithOtherContentIsMadeAnew)
+{
+    const int32_t index = fixture.GetProject().AddChildGallery(fixture.GetRoot().GetIndex());
+    CGallery& child = *fixture.GetProject().FindGallery(index);
+    child.AddPicture(fixture.WritePicture(QStringLiteral("four.png"), QSize(40, 30), 0x112233));
+    child.AddPicture(Path("photos/one.jpg"));
+    fixture.GetProject().Save(Path("project.gallery"));
+    Deploy();
+    const auto before = ImagesOnDisk();
+    fixture.WritePicture(QStringLiteral("four.png"), QSize(40, 30), 0x332211);
+    InAnotherRun([&] { return Deploy(); });
+    // The two of the cover and the two of the picture.
+    EXPECT_EQ(CountRewritten(before, ImagesOnDisk()), 4);
     ExpectSiteLikeFresh();
 }
 

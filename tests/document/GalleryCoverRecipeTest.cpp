@@ -15,7 +15,7 @@ void MakeFrom(CGallery& gallery, const CGalleryCover::Recipe& recipe)
 {
     const QString file = gallery.GetCoverName() + QStringLiteral("~1.png");
     SaveCover(file, recipe.pictures);
-    gallery.GetCover().Accept(recipe.revision, file);
+    gallery.GetCover().Accept(recipe.revision, {.file = file, .key = QByteArray()});
     EXPECT_FALSE(FileExists(file));
 }
 

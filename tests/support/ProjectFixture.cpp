@@ -74,7 +74,12 @@ CGalleryProject& CProjectFixture::NewProject()
 
 CGalleryProject& CProjectFixture::OpenProject(const QString& path)
 {
-    project = std::make_unique<CGalleryProject>(GetEnvironment());
+    return OpenProject(path, GetEnvironment());
+}
+
+CGalleryProject& CProjectFixture::OpenProject(const QString& path, const CProjectEnvironment& environment)
+{
+    project = std::make_unique<CGalleryProject>(environment);
     project->Open(path);
     return *project;
 }

@@ -34,6 +34,7 @@ public:
     // set.
     CGalleryProject& NewProject();
     CGalleryProject& OpenProject(const QString& path);
+    CGalleryProject& OpenProject(const QString& path, const CProjectEnvironment& environment);
     CGalleryProject& GetProject() { return *project; }
     CGallery& GetRoot();
 

@@ -70,7 +70,8 @@ int RunFrame(CApplication& application, CSettingsStore& settings)
     CMainFrame frame({.programFolder = FindProgramFolder(),
                       .picturesFolder = FindPicturesFolder(),
                       .settings = &settings,
-                      .tempFolder = &tempFolder},
+                      .tempFolder = &tempFolder,
+                      .covers = {.folder = FindCoversFolder()}},
                      ParseCommandLinePath(CommandLineText()));
     frame.Start();
     const int exitCode = QApplication::exec();

@@ -6,6 +6,7 @@
 #include "common/FileSystem.h"
 #include "common/Text.h"
 #include "common/Trace.h"
+#include "document/CoverCache.h"
 #include "document/GalleryProject.h"
 #include "effects/FileNames.h"
 #include "effects/ImageEffectResize.h"
@@ -87,6 +88,7 @@ bool CGalleryCovers::Begin(CGallery& gallery)
         CGalleryCover::Recipe recipe = next.GetCover().HandOut();
         work.revision = recipe.revision;
         work.pictures = std::move(recipe.pictures);
+        work.cache = &next.GetManager().GetCoverCache();
         // Its own name, until it is known that it still counts.
         work.path = WithSuffix(cover, QStringLiteral("~%1").arg(++fileCount));
     } else {
@@ -113,7 +115,7 @@ CGalleryCovers::Result CGalleryCovers::Perform(const Work& work)
     Result result{.work = work};
     try {
         if (work.cover.isEmpty()) {
-            SaveCover(work.path, work.pictures);
+            result.key = work.cache->MakeCover(work.path, work.pictures);
         } else {
             const QByteArray before = BytesOf(work.path);
             CImageEffectSource source(work.cover);
@@ -148,7 +150,7 @@ void CGalleryCovers::OnResult(const Result& result)
     } else if (isScaled) {
         OnScaled(*gallery, result);
     } else {
-        gallery->GetCover().Accept(work.revision, work.path);
+        gallery->GetCover().Accept(work.revision, {.file = work.path, .key = result.key});
     }
     if (project) {
         Continue();

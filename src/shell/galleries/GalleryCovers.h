@@ -17,6 +17,7 @@
 #include "shell/galleries/CoverWorkers.h"
 
 class CGallery;
+class CCoverCache;
 class CGalleryProject;
 
 // Makes the pictures of the galleries view: covers scaled into their cells, on threads of its own, so that no
@@ -51,11 +52,13 @@ private:
         int64_t revision = 0;
         QString path;                       // to be written
         std::vector<CoverPicture> pictures; // of a cover
+        CCoverCache* cache = nullptr;       // for a cover; the project's, which outlives the workers
         QString cover;                      // to be scaled; empty: a cover is to be made
         QSize box;
     };
     struct Result {
         Work work;
+        QByteArray key; // of a cover, for later runs; see CCoverCache::MakeCover
         bool isDone = false;
         bool isChanged = false;
     };

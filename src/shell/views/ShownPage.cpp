@@ -63,6 +63,7 @@ std::string CShownPage::GeneratePage()
         bind();
     }
     iterator->SetPageIndex(iterator->GetPageIndex());
+    iterator->PreparePictures();
     return tree.GenerateToString(*iterator, generator);
 }
 
