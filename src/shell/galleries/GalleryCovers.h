@@ -58,7 +58,7 @@ private:
     };
     struct Result {
         Work work;
-        QByteArray key; // of a cover, for later runs; see CCoverCache::MakeCover
+        QByteArray key{}; // of a cover, for later runs; see CCoverCache::MakeCover
         bool isDone = false;
         bool isChanged = false;
     };
