@@ -2,9 +2,8 @@
 
 #include <cmath>
 
-#include <QCheckBox>
-#include <QProgressBar>
-#include <QRadioButton>
+#include <QImage>
+#include <QPainter>
 #include <QStyleOption>
 #include <gtest/gtest.h>
 
