@@ -9,6 +9,7 @@
 #include <QStyle>
 #include <QStyleFactory>
 
+#include "shell/frame/DarkFusionStyle.h"
 #include "shell/frame/MainFrameSettings.h"
 
 namespace {
@@ -71,6 +72,7 @@ void ApplyColourScheme(CSettingsStore& settings)
     if (wantsDark == isDark) {
         return;
     }
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(wantsDark ? static_cast<QStyle*>(new CDarkFusionStyle)
+                                     : QStyleFactory::create(QStringLiteral("Fusion")));
     QApplication::setPalette(wantsDark ? DarkPalette() : QApplication::style()->standardPalette());
 }

@@ -11,8 +11,10 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSet>
+#include <QStyleFactory>
 
 #include "common/Text.h"
+#include "shell/frame/DarkFusionStyle.h"
 
 namespace {
 
@@ -169,11 +171,14 @@ void KeepPictures(QWidget& widget, const QString& name)
     ASSERT_TRUE(QDir().mkpath(folder));
     const QPalette former = QApplication::palette();
     for (const bool dark : {false, true}) {
+        QApplication::setStyle(dark ? static_cast<QStyle*>(new CDarkFusionStyle)
+                                    : QStyleFactory::create(QStringLiteral("Fusion")));
         QApplication::setPalette(dark ? DarkPalette() : LightPalette());
         QCoreApplication::processEvents();
         const QString palette = dark ? QStringLiteral("dark") : QStringLiteral("light");
         EXPECT_TRUE(widget.grab().save(QStringLiteral("%1/%2-%3.png").arg(folder, name, palette)));
     }
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QApplication::setPalette(former);
     QCoreApplication::processEvents();
 }
