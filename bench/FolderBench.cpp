@@ -16,11 +16,10 @@
 #include <random>
 
 #include <QApplication>
-#include <QEventLoop>
 #include <QFile>
 #include <QTemporaryDir>
-#include <QTimer>
 
+#include "Measuring.h"
 #include "common/FileSystem.h"
 #include "common/TempFolder.h"
 #include "content/FolderPictures.h"
@@ -37,29 +36,8 @@ constexpr QSize LargeSize(6000, 4000);
 constexpr int differentPhotographs = 8;
 constexpr int viewWidth = 340;
 constexpr int stopRounds = 10;
-constexpr int patience = 600'000; // milliseconds
 
 using Clock = std::chrono::steady_clock;
-
-double Milliseconds(Clock::time_point from)
-{
-    return std::chrono::duration<double, std::milli>(Clock::now() - from).count();
-}
-
-// A running event loop, not a polling one: the browser takes many small steps in it.
-void RunUntil(const std::function<bool()>& condition)
-{
-    QEventLoop loop;
-    QTimer check;
-    QObject::connect(&check, &QTimer::timeout, &loop, [&] {
-        if (condition()) {
-            loop.quit();
-        }
-    });
-    check.start(1);
-    QTimer::singleShot(patience, &loop, &QEventLoop::quit);
-    loop.exec();
-}
 
 // Smooth shapes and grain: as hard to decode as a photograph.
 void MakePhotograph(const QString& path, QSize size, unsigned seed, ImageEncoding::Format format)

@@ -9,16 +9,13 @@
 // seen yet, then for covers that are there; and the same for a project of 10 galleries, whose times are the
 // baseline of the ratio.
 
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
 
 #include <QApplication>
 #include <QDirIterator>
-#include <QEventLoop>
 #include <QTemporaryDir>
-#include <QTimer>
 
+#include "Measuring.h"
 #include "common/FileSystem.h"
 #include "common/TempFolder.h"
 #include "document/GalleryProject.h"
@@ -28,32 +25,6 @@
 namespace {
 
 constexpr int rounds = 25;
-constexpr int patience = 60'000;
-
-double Milliseconds(std::chrono::steady_clock::time_point from)
-{
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - from).count();
-}
-
-double Median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
-
-void RunUntil(const std::function<bool()>& condition)
-{
-    QEventLoop loop;
-    QTimer check;
-    QObject::connect(&check, &QTimer::timeout, &loop, [&] {
-        if (condition()) {
-            loop.quit();
-        }
-    });
-    check.start(1);
-    QTimer::singleShot(patience, &loop, &QEventLoop::quit);
-    loop.exec();
-}
 
 // A root with children, which have children, nine of each.
 class CTreeProject {

@@ -7,17 +7,14 @@
 // many of them went into the making of the page, and whether the scroll place was kept; the median of the
 // rounds counts.
 
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <functional>
 
 #include <QApplication>
 #include <QDirIterator>
-#include <QEventLoop>
 #include <QTemporaryDir>
-#include <QTimer>
 
+#include "Measuring.h"
 #include "common/FileSystem.h"
 #include "common/TempFolder.h"
 #include "document/GalleryProject.h"
@@ -27,33 +24,6 @@
 namespace {
 
 constexpr int rounds = 21;
-constexpr int patience = 60'000;
-
-double Milliseconds(std::chrono::steady_clock::time_point from)
-{
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - from).count();
-}
-
-double Median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
-
-// A running event loop, not a polling one: the browser takes many small steps in it.
-void RunUntil(const std::function<bool()>& condition)
-{
-    QEventLoop loop;
-    QTimer check;
-    QObject::connect(&check, &QTimer::timeout, &loop, [&] {
-        if (condition()) {
-            loop.quit();
-        }
-    });
-    check.start(1);
-    QTimer::singleShot(patience, &loop, &QEventLoop::quit);
-    loop.exec();
-}
 
 // A program folder with one layout of one page, and a project of pictures of the sample.
 class CPictureProject {
