@@ -5,8 +5,6 @@
 
 #include <QDeadlineTimer>
 #include <QDir>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QStringList>
 #include <QTcpServer>
 #include <QThread>
@@ -28,18 +26,14 @@ quint16 FindFreePort()
     return server.serverPort();
 }
 
-// The pages of a view stand one at a time in a frame of the view's own page; this runs in the one that is on
-// the screen.
-QString InShownPage(const QString& expression)
-{
-    const QJsonArray quoted{expression};
-    const QByteArray text = QJsonDocument(quoted).toJson(QJsonDocument::Compact);
-    return QStringLiteral("viewShell.evaluate(%1)").arg(QString::fromUtf8(text.mid(1, text.size() - 2)));
-}
-
 } // namespace
 
-CDesktopProgram::CDesktopProgram(QSize screen) : display(screen), dataFolder(QStringLiteral(DATA_FOLDER))
+// The program has a page for each view; the pages view is the widest.
+CDesktopProgram::CDesktopProgram(QSize screen)
+    : display(screen),
+      dataFolder(QStringLiteral(DATA_FOLDER)),
+      page(*this, QStringLiteral("innerWidth > screen.width / 2"),
+           QPoint(screen.width() / 3, screen.height() / 2))
 {
     MakeDirectoryPath(GetHome());
     EXPECT_FALSE(display.GetName().isEmpty());
@@ -97,8 +91,6 @@ void CDesktopProgram::WriteLayout(const QString& name, const QByteArray& page) c
 
 void CDesktopProgram::Launch(const QStringList& arguments)
 {
-    probe.reset();
-    pageOrigin = QPoint();
     debugPort = FindFreePort();
     PutDisplayIntoEnvironment(display.GetName());
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -276,98 +268,19 @@ void CDesktopProgram::ReleaseMouse()
     RunTool({QStringLiteral("mouseup"), QStringLiteral("1")});
 }
 
-// The program has a page for each view; the pages view is the widest.
-bool CDesktopProgram::ConnectProbe()
-{
-    if (probe && probe->IsConnected()) {
-        return true;
-    }
-    for (const QString& address : CPageProbe::ListPages(debugPort)) {
-        auto candidate = std::make_unique<CPageProbe>(address);
-        if (candidate->IsConnected() &&
-            candidate->Evaluate(QStringLiteral("innerWidth > screen.width / 2")).toBool()) {
-            probe = std::move(candidate);
-            return true;
-        }
-    }
-    return false;
-}
-
-QVariant CDesktopProgram::InPage(const QString& expression)
-{
-    return ConnectProbe() ? probe->Evaluate(InShownPage(expression)) : QVariant();
-}
-
-bool CDesktopProgram::WaitInPage(const QString& condition)
-{
-    const bool holds = WaitFor([&] { return InPage(condition).toBool(); });
-    if (!holds) {
-        TakePicture(QStringLiteral("failed"));
-    }
-    return holds;
-}
-
-QPoint CDesktopProgram::GetPageOrigin()
-{
-    if (pageOrigin.isNull()) {
-        pageOrigin = FindPageOrigin();
-    }
-    return pageOrigin;
-}
-
-// Where the page's own corner is on the screen: found by the mouse, as a script sees it.
-QPoint CDesktopProgram::FindPageOrigin()
-{
-    InPage(QStringLiteral(
-        "document.addEventListener('mousemove', e => { window.origin_ = (e.screenX - e.clientX) + ' ' + "
-        "(e.screenY - e.clientY); }, true); window.origin_ = ''"));
-    const QPoint middle(display.GetSize().width() / 3, display.GetSize().height() / 2);
-    int step = 0;
-    WaitFor([&] {
-        MovePointer(middle + QPoint(++step % 2, 0));
-        return !InPage(QStringLiteral("window.origin_")).toString().isEmpty();
-    });
-    const QStringList place = InPage(QStringLiteral("window.origin_")).toString().split(QLatin1Char(' '));
-    return QPoint(place.value(0).toInt(), place.value(1).toInt());
-}
-
-QPoint CDesktopProgram::PlaceOf(const QString& elementExpression)
-{
-    const QString middle =
-        QStringLiteral("(e => { if (!e) return ''; e.scrollIntoView({block: 'center', behavior: 'instant'}); "
-                       "const r = e.getBoundingClientRect(); "
-                       "return Math.round(r.x + r.width / 2) + ' ' + Math.round(r.y + r.height / 2); })(%1)")
-            .arg(elementExpression);
-    const QStringList place = InPage(middle).toString().split(QLatin1Char(' '));
-    EXPECT_EQ(place.size(), 2) << "There is no " << qPrintable(elementExpression);
-    return GetPageOrigin() + QPoint(place.value(0).toInt(), place.value(1).toInt());
-}
-
 void CDesktopProgram::ClickElement(const QString& elementExpression)
 {
     Click(PlaceOf(elementExpression));
 }
 
-// The strip comes up when the mouse enters the element. Its images are named after the element: the strip at
-// rest, then one for each button lit, with the button's tooltip.
+// The strip comes up when the mouse enters the element. Its images are named after the element.
 void CDesktopProgram::PressStripButton(const QString& elementExpression, const QString& tip)
 {
-    const QString strips = QStringLiteral("[...document.images].filter(i => (%1).getAttribute('onmouseenter')"
-                                          ".includes('(' + i.id + ')'))")
-                               .arg(elementExpression);
-    const QString shown = QStringLiteral("(%1.find(s => s.style.display == 'inline') || null)").arg(strips);
     MovePointer(PlaceOf(elementExpression));
-    ASSERT_TRUE(WaitInPage(shown + QStringLiteral(" != null"))) << qPrintable(elementExpression);
-    const QString place =
-        QStringLiteral("(r => Math.round(r.x + 24 * %1.findIndex(i => i.alt == '%2') - 12) + ' ' + "
-                       "Math.round(r.y + 12))(%3.getBoundingClientRect())")
-            .arg(strips, tip, shown);
-    const QStringList numbers = InPage(place).toString().split(QLatin1Char(' '));
-    ASSERT_EQ(numbers.size(), 2) << "There is no button " << qPrintable(tip);
-    const QPoint button = GetPageOrigin() + QPoint(numbers[0].toInt(), numbers[1].toInt());
-    MovePointer(button);
-    ASSERT_TRUE(WaitInPage(QStringLiteral("(%1 || {}).alt == '%2'").arg(shown, tip))) << qPrintable(tip);
-    Click(button);
+    page.PressStripButton(QStringLiteral("[...document.images].filter(i => (%1).getAttribute('onmouseenter')"
+                                         ".includes('(' + i.id + ')'))")
+                              .arg(elementExpression),
+                          tip);
 }
 
 void CDesktopProgram::TakePicture(const QString& name, const QString& title) const

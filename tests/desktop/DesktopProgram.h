@@ -1,14 +1,13 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 
 #include <QPoint>
 #include <QProcess>
 #include <QRect>
 #include <QSize>
 
-#include "PageProbe.h"
+#include "ViewPage.h"
 #include "support/ScratchFolder.h"
 #include "support/VirtualDisplay.h"
 
@@ -73,10 +72,10 @@ public:
     // --- The page of the pages view.
 
     // Until the expression is true in the page on the screen.
-    bool WaitInPage(const QString& condition);
-    QVariant InPage(const QString& expression);
+    bool WaitInPage(const QString& condition) { return page.WaitFor(condition); }
+    QVariant InPage(const QString& expression) { return page.Ask(expression); }
     // The middle of an element, on the screen; the expression gives the element.
-    QPoint PlaceOf(const QString& elementExpression);
+    QPoint PlaceOf(const QString& elementExpression) { return page.PlaceOf(elementExpression); }
     void ClickElement(const QString& elementExpression);
     // Points at an element and presses a button of the strip that comes up, by its tooltip.
     void PressStripButton(const QString& elementExpression, const QString& tip);
@@ -95,13 +94,9 @@ private:
     QString RunTool(const QStringList& arguments) const;
     QStringList FindWindows(const QString& title) const;
     QStringList FindAllWindows() const;
-    bool ConnectProbe();
-    QPoint GetPageOrigin();
-    QPoint FindPageOrigin();
 
     QString dataFolder;
     QProcess process;
     quint16 debugPort = 0;
-    QPoint pageOrigin; // on the screen; null until it was found
-    std::unique_ptr<CPageProbe> probe;
+    CViewPage page;
 };
