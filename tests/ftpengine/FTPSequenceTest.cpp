@@ -86,13 +86,17 @@ TEST_F(FTPSequence, TheGreetingEndsWithASilence)
         {{std::string("\0\0", 2)}, "thrown 6"},
         {{"999 what\r\n"}, "thrown 6"},
     };
+    // The pieces of a greeting belong together on a busy machine too.
+    FTPTimeouts timeouts = ShortTimeouts();
+    timeouts.greetingSilence = std::chrono::milliseconds(500);
+    timeouts.segmentSilence = std::chrono::milliseconds(200);
     for (const auto& row : rows) {
         CScriptedServer one;
         one.On("GREETING", [&row](CServerSession& session, const std::string&) {
             session.SendInPieces(row.greeting, std::chrono::milliseconds(5));
         });
         one.Start();
-        CSocketStream connection(ShortTimeouts());
+        CSocketStream connection(timeouts);
         OpenConnection(one.GetDestination(), abort, connection);
         CFTPCommandSequenceLogin login(connection, abort, transcript);
         EXPECT_EQ(Outcome([&] { return login.Run(QStringLiteral("anna"), QStringLiteral("x")); }),

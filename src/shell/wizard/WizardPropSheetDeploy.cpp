@@ -1,6 +1,7 @@
 #include "shell/wizard/WizardPropSheetDeploy.h"
 
 #include <QAbstractButton>
+#include <QLabel>
 
 #include "resources/StringTable.h"
 #include "shell/wizard/PropPageDeployDestination.h"
@@ -40,6 +41,7 @@ CWizardPropSheetDeploy::CWizardPropSheetDeploy(CGalleryProject& project, const D
     resize(StartSize);
     setStartId(DeployPageId::DeployDestination);
     restart();
+    ContinueSidePicture();
 }
 
 void CWizardPropSheetDeploy::MakePages()
@@ -56,6 +58,21 @@ void CWizardPropSheetDeploy::MakePages()
 CWizardPage* CWizardPropSheetDeploy::GetPage() const
 {
     return qobject_cast<CWizardPage*>(currentPage());
+}
+
+// In a higher window the colour of the picture's foot goes on below it. The label is QWizard's own; it is
+// known by what it shows.
+void CWizardPropSheetDeploy::ContinueSidePicture()
+{
+    const QPixmap picture = currentPage()->pixmap(WatermarkPixmap);
+    for (QLabel* label : findChildren<QLabel*>()) {
+        if (label->pixmap(Qt::ReturnByValue).cacheKey() == picture.cacheKey()) {
+            QPalette colours = label->palette();
+            colours.setColor(label->backgroundRole(), picture.toImage().pixelColor(0, picture.height() - 1));
+            label->setPalette(colours);
+            label->setAutoFillBackground(true);
+        }
+    }
 }
 
 void CWizardPropSheetDeploy::OnPageShown(int)

@@ -24,6 +24,7 @@ private:
     void MakePages();
     void OnPageShown(int id);
     void OnBack();
+    void ContinueSidePicture();
     CWizardPage* GetPage() const;
 
     DeployWizardState state;

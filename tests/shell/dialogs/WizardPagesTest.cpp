@@ -44,6 +44,19 @@ TEST_F(DeployWizard, HasThePagesWithTheirTitles)
     }));
 }
 
+TEST_F(DeployWizard, GoesOnBelowTheSidePictureInItsColour)
+{
+    Open();
+    wizard->resize(900, 800);
+    const QImage window = wizard->grab().toImage();
+    const QPixmap picture = wizard->currentPage()->pixmap(QWizard::WatermarkPixmap);
+    const QColor foot = picture.toImage().pixelColor(0, picture.height() - 1);
+    EXPECT_EQ(window.pixelColor(1, picture.height() - 1), foot);
+    EXPECT_EQ(window.pixelColor(1, picture.height() + 1), foot);
+    EXPECT_EQ(window.pixelColor(1, 700), foot);
+    EXPECT_EQ(window.pixelColor(picture.width() - 1, 700), foot);
+}
+
 TEST_F(DeployWizard, OffersANewConnectionAloneWhenNoneIsStored)
 {
     fixture.GetProject().GetDeploySettings().destination_kind = 1;
