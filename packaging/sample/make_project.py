@@ -133,10 +133,9 @@ def gallery(index, data):
 
 
 def project():
-    folders = [ROOT] + [f"{ROOT}/{data['folder'].rstrip('/')}" for data in GALLERIES if data["folder"]]
     return element(
         "project", {"version": "2.0", "root_gallery_index": 0, "current_gallery_index": 0},
-        element("project_folders", {"recent_folder": ROOT}, *(element("folder", {"path": f}) for f in folders)),
+        element("project_folders", {"recent_folder": ""}),
         *(gallery(index, data) for index, data in enumerate(GALLERIES)),
         element("deploy_settings", {"folder": "", "destination_kind": 0, "redeploy_mode": 1, "ftp_destination": -1,
                                     "ftp_directory": "", "open_browser_after_deploy": 1}),

@@ -52,7 +52,8 @@ void PointToFolder(const QString& project, const QStringList& folders)
     for (const QString& folder : folders) {
         list += QStringLiteral("<folder path=\"%1\"/>").arg(folder.toHtmlEscaped());
     }
-    static const QRegularExpression former(QStringLiteral("<project_folders.*?</project_folders>"));
+    static const QRegularExpression former(
+        QStringLiteral("<project_folders[^>]*/>|<project_folders.*?</project_folders>"));
     text.replace(former, list + QStringLiteral("</project_folders>"));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(text.toUtf8());

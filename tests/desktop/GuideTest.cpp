@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "DesktopProgram.h"
+#include "FolderPane.h"
 #include "SavedProject.h"
 
 // The steps of docs/guide.md, each as the guide tells it, and a picture of each: docs/make-screenshots takes
@@ -21,17 +22,19 @@ protected:
     void SetUp() override
     {
         program.WriteSettings("ColourScheme=light\n");
-        // The folders of the sample stand in its file as "/sample/...". That of the mountains is open, none
-        // of whose pictures are in the first gallery.
+        // The pictures of the sample stand in its file as "/sample/...". None of those of the mountains are
+        // in the first gallery.
         const QString folder = project.section(QLatin1Char('/'), 0, -2);
         QFile file(project);
         ASSERT_TRUE(file.open(QIODevice::ReadWrite));
         QByteArray text = file.readAll();
-        text.replace("recent_folder=\"/sample\"", "recent_folder=\"/sample/Mountains\"");
         text.replace("\"/sample", '"' + folder.toUtf8());
         file.resize(0);
         file.seek(0);
         file.write(text);
+        file.close();
+        PointToFolder(project, {folder + QStringLiteral("/Mountains"), folder,
+                                folder + QStringLiteral("/By the Water"), folder + QStringLiteral("/Night")});
     }
 
     // The page has its pictures.
