@@ -9,8 +9,8 @@
 #include "document/GalleryProject.h"
 #include "shell/frame/ProjectKeeper.h"
 
-// A program without a window that is always at work on a project: adds a picture each millisecond and says
-// which, until somebody ends it.
+// A program without a window that is always at work on a project: counts in it each millisecond and says how
+// far, until somebody ends it.
 // kept_project FOLDER PROJECT DELAY: FOLDER holds the program's layouts; DELAY, in milliseconds, is how long
 // a change may wait for being saved.
 
@@ -41,13 +41,18 @@ int main(int argumentCount, char** arguments)
     } catch (const CExceptionBase&) {
         return 5;
     }
+    // So much that the file is not written in one step.
+    CGallery& gallery = *project.GetCurrentGallery();
+    const QString object = QStringLiteral("gallery");
+    gallery.SetObjectVariable(object, QStringLiteral("words"), CVariant(QString(300'000, QLatin1Char('w'))));
+    CVariant count;
+    gallery.GetObjectVariable(object, QStringLiteral("count"), count);
+    int number = count.GetType() == CVariant::Type::Integer ? count.GetInteger() : 0;
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
-        CGallery& gallery = *project.GetCurrentGallery();
-        const int number = gallery.GetPictures().GetCount();
-        gallery.AddPicture(QStringLiteral("/photos/%1.jpg").arg(number));
+        gallery.SetObjectVariable(object, QStringLiteral("count"), CVariant(++number));
         keeper.MarkChanged();
-        std::printf("%d\n", number + 1);
+        std::printf("%d\n", number);
         std::fflush(stdout);
     });
     timer.start(1);
