@@ -130,9 +130,8 @@ CFTPDestination CFTPDestinations::LoadFrom(bool allUsers, int32_t key) const
                             .key = key,
                             .allUsers = allUsers,
                             .loaded = false};
-    loading.loaded = store.Read(ScopeOf(allUsers), PathOf(loading), QStringLiteral("Dispname")).has_value();
     FTPDestinationConnection& record = loading.connection;
-    ReadText(loading, "Dispname", record.displayName);
+    loading.loaded = ReadText(loading, "Dispname", record.displayName);
     ReadText(loading, "Server", record.server);
     record.port = ReadPort(loading);
     ReadText(loading, "Username", record.userName);
@@ -152,14 +151,16 @@ void CFTPDestinations::AppendAll(bool allUsers, std::vector<CFTPDestination>& de
     }
 }
 
-void CFTPDestinations::ReadText(const CFTPDestination& place, const char* name, QString& field) const
+bool CFTPDestinations::ReadText(const CFTPDestination& place, const char* name, QString& field) const
 {
     const auto text = store.Read(ScopeOf(place.allUsers), PathOf(place), QString::fromLatin1(name));
     // Odd on purpose: a text is read into 260 units, its terminator included, and a longer one counts as
     // absent.
-    if (text && text->size() <= MaxTextLength) {
+    const bool isRead = text && text->size() <= MaxTextLength;
+    if (isRead) {
         field = *text;
     }
+    return isRead;
 }
 
 uint16_t CFTPDestinations::ReadPort(const CFTPDestination& place) const

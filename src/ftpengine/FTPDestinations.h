@@ -43,7 +43,8 @@ private:
 
     CFTPDestination LoadFrom(bool allUsers, int32_t key) const;
     void AppendAll(bool allUsers, std::vector<CFTPDestination>& destinations) const;
-    void ReadText(const CFTPDestination& place, const char* name, QString& field) const;
+    // False if there is no such text, or one too long.
+    bool ReadText(const CFTPDestination& place, const char* name, QString& field) const;
     uint16_t ReadPort(const CFTPDestination& place) const;
     QString ReadPassword(const CFTPDestination& place) const;
     // False if the password can't be protected.

@@ -28,8 +28,13 @@ CFileSender::CFileSender(const CFTPCommandSTOR::Transfer& transfer, std::chrono:
 void CFileSender::Run(const CEvent& stop)
 {
     const TraceScope scope(QStringLiteral("CFTPCommandSTOR::ThreadProc"));
+    const Clock::time_point begin = Clock::now();
     if (!Connect()) {
         return;
+    }
+    // The time of the connect counts: a stop during it ends the sending as soon as any other.
+    if (stop.IsSet()) {
+        deadline = begin + stall;
     }
     // Odd, but settled: without the file, the connection stays open as long as the command lives, so that the
     // server doesn't take the silence for an empty file.

@@ -125,7 +125,8 @@ CSocketBuffer CSocketReader::TakeChunk()
         status = EngineStatus::ConnectionReset;
     }
     if (status != 0) {
-        ThrowTraced("Receive throws m_iStatus: ", status);
+        Trace(QStringLiteral("Receive throws m_iStatus: %1").arg(status)); // odd on purpose: without quotes
+        throw status;
     }
     CSocketBuffer chunk = std::move(chunks.front());
     chunks.pop_front();

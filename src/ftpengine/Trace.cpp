@@ -39,17 +39,18 @@ void CTrace::Trace(const QString& text)
 {
     const std::lock_guard guard(lock);
     if (!on) {
-        const auto path = store.Read(CSettingsStore::Scope::User, QStringLiteral("NimbleXfer/Trace"),
-                                     QStringLiteral("File"));
-        if (!path) {
+        constexpr auto user = CSettingsStore::Scope::User;
+        if (!store.ListSubKeys(user, QStringLiteral("NimbleXfer")).contains(QStringLiteral("Trace"))) {
             return;
         }
         on = true;
-        if (!path->isEmpty()) {
-            file.setFileName(*path);
+        const QString path =
+            store.Read(user, QStringLiteral("NimbleXfer/Trace"), QStringLiteral("File")).value_or(QString());
+        if (!path.isEmpty()) {
+            file.setFileName(path);
             // It tells what the user does, and with which servers; one that is there keeps its rights.
             const CDescriptor made(
-                ::open(QFile::encodeName(*path).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+                ::open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
             file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered);
         }
     }

@@ -34,8 +34,8 @@ private:
 // failures are ignored.
 class CTrace {
 public:
-    // Tracing is on while the user's value "File" of the key "NimbleXfer/Trace" is there; if it isn't empty,
-    // it names the file. store is borrowed.
+    // Tracing is on while the user's key "NimbleXfer/Trace" is there; its value "File", if it isn't empty,
+    // names the file. store is borrowed.
     explicit CTrace(const CSettingsStore& store);
 
     // To standard error as "milliseconds<tab>text", to the file as text alone, in UTF-16.

@@ -46,10 +46,14 @@ bool CWindowTaskWaiter::WaitDispatching(std::chrono::milliseconds timeout) const
     quiet.setSingleShot(true);
     bool tooLong = false;
     QObject::connect(&quiet, &QTimer::timeout, &quiet, [&tooLong] { tooLong = true; });
-    while (!completed.IsSet() && !tooLong) {
+    for (;;) {
         QCoreApplication::processEvents();
+        // A handler's own loop may have taken the one wake-up, so this is asked again before each wait.
+        if (completed.IsSet() || tooLong) {
+            return completed.IsSet();
+        }
         quiet.start(static_cast<int>(std::clamp<int64_t>(timeout.count(), 0, INT_MAX)));
         QAbstractEventDispatcher::instance()->processEvents(QEventLoop::WaitForMoreEvents);
+        quiet.stop(); // the time that handlers take is no quiet
     }
-    return completed.IsSet();
 }

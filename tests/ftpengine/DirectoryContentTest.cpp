@@ -1,3 +1,5 @@
+#include <QStringList>
+
 #include "ftpengine/FTPDirectoryContent.h"
 
 namespace {
@@ -97,5 +99,23 @@ TEST(DirectoryContent, AnUnreadableOrEmptyListingHasNoItems)
     for (const char* listing :
          {"", "total 0\r\n", "01-05-04 12:30PM <DIR> a\r\n", "\r\n\r\n", "\n\n", "\r", "x"}) {
         EXPECT_TRUE(CFTPDirectoryContent({}, QString::fromLatin1(listing)).GetItems().empty()) << listing;
+    }
+}
+
+TEST(ParseListLine, KnowsAllMonthsInTheOrderOfTheCalendar)
+{
+    const QStringList months =
+        QStringLiteral("Jan Feb Mar Apr May Jun Jul Aug Sep Oct Nov Dec").split(QLatin1Char(' '));
+    for (qsizetype i = 0; i < months.size(); ++i) {
+        EXPECT_EQ(Parsed(QStringLiteral("-rw-r--r-- 1 u g 10 %1 5 12:30 a").arg(months[i])),
+                  QStringLiteral("f a"))
+            << qPrintable(months[i]);
+        if (i > 0) {
+            // The later month stands first in the line, as the owner, and loses.
+            EXPECT_EQ(
+                Parsed(QStringLiteral("-rw-r--r-- 1 %1 g 10 %2 5 12:30 a").arg(months[i], months[i - 1])),
+                QStringLiteral("f a"))
+                << qPrintable(months[i]);
+        }
     }
 }

@@ -76,6 +76,7 @@ TEST(FTPDestinations, ATextIsReadInto260UnitsWithItsTerminator)
         const QString expected = length == 259 ? text : QString();
         const FTPDestinationConnection record = test.destinations.Load(1).connection;
         EXPECT_EQ(record.displayName, expected);
+        EXPECT_EQ(test.destinations.Load(1).loaded, length == 259);
         EXPECT_EQ(record.server, expected);
         EXPECT_EQ(record.userName, expected);
         EXPECT_EQ(record.directory, expected);

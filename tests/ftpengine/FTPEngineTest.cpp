@@ -389,3 +389,38 @@ TEST_F(FTPEngine, IsMadeAndDestroyedWithoutWork)
 {
     const CFTPEngine engine;
 }
+
+TEST_F(FTPEngine, MessagesAboutAFileHaveItsKeyAndProgressItsLocalPath)
+{
+    server.Start();
+    std::vector<QString> keys;
+    target->onMessage = [&keys](const FTPMessage& message) {
+        if (const auto* const started = std::get_if<FTP_UPLOAD_FILE_STARTED>(&message)) {
+            keys.push_back(started->localPath);
+        } else if (const auto* const finished = std::get_if<FTP_UPLOAD_FILE_FINISHED>(&message)) {
+            keys.push_back(finished->localPath);
+        }
+    };
+    FTPUploadMap map = MakeFiles({QStringLiteral("a\\1")});
+    const QString key = map.begin()->first;
+    const QString elsewhere = scratch.Write(QStringLiteral("elsewhere"), "content");
+    map.begin()->second.localPath = elsewhere;
+    CFTPEngine engine(ShortTimeouts());
+    engine.Upload(server.GetDestination(), {}, map, target);
+    EXPECT_TRUE(Finished().IsSuccess());
+    EXPECT_EQ(keys, (std::vector<QString>{key, key}));
+    ASSERT_EQ(target->GetProgress().size(), 1u);
+    EXPECT_EQ(target->GetProgress()[0].localPath, elsewhere);
+    EXPECT_EQ(FTP_UPLOAD_PROGRESS::Number, 0x80A);
+}
+
+TEST(FTPTimeouts, TheDefaultsAreSettled)
+{
+    const FTPTimeouts timeouts;
+    EXPECT_EQ(timeouts.send, milliseconds(30000));
+    EXPECT_EQ(timeouts.reply, milliseconds(60000));
+    EXPECT_EQ(timeouts.greetingSilence, milliseconds(1000));
+    EXPECT_EQ(timeouts.segmentSilence, milliseconds(250));
+    EXPECT_EQ(timeouts.stopWorker, milliseconds(60000));
+    EXPECT_EQ(timeouts.dataStall, milliseconds(60000));
+}

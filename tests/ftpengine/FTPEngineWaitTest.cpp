@@ -1,3 +1,4 @@
+#include <QCoreApplication>
 #include <QTimer>
 
 #include "FTPEngineFixture.h"
@@ -83,4 +84,36 @@ TEST_F(FTPEngineWait, AWaitThatTakesTooLongIsAnsweredAndTheTaskGoesOn)
         QStringLiteral("257 made b\r\n"));
     EXPECT_EQ(server.GetCommands()[2], "MKD slow");
     server.Stop();
+}
+
+TEST_F(FTPEngineWait, AResultThatComesDuringAHandlerIsNotWaitedForAgain)
+{
+    server.Start();
+    const CResourceGuard withServer;
+    CFTPEngine engine(ShortTimeouts());
+    QTimer late;
+    late.setSingleShot(true);
+    bool stalled = false;
+    QObject::connect(&late, &QTimer::timeout, &late, [&stalled] { stalled = true; });
+    QTimer::singleShot(0, &late, [&] {
+        EXPECT_TRUE(withServer.AwaitThreads()); // the task has ended, so its result is there
+        QCoreApplication::processEvents();      // and a loop of the handler's own hears of it
+        QCoreApplication::processEvents();
+        late.start(10000);
+    });
+    EXPECT_TRUE(engine.CreateDirectory(server.GetDestination(), QStringLiteral("a"), milliseconds(30000))
+                    .IsSuccess());
+    EXPECT_FALSE(stalled);
+}
+
+TEST_F(FTPEngineWait, TheTimeThatAHandlerTakesIsNoQuiet)
+{
+    server.Start();
+    CFTPEngine engine(ShortTimeouts());
+    const CEvent never;
+    QTimer timer;
+    timer.start(5);
+    QTimer::singleShot(20, &timer, [&never] { EXPECT_FALSE(never.Wait(milliseconds(300))); });
+    EXPECT_TRUE(
+        engine.CreateDirectory(server.GetDestination(), QStringLiteral("a"), milliseconds(100)).IsSuccess());
 }

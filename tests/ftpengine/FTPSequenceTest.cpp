@@ -229,3 +229,27 @@ TEST_F(FTPSequence, AClosedConnectionIsAnUnknownReplyAndThenAReset)
     EXPECT_EQ(Run<CFTPCommandSequenceTypeI>(), "thrown 6");
     EXPECT_EQ(Run<CFTPCommandSequenceTypeI>(), "thrown 10054");
 }
+
+TEST_F(FTPSequence, EachPreliminaryReplyStartsTheTimeOutAnew)
+{
+    server.On("TYPE", [](CServerSession& session, const std::string&) {
+        session.SendInPieces({"100 wait\r\n", "100 wait\r\n", "100 wait\r\n", "200 done\r\n"},
+                             std::chrono::milliseconds(700));
+    });
+    FTPTimeouts timeouts = PatientTimeouts();
+    timeouts.reply = std::chrono::milliseconds(1500); // less than the four pieces take
+    OpenQuietly(timeouts);
+    EXPECT_EQ(Run<CFTPCommandSequenceTypeI>(), "200|200 done");
+}
+
+TEST_F(FTPSequence, WhatAServerRefusesWithIsInTheTranscript)
+{
+    server.Reply("TYPE", "500 no\r\n");
+    server.Reply("QUIT", "what?\r\n");
+    OpenQuietly();
+    EXPECT_EQ(Run<CFTPCommandSequenceTypeI>(), "refused 500|500 no");
+    EXPECT_EQ(Run<CFTPCommandSequenceQuit>(), "thrown 6");
+    const std::vector<QString> expected = {QStringLiteral("TYPE I\r\n"), QStringLiteral("500 no\r\n"),
+                                           QStringLiteral("QUIT\r\n"), QStringLiteral("what?\r\n")};
+    EXPECT_EQ(transcript, expected);
+}

@@ -144,4 +144,9 @@ TEST(OneTimePassword, TheDictionaryIsThatOfTheStandard)
         words.insert(word);
     }
     EXPECT_EQ(words.size(), 2048u);
+    std::string all;
+    for (const auto& word : OneTimePasswordWords) {
+        all += word;
+    }
+    EXPECT_EQ(Hex(Md5(all)), "738c0c6b56a48cbe320989e94491ea22");
 }

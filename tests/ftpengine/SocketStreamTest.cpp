@@ -318,6 +318,31 @@ TEST_F(SocketStream, ItsDestructionDoesNotWaitForAQuietPeer)
     EXPECT_FALSE(result.wouldBlock);
 }
 
+TEST_F(SocketStream, TracesWhatItReceivesAndWhyItFails)
+{
+    Open();
+    Send("220 a\r\n");
+    EXPECT_EQ(Receive(), "220 a\r\n");
+    EXPECT_TRUE(traces.Has("Bytes received: 7"));
+    abort->Set();
+    EXPECT_EQ(ReceiveError(), 995);
+    EXPECT_TRUE(traces.Has("_T(\"Receive, WaitForMultipleObjects aborted\")"));
+    const std::string tooMuch(64 << 20, 'x');
+    EXPECT_THROW(stream->Send(milliseconds(20000), tooMuch), int);
+    EXPECT_TRUE(traces.Has("_T(\"Send, WSAWaitForMultipleEvents aborted\")"));
+    abort->Reset();
+    EXPECT_THROW(stream->Send(milliseconds(50), tooMuch), int);
+    EXPECT_TRUE(traces.Has("_T(\"Send, WSAWaitForMultipleEvents timed out\")"));
+    const linger atOnce = {.l_onoff = 1, .l_linger = 0};
+    ::setsockopt(server.GetDescriptor(), SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
+    server.Close();
+    AwaitFailure();
+    EXPECT_EQ(ReceiveError(), 10054);
+    EXPECT_TRUE(traces.Has("Receive throws m_iStatus: 10054"));
+    EXPECT_THROW(stream->Send(milliseconds(1000), "QUIT\r\n"), int);
+    EXPECT_TRUE(traces.Has("\"Send, WSASend throws: \"10054"));
+}
+
 namespace {
 
 class Connection : public testing::Test {
@@ -387,4 +412,16 @@ TEST_F(Connection, OfSeveralAddressesTheFirstCounts)
     first.ai_addr = reinterpret_cast<sockaddr*>(&firstAddress);
     first.ai_next = &second;
     EXPECT_EQ(FirstAddress(first), htonl(INADDR_LOOPBACK));
+}
+
+TEST_F(Connection, ItsFailuresAreTraced)
+{
+    CTraceRecorder traces;
+    CListener listener;
+    const uint16_t port = listener.GetPort();
+    listener.Close();
+    EXPECT_EQ(OpenError(QStringLiteral("127.0.0.1"), port), 10061);
+    EXPECT_TRUE(traces.Has("\"OpenConnection, WSAConnect throws: \"10061"));
+    EXPECT_EQ(OpenError(QStringLiteral("no such host"), 21), 11001);
+    EXPECT_TRUE(traces.Has("\"GetAddr, getaddrinfo throws: \"11001"));
 }

@@ -205,9 +205,12 @@ TEST_F(ThreadDriver, WithoutLimitItNeverAbandons)
 {
     CThreadDriver driver(NoLimit);
     driver.Start(Waiting(), false);
+    ASSERT_TRUE(entered->Wait(milliseconds(10000)));
     std::atomic<bool> abandoned = true;
     std::thread stopper([&] { abandoned = driver.Stop(); });
-    ASSERT_TRUE(entered->Wait(milliseconds(10000)));
+    while (driver.IsRunning()) { // until the stop is signalled
+        std::this_thread::yield();
+    }
     gate->Set();
     stopper.join();
     EXPECT_FALSE(abandoned);

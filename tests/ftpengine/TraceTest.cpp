@@ -53,6 +53,16 @@ TEST_F(EngineTrace, WritesAFileAnewInUtf16WithoutTheTime)
     EXPECT_EQ(scratch.Read(QStringLiteral("trace.txt")), Utf16(QStringLiteral("\u00e4\r\nb\r\n")));
 }
 
+TEST_F(EngineTrace, AKeyThatNamesNoFileTurnsItOnAsWell)
+{
+    settings->Write(CSettingsStore::Scope::User, QStringLiteral("NimbleXfer/Trace"), QStringLiteral("Other"),
+                    QStringLiteral("1"));
+    CTrace trace(*settings);
+    testing::internal::CaptureStderr();
+    trace.Trace(QStringLiteral("seen"));
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::EndsWith("\tseen\r\n"));
+}
+
 TEST_F(EngineTrace, AFileThatCannotBeWrittenIsIgnored)
 {
     NameFile(scratch.Path(QStringLiteral("no/such/folder")));
