@@ -4,6 +4,7 @@
 #include <atomic>
 #include <exception>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -51,8 +52,12 @@ void OnAllCores(size_t count, const std::function<void(size_t)>& work)
     CHandOut handOut(count, work);
     const size_t threads = std::min<size_t>(count, std::max(1u, std::thread::hardware_concurrency()));
     std::vector<std::thread> helpers;
-    for (size_t i = 1; i < threads; ++i) {
-        helpers.emplace_back([&] { handOut.Work(); });
+    try {
+        for (size_t i = 1; i < threads; ++i) {
+            helpers.emplace_back([&] { handOut.Work(); });
+        }
+    } catch (const std::system_error&) {
+        // With as many threads as the system has left.
     }
     handOut.Work();
     for (std::thread& helper : helpers) {

@@ -153,26 +153,25 @@ void CopyFileOver(const QString& source, const QString& destination)
     if (input.Get() < 0) {
         throw CWin32Exception(errno, Text(StringId::FileNotCopied, source, destination));
     }
-    CDescriptor output(
-        ::open(QFile::encodeName(destination).constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
-    if (output.Get() < 0) {
-        throw CWin32Exception(errno, Text(StringId::FileNotCopied, source, destination));
-    }
+    QByteArray bytes;
     std::vector<char> buffer(256 * 1024);
     for (;;) {
         const ssize_t count = ::read(input.Get(), buffer.data(), buffer.size());
         if (count < 0 && errno == EINTR) {
             continue;
         }
-        if (count < 0 || !output.WriteAll(buffer.data(), static_cast<size_t>(count))) {
+        if (count < 0) {
             throw CWin32Exception(errno, Text(StringId::FileNotCopied, source, destination));
         }
         if (count == 0) {
             break;
         }
+        bytes.append(buffer.data(), static_cast<qsizetype>(count));
     }
-    if (!output.Close()) {
-        throw CWin32Exception(errno, Text(StringId::FileNotCopied, source, destination));
+    // What is there may be a link to the source, and stays whole if the disk is full.
+    const int error = ReplaceFile(destination, bytes, Durability::Plain);
+    if (error != 0) {
+        throw CWin32Exception(error, Text(StringId::FileNotCopied, source, destination));
     }
 }
 

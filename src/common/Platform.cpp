@@ -19,7 +19,13 @@ QString ExecutableFolder()
     return ExtractFolder(executable);
 }
 
-// A developer's build in "Release" or "Debug" finds the folders of the source tree above it.
+QString UserFolder(QStandardPaths::StandardLocation location)
+{
+    return QDir::toNativeSeparators(QStandardPaths::writableLocation(location));
+}
+
+} // namespace
+
 QString WithoutBuildFolder(const QString& folder)
 {
     for (const QLatin1String name : {QLatin1String("/Release/"), QLatin1String("/Debug/")}) {
@@ -29,13 +35,6 @@ QString WithoutBuildFolder(const QString& folder)
     }
     return folder;
 }
-
-QString UserFolder(QStandardPaths::StandardLocation location)
-{
-    return QDir::toNativeSeparators(QStandardPaths::writableLocation(location));
-}
-
-} // namespace
 
 QString FindProgramFolder()
 {

@@ -7,6 +7,10 @@
 // ../share/vistorama beside it.
 QString FindProgramFolder();
 
+// A developer's build in "Release" or "Debug" finds the folders of the source tree above it. folder: with a
+// trailing separator.
+QString WithoutBuildFolder(const QString& folder);
+
 // The user's folder for pictures, without a trailing separator.
 QString FindPicturesFolder();
 

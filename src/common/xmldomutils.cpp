@@ -4,6 +4,7 @@
 #include <cmath>
 #include <sstream>
 
+#include <QFileInfo>
 #include <pugixml.hpp>
 
 #include "common/FileSystem.h"
@@ -107,7 +108,10 @@ void CXmlDocument::Save(const QString& path) const
 {
     std::ostringstream text;
     content->dom.save(text, "", pugi::format_raw | pugi::format_no_declaration, pugi::encoding_utf8);
-    WriteFileAtomically(path, QByteArray::fromStdString(text.str()));
+    // A link stays one: the file that it leads to is replaced. Empty for a link that leads nowhere.
+    const QFileInfo file(path);
+    const QString target = file.isSymLink() ? file.canonicalFilePath() : QString();
+    WriteFileAtomically(target.isEmpty() ? path : target, QByteArray::fromStdString(text.str()));
 }
 
 int CXmlDocument::LineAt(ptrdiff_t offset) const
@@ -155,7 +159,8 @@ int32_t GetAttributeLong(const CXmlElement& element, const char* name)
     }
     bool isNumber = false;
     const double number = std::nearbyint(text.GetString().trimmed().toDouble(&isNumber));
-    if (!isNumber || number < -2147483648.0 || number > 4294967295.0) {
+    // Asked this way round, since no comparison holds for "nan", which is read as a number.
+    if (!isNumber || !(number >= -2147483648.0 && number <= 4294967295.0)) {
         const ptrdiff_t offset = pugi::xml_node(element.node).offset_debug();
         throw CXmlException(element.document->path,
                             Text(StringId::XmlAttributeNotNumber, text.GetString(), WideName(name)),

@@ -65,9 +65,11 @@ CDeploymentRecord::CDeploymentRecord(const QString& path, const QString& targetF
     Load();
 }
 
-QString CDeploymentRecord::PathFor(const QString& recordsFolder, const QString& targetFolder)
+QString CDeploymentRecord::PathFor(const QString& recordsFolder, const QString& targetFolder,
+                                   const QString& projectName)
 {
-    const QByteArray target = QDir::cleanPath(QDir(targetFolder).absolutePath()).toUtf8();
+    const QByteArray target =
+        QDir::cleanPath(QDir(targetFolder).absolutePath()).toUtf8() + '\0' + projectName.toUtf8();
     const QByteArray name = QCryptographicHash::hash(target, QCryptographicHash::Sha1).toHex();
     return JoinPath(recordsFolder, QString::fromLatin1(name));
 }

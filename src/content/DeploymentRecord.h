@@ -25,8 +25,10 @@ public:
     CDeploymentRecord(const QString& path, const QString& targetFolder,
                       Milliseconds restless = Milliseconds(3000));
 
-    // The record's file for a target folder, below the folder of all records.
-    static QString PathFor(const QString& recordsFolder, const QString& targetFolder);
+    // The record's file for a target folder, below the folder of all records. One for each project: what
+    // another one has put into the folder is nobody's leftover.
+    static QString PathFor(const QString& recordsFolder, const QString& targetFolder,
+                           const QString& projectName = QString());
 
     // The run's own folder, with a trailing separator. Its name and the times of its files are others in each
     // run: what is made from them is known by their names and contents.

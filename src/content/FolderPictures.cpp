@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <exception>
 #include <fcntl.h>
 #include <mutex>
 #include <set>
 #include <sys/stat.h>
+#include <system_error>
 #include <thread>
 
 #include <QCryptographicHash>
@@ -110,12 +112,19 @@ public:
         const size_t count =
             std::min<size_t>(std::max(1u, std::thread::hardware_concurrency()), paths.size());
         std::vector<std::thread> others;
-        for (size_t i = 1; i < count; ++i) {
-            others.emplace_back([this] { Work(); });
+        try {
+            for (size_t i = 1; i < count; ++i) {
+                others.emplace_back([this] { TryToWork(); });
+            }
+        } catch (const std::system_error&) {
+            // With as many threads as the system has left.
         }
-        Work();
+        TryToWork();
         for (std::thread& other : others) {
             other.join();
+        }
+        if (thrown) {
+            std::rethrow_exception(thrown);
         }
     }
 
@@ -132,6 +141,17 @@ public:
     }
 
 private:
+    void TryToWork()
+    {
+        try {
+            Work();
+        } catch (...) {
+            const std::lock_guard lock(mutex);
+            thrown = std::current_exception();
+            next = paths.size();
+        }
+    }
+
     void Work()
     {
         const CDecodingStop stop([this] { return !listener.IsWanted(); });
@@ -211,6 +231,7 @@ private:
 
     // Guarded by mutex.
     std::mutex mutex;
+    std::exception_ptr thrown;
     int count = 0;
     std::vector<FolderCard> cards;
 };

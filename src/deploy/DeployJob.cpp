@@ -112,7 +112,8 @@ void CDeployJob::GenerateToFolder()
         result = GeneratePages(project, {settings.folder}, cancel, *this);
         return;
     }
-    CDeploymentRecord record(CDeploymentRecord::PathFor(recordsFolder, settings.folder), settings.folder);
+    CDeploymentRecord record(CDeploymentRecord::PathFor(recordsFolder, settings.folder, project.GetName()),
+                             settings.folder);
     // What was written by a run that failed is noted as well.
     const CRecordSaver saver(record);
     result = GeneratePages(project, {settings.folder, &record}, cancel, *this);

@@ -14,10 +14,11 @@ QString RealToText(double number)
         throw CUnexpectedException("ContentGeneratorStringConverter", __LINE__,
                                    Text(StringId::ValueNotConverted));
     }
-    QLocale locale = QLocale::system();
-    locale.setNumberOptions(QLocale::OmitGroupSeparator);
     constexpr int significantDigits = 15; // what a 64-bit real keeps of any decimal number
-    return locale.toString(number, 'g', significantDigits);
+    // Of the user's locale only the decimal point: its digits and its minus sign may be other characters, and
+    // an attribute that holds such a number would read as 0.
+    QString text = QString::number(number, 'g', significantDigits);
+    return text.replace(QLatin1Char('.'), QLocale::system().decimalPoint());
 }
 
 QString DateToText(DateValue date)

@@ -1,6 +1,7 @@
 #include "common/DirectoryProcessor.h"
 
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include <QFile>
 #include <QStringList>
@@ -127,4 +128,20 @@ TEST(RemoveDirectoryTree, WhatALinkLeadsToStays)
     ASSERT_TRUE(QFile::link(scratch.Path(QStringLiteral("kept")), scratch.Path(QStringLiteral("t/link"))));
     EXPECT_TRUE(RemoveDirectoryTree(scratch.Path(QStringLiteral("t"))));
     EXPECT_EQ(scratch.Read(QStringLiteral("kept/a.txt")), "x");
+}
+
+TEST(RemoveDirectoryTree, GoesOnBehindWhatCannotBeRemoved)
+{
+    const CScratchFolder scratch;
+    scratch.Write(QStringLiteral("t/a/kept.txt"), "x");
+    scratch.Write(QStringLiteral("t/a/z/gone.txt"), "x");
+    const QByteArray closed = QFile::encodeName(scratch.Path(QStringLiteral("t/a")));
+    ASSERT_EQ(::chmod(QFile::encodeName(scratch.Path(QStringLiteral("t/a/z"))).constData(), 0777), 0);
+    ASSERT_EQ(::chmod(closed.constData(), 0555), 0);
+    {
+        const COrdinaryRights rights(scratch);
+        EXPECT_FALSE(RemoveDirectoryTree(scratch.Path(QStringLiteral("t"))));
+    }
+    ASSERT_EQ(::chmod(closed.constData(), 0755), 0);
+    EXPECT_THAT(scratch.ListFiles(), ElementsAre(QStringLiteral("t/a/kept.txt")));
 }

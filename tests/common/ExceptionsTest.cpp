@@ -33,6 +33,18 @@ TEST(StringTable, TheNumbersOfTextsAreStable)
         int number;
         const char* text;
     } rows[] = {
+        {132, "Edit hypertext reference URL and text"},
+        {154, "Move up"},
+        {155, "Move down"},
+        {156, "Rotate counter-clockwise"},
+        {157, "Delete"},
+        {159, "Edit text"},
+        {164, "Add picture"},
+        {170, "Add all pictures"},
+        {180, "Rotate clockwise"},
+        {232, "Small pictures (<200x200 pixels)"},
+        {233, "Mid-size pictures (200x200<600x600)"},
+        {234, "Large pictures (>600x600)"},
         {135, "Please send detailed information to customer support service."},
         {136, "Template parsing error occured."},
         {137, "Please contact template developer."},

@@ -1,6 +1,8 @@
 #include "common/FileSystem.h"
 
+#include <csignal>
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -306,4 +308,59 @@ TEST(FileSystem, AbandonedTemporariesAreOldAndOfProgramsThatHaveEnded)
     for (const auto& row : rows) {
         EXPECT_EQ(FileExists(scratch.Path(row.name)), !row.isRemoved) << qPrintable(row.name);
     }
+}
+
+TEST(CopyDirectoryTree, ALinkToTheSourceAtTheDestinationCostsNothing)
+{
+    const CScratchFolder scratch;
+    const QString source = scratch.Write(QStringLiteral("from/a.css"), "body {}");
+    MakeDirectoryPath(scratch.Path(QStringLiteral("to")));
+    ASSERT_TRUE(QFile::link(source, scratch.Path(QStringLiteral("to/a.css"))));
+    CopyDirectoryTree(scratch.Path(QStringLiteral("from")), scratch.Path(QStringLiteral("to")));
+    EXPECT_EQ(scratch.Read(QStringLiteral("from/a.css")), "body {}");
+    EXPECT_EQ(scratch.Read(QStringLiteral("to/a.css")), "body {}");
+}
+
+TEST(CopyDirectoryTree, AFullDiskLeavesTheOldFileWhole)
+{
+    const CScratchFolder scratch;
+    scratch.Write(QStringLiteral("from/a.css"), QByteArray(5000, 'n'));
+    scratch.Write(QStringLiteral("to/a.css"), "old");
+    rlimit usual{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &usual), 0);
+    const auto formerHandler = std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit small{100, usual.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    bool failed = false;
+    try {
+        CopyDirectoryTree(scratch.Path(QStringLiteral("from")), scratch.Path(QStringLiteral("to")));
+    } catch (const CWin32Exception&) {
+        failed = true;
+    }
+    ::setrlimit(RLIMIT_FSIZE, &usual);
+    std::signal(SIGXFSZ, formerHandler);
+    EXPECT_TRUE(failed);
+    EXPECT_EQ(scratch.Read(QStringLiteral("to/a.css")), "old");
+    EXPECT_THAT(scratch.ListFiles(), ElementsAre(QStringLiteral("from/a.css"), QStringLiteral("to/a.css")));
+}
+
+TEST(CopyDirectoryTree, AReadOnlyFileThatStaysSoIsNamed)
+{
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "Only an administrator can have a file here that is somebody else's.";
+    }
+    const CScratchFolder scratch;
+    scratch.Write(QStringLiteral("from/a.txt"), "new");
+    const QString old = scratch.Write(QStringLiteral("to/a.txt"), "old");
+    ASSERT_EQ(::chmod(QFile::encodeName(old).constData(), 0444), 0);
+    const COrdinaryRights rights(scratch);
+    try {
+        CopyDirectoryTree(scratch.Path(QStringLiteral("from")), scratch.Path(QStringLiteral("to")));
+        FAIL();
+    } catch (const CWin32Exception& error) {
+        EXPECT_EQ(error.GetCaption(),
+                  QStringLiteral("Could not clear readonly attribute for file %1.").arg(old));
+        EXPECT_EQ(error.GetErrorNumber(), EPERM);
+    }
+    EXPECT_EQ(scratch.Read(QStringLiteral("to/a.txt")), "old");
 }

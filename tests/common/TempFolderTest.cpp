@@ -114,3 +114,21 @@ TEST(Resources, TheContextMenuScriptHasItsExactBytes)
     EXPECT_TRUE(FindResource(QStringLiteral("missing"), QStringLiteral("js")).isNull());
     EXPECT_TRUE(FindResource(QStringLiteral("new_gallery"), QStringLiteral("png")).startsWith("\x89PNG"));
 }
+
+TEST(ProgramFolder, LosesALastPartReleaseOrDebug)
+{
+    const struct {
+        const char* folder;
+        const char* expected;
+    } rows[] = {
+        {"/src/Release/", "/src/"},
+        {"/src/Debug/", "/src/"},
+        {"/src/", "/src/"},
+        {"/src/MyRelease/", "/src/MyRelease/"},
+        {"/Debug/src/", "/Debug/src/"},
+        {"/src/Release/Debug/", "/src/Release/"}, // once only
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(WithoutBuildFolder(QString::fromLatin1(row.folder)), QString::fromLatin1(row.expected));
+    }
+}

@@ -94,15 +94,15 @@ TEST(XmlDocument, AFailedLoadNamesPathReasonAndLine)
 TEST(XmlDocument, NumbersAreReadAsTheFormatAllows)
 {
     const CScratchFolder scratch;
-    const auto document = LoadDocument(
-        scratch.Write(QStringLiteral("a.xml"), "<a n=\"12\" blank=\" -3 \" real=\"2.6\" color=\"4294967295\" "
-                                               "big=\"4294967296\" text=\"x1\" empty=\"\"/>"));
+    const auto document = LoadDocument(scratch.Write(
+        QStringLiteral("a.xml"), "<a n=\"12\" blank=\" -3 \" real=\"2.6\" color=\"4294967295\" "
+                                 "big=\"4294967296\" text=\"x1\" empty=\"\" nan=\"nan\" inf=\"-inf\"/>"));
     const CXmlElement root = document->GetRoot();
     EXPECT_EQ(GetAttributeLong(root, "n"), 12);
     EXPECT_EQ(GetAttributeLong(root, "blank"), -3);
     EXPECT_EQ(GetAttributeLong(root, "real"), 3);
     EXPECT_EQ(static_cast<uint32_t>(GetAttributeLong(root, "color")), 4294967295u);
-    for (const char* name : {"big", "text", "empty"}) {
+    for (const char* name : {"big", "text", "empty", "nan", "inf"}) {
         try {
             GetAttributeLong(root, name);
             FAIL() << name;

@@ -326,3 +326,51 @@ TEST_F(ContentGeneratorBase, TheSizeOfASourceIsStoredInItsVariables)
     EXPECT_EQ(width, CVariant(40));
     EXPECT_EQ(height, CVariant(30));
 }
+
+TEST_F(ContentGeneratorBase, AReferenceToAnUnknownObjectOrAMissingPictureUsesItsDefaults)
+{
+    ImageReferenceAttributes image{.id = "i",
+                                   .name = "n",
+                                   .src = "s",
+                                   .hrefProperty = "nobody.h",
+                                   .defaultHref = "d",
+                                   .altProperty = "photo1.title", // bound, but the gallery has no picture
+                                   .defaultAlt = "e"};
+    std::ostringstream imageOut;
+    generator.GenerateImageReference(Iterator(), image, imageOut);
+    EXPECT_EQ(imageOut.str(), "<a href=\"d\"><img src=\"s\" alt=\"e\" /></a>");
+
+    TextReferenceAttributes text{.id = "i",
+                                 .name = "n",
+                                 .hrefProperty = "photo1.h",
+                                 .defaultHref = "d",
+                                 .text = "nobody.t",
+                                 .defaultText = "e"};
+    std::ostringstream textOut;
+    generator.GenerateTextReference(Iterator(), text, textOut);
+    EXPECT_EQ(textOut.str(), "<a href=\"d\"  >e</a>");
+
+    std::ostringstream out;
+    image.altProperty = "nopoint";
+    EXPECT_THROW(generator.GenerateImageReference(Iterator(), image, out), CTemplateParsingException);
+    image.altProperty = "gallery.a";
+    image.hrefProperty = "nopoint";
+    EXPECT_THROW(generator.GenerateImageReference(Iterator(), image, out), CTemplateParsingException);
+    text.text = "nopoint";
+    EXPECT_THROW(generator.GenerateTextReference(Iterator(), text, out), CTemplateParsingException);
+    text.text = "gallery.t";
+    text.hrefProperty = "";
+    EXPECT_THROW(generator.GenerateTextReference(Iterator(), text, out), CTemplateParsingException);
+}
+
+TEST_F(ContentGeneratorBase, ATextSpanShowsANumberAsItsText)
+{
+    SetVariable("count", CVariant(12345));
+    EXPECT_EQ(Span({.name = "", .property = "gallery.count", .defaultText = "none"}),
+              "<span id=\"gallery_count\">12345</span>");
+    EXPECT_EQ(Span({.name = "", .property = "gallery.count", .defaultText = "none", .maxChars = 3}),
+              "<span id=\"gallery_count\">123...</span>");
+    SetVariable("share", CVariant::Real(0.0));
+    EXPECT_EQ(Span({.name = "", .property = "gallery.share", .defaultText = "none"}),
+              "<span id=\"gallery_share\">0</span>");
+}

@@ -322,10 +322,14 @@ TEST_F(DeploymentRecord, AWarningComesAgainThoughNothingIsMade)
 
 TEST_F(DeploymentRecord, WhatACancelledRunHasMadeIsKnownToTheNext)
 {
+    // More pictures than a machine has cores: each worker may finish the one that it holds.
+    for (int i = 0; i < 200; ++i) {
+        fixture.GetRoot().AddPicture(fixture.WritePicture(QStringLiteral("%1.jpg").arg(i)));
+    }
     cancelAt = 1;
     Deploy();
     const auto before = ImagesOnDisk();
-    EXPECT_LT(before.size(), 6u);
+    EXPECT_LT(before.size(), 406u);
     stop.Reset();
     cancelAt = -1;
     Deploy();

@@ -9,11 +9,16 @@
 
 #include <QDateTime>
 #include <QFile>
+#include <QFileInfo>
+#include <QLocale>
 
 #include "common/BackgroundWorker.h"
 #include "common/FileIdentity.h"
 #include "common/FileSystem.h"
 #include "common/Platform.h"
+#include "effects/ImageEffectSource.h"
+#include "effects/ImageEffectTextStamp.h"
+#include "effects/ImageEffectThumbnail.h"
 #include "imaging/Image.h"
 #include "support/ProjectFixture.h"
 
@@ -409,4 +414,17 @@ TEST_F(FolderPicturesTest, AWorkerIsCancelledAndAskedAnewInTheMiddle)
     worker.ready.Wait();
     worker.Cancel();
     EXPECT_EQ(worker.count, 30u);
+}
+
+TEST_F(FolderPicturesTest, TheDateOfTheFileStandsAtTheBottomOfItsCard)
+{
+    const QString path = Add("a.png", QSize(400, 300));
+    const QFileInfo file(path);
+    const QDateTime born = file.birthTime().isValid() ? file.birthTime() : file.lastModified();
+    CImageEffectSource source(path);
+    CImageEffectThumbnail(Card).Apply(source);
+    CImageEffectTextStamp(QLocale::system().toString(born, QLocale::ShortFormat), 8).Apply(source);
+    const QString expected = fixture.scratch.Path(QStringLiteral("expected.png"));
+    source.Save(expected);
+    EXPECT_EQ(BytesOf(CardsOf(Fill())[0]), BytesOf(expected));
 }

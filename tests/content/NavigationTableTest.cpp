@@ -146,3 +146,16 @@ TEST_F(NavigationTable, VeryShortRowsKeepTheirOddPlaces)
     EXPECT_EQ(Row(1, 3), "2");
     EXPECT_EQ(Row(2, 3), "[] 4");
 }
+
+TEST_F(NavigationTable, ATitleMayBeANumberOrNameTheNumber)
+{
+    AddPictures(3);
+    CGallery& root = fixture.GetRoot();
+    root.SetPageVariable(QStringLiteral("page"), 0, QStringLiteral("title"), CVariant(7));
+    // The title is put in first, so the number is found in it as well.
+    root.SetPageVariable(QStringLiteral("page"), 2, QStringLiteral("title"),
+                         CVariant(QStringLiteral("No. %number%")));
+    const std::string table = Table(10, 1);
+    EXPECT_NE(table.find("alt=\"7-1-1\""), std::string::npos) << table;
+    EXPECT_NE(table.find("alt=\"No. 3-3-3\""), std::string::npos) << table;
+}

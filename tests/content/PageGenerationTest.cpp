@@ -1,15 +1,25 @@
 #include "content/PageGeneration.h"
 
 #include <gmock/gmock.h>
+#include <ostream>
 
 #include <QFile>
 
+#include "PlainGenerator.h"
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
 #include "common/StopSignal.h"
+#include "content/ContentGeneratorFolder.h"
+#include "content/GalleryTemplatesProcessor.h"
+#include "content/GalleryWalk.h"
+#include "content/ImageProduction.h"
+#include "content/PagesGenerator.h"
 #include "document/Gallery.h"
+#include "document/GalleryIterator.h"
 #include "imaging/Image.h"
 #include "support/ProjectFixture.h"
+#include "template/CompoundTemplateSection.h"
+#include "template/ImageIterator.h"
 #include "template/TemplateParsingException.h"
 
 using testing::ElementsAre;
@@ -74,6 +84,48 @@ protected:
     CStopSignal stop;
     QStringList progress;
     int cancelAt = -1;
+};
+
+class CNoListener final : public CImageProduction::Listener {
+public:
+    void OnPageDone() override {}
+};
+
+// A page of one picture that gives the signal while the second page is written.
+class CStoppingPage final : public CCompoundTemplateSection {
+public:
+    explicit CStoppingPage(CStopSignal& stop) : stop(stop) {}
+    void Bind(CImageIterator& iterator, CContentGenerator&) override
+    {
+        iterator.BindPicture(QStringLiteral("p"));
+    }
+    void Generate(CImageIterator&, CContentGenerator&, std::ostream& out) override
+    {
+        out << "page";
+        if (++pages == 2) {
+            stop.Set();
+        }
+    }
+
+private:
+    CStopSignal& stop;
+    int pages = 0;
+};
+
+class CWalkRecorder final : public CGalleryTemplatesProcessor {
+public:
+    bool ProcessPage(CCompoundTemplateSection&, CImageIterator& iterator, bool multipage) override
+    {
+        calls += iterator.GetPageFileName(0) + (multipage ? QStringLiteral("*") : QString());
+        return calls.size() != stopAt;
+    }
+    void ProcessGallery(const QString& subFolder, CGallery&) override
+    {
+        calls += QStringLiteral("[%1]").arg(subFolder);
+    }
+
+    QStringList calls;
+    int stopAt = -1;
 };
 
 } // namespace
@@ -309,6 +361,53 @@ TEST_F(PageGeneration, ACancelWhileStylesAreCopiedLeavesTheGalleryWithoutPages)
     // first of them.
     cancelAt = 1;
     EXPECT_EQ(Generate().pages, 1);
-    EXPECT_THAT(SiteFiles(QStringLiteral("1/")),
-                testing::Not(testing::Contains(QStringLiteral("1/index.html"))));
+    EXPECT_THAT(SiteFiles(QStringLiteral("1/")), ElementsAre(QStringLiteral("1/Blue/style.css")));
+    EXPECT_FALSE(FolderExists(fixture.scratch.Path(QStringLiteral("site/1/pictures"))));
+}
+
+TEST_F(PageGeneration, ACancelInAMultipageSetEndsItBehindThePageInProgress)
+{
+    WriteLayout("<page file=\"p.html\" multipage=\"1\"/>", {{QStringLiteral("p.html"), 1}});
+    fixture.NewProject();
+    AddPictures(fixture.GetRoot(), 7);
+    fixture.GetRoot().SetTemplatePage(QStringLiteral("p.html"));
+    const QString site = fixture.scratch.Path(QStringLiteral("site"));
+    CNoListener listener;
+    CImageProduction production(listener, stop);
+    CContentGeneratorFolder generator({.targetFolder = site, .precise = false, .bannerServer = QString()},
+                                      production);
+    CPagesGenerator writer({site, generator, production, stop, nullptr});
+    CStoppingPage page(stop);
+    CGalleryIterator iterator;
+    iterator.Init(fixture.GetRoot());
+    EXPECT_FALSE(writer.ProcessPage(page, iterator, true));
+    production.Finish();
+    EXPECT_THAT(SiteFiles(QStringLiteral(".html")),
+                ElementsAre(QStringLiteral("p.html"), QStringLiteral("p1.html")));
+}
+
+TEST_F(PageGeneration, WalksDepthFirstByIndexAndEachGalleryInTheOrderOfItsLayout)
+{
+    WriteLayout("<page file=\"z.html\"/><page file=\"a.html\" multipage=\"1\"/>",
+                {{QStringLiteral("z.html"), 0}, {QStringLiteral("a.html"), 1}});
+    CGalleryProject& project = fixture.NewProject();
+    const int32_t first = project.AddChildGallery(project.GetRootGalleryIndex());
+    const int32_t second = project.AddChildGallery(project.GetRootGalleryIndex());
+    const int32_t below = project.AddChildGallery(first);
+    QStringList expected;
+    for (const QString& folder : {QString(), QStringLiteral("/%1").arg(first),
+                                  QStringLiteral("/%1").arg(below), QStringLiteral("/%1").arg(second)}) {
+        expected += QStringList(
+            {QStringLiteral("[%1]").arg(folder), QStringLiteral("z.html"), QStringLiteral("a.html*")});
+    }
+    CPlainGenerator generator;
+    CGalleryWalk walk(project, generator, stop);
+    CWalkRecorder whole;
+    EXPECT_TRUE(walk.Run(whole));
+    EXPECT_EQ(whole.calls, expected);
+    // A page of a child ends the whole walk.
+    CWalkRecorder stopped;
+    stopped.stopAt = 5;
+    EXPECT_FALSE(walk.Run(stopped));
+    EXPECT_EQ(stopped.calls, expected.mid(0, 5));
 }

@@ -42,6 +42,7 @@ TEST(PictureMenu, AMenuOfSoManyButtonsHasOneStripMore)
     EXPECT_EQ(scratch.ListFiles(),
               QStringList({QStringLiteral("menu_278_281.bmp"), QStringLiteral("menu_278_288.bmp"),
                            QStringLiteral("menu_295_281.bmp")}));
+    EXPECT_TRUE(scratch.Read(QStringLiteral("menu_278_281.bmp")).startsWith("BM"));
 }
 
 TEST(PictureMenu, AStripShowsItsButtonsBesideEachOtherAtFourTimesTheirSize)

@@ -232,6 +232,25 @@ TEST_F(ViewGenerators, TheFolderViewHasNoMenusForTexts)
     std::ostringstream out;
     generator.GenerateTextSpan(Iterator(), {.name = "T", .property = "gallery.t", .defaultText = "x"}, out);
     EXPECT_EQ(out.str(), "<span id=\"gallery_t\">x</span>");
+    std::ostringstream references;
+    generator.GenerateImageReference(Iterator(),
+                                     {.id = "i",
+                                      .name = "n",
+                                      .src = "s",
+                                      .hrefProperty = "gallery.h",
+                                      .defaultHref = "d",
+                                      .altProperty = "gallery.a",
+                                      .defaultAlt = "e"},
+                                     references);
+    generator.GenerateTextReference(Iterator(),
+                                    {.id = "i",
+                                     .name = "n",
+                                     .hrefProperty = "gallery.h",
+                                     .defaultHref = "d",
+                                     .text = "gallery.t",
+                                     .defaultText = "e"},
+                                    references);
+    EXPECT_EQ(references.str(), "<a href=\"d\"><img src=\"s\" alt=\"e\" /></a><a href=\"d\"  >e</a>");
 }
 
 TEST_F(ViewGenerators, APictureInAFolderWithOddCharactersHasItsAddress)
@@ -261,4 +280,18 @@ TEST_F(ViewGenerators, TheAddressOfAPageCannotEndItsScript)
     generator.GeneratePageHeader(Iterator(), out);
     EXPECT_NE(out.str().find("return \"index0.html?a\\\"b\\\\\\x3C/script>\\n\";"), std::string::npos)
         << out.str().substr(out.str().find("function GetCurrentURL"));
+}
+
+TEST_F(ViewGenerators, AnAdvertisementWithATextIsLeftToDeployedPagesToo)
+{
+    CGallery& root = fixture.GetRoot();
+    root.GetVariables().GetAdvertisements()[root.GetLayout().GetTemplatePage()][QStringLiteral("top")] =
+        QStringLiteral("<b>Buy</b>");
+    CVariant text;
+    ASSERT_TRUE(Iterator().GetVariable(QStringLiteral("advertisement"), QStringLiteral("top"), text));
+    ASSERT_EQ(text, CVariant(QStringLiteral("<b>Buy</b>")));
+    std::ostringstream out;
+    CContentGeneratorPreview(strips).GenerateAdvertisement(Iterator(), "top", out);
+    CContentGeneratorFolderView(strips).GenerateAdvertisement(Iterator(), "top", out);
+    EXPECT_EQ(out.str(), "");
 }

@@ -197,3 +197,23 @@ TEST_F(DeployJob, TheChoicesAreStoredInTheProjectWhenAsked)
     job.StoreSettings();
     EXPECT_TRUE(fixture.GetProject().GetDeploySettings() == job.settings);
 }
+
+TEST_F(DeployJob, TheSiteOfAnotherProjectInTheSameFolderStays)
+{
+    const auto deploy = [&] {
+        CDeployJob job(fixture.GetProject());
+        job.settings.folder = Site();
+        job.recordsFolder = fixture.scratch.Path(QStringLiteral("records"));
+        job.StartGeneration(target);
+        job.WaitFinished();
+        EXPECT_FALSE(job.GetError().has_value());
+    };
+    AddPictures(1);
+    fixture.GetProject().Save(fixture.scratch.Path(QStringLiteral("one.gallery")));
+    deploy();
+    ASSERT_TRUE(FileExists(Site(QStringLiteral("pictures/02015.png"))));
+    fixture.NewProject();
+    fixture.GetProject().Save(fixture.scratch.Path(QStringLiteral("two.gallery")));
+    deploy();
+    EXPECT_TRUE(FileExists(Site(QStringLiteral("pictures/02015.png"))));
+}

@@ -1,5 +1,6 @@
 #include "deploy/FTPUploadItemsFiller.h"
 
+#include <QFile>
 #include <QStringList>
 
 #include "common/StopSignal.h"
@@ -88,4 +89,27 @@ TEST(FTPUploadItemsFiller, OnceStoppedItEndsEachLevelAtItsNextFile)
     CFTPUploadItemsFiller filler(map, CFTPUploadItemsFiller::RootLengthOf(scratch.Path()), stop);
     ProcessDirectory(scratch.Path(), filler);
     EXPECT_EQ(map.size(), 2u);
+}
+
+TEST(FTPUploadItemsFiller, IsInTheOrderOfPlainComparison)
+{
+    const CScratchFolder scratch;
+    for (const char* name : {"a.txt", "B.txt", "Z/1.txt", "b/1.txt"}) {
+        scratch.Write(QString::fromLatin1(name), "x");
+    }
+    QStringList order;
+    for (const auto& [path, item] : Fill(scratch.Path())) {
+        order += item.directory + QLatin1Char('|') + item.name;
+    }
+    EXPECT_EQ(order.join(QLatin1Char(' ')), QStringLiteral("|B.txt Z|1.txt |a.txt b|1.txt"));
+}
+
+TEST(FTPUploadItemsFiller, AFileThatCannotBeOpenedHasTheSizeZero)
+{
+    const CScratchFolder scratch;
+    const QString broken = scratch.Path(QStringLiteral("broken.html"));
+    ASSERT_TRUE(QFile::link(scratch.Path(QStringLiteral("gone")), broken));
+    const FTPUploadMap map = Fill(scratch.Path());
+    ASSERT_EQ(map.count(broken), 1u);
+    EXPECT_EQ(map.at(broken).size, 0u);
 }

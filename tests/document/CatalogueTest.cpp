@@ -218,6 +218,9 @@ TEST(Catalogue, FindTemplateFallsBackToTheFirstLayout)
     test.AddLayout(QStringLiteral("a"), "<page file=\"i.html\"/>");
     test.project.LoadTemplates();
     EXPECT_EQ(test.project.FindTemplate(QStringLiteral("k.xml")).GetName(), QStringLiteral("Layout a"));
+    const QString b = Lower(test.Path(QStringLiteral("program/Templates/b.xml")));
+    EXPECT_EQ(test.project.FindTemplate(b).GetName(), QStringLiteral("Layout b"));
+    EXPECT_EQ(test.project.FindTemplate(b.toUpper()).GetName(), QStringLiteral("Layout a")); // keys are exact
 }
 
 TEST(Catalogue, OneBadDefinitionKeepsAProjectFromOpening)

@@ -87,6 +87,7 @@ TEST(DamagedProject, ANumberThatIsNoneLeavesNothingHalfRead)
         R"(<project><gallery/><deploy_settings redeploy_mode="often"/></project>)",
         R"(<project><gallery index="99999999999"/></project>)",
         R"(<project><gallery index=""/></project>)",
+        R"(<project><gallery index="nan"/></project>)",
     };
     for (const char* bytes : rows) {
         CTestProject test;

@@ -475,3 +475,79 @@ TEST(CoverComposition, PutsTheGalleryBehindTheName)
     EXPECT_EQ(CoverFileName(3, {{QStringLiteral("/x.y/photo"), QString(), 2}}),
               QStringLiteral("photo_r2800600f_3.jpg"));
 }
+
+TEST(GalleryCoverOfAFrontPage, FollowsWhatIsAddedBeforeTheFirstFour)
+{
+    CTestProject test;
+    test.AddLayout(QStringLiteral("a"), "<page file=\"f.html\" add_order=\"front\"/>");
+    CGallery& root = test.NewGallery(5);
+    QString before = root.GetCoverName();
+    root.AddPicture(test.MakePicture(QStringLiteral("new.jpg")));
+    EXPECT_NE(root.GetCoverName(), before);
+    before = root.GetCoverName();
+    test.project.AddChildGallery(0);
+    EXPECT_NE(root.GetCoverName(), before);
+}
+
+TEST_F(GalleryCover, FollowsAPictureThatBecomesAGalleryMovesToTheFrontAndGoes)
+{
+    for (const char* name : {"a.png", "b.png", "c.png", "d.png", "e.png", "f.png"}) {
+        root->AddPicture(test.MakePicture(QString::fromLatin1(name)));
+    }
+    QString before = root->GetCoverName();
+    root->MakeChildFromPicture(0); // the gallery stands at the end
+    EXPECT_NE(root->GetCoverName(), before);
+    before = root->GetCoverName();
+    root->MovePicture(5, 0);
+    EXPECT_NE(root->GetCoverName(), before);
+    before = root->GetCoverName();
+    test.project.RemoveGallery(1);
+    EXPECT_NE(root->GetCoverName(), before);
+}
+
+TEST_F(GalleryCover, HasAFrameOf12AndAShadowOf5At75Percent)
+{
+    root->AddPicture(Plain(QStringLiteral("a.png"), red)); // 120 by 60: paper of 115 by 55
+    const QString file = root->GetCoverPath();
+    const struct {
+        int x;
+        int64_t colour;
+    } rows[] = {{11, paper}, {12, red}, {102, red}, {103, paper}, {115, outline}, {116, 0}, {119, 0}};
+    for (const auto& row : rows) {
+        EXPECT_EQ(ColourAt(file, {row.x, 30}), row.colour) << row.x;
+    }
+    EXPECT_EQ(ColourAt(file, {119, 4}), -1);
+    EXPECT_EQ(ColourAt(file, {119, 5}), 0);
+    const QByteArray rgba = CImage::FromFile(file).GetRgba();
+    EXPECT_EQ(static_cast<uint8_t>(rgba[(30 * 120 + 118) * 4 + 3]), 75 * 255 / 100);
+}
+
+TEST_F(GalleryCover, TilesEndAndBeginWhereTheyShould)
+{
+    // Places in the framed cover close to the tiles' edges, which are scaled softly.
+    for (const char* name : {"a.png", "b.png", "c.png", "d.png"}) {
+        root->AddPicture(Plain(QString::fromLatin1(name), name[0] == 'b'   ? green
+                                                          : name[0] == 'c' ? blue
+                                                                           : red));
+    }
+    const auto channel = [](const QString& file, QPoint place, int shift) {
+        return ColourAt(file, place) >> shift & 0xff;
+    };
+    const QString four = root->GetCoverPath();
+    const int redShift = 16;
+    const int greenShift = 8;
+    EXPECT_LT(channel(four, {390, 100}, greenShift), 60);  // still the tile that ends at 394
+    EXPECT_GT(channel(four, {393, 100}, greenShift), 200); // paper
+    EXPECT_GT(channel(four, {400, 100}, redShift), 200);
+    EXPECT_LT(channel(four, {403, 100}, redShift), 60); // the tile that begins at 405
+    EXPECT_LT(channel(four, {100, 290}, greenShift), 60);
+    EXPECT_GT(channel(four, {100, 293}, greenShift), 200);
+    EXPECT_GT(channel(four, {100, 300}, greenShift), 200);
+    EXPECT_LT(channel(four, {100, 303}, greenShift), 60); // the row that begins at 305
+    root->RemovePicture(3);
+    const QString two = root->GetCoverPath();
+    EXPECT_LT(channel(two, {390, 300}, greenShift), 60);
+    EXPECT_GT(channel(two, {393, 300}, greenShift), 200);
+    EXPECT_GT(channel(two, {400, 300}, redShift), 200);
+    EXPECT_LT(channel(two, {403, 300}, redShift), 60);
+}

@@ -371,3 +371,43 @@ TEST(GalleryIterator, ServesAWholePage)
     iterator.SetPageIndex(2);
     EXPECT_EQ(tree.GenerateToString(iterator, generator), "3/3: 5.jpg ERROR:Invalid object name: c.");
 }
+
+TEST(GalleryIterator, AnIdHidesAnObjectOfItsNameButNotThePage)
+{
+    CTestProject test;
+    CGallery& gallery = test.NewGallery(3);
+    CBoundIterator bound(gallery, 0, 0);
+    for (const char* id : {"Photo", "Gallery", "Page"}) {
+        bound.iterator.BindPicture(QString::fromUtf8(id));
+    }
+    bound.iterator.SetPageIndex(0);
+    const QString fileName = QStringLiteral("file_name");
+    EXPECT_EQ(Answer(bound.iterator, QStringLiteral("PHOTO"), fileName), QStringLiteral("1.jpg"));
+    EXPECT_EQ(Answer(bound.iterator, QStringLiteral("gallery"), fileName), QStringLiteral("2.jpg"));
+    EXPECT_EQ(Answer(bound.iterator, QStringLiteral("page"), fileName), QStringLiteral("p.html"));
+    const QString title = QStringLiteral("title");
+    bound.iterator.SetVariable(QStringLiteral("pHOTO"), title, CVariant(QStringLiteral("t")));
+    bound.iterator.SetVariable(QStringLiteral("GALLERY"), title, CVariant(QStringLiteral("u")));
+    CVariant value;
+    EXPECT_TRUE(gallery.GetPictures().GetAt(0)->GetVariable(title, value));
+    EXPECT_TRUE(gallery.GetPictures().GetAt(1)->GetVariable(title, value));
+    EXPECT_EQ(test.ValueOf(gallery, QStringLiteral("gallery"), title), QStringLiteral("empty"));
+}
+
+TEST(GalleryIterator, OfAPictureAndAReferenceOfOneIdTheFirstCounts)
+{
+    CTestProject test;
+    CGallery& gallery = test.NewGallery(9);
+    CBoundIterator picture(gallery, 0, 0);
+    picture.iterator.BindPicture(QStringLiteral("a"));
+    picture.iterator.BindPictureReference(QStringLiteral("A"), 5, 0);
+    picture.iterator.SetPageIndex(0);
+    EXPECT_EQ(picture.iterator.GetPicturesPerPage(), 1);
+    EXPECT_EQ(picture.Shown(2), QStringLiteral("1.jpg 1.jpg"));
+    CBoundIterator reference(gallery, 0, 0);
+    reference.iterator.BindPictureReference(QStringLiteral("a"), 5, 0);
+    reference.iterator.BindPicture(QStringLiteral("A"));
+    reference.iterator.SetPageIndex(0);
+    EXPECT_EQ(reference.iterator.GetPicturesPerPage(), 0);
+    EXPECT_EQ(reference.Shown(2), QStringLiteral("6.jpg 6.jpg"));
+}

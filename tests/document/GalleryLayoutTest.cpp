@@ -213,3 +213,14 @@ TEST(GalleryLayout, TheFirstLayoutWithAMultipagePageIsSelected)
     EXPECT_EQ(gallery.GetLayout().GetTemplate()->GetName(), QStringLiteral("Layout b"));
     EXPECT_EQ(gallery.GetLayout().GetTemplatePage(), QStringLiteral("two.html"));
 }
+
+TEST(GalleryLayout, WithoutAnyMultipagePageNoLayoutIsSelected)
+{
+    CTestProject test;
+    AddTwoLayouts(test, 1, 1);
+    CGallery& gallery = test.NewGallery();
+    gallery.SetTemplate(QStringLiteral("second.xml"));
+    gallery.SelectMultipageTemplate();
+    EXPECT_EQ(gallery.GetLayout().GetTemplate()->GetName(), QStringLiteral("Layout second"));
+    EXPECT_EQ(gallery.GetLayout().GetTemplatePage(), QStringLiteral("two.html"));
+}

@@ -218,3 +218,16 @@ TEST(FollowLink, WithoutLayoutsLeadsNowhere)
     CTestProject test;
     EXPECT_EQ(Followed(test.NewGallery(), "a.html"), QStringLiteral("0 0 0  0 "));
 }
+
+TEST(FollowLink, WithinTheGalleryLeavesTheAnswerAboutGalleriesAsItWas)
+{
+    for (const char* url : {"picture.html", "unknown.html"}) {
+        CTestProject test;
+        test.AddStandard();
+        bool styleChanged = true;
+        bool galleryChanged = true;
+        test.NewGallery().FollowLink(QString::fromUtf8(url), styleChanged, galleryChanged);
+        EXPECT_FALSE(styleChanged) << url;
+        EXPECT_TRUE(galleryChanged) << url;
+    }
+}

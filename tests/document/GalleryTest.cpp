@@ -170,8 +170,11 @@ TEST(GalleryPictures, AChildIsListedUnderThePathOfItsCover)
     test.project.AddChildGallery(-1);
     const QString cover = test.project.FindGallery(1)->GetCoverName();
     EXPECT_EQ(gallery.GetPictures().Find(cover), 1);
-    gallery.OnChildCoverChanged(cover);
+    const int64_t before = gallery.GetCover().GetRevision();
     gallery.OnChildCoverChanged(QStringLiteral("unknown"));
+    EXPECT_EQ(gallery.GetCover().GetRevision(), before);
+    gallery.OnChildCoverChanged(cover);
+    EXPECT_NE(gallery.GetCover().GetRevision(), before); // its own cover is chosen anew
     EXPECT_EQ(gallery.GetPictures().Find(cover), 1);
 }
 

@@ -288,3 +288,15 @@ TEST(GalleryPictureInfo, RemovingAPictureCountsTheChildrensDatesToo)
     EXPECT_EQ(test.ValueOf(root, content, QStringLiteral("min_creation_date")),
               QStringLiteral("date:43831.5"));
 }
+
+TEST(GalleryTree, TheCurrentGalleryStaysWhenAnotherOneIsRemoved)
+{
+    CTestProject test;
+    test.NewGallery();
+    test.project.AddChildGallery(0);
+    test.project.AddChildGallery(1);
+    test.project.SetCurrentGallery(2);
+    test.project.RemoveGallery(1);
+    EXPECT_EQ(test.project.GetCurrentGalleryIndex(), 2);
+    EXPECT_EQ(test.project.GetRootGalleryIndex(), 0);
+}

@@ -250,6 +250,7 @@ TEST(PictureClusters, APassTellsWhetherASmallClusterIsLeft)
         {{1, 5}, true, true, "6"},
         {{1, 1, 1}, true, true, "3"},
         {{3, 3, 3, 3}, true, true, "6 6"},
+        {{3, 5, 3}, true, true, "11"}, // a large one parts small ones
         {{5, 1, 1, 5}, true, true, "7 5"},
         {{1, 1, 5, 2}, true, true, "9"},
         {{5, 2, 2, 2, 5}, true, true, "5 6 5"},
@@ -343,4 +344,15 @@ TEST(PictureClusterLabel, IsAsShortAsItsNeighboursAllow)
                   QString::fromLatin1(row.expected))
             << row.first << " to " << row.last << " between " << row.before << " and " << row.behind;
     }
+}
+
+TEST(PictureClusters, ALabelLooksAtTheNearestDaysOfItsNeighbours)
+{
+    ExpectClusters({
+        {"2004-01-01*10 2005-01-10*5 2005-02-01*10 2005-02-20*5 2005-02-21*5", 10,
+         "Thursday, 1 January 2004: 0-9 | 10 Jan 2005 - 1 Feb 2005: 10-24 | "
+         "20 Feb 2005 - 21 Feb 2005: 25-34"},
+        {"2005-02-01*5 2005-02-02*5 2005-02-20*10 2005-03-10*5", 10,
+         "1 Feb 2005 - 2 Feb 2005: 0-9 | 20 Feb 2005 - 10 Mar 2005: 10-24"},
+    });
 }

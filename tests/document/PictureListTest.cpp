@@ -302,3 +302,27 @@ TEST(FilePictureInfo, AVariableOfAPropertysNameDoesNotHideTheProperty)
     record->SetVariable(QStringLiteral("file_name"), CVariant(QStringLiteral("other")));
     EXPECT_EQ(Property(*record, QStringLiteral("file_name")), QStringLiteral("a.jpg"));
 }
+
+TEST(PictureList, ARecordWithoutDateBeginsTheSearchForTheOldestAnew)
+{
+    const struct {
+        std::vector<DateValue> dates;
+        const char* oldest;
+        const char* latest;
+    } rows[] = {
+        {{7, 0, 9}, "date:9", "date:9"},
+        {{7, 0}, "date:0", "date:7"},
+        {{0, 7}, "date:7", "date:7"},
+        {{9, 7}, "date:7", "date:9"},
+    };
+    for (const auto& row : rows) {
+        CPictureList list;
+        list.Add(Record(QStringLiteral("removed")), false);
+        for (const DateValue date : row.dates) {
+            list.Add(Record(QString::number(date), date), false);
+        }
+        list.Remove(0);
+        EXPECT_EQ(Value(list, "min_creation_date"), QString::fromUtf8(row.oldest));
+        EXPECT_EQ(Value(list, "max_creation_date"), QString::fromUtf8(row.latest));
+    }
+}

@@ -224,6 +224,7 @@ TEST(ProjectFileReading, AnOldFileReadsAsAProjectWithOneGallery)
     EXPECT_EQ(gallery.GetDisplayName(), QStringLiteral("Old"));
     EXPECT_EQ(gallery.GetLayout().GetTemplatePage(), QStringLiteral("picture.html"));
     EXPECT_EQ(test.project.GetFolders(), std::vector<QString>{QStringLiteral("/f")});
+    EXPECT_EQ(test.project.GetRecentFolder(), QStringLiteral("/f"));
     EXPECT_EQ(test.project.GetDeploySettings().folder, QStringLiteral("/out"));
 }
 
@@ -245,4 +246,15 @@ TEST(ProjectFileReading, VersionRootNameAndUnknownElementsDoNotMatter)
         R"(<whatever version="99" extra="1"><new/><gallery index="4" extra="2"><newer/></gallery></whatever>)");
     EXPECT_TRUE(test.project.IsLoaded());
     EXPECT_NE(test.project.FindGallery(4), nullptr);
+}
+
+TEST(ProjectFileReading, ATextStampReadAgainWithoutTextKeepsItsTextAndFont)
+{
+    CTestProject test;
+    test.LoadXml(
+        WithGallery(R"(<text_stamp index="2" font="F" text="T" font_size="9" font_style="3" color="5"/>)"
+                    R"(<text_stamp index="2"/>)"));
+    EXPECT_EQ(
+        test.project.GetRootGallery()->GetTextStamps()[2],
+        (CTextStampParams{{.position = 0, .margin = 0}, QStringLiteral("T"), QStringLiteral("F"), 0, 0, 0}));
 }

@@ -2,6 +2,8 @@
 #include <limits>
 
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QLocale>
 
 #include "TestProject.h"
@@ -245,4 +247,18 @@ TEST(ProjectFile, OpensByABareFileNameToo)
     EXPECT_EQ(test.project.GetCatalogue().GetTemplates().size(), 1u);
     EXPECT_TRUE(test.scratch.Read(QStringLiteral("site/y.gallery"))
                     .contains("path=\"" + test.Path(QStringLiteral("site/moved.jpg")).toUtf8() + "\""));
+}
+
+TEST(ProjectFile, ALinkStaysOneAndTheFileThatItLeadsToIsReplaced)
+{
+    CTestProject test;
+    test.NewGallery();
+    const QString file = test.Path(QStringLiteral("elsewhere/My.gallery"));
+    test.project.Save(file);
+    const QString link = test.Path(QStringLiteral("link.gallery"));
+    ASSERT_TRUE(QFile::link(file, link));
+    test.project.AddChildGallery(0);
+    test.project.Save(link);
+    EXPECT_TRUE(QFileInfo(link).isSymLink());
+    EXPECT_EQ(test.scratch.Read(QStringLiteral("elsewhere/My.gallery")).count("<gallery "), 2);
 }

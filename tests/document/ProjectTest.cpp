@@ -190,3 +190,12 @@ TEST(RecentFolders, OneIsSelectedByItsStoredText)
     EXPECT_FALSE(test.project.RemoveFolder(QStringLiteral("/pictures")));
     EXPECT_EQ(Folders(test.project), QStringLiteral("/b"));
 }
+
+TEST(Project, OpeningAFileTakesItsNameAndSuggestsADeployFolder)
+{
+    CTestProject test;
+    const QString path = test.scratch.Write(QStringLiteral("site/a.b.gallery"), "<project/>");
+    test.project.Open(path);
+    EXPECT_EQ(test.project.GetName(), QStringLiteral("a"));
+    EXPECT_EQ(test.project.GetDeploySettings().folder, test.Path(QStringLiteral("site/a")));
+}

@@ -175,3 +175,31 @@ TEST(Deploy, PicturesWithOddNamesArePublished)
     EXPECT_GE(files, 2 * pictures.size());
     EXPECT_EQ(files % pictures.size(), 0);
 }
+
+TEST(Deploy, DatesAndNumbersStandInTheFormOfTheUsersLocale)
+{
+    const struct {
+        const char* locale;
+        const char* expected;
+    } rows[] = {
+        {"de_DE.UTF-8", "29.02.24|1234567,5|-2"},
+        {"en_US.UTF-8", "2/29/24|1234567.5|-2"},
+        {"sv_SE.UTF-8", "2024-02-29|1234567,5|-2"}, // whose own minus sign is another character
+    };
+    for (const auto& row : rows) {
+        CProgram program;
+        program.SetVariable(QStringLiteral("LC_ALL"), QString::fromLatin1(row.locale));
+        program.WriteLayout("<%=gallery.day%>|<%=gallery.share%>|<%=gallery.step%>");
+        const QString project = program.WriteProject({program.WritePicture(QStringLiteral("a.jpg"))});
+        QByteArray xml = program.scratch.Read(QStringLiteral("trip.gallery"));
+        xml.replace("</gallery>", "<project_variable doubleVal=\"45351.75\" name=\"day\" vt=\"7\"/>"
+                                  "<project_variable doubleVal=\"1234567.5\" name=\"share\" vt=\"5\"/>"
+                                  "<project_variable doubleVal=\"-2\" name=\"step\" vt=\"5\"/></gallery>");
+        program.scratch.Write(QStringLiteral("trip.gallery"), xml);
+        const ProgramResult result =
+            program.Run({QStringLiteral("deploy"), project, program.Path(QStringLiteral("site"))});
+        EXPECT_EQ(result.exitCode, 0) << qPrintable(result.errors);
+        EXPECT_EQ(program.scratch.Read(QStringLiteral("site/index.html")).toStdString(), row.expected)
+            << row.locale;
+    }
+}

@@ -2,6 +2,8 @@
 
 #include <thread>
 
+#include <QFile>
+
 #include "TestPictures.h"
 #include "effects/ImageEffectCompound.h"
 #include "effects/ImageEffectGraphicsStamp.h"
@@ -290,4 +292,14 @@ TEST(ImageEffectStamp, OneStampServesManyPicturesOnManyThreads)
         EXPECT_EQ(result, expected);
     }
     EXPECT_EQ(stamps.GetResultFileName(QStringLiteral("a.jpg")).count(QLatin1Char('t')), 1);
+}
+
+TEST(ImageEffectGraphicsStamp, ItsFileIsReadOnceForAllPictures)
+{
+    const CScratchFolder folder;
+    const QString file = Stored(folder, Plain({10, 10}, red), QStringLiteral("w.png"));
+    const CImageEffectGraphicsStamp stamp(Watermark(file));
+    EXPECT_EQ(PixelAt(Applied(stamp, Plain({50, 50}, black)), {25, 25}), red);
+    ASSERT_TRUE(QFile::remove(file));
+    EXPECT_EQ(PixelAt(Applied(stamp, Plain({60, 40}, black)), {30, 20}), red);
 }

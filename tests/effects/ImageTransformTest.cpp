@@ -83,3 +83,30 @@ TEST(ImageTransform, WhatCantBeRotatedStaysTheGivenPath)
               folder.Path(QStringLiteral("none.jpg")));
     EXPECT_EQ(folder.ListFiles(), QStringList{QStringLiteral("text.jpg")});
 }
+
+TEST(ImageTransform, AJpegHasTheQualityOfAnEncoderThatIsToldNothing)
+{
+    const CScratchFolder folder;
+    const QString source = Stored(folder, Gradient({40, 30}), QStringLiteral("s.png"));
+    ResizeImageFile(source, folder.Path(QStringLiteral("a.jpg")), {{20, 20}});
+    const QString photo = Stored(folder, Gradient({40, 30}), QStringLiteral("b.jpg"));
+    RotateImageFile(photo, 1);
+    for (const char* const name : {"a_20_20.jpg", "b_rotated_1.jpg"}) {
+        const QByteArray jpeg = folder.Read(QString::fromLatin1(name));
+        // The beginning of the luminance table at quality 75.
+        EXPECT_EQ(jpeg.mid(jpeg.indexOf("\xff\xdb") + 5, 4), QByteArray("\x08\x06\x06\x07", 4)) << name;
+    }
+}
+
+TEST(ImageTransform, ARotatedCopyIsTurnedClockwiseAndNamedByItsFormat)
+{
+    const CScratchFolder folder;
+    const CImage image = Gradient({20, 10});
+    const CImage right = CImage::FromFile(RotateImageFile(Stored(folder, image, QStringLiteral("s.png")), 1));
+    EXPECT_EQ(PixelAt(right, {9, 0}), PixelAt(image, {0, 0}));
+    EXPECT_EQ(PixelAt(right, {0, 0}), PixelAt(image, {0, 9}));
+    EXPECT_EQ(RotateImageFile(Stored(folder, image, QStringLiteral("b.bmp")), 2),
+              folder.Path(QStringLiteral("b_rotated_2.png")));
+    EXPECT_EQ(RotateImageFile(Stored(folder, image, QStringLiteral("c.JPEG")), 3),
+              folder.Path(QStringLiteral("c_rotated_3.jpg")));
+}

@@ -108,3 +108,63 @@ TEST(ErrorPage, MarksTheErrorOfARealPage)
         EXPECT_EQ(GetErrorLine(error, path), 2);
     }
 }
+
+TEST(ErrorPage, ATextThatNamesItsOwnPlaceIsPutInOnce)
+{
+    const CScratchFolder folder;
+    const std::string front(30, 'x');
+    const std::string first = front + "%first_part%";
+    const std::string failed = front + "%error_part%";
+    const std::string last = front + "%last_part%";
+    const QString path =
+        folder.Write(QStringLiteral("page.html"), QByteArray::fromStdString(first + failed + last));
+    const std::string page =
+        BuildErrorPage(Error(first.size(), first.size() + failed.size(),
+                             QStringLiteral("Unknown template section '%error_description%'.")),
+                       path);
+    EXPECT_NE(page.find(">Unknown template section '%error_description%'.</td>"), std::string::npos);
+    for (const std::string& run : {first, failed, last}) {
+        EXPECT_NE(page.find("<pre>" + run + "</pre>"), std::string::npos) << run;
+    }
+}
+
+TEST(ErrorPage, ItsResourceHasItsExactBytes)
+{
+    const char* const lines[] = {
+        "<HTML>",
+        "<head>",
+        "<style>",
+        "a { margin:0; padding:0; border:0; }",
+        "img { margin:0; padding:0; border:0; }",
+        "body { font-family:Verdana,Arial,Helvetica; }",
+        "td { font-size:10pt;  }",
+        ".error_text {",
+        "color: Red;",
+        "font-weight: bold;",
+        "}",
+        "</style> ",
+        "<%pageheader %>",
+        "</head>",
+        "<body>",
+        R"(<table cellpadding="0" cellspacing="0" width="100%">)",
+        R"(<tr><td  colspan="2"><b>Error occured during layout loading:</b></td></tr>)",
+        R"(<tr><td bgcolor="Gainsboro">Description:</td><td bgcolor=InfoBackground>%error_description%</td></tr>)",
+        R"(<tr><td bgcolor="Gainsboro">File:</td><td bgcolor=InfoBackground>%template_file%</td></tr>)",
+        R"(<tr><td bgcolor="Gainsboro">Line number:</td><td bgcolor=InfoBackground>%line_number%</td></tr>)",
+        R"(<tr><td colspan="2">&nbsp;</td></tr>)",
+        R"(<tr><td colspan="2" >)",
+        R"(<div width="100%" height="100%">)",
+        "<span><pre>%first_part%</pre></span>",
+        R"(<span class="error_text"><pre>%error_part%</pre></span>)",
+        "<span><pre>%last_part%</pre></span>",
+        "</div>",
+        "</td></tr>",
+        "</table>",
+        "</body>",
+        "</HTML>"};
+    QByteArray expected;
+    for (const char* line : lines) {
+        expected += QByteArray(line) + "\r\n";
+    }
+    EXPECT_EQ(FindResource(QStringLiteral("error_page"), QStringLiteral("html")), expected);
+}

@@ -84,8 +84,11 @@ TEST(ReplaceAll, StepsByThePatternAndOneByte)
         // A shorter text slips under the step.
         {"aaaa", "a", "", "aa"},
         {"xyxy", "xy", "", "xy"},
-        // What a longer text brings in behind the step is replaced again, up to the end that it had.
-        {"%a%", "%a%", "0123%b%", "0123%b%"},
+        // What a longer text makes of its end and what stands behind it is replaced again.
+        {"%a%a%", "%a%", "0123%", "01230123%"},
+        // A text that brings in the pattern itself is put in once for each place.
+        {"%a%", "%a%", "0123%a%", "0123%a%"},
+        {"%a%%a%", "%a%", "0123%a%", "0123%a%0123%a%"},
     };
     for (const auto& row : rows) {
         std::string text = row.text;
