@@ -10,6 +10,7 @@
 
 #include "resources/StringTable.h"
 #include "shell/dialogs/DialogParts.h"
+#include "shell/dialogs/LineBreaks.h"
 
 CDlgAdvertisements::CDlgAdvertisements(const Sections& pageSections, QWidget* parent)
     : QDialog(parent), sections(pageSections), section(new QComboBox(this)), code(new QPlainTextEdit(this))
@@ -57,7 +58,7 @@ void CDlgAdvertisements::StoreCode()
 {
     // The edit knows one kind of line end; code that nobody touched keeps its own.
     if (code->document()->isModified()) {
-        sections[shownSection] = code->toPlainText();
+        sections[shownSection] = TextOf(*code);
     }
 }
 

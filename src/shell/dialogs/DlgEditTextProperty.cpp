@@ -47,5 +47,5 @@ QWidget* CDlgEditTextProperty::MakeEdit(const QString& text, bool multiline)
 
 QString CDlgEditTextProperty::GetText() const
 {
-    return lines ? StoreLineBreaks(lines->toPlainText()) : OnOneLine(line->text());
+    return lines ? StoreLineBreaks(TextOf(*lines)) : OnOneLine(line->text());
 }

@@ -1,6 +1,8 @@
 #include "shell/dialogs/LineBreaks.h"
 
+#include <QPlainTextEdit>
 #include <QRegularExpression>
+#include <QTextDocument>
 
 namespace {
 
@@ -49,4 +51,11 @@ QString OnOneLine(const QString& text)
 {
     static const QRegularExpression lineEnds(QStringLiteral("[\\r\\n]+"));
     return QString(text).replace(lineEnds, QStringLiteral(" "));
+}
+
+QString TextOf(const QPlainTextEdit& edit)
+{
+    QString text = edit.document()->toRawText();
+    text.replace(QChar::ParagraphSeparator, QLatin1Char('\n'));
+    return text.replace(QChar::LineSeparator, QLatin1Char('\n'));
 }

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+class QPlainTextEdit;
+
 // The rule between a text as pages hold it, with "</br>" for each line end, and as a person edits it.
 
 // "a</br>b" gives "a\nb".
@@ -18,3 +20,7 @@ QString CutToLength(const QString& shown, qsizetype length);
 
 // For a text of one line: pasted line ends become blanks.
 QString OnOneLine(const QString& text);
+
+// What stands in an edit, with "\n" for each line end. In place of QPlainTextEdit::toPlainText, which makes
+// blanks of no-break spaces.
+QString TextOf(const QPlainTextEdit& edit);

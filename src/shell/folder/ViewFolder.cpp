@@ -92,9 +92,11 @@ void CViewFolder::Choose(int32_t index)
     chosenPaths[index] = pictures[static_cast<size_t>(index)]->GetPath();
 }
 
-void CViewFolder::AddPictureAt(int32_t index)
+void CViewFolder::AddPictureAt(int32_t index, const QString& path)
 {
-    AddImage(QStringLiteral("i%1").arg(index));
+    const bool stays = index >= 0 && static_cast<size_t>(index) < pictures.size() &&
+                       pictures[static_cast<size_t>(index)]->GetPath() == path;
+    AddImage(QStringLiteral("i%1").arg(stays ? index : imageIterator.FindIndex(path)));
 }
 
 void CViewFolder::AddAllImages()

@@ -51,7 +51,8 @@ public:
     void SetFolder(const QString& folder);
     // Asks for the picture at that place of the list to be added to the current gallery, and takes its row
     // away.
-    void AddPictureAt(int32_t index);
+    // The list may have become another one since: then the path counts.
+    void AddPictureAt(int32_t index, const QString& path);
 
     void UpdateProject(UpdateHint hint, const UpdateParameter& parameter, CGalleryProject& project) override;
     void UpdateView(UpdateHint hint, CGalleryProject& project) override;

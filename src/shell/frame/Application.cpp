@@ -126,7 +126,10 @@ void CApplication::CloseOnSignals()
     }
     signalNotifier = std::make_unique<QSocketNotifier>(signalPipe[0], QSocketNotifier::Read);
     connect(signalNotifier.get(), &QSocketNotifier::activated, this, [this] {
-        signalNotifier->setEnabled(false);
+        // A window may refuse to close, and the next signal asks again.
+        char bytes[16];
+        while (::read(signalPipe[0], bytes, sizeof bytes) > 0) {
+        }
         closeAllWindows();
     });
     for (const int number : {SIGTERM, SIGINT, SIGHUP}) {

@@ -1,5 +1,6 @@
 #include "shell/frame/MainFrame.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QMenuBar>
 #include <QStatusBar>
@@ -68,8 +69,8 @@ void CMainFrame::CreateViews()
                                 .browser = browser,
                                 .deploy = [this](CGalleryProject&) { Deploy(); },
                                 .addFromFolder =
-                                    [this](int32_t index) {
-                                        folderView->AddPictureAt(index);
+                                    [this](int32_t index, const QString& path) {
+                                        folderView->AddPictureAt(index, path);
                                     }},
                                this);
     folderView = new CViewFolder({.notify = notify, .browser = browser}, this);
@@ -159,6 +160,11 @@ void CMainFrame::UpdateRecentProjectsMenus()
 
 void CMainFrame::AddDropped(const QStringList& paths, int32_t gallery)
 {
+    // A drop comes through to a window behind a dialog, and that dialog, or the thread of a deployment, is at
+    // work on the project.
+    if (QApplication::activeModalWidget() != nullptr) {
+        return;
+    }
     const DroppedFiles files = SortDropped(paths);
     if (!files.project.isEmpty()) {
         Try([&] { projects.Switch(files.project); });

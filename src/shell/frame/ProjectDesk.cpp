@@ -3,6 +3,7 @@
 #include <QStatusBar>
 
 #include "common/Exceptions.h"
+#include "common/FileSystem.h"
 #include "common/Trace.h"
 #include "document/GalleryProject.h"
 #include "shell/dialogs/DlgNewGallery.h"
@@ -191,7 +192,9 @@ void CProjectDesk::AddRecent(const QString& path)
 
 QString CProjectDesk::GetTitle() const
 {
-    const QString name = ProjectNameOf(keeper.GetPath());
+    // Cut at the first dot, as the project's own name is that its pages show.
+    const QString file = ExtractLastName(keeper.GetPath());
+    const QString name = file.left(file.indexOf(QLatin1Char('.')));
     return keeper.IsReadOnly() ? Text(StringId::ReadOnlyProject, name) : name;
 }
 

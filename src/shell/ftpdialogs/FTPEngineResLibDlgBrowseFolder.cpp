@@ -68,6 +68,7 @@ void CFTPEngineResLibDlgBrowseFolder::MakeControls()
     NameControl(*list, "folders", Text(StringId::Folders));
     NameControl(*url, "url", urlLabel);
     list->setHeaderLabel(Text(StringId::Folders));
+    list->header()->setStretchLastSection(false);
     list->header()->resizeSection(0, ColumnWidth);
     list->setRootIsDecorated(false);
     list->setUniformRowHeights(true);

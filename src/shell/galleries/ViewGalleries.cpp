@@ -119,6 +119,7 @@ void CViewGalleries::UpdateProject(UpdateHint hint, const UpdateParameter& param
                                    CGalleryProject& project)
 {
     const int32_t* const gallery = std::get_if<int32_t>(&parameter);
+    const int32_t currentBefore = project.GetCurrentGalleryIndex();
     try {
         if (!gallery) {
             // A hint that only travels on.
@@ -137,6 +138,12 @@ void CViewGalleries::UpdateProject(UpdateHint hint, const UpdateParameter& param
         return;
     }
     CGalleryProjectConsumer::UpdateProject(hint, parameter, project);
+    // Menus and the list of the folder go by the current gallery, which a removal or a new parent changes
+    // too.
+    const int32_t current = project.GetCurrentGalleryIndex();
+    if (hint != UpdateHint::GalleryChosen && gallery && current != currentBefore) {
+        notifier.Send(UpdateHint::GalleryChosen, current);
+    }
 }
 
 // --- The page on the screen.

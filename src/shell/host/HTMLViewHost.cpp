@@ -118,7 +118,8 @@ std::unique_ptr<CViewPage> CHTMLViewHost::MakePage()
             .followLink =
                 [this](const QString& link) {
                     QMetaObject::invokeMethod(
-                        this, [this, link] { Follow(link); }, Qt::QueuedConnection);
+                        this, [this, link, from = shown ? shown->revision : 0] { Follow(from, link); },
+                        Qt::QueuedConnection);
                 },
             .isAwaited = [this](int revision) { return awaited && awaited->revision == revision; },
             .isShown =
@@ -257,9 +258,11 @@ void CHTMLViewHost::Dispatch(int revision, const QString& method, const QJsonArr
     }
 }
 
-void CHTMLViewHost::Follow(const QString& link)
+void CHTMLViewHost::Follow(int revision, const QString& link)
 {
-    if (loader && !isDispatching) {
+    // As with a call: a link means something else once the next page is made.
+    const bool isCurrent = shown && shown->revision == revision && !awaited;
+    if (loader && isCurrent && !isDispatching) {
         loader->LoadURL(link);
     }
 }

@@ -60,7 +60,7 @@ private:
     void OnShown(int revision);
     void OnCalled(int revision, const QString& method, const QJsonArray& arguments);
     void Dispatch(int revision, const QString& method, const QJsonArray& arguments);
-    void Follow(const QString& link);
+    void Follow(int revision, const QString& link);
     void AskWhetherAlive();
     void GiveUp();
 

@@ -20,13 +20,16 @@ std::string BuildTemplateErrorPage(const CTemplateParsingException& error, CGall
     const CGalleryTemplate* const layout = gallery.GetLayout().GetTemplate();
     const QString page = gallery.GetLayout().GetTemplatePage();
     std::string text = BuildErrorPage(error, layout ? layout->GetPageFilePath(page) : page);
-    // The page is text already, so nobody else gives its head element the scripts that every page has.
+    // The page is text already, so nobody else gives its head element the scripts that every page has; and
+    // its colour "InfoBackground" is none that today's browsers know.
     const std::string header = "<%pageheader %>";
     const size_t place = text.find(header);
     if (place != std::string::npos) {
         const QByteArray script = FindResource(QStringLiteral("contextmenu"), QStringLiteral("js"));
         text.replace(place, header.size(),
-                     "<script type=\"text/javascript\" >" + script.toStdString() + "</script>");
+                     "<style>td[bgcolor=InfoBackground] { background: #ffffe1; color: black; }</style>\r\n"
+                     "<script type=\"text/javascript\" >" +
+                         script.toStdString() + "</script>");
     }
     return text;
 }

@@ -1,5 +1,6 @@
 #include "shell/views/PageDragging.h"
 
+#include <QPointer>
 #include <QTimer>
 #include <QUrl>
 
@@ -62,13 +63,17 @@ void CPageDragging::Drop(const DraggedPicture& picture, QPoint place)
     if (picture.origin == DraggedPicture::Origin::Folder) {
         page.RunScript(QStringLiteral("previewDragging.clear()"));
         if (services.addFromFolder) {
-            services.addFromFolder(picture.position);
+            services.addFromFolder(picture.position, picture.path);
         }
         return;
     }
-    page.RunScript(CallAt("take", place), [this, from = picture.position](const QVariant& answer) {
-        MoveTo(from, answer.toString());
-    });
+    // The answer may come when the view is gone.
+    page.RunScript(CallAt("take", place),
+                   [self = QPointer(this), from = picture.position](const QVariant& answer) {
+                       if (self) {
+                           self->MoveTo(from, answer.toString());
+                       }
+                   });
 }
 
 // gap: "photo3 1", behind that picture, or "photo3 0", before it.

@@ -18,8 +18,8 @@ public:
         std::function<QString(int32_t position)> getPath;
         // The picture goes before the one at that position, which may be the count of pictures.
         std::function<void(int32_t from, int32_t before)> move;
-        // By its place in the folder view.
-        std::function<void(int32_t index)> addFromFolder;
+        // By its place in the folder view when the drag began, and its path.
+        std::function<void(int32_t index, const QString& path)> addFromFolder;
     };
     CPageDragging(CHTMLView& page, Services services);
 

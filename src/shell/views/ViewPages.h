@@ -27,8 +27,8 @@ public:
         CViewNotification notify; // the frame's way to UpdateProject
         CHTMLView::Options browser;
         std::function<void(CGalleryProject& project)> deploy; // opens the deployment wizard
-        // Adds the picture at that place of the folder view.
-        std::function<void(int32_t index)> addFromFolder = {};
+        // Adds the picture of that path, which was at that place of the folder view.
+        std::function<void(int32_t index, const QString& path)> addFromFolder = {};
     };
     explicit CViewPages(const Services& services, QWidget* parent = nullptr);
     ~CViewPages() override;

@@ -3,6 +3,7 @@
 #include <csignal>
 #include <stdexcept>
 
+#include <QCloseEvent>
 #include <QTimer>
 #include <QWidget>
 #include <gtest/gtest.h>
@@ -61,5 +62,29 @@ TEST(Application, ASignalToEndClosesTheWindows)
     QWidget window;
     window.show();
     EXPECT_EQ(RunLoop([] { std::raise(SIGTERM); }), 0);
+    EXPECT_FALSE(window.isVisible());
+}
+
+TEST(Application, ASignalIsHeardAgainWhenAWindowHasRefused)
+{
+    class CStubborn final : public QWidget {
+    public:
+        int asked = 0;
+
+    protected:
+        void closeEvent(QCloseEvent* event) override { event->setAccepted(++asked > 1); }
+    };
+    CStubborn window;
+    window.show();
+    QTimer again;
+    QObject::connect(&again, &QTimer::timeout, [&] {
+        if (window.asked == 1) {
+            again.stop();
+            std::raise(SIGTERM);
+        }
+    });
+    again.start(1);
+    EXPECT_EQ(RunLoop([] { std::raise(SIGTERM); }), 0);
+    EXPECT_EQ(window.asked, 2);
     EXPECT_FALSE(window.isVisible());
 }

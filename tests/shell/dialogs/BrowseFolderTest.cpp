@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -9,6 +10,7 @@
 
 #include "DialogTools.h"
 #include "FtpTestTools.h"
+#include "shell/frame/Icons.h"
 #include "shell/ftpdialogs/FTPEngineResLibDlgBrowseFolder.h"
 #include "shell/ftpdialogs/FTPEngineResLibDlgTaskResult.h"
 #include "shell/ftpdialogs/FolderPath.h"
@@ -131,6 +133,7 @@ TEST_F(BrowseFolder, ShowsTheFoldersInTheOrderOfTheListing)
     OpenListed();
     EXPECT_EQ(dialog->windowTitle(), QStringLiteral("Browse Folder"));
     EXPECT_EQ(List().headerItem()->text(0), QStringLiteral("Folders"));
+    EXPECT_EQ(List().header()->sectionSize(0), 300);
     EXPECT_EQ(Rows(), QStringList({QStringLiteral("photos"), QStringLiteral("archive")}));
     EXPECT_EQ(List().currentItem(), List().topLevelItem(0));
     EXPECT_EQ(Url(), QStringLiteral("ftp://127.0.0.1:")); // the odd form for a port of its own
@@ -394,4 +397,71 @@ TEST_F(BrowseFolder, IsUsable)
 {
     OpenListed(QStringLiteral("www"));
     ExpectUsable(*dialog, QStringLiteral("browse"));
+}
+
+TEST_F(BrowseFolder, WaitsAMinuteForAChangeAndNoLonger)
+{
+    server.On("MKD", [](CServerSession& session, const std::string&) { session.Stall(); });
+    OpenListed();
+    QString conversation;
+    const CModalAnswer answer([&](QWidget& modal) {
+        conversation = Find<QPlainTextEdit>(modal, "text").toPlainText();
+        Click(modal, "ok");
+    });
+    Click(*dialog, "newFolder");
+    EditLabel(QStringLiteral("x"), Qt::Key_Return);
+    WAIT_UNTIL(HasCommand("MKD x"));
+    EXPECT_FALSE(List().isEnabled());
+    QTimer* limit = nullptr;
+    for (QTimer* timer : dialog->findChildren<QTimer*>()) {
+        if (timer->isSingleShot() && timer->isActive()) {
+            limit = timer;
+        }
+    }
+    ASSERT_NE(limit, nullptr);
+    EXPECT_EQ(limit->interval(), 60000);
+    limit->start(1);
+    WAIT_UNTIL(answer.WasAsked() && List().isEnabled());
+    EXPECT_TRUE(conversation.contains(QStringLiteral("0x0000274c Connection timed out")));
+    EXPECT_EQ(Rows().last(), QStringLiteral("New"));
+}
+
+TEST_F(BrowseFolder, EachKindOfRowHasItsIcon)
+{
+    const auto hasIcon = [&](int row, const char* name) {
+        const QSize size(16, 16);
+        return List().topLevelItem(row)->icon(0).pixmap(size).toImage() ==
+               LoadIcon(QString::fromLatin1(name)).pixmap(size).toImage();
+    };
+    OpenListed(QStringLiteral("www"));
+    EXPECT_TRUE(hasIcon(0, "folder-up"));
+    EXPECT_TRUE(hasIcon(1, "folder"));
+    Click(*dialog, "newFolder");
+    EXPECT_TRUE(hasIcon(List().topLevelItemCount() - 1, "folder"));
+    EditLabel(QString(), Qt::Key_Escape);
+    dialog.reset();
+
+    CScriptedServer silent;
+    silent.On("LIST", [](CServerSession& session, const std::string&) { session.Stall(); });
+    silent.Start();
+    destination.connection = silent.GetDestination();
+    dialog = std::make_unique<CFTPEngineResLibDlgBrowseFolder>(destination, true, nullptr, QuickGreeting());
+    dialog->show();
+    WAIT_UNTIL(!Rows().isEmpty());
+    EXPECT_TRUE(hasIcon(0, "waiting"));
+    dialog.reset();
+}
+
+TEST_F(BrowseFolder, ShowsAnEmptyListAndTheAddressWhenTheFirstListingFails)
+{
+    server.Reply("PASS", "530 no\r\n");
+    server.Start();
+    Open(QStringLiteral("www"));
+    const CModalAnswer answer([&](QWidget& modal) { Click(modal, "ok"); });
+    WAIT_UNTIL(answer.WasAsked() && Rows().isEmpty());
+    EXPECT_EQ(Url(), QStringLiteral("ftp://127.0.0.1:"));
+    EXPECT_FALSE(Ok().isEnabled());
+    EXPECT_FALSE(Find<QPushButton>(*dialog, "newFolder").isEnabled());
+    EXPECT_TRUE(Find<QPushButton>(*dialog, "troubleshoot").isEnabled());
+    EXPECT_TRUE(Find<QPushButton>(*dialog, "cancel").isEnabled());
 }

@@ -219,3 +219,10 @@ TEST_F(DlgImageWatermark, IsUsable)
     CDlgImageWatermark dialog(stamps, nullptr);
     ExpectUsable(dialog, QStringLiteral("watermark"));
 }
+
+TEST_F(DlgImageWatermark, ItsButtonsAreSettled)
+{
+    const CDlgImageWatermark dialog(stamps, nullptr);
+    EXPECT_EQ(Find<QPushButton>(dialog, "change").text(), QStringLiteral("&Change..."));
+    EXPECT_EQ(Find<QPushButton>(dialog, "remove").text(), QStringLiteral("&Remove"));
+}

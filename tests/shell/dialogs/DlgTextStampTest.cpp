@@ -226,3 +226,9 @@ TEST_F(DlgTextStamp, IsUsable)
     CDlgTextStamp dialog(stamps, nullptr);
     ExpectUsable(dialog, QStringLiteral("signature"));
 }
+
+TEST_F(DlgTextStamp, ItsFontButtonIsSettled)
+{
+    const CDlgTextStamp dialog(stamps, nullptr);
+    EXPECT_EQ(Find<QPushButton>(dialog, "font").text(), QStringLiteral("&Font..."));
+}

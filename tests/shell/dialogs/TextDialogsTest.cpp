@@ -205,3 +205,25 @@ TEST(DlgEditHref, IsUsable)
     CDlgEditHref dialog(Name, {QStringLiteral("http://a.example/"), QStringLiteral("A site")}, nullptr);
     ExpectUsable(dialog, QStringLiteral("reference"));
 }
+
+TEST(DlgEditTextProperty, KeepsNoBreakSpaces)
+{
+    const QString text = QStringLiteral("10\u00a0km</br>a b");
+    EXPECT_EQ(CDlgEditTextProperty(Name, text, {.multiline = true}, nullptr).GetText(), text);
+    EXPECT_EQ(CDlgEditTextProperty(Name, QStringLiteral("10\u00a0km"), {}, nullptr).GetText(),
+              QStringLiteral("10\u00a0km"));
+}
+
+TEST(DlgEditHref, ItsLabelsAreSettled)
+{
+    const CDlgEditHref dialog(Name, {}, nullptr);
+    QStringList labels;
+    for (const char* field : {"url", "text"}) {
+        for (const QLabel* label : dialog.findChildren<QLabel*>()) {
+            if (label->buddy() == &Find<QLineEdit>(dialog, field)) {
+                labels += label->text();
+            }
+        }
+    }
+    EXPECT_EQ(labels, QStringList({QStringLiteral("&URL:"), QStringLiteral("&Reference text:")}));
+}

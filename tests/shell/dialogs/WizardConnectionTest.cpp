@@ -284,3 +284,20 @@ TEST_F(WizardConnection, TakesTheDirectoryFromTheServersFolders)
         EXPECT_EQ(OnPage<QLineEdit>("directory").text(), accepted ? QStringLiteral("www") : QString());
     }
 }
+
+TEST_F(WizardConnection, IsTheOneThatWasChosenNotTheOneOfTheLastTime)
+{
+    const CFTPDestination first = Save(false, QStringLiteral("First"));
+    Save(false, QStringLiteral("Second"));
+    CDeploySettings& settings = fixture.GetProject().GetDeploySettings();
+    settings.destination_kind = 1;
+    settings.ftp_destination = first.key;
+    Open();
+    auto& connection = OnPage<QComboBox>("connection");
+    EXPECT_EQ(connection.currentText(), QStringLiteral("First"));
+    connection.setCurrentIndex(connection.findText(QStringLiteral("Second")));
+    Click(*wizard->currentPage(), "edit");
+    EXPECT_EQ(Field("displayName").text(), QStringLiteral("Second"));
+    Press("back");
+    EXPECT_EQ(OnPage<QComboBox>("connection").currentText(), QStringLiteral("Second"));
+}

@@ -76,6 +76,7 @@ TEST_F(WizardFolder, DeploysTheWholeSiteAndOpensIt)
 
 TEST_F(WizardFolder, StoresTheChoicesOnFinish)
 {
+    fixture.GetProject().GetDeploySettings().redeploy_mode = 0;
     const CDeploySettings before = Stored();
     Open();
     Press("next");

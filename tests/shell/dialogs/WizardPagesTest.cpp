@@ -217,3 +217,19 @@ TEST_F(DeployWizard, IsUsableOnItsFirstPages)
     Press("next");
     ExpectUsable(*wizard, QStringLiteral("wizard-239-deploy-site"));
 }
+
+TEST_F(DeployWizard, ItsControlsHaveTheirTexts)
+{
+    Open();
+    EXPECT_EQ(OnPage<QRadioButton>("folder").text(), QStringLiteral("&Folder on the local disk drive"));
+    EXPECT_EQ(OnPage<QRadioButton>("site").text(), QStringLiteral("&Internet site"));
+    EXPECT_EQ(OnPage<QPushButton>("edit").text(), QStringLiteral("Edit>"));
+    EXPECT_EQ(OnPage<QPushButton>("delete").text(), QStringLiteral("Delete..."));
+    QStringList labels;
+    for (const QLabel* label : wizard->page(245)->findChildren<QLabel*>()) {
+        labels += label->text();
+    }
+    for (const char* text : {"&Error description:", "Possible &reason:", "Proposed &solution:"}) {
+        EXPECT_TRUE(labels.contains(QString::fromLatin1(text))) << text;
+    }
+}

@@ -100,6 +100,7 @@ TEST_F(FolderIterator, KnowsNothingThatOnlyAGalleryCanTell)
     EXPECT_FALSE(iterator.GetVariable(QStringLiteral("gallery"), QStringLiteral("title"), value));
     EXPECT_FALSE(iterator.GetPageProperty(0, QStringLiteral("number"), value));
     EXPECT_EQ(iterator.GetPageFileName(0), QString());
+    EXPECT_TRUE(iterator.IsElementVisible(QStringLiteral("Footer")));
     iterator.BindPicture(QStringLiteral("i0"));
     EXPECT_EQ(Walk(iterator), QStringLiteral("0123"));
 }

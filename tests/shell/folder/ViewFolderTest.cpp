@@ -288,3 +288,16 @@ TEST_F(ViewFolder, EndsInTheMiddleOfItsWork)
     view->UpdateView(UpdateHint::ProjectReplaced, fixture.GetProject());
     view.reset();
 }
+
+TEST_F(ViewFolder, ADraggedPictureIsAddedThoughTheListHasChangedMeanwhile)
+{
+    Open("one");
+    Add("one/0.jpg"); // comes before all others
+    Update(UpdateHint::GalleryChosen);
+    view->AddPictureAt(1, Folder("one/b.jpg"));
+    ASSERT_TRUE(WaitUntil([&] { return CountOf(UpdateHint::CoverChanged) == 1; }));
+    EXPECT_EQ(GalleryNames(), QStringLiteral("b.jpg"));
+    view->AddPictureAt(0, Folder("one/gone.jpg"));
+    Ask(view->GetHTMLView(), QStringLiteral("1"));
+    EXPECT_EQ(CountOf(UpdateHint::PictureAdded), 1);
+}

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "common/Exceptions.h"
+#include "shell/frame/GallerySaveDialog.h"
 #include "shell/frame/PictureDrop.h"
 #include "shell/frame/ProjectFile.h"
 #include "support/ScratchFolder.h"
@@ -127,4 +128,17 @@ TEST(ProjectFile, AFileOfAnotherKindIsNoProject)
     EXPECT_NO_THROW(RequireProjectFile(scratch.Write(QStringLiteral("a.GALLERY"), "")));
     EXPECT_NO_THROW(RequireProjectFile(scratch.Path(QStringLiteral("new one"))));
     EXPECT_THROW(RequireProjectFile(scratch.Path()), CGenericException);
+}
+
+TEST(GallerySaveDialog, AsksForProjectsAndBeforeItOverwritesOne)
+{
+    using Purpose = CGallerySaveDialog::Purpose;
+    for (const Purpose purpose : {Purpose::Save, Purpose::Open}) {
+        const CGallerySaveDialog dialog(purpose, QStringLiteral("/Trip.gallery"), nullptr);
+        EXPECT_EQ(dialog.nameFilters(), QStringList(QStringLiteral("Image galleries (*.gallery)")));
+        EXPECT_EQ(dialog.defaultSuffix(), QStringLiteral("gallery"));
+        EXPECT_EQ(dialog.acceptMode(),
+                  purpose == Purpose::Save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+        EXPECT_FALSE(dialog.testOption(QFileDialog::DontConfirmOverwrite));
+    }
 }

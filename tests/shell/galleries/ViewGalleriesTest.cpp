@@ -140,9 +140,32 @@ TEST_F(ViewGalleries, TheButtonsOfAGallery)
     ASSERT_TRUE(window.WaitForGallery(0));
     EXPECT_EQ(window.GetGallery(1).GetChildren(), std::set<int32_t>{2});
     EXPECT_EQ(window.GetProject().FindGallery(3), nullptr);
+    EXPECT_EQ(window.listener.hints, (std::vector{UpdateHint::ChildGalleryAdded,
+                                                  UpdateHint::ParentGalleryAdded, UpdateHint::GalleryChosen,
+                                                  UpdateHint::GalleryRemoved, UpdateHint::GalleryChosen}));
+}
+
+TEST_F(ViewGalleries, AnotherCurrentGalleryIsToldOfHoweverItCame)
+{
+    window.AddChild(0);
+    window.AddChild(0);
+    window.GetProject().SetCurrentGallery(1);
+    window.Show();
+    CViewGalleriesExternalDispatchCommands& commands = window.GetView();
+    commands.AddParentGallery(1);
+    ASSERT_TRUE(WaitUntil([&] { return window.listener.hints.size() == 2; }));
     EXPECT_EQ(window.listener.hints,
-              (std::vector{UpdateHint::ChildGalleryAdded, UpdateHint::ParentGalleryAdded,
-                           UpdateHint::GalleryRemoved}));
+              (std::vector{UpdateHint::ParentGalleryAdded, UpdateHint::GalleryChosen}));
+    EXPECT_EQ(window.GetCurrent(), 3);
+    commands.RemoveGallery(3);
+    ASSERT_TRUE(WaitUntil([&] { return window.listener.hints.size() == 4; }));
+    EXPECT_EQ(window.listener.hints[3], UpdateHint::GalleryChosen);
+    EXPECT_EQ(window.GetCurrent(), 0);
+    // The current gallery stays: nothing more to tell.
+    commands.RemoveGallery(2);
+    ASSERT_TRUE(WaitUntil([&] { return window.listener.hints.size() == 5; }));
+    window.Ask(QStringLiteral("1"));
+    EXPECT_EQ(window.listener.hints.size(), 5u);
 }
 
 TEST_F(ViewGalleries, TheButtonsOfTheRoot)
@@ -181,6 +204,8 @@ TEST_F(ViewGalleries, HintsThatConcernItRedraw)
     for (const UpdateHint hint : {UpdateHint::FolderChosen, UpdateHint::TextEdited, UpdateHint::PictureAdded,
                                   UpdateHint::PictureRemoved, UpdateHint::ProjectRenamed}) {
         window.GetView().UpdateView(hint, window.GetProject());
+        window.Ask(QStringLiteral("1")); // waits for a page that is on its way
+        EXPECT_EQ(window.shownCount, before) << static_cast<int>(hint);
     }
     window.AddChild(0);
     int count = before;

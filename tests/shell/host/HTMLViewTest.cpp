@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QTcpServer>
+#include <QWebEngineView>
 #include <gtest/gtest.h>
 
 #include "ViewWindow.h"
@@ -462,5 +463,19 @@ TEST(HTMLView, NothingIsKeptOnTheDisk)
                 PictureElement(picture));
     EXPECT_FALSE(
         QDir(qEnvironmentVariable("XDG_CACHE_HOME") + QStringLiteral("/host_tests/QtWebEngine")).exists());
+    EXPECT_FALSE(
+        QDir(qEnvironmentVariable("XDG_DATA_HOME") + QStringLiteral("/host_tests/QtWebEngine")).exists());
     EXPECT_EQ(window.Ask(QStringLiteral("document.cookie")).toString(), QString());
+}
+
+TEST(HTMLView, TheBrowsersOwnMenuIsAnOption)
+{
+    for (const bool isAllowed : {false, true}) {
+        CHTMLView::Options options;
+        options.allowContextMenu = isAllowed;
+        CViewWindow window(options);
+        const auto* const browser = window.GetView().findChild<QWebEngineView*>();
+        ASSERT_NE(browser, nullptr);
+        EXPECT_EQ(browser->contextMenuPolicy(), isAllowed ? Qt::DefaultContextMenu : Qt::NoContextMenu);
+    }
 }

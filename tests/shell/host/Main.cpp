@@ -13,6 +13,7 @@ int main(int argumentCount, char** arguments)
     qputenv("TZ", "Europe/Berlin");
     const QTemporaryDir home;
     qputenv("XDG_CACHE_HOME", home.path().toUtf8());
+    qputenv("XDG_DATA_HOME", home.path().toUtf8() + "/data");
     testing::InitGoogleTest(&argumentCount, arguments);
     const CVirtualDisplay display;
     PutDisplayIntoEnvironment(display.GetName());

@@ -65,5 +65,6 @@ TEST(Panel, ATitleFitsItselfToItsPlace)
     EXPECT_EQ(title.text(), title.GetTitle());
     EXPECT_EQ(title.toolTip(), QString());
     EXPECT_EQ(title.font().pixelSize(), 12);
+    EXPECT_EQ(title.font().families().value(0), QStringLiteral("Tahoma"));
     EXPECT_EQ(title.font().weight(), QFont::DemiBold);
 }

@@ -415,6 +415,9 @@ TEST_F(Strips, TheFunctionsOfTheScriptDoAsTold)
         {"limitCoordinate(0, 120)", "0"},
         {"limitCoordinate(119, 120)", "119"},
         {"limitCoordinate(0, 0)", "-1"},
+        {"[-7, 0, 23, 24, 119, 120, 500].map(x => "
+         "previewStrips.buttonAt(previewStrips.groupOf(photo1_menu), x)).join()",
+         "1,1,1,2,5,5,5"},
         {"showObject(photo1), photo1.style.display", "inline"},
         {"isObjectVisible(photo1)", "true"},
         {"hideObject(photo1), photo1.style.display", "none"},

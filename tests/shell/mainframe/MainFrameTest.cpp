@@ -1,62 +1,20 @@
 #include "shell/frame/MainFrame.h"
 
-#include <QDialog>
-#include <QMenu>
-#include <QMenuBar>
+#include <QTest>
+
 #include <gtest/gtest.h>
 
-#include "../dialogs/DialogTools.h"
+#include "MainFrameFixture.h"
 #include "common/FileSystem.h"
 #include "shell/frame/MainFrameSettings.h"
 #include "shell/views/ViewPages.h"
-#include "support/ProjectFixture.h"
 
-namespace {
-
-class MainFrame : public testing::Test {
-protected:
-    CProjectFixture fixture;
-    std::unique_ptr<CMainFrame> frame;
-
-    MainFrame()
-    {
-        for (const char* layout : {"one", "two"}) {
-            const QString name = QString::fromLatin1(layout);
-            fixture.WriteLayout(name, "<page file=\"index.html\" multipage=\"1\"/>");
-            fixture.WritePage(name, QStringLiteral("index.html"),
-                              "<html><head></head><body>page</body></html>");
-        }
-        fixture.WriteStyle(QStringLiteral("plain"));
-        fixture.WriteStyle(QStringLiteral("rich"));
-    }
-
-    QString Path(const char* name) { return fixture.scratch.Path(QString::fromUtf8(name)); }
-
-    void Start(const QString& path)
-    {
-        frame = std::make_unique<CMainFrame>(fixture.GetEnvironment(), path);
-        frame->Start();
-    }
-
-    QStringList RecentNames() const
-    {
-        QStringList names;
-        for (const QString& path : frame->GetProjects().GetRecentProjects().GetPaths()) {
-            names += ProjectNameOf(path);
-        }
-        return names;
-    }
-
-    // From the first entry on, which has the number 0 in the list.
-    QMenu& FileMenu() { return *frame->menuBar()->actions().at(0)->menu(); }
-};
-
-} // namespace
+using MainFrame = CMainFrameFixture;
 
 TEST_F(MainFrame, TheTitleIsTheProjectsName)
 {
     Start(Path("Trip to the sea.2024.gallery"));
-    EXPECT_EQ(frame->windowTitle(), QStringLiteral("Vistorama - Trip to the sea.2024"));
+    EXPECT_EQ(frame->windowTitle(), QStringLiteral("Vistorama - Trip to the sea"));
     EXPECT_EQ(RecentNames(),
               (QStringList{QStringLiteral("Trip to the sea.2024"), QStringLiteral("My Vistorama")}));
 }
@@ -176,18 +134,24 @@ TEST_F(MainFrame, ARunThatEndsByAFailureIsNotSaved)
     EXPECT_EQ(fixture.scratch.Read(QStringLiteral("a.gallery")), before);
 }
 
-TEST_F(MainFrame, EachDialogOfTheMenusOpens)
+TEST_F(MainFrame, SaveWritesTheProjectToItsFileAtOnce)
 {
     Start(Path("a.gallery"));
-    for (const int command : {57600, 57601, 57604, 57664, 32792, 32794, 32797, 32780}) {
-        QString title;
-        CModalAnswer answer([&](QWidget& dialog) {
-            title = dialog.windowTitle();
-            static_cast<QDialog&>(dialog).reject();
-        });
-        frame->OnCommand(command);
-        EXPECT_TRUE(answer.WasAsked()) << command;
-        EXPECT_FALSE(title.isEmpty()) << command;
-        EXPECT_EQ(frame->windowTitle(), QStringLiteral("Vistorama - a")) << command;
+    frame->AddDropped({fixture.WritePicture(QStringLiteral("one.jpg"))});
+    EXPECT_FALSE(fixture.scratch.Read(QStringLiteral("a.gallery")).contains("one.jpg"));
+    frame->OnCommand(57603);
+    EXPECT_TRUE(fixture.scratch.Read(QStringLiteral("a.gallery")).contains("one.jpg"));
+}
+
+TEST_F(MainFrame, TheOptionsOfTheViewsComeFromTheSettings)
+{
+    const CHTMLView::Options options = ReadBrowserOptions(*fixture.settings);
+    EXPECT_EQ(options.settings, fixture.settings.get());
+    EXPECT_EQ(options.optionKeyPath, QStringLiteral("Corvane/Vistorama/InternetExplorer"));
+    EXPECT_FALSE(options.allowContextMenu);
+    for (const char* value : {"1", "0", "yes"}) {
+        fixture.settings->Write(CSettingsStore::Scope::User, QStringLiteral("Corvane/Vistorama"),
+                                QStringLiteral("EnableExplorerPopupMenu"), QString::fromLatin1(value));
+        EXPECT_EQ(ReadBrowserOptions(*fixture.settings).allowContextMenu, value[0] == '1') << value;
     }
 }
