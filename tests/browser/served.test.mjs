@@ -57,6 +57,24 @@ test('the next picture comes into the same page, with its address, title and lin
   await page.context().close();
 });
 
+test('a turn of the page that the next one overtakes is no trouble', async () => {
+  const page = await openPage(browser, home, { reducedMotion: 'no-preference' });
+  await page.goto(mosaic('picture5.html'));
+  // As the browser answers when another transition begins before this one could.
+  await page.evaluate(() => {
+    document.startViewTransition = (change) => {
+      change();
+      return { ready: Promise.reject(new DOMException('Transition was skipped', 'AbortError')), finished: Promise.resolve() };
+    };
+  });
+  await page.keyboard.press('ArrowRight');
+  await shows(page, 'Morning Dew');
+  await page.keyboard.press('ArrowRight');
+  await shows(page, 'Storm over the Wheat');
+  assert.deepEqual(page.troubles, []);
+  await page.context().close();
+});
+
 test('the neighbours of a picture are there before they are asked for', async () => {
   const page = await openPage(browser, home);
   asked = [];

@@ -55,7 +55,8 @@
       if (turn !== wanted) return;
       if (!isBack) history.pushState(null, '', url);
       const change = () => show(page.cloneNode(true));
-      if (document.startViewTransition && !calm.matches) document.startViewTransition(change); else change();
+      // A transition that the next one overtakes is no trouble.
+      if (document.startViewTransition && !calm.matches) document.startViewTransition(change).ready.catch(() => {}); else change();
     } catch {
       location.href = url;
     }
