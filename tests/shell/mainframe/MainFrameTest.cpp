@@ -1,7 +1,6 @@
 #include "shell/frame/MainFrame.h"
 
 #include <QTest>
-
 #include <gtest/gtest.h>
 
 #include "MainFrameFixture.h"
