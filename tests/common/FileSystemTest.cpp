@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <QDateTime>
@@ -31,7 +32,22 @@ QString Native(const QByteArray& path)
     return QString::fromUtf8(path);
 }
 
+struct SyncedFile {
+    QString path;
+    qint64 size; // at that moment
+};
+
+std::vector<SyncedFile> syncedFiles;
+
 } // namespace
+
+// In place of the C library's own, which it does the work of.
+extern "C" int fsync(int descriptor)
+{
+    const QString path = QFile::symLinkTarget(QStringLiteral("/proc/self/fd/%1").arg(descriptor));
+    syncedFiles.push_back({path, QFileInfo(path).size()});
+    return static_cast<int>(::syscall(SYS_fsync, descriptor));
+}
 
 TEST(FileSystem, PathsAreCutAtEitherSeparator)
 {
@@ -246,6 +262,38 @@ TEST(WriteFileAtomically, AFailureNamesThePathAndLeavesNothingBehind)
         }
     }
     EXPECT_TRUE(scratch.ListFiles().isEmpty());
+}
+
+// Renamed before that, a loss of power could leave a file without content under the old one's name.
+TEST(WriteFileAtomically, AllBytesAreOnTheDiskBeforeTheOldFileGoes)
+{
+    const CScratchFolder scratch;
+    const QString path = scratch.Write(QStringLiteral("p.gallery"), "old");
+    syncedFiles.clear();
+    ASSERT_EQ(ReplaceFile(path, "newer", Durability::Plain), 0);
+    EXPECT_TRUE(syncedFiles.empty());
+    WriteFileAtomically(path, QByteArray(100'000, 'n'));
+    ASSERT_EQ(syncedFiles.size(), 1u);
+    EXPECT_TRUE(syncedFiles[0].path.startsWith(scratch.Path(QStringLiteral(".vistorama-"))))
+        << qPrintable(syncedFiles[0].path);
+    EXPECT_EQ(syncedFiles[0].size, 100'000);
+}
+
+TEST(WriteFileAtomically, AFileThatItsOwnerProtectedStays)
+{
+    const CScratchFolder scratch;
+    const QString path = scratch.Write(QStringLiteral("p.gallery"), "old");
+    ASSERT_EQ(::chmod(QFile::encodeName(path).constData(), 0444), 0);
+    ASSERT_EQ(::chmod(QFile::encodeName(scratch.Path()).constData(), 0777), 0);
+    const auto replaceAsAnyUser = [&] {
+        constexpr uid_t nobody = 65534;
+        if (::geteuid() == 0 && ::setuid(nobody) != 0) {
+            ::_exit(0);
+        }
+        ::_exit(ReplaceFile(path, "new", Durability::Plain));
+    };
+    EXPECT_EXIT(replaceAsAnyUser(), testing::ExitedWithCode(EACCES), "");
+    EXPECT_EQ(scratch.Read(QStringLiteral("p.gallery")), "old");
 }
 
 TEST(ReadWholeFile, AMissingFileAndAFolderAreErrorsThatNameThem)

@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
+#include "common/DirectoryProcessor.h"
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
 #include "common/Platform.h"
@@ -89,6 +90,12 @@ TEST(TempFolder, TheUsersFolderIsPrivateAndAnUnsafeOneIsRefused)
     EXPECT_EQ(folder, scratch.Path(QStringLiteral("cache/vistorama/tmp/")));
     EXPECT_EQ(FindTemporaryFolder(), folder);
     ASSERT_EQ(::chmod(QFile::encodeName(folder).constData(), 0770), 0);
+    EXPECT_THROW(FindTemporaryFolder(), CUnexpectedException);
+
+    // One that is planted in its place leads elsewhere.
+    MakeDirectoryPath(scratch.Path(QStringLiteral("elsewhere")), DirectoryAccess::OwnerOnly);
+    RemoveDirectoryTree(folder);
+    ASSERT_TRUE(QFile::link(scratch.Path(QStringLiteral("elsewhere")), folder.chopped(1)));
     EXPECT_THROW(FindTemporaryFolder(), CUnexpectedException);
     qunsetenv("XDG_CACHE_HOME");
 }

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 
@@ -245,6 +246,41 @@ TEST_F(DeploymentRecord, FilesOfOthersAndFilesThatOthersChangedStay)
     // It is nobody's business any more, later either.
     Deploy();
     EXPECT_TRUE(FilesIn(QStringLiteral("site")).contains(QStringLiteral("p2.html")));
+}
+
+TEST_F(DeploymentRecord, AFileThatOthersChangedToTheSameSizeStays)
+{
+    Deploy();
+    const QByteArray changed(fixture.scratch.Read(QStringLiteral("site/p2.html")).size(), 'x');
+    QFile page(fixture.scratch.Write(QStringLiteral("site/p2.html"), changed));
+    ASSERT_TRUE(page.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(page.setFileTime(QDateTime::currentDateTime().addSecs(1), QFile::FileModificationTime));
+    page.close();
+    fixture.GetRoot().RemovePicture(1);
+    Deploy();
+    ASSERT_TRUE(FilesIn(QStringLiteral("site")).contains(QStringLiteral("p2.html")));
+    EXPECT_EQ(fixture.scratch.Read(QStringLiteral("site/p2.html")), changed);
+}
+
+TEST_F(DeploymentRecord, ADamagedOneDoesNotLeadOutOfTheTarget)
+{
+    Deploy();
+    const auto wide = [](const char* text) {
+        QByteArray bytes;
+        for (const char* unit = text; *unit != 0; ++unit) {
+            bytes += '\0';
+            bytes += *unit;
+        }
+        return bytes;
+    };
+    QByteArray record = fixture.scratch.Read(QStringLiteral("record"));
+    ASSERT_EQ(record.count(wide("p2.html")), 1);
+    fixture.scratch.Write(QStringLiteral("record"), record.replace(wide("p2.html"), wide("../mine")));
+    // With its size and time it is the very file that the record speaks of.
+    ASSERT_TRUE(QFile::rename(Path("site/p2.html"), Path("mine")));
+    fixture.GetRoot().RemovePicture(1);
+    Deploy();
+    EXPECT_TRUE(FileExists(Path("mine")));
 }
 
 TEST_F(DeploymentRecord, ARemovedGalleryTakesItsFolderAlong)

@@ -161,6 +161,55 @@ TEST_F(DeployJob, CancelEndsTheRunWithoutAnError)
     EXPECT_EQ(target->GetMessages().back(), QStringLiteral("1026"));
 }
 
+// What it has not come to is no leftover.
+TEST_F(DeployJob, ACancelledRunRemovesNothing)
+{
+    AddPictures(200);
+    CDeployJob job(fixture.GetProject());
+    job.settings.folder = Site();
+    job.recordsFolder = fixture.scratch.Path(QStringLiteral("records"));
+    job.StartGeneration(target);
+    job.WaitFinished();
+    const QStringList before = fixture.scratch.ListFiles();
+    EXPECT_GE(before.filter(QStringLiteral("site/")).size(), 400);
+    target->onMessage = [&] {
+        job.RequestCancel();
+    };
+    job.StartGeneration(target);
+    job.WaitFinished();
+    EXPECT_TRUE(job.IsCancelled());
+    EXPECT_LT(job.GetResult().pages, 200);
+    EXPECT_EQ(fixture.scratch.ListFiles(), before);
+}
+
+// By the record that the run before has kept, though it was cancelled.
+TEST_F(DeployJob, ARemovedPictureTakesItsFilesAlong)
+{
+    AddPictures(200);
+    CDeployJob job(fixture.GetProject());
+    job.settings.folder = Site();
+    job.recordsFolder = fixture.scratch.Path(QStringLiteral("records"));
+    const auto images = [&] {
+        return fixture.scratch.ListFiles().filter(QStringLiteral("site/pictures/")).size();
+    };
+    target->onMessage = [&] {
+        job.RequestCancel();
+    };
+    job.StartGeneration(target);
+    job.WaitFinished();
+    EXPECT_GT(images(), 0);
+    target->onMessage = nullptr;
+    for (const int left : {3, 2}) {
+        while (fixture.GetRoot().GetPictures().GetCount() > left) {
+            fixture.GetRoot().RemovePicture(0);
+        }
+        job.StartGeneration(target);
+        job.WaitFinished();
+        EXPECT_FALSE(job.GetError().has_value());
+        EXPECT_EQ(images(), left);
+    }
+}
+
 TEST_F(DeployJob, ATargetThatIsGoneIsNoDanger)
 {
     AddPictures(2);

@@ -1,3 +1,4 @@
+#include <cctype>
 #include <sys/stat.h>
 
 #include <QDirIterator>
@@ -61,6 +62,19 @@ protected:
     }
 };
 
+// As QSettings writes the bytes of UTF-16: a digit behind an escaped zero has to be escaped as well.
+QByteArray InSettings(const QByteArray& text)
+{
+    QByteArray escaped;
+    for (const char unit : text) {
+        const bool looksLikeDigit =
+            !escaped.isEmpty() && std::isxdigit(static_cast<unsigned char>(unit)) != 0;
+        escaped += looksLikeDigit ? "\\x" + QByteArray(1, unit).toHex() : QByteArray(1, unit);
+        escaped += "\\0";
+    }
+    return escaped.chopped(2);
+}
+
 // The bytes in which a text could lie in a file.
 QList<QByteArray> Disguises(const QByteArray& text)
 {
@@ -71,6 +85,7 @@ QList<QByteArray> Disguises(const QByteArray& text)
     std::reverse(backwards.begin(), backwards.end());
     return {text,
             wideBytes,
+            InSettings(text),
             text.toBase64().chopped(2),
             text.toHex(),
             text.toHex().toUpper(),

@@ -173,6 +173,7 @@ TEST_F(ThreadDriver, AbandonsAWorkerThatDoesNotEndInTime)
 {
     const auto keptByTheWorker = std::make_shared<int>(1);
     const std::weak_ptr<int> kept = keptByTheWorker;
+    const auto queueIsGone = std::make_shared<CEvent>();
     {
         CThreadDriver driver(milliseconds(10));
         driver.Start(
@@ -181,14 +182,18 @@ TEST_F(ThreadDriver, AbandonsAWorkerThatDoesNotEndInTime)
                 done->Set();
             },
             false);
-        driver.Start(UntilStopped(), true); // is dropped
+        const std::shared_ptr<void> keptByTheQueue(nullptr, [queueIsGone](void*) { queueIsGone->Set(); });
+        driver.Start([keptByTheQueue](const Stop&) {}, true); // is dropped
         EXPECT_TRUE(driver.Stop());
         EXPECT_FALSE(driver.IsRunning());
         EXPECT_FALSE(driver.Stop());
     }
     EXPECT_GE(kept.use_count(), 2);
+    // The worker looks into its queue once more when it has done its work.
+    EXPECT_FALSE(queueIsGone->IsSet());
     gate->Set();
     EXPECT_TRUE(done->Wait(milliseconds(10000)));
+    EXPECT_TRUE(queueIsGone->Wait(milliseconds(10000)));
 }
 
 TEST_F(ThreadDriver, ADriverThatAbandonedAWorkerCanStartAnother)
