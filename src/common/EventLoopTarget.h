@@ -7,6 +7,7 @@
 #include <QMetaObject>
 
 #include "common/MessageTarget.h"
+#include "common/ThreadSanitizer.h"
 
 // Brings the messages of other threads to the event loop of the program's first thread, in their order. Owned
 // by the window or program that wants them, which drops the last reference on that thread; messages that are
@@ -26,7 +27,8 @@ public:
     {
         QMetaObject::invokeMethod(
             QCoreApplication::instance(),
-            [weak = this->weak_from_this(), message = std::move(message)] {
+            [weak = this->weak_from_this(), message = std::move(message), handOver = CHandOver()] {
+                const CHandOver::CTaken taken;
                 if (const auto self = weak.lock()) {
                     self->handler(message);
                 }
