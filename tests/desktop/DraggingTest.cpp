@@ -1,4 +1,3 @@
-#include <QFile>
 #include <gtest/gtest.h>
 
 #include "FolderPane.h"
@@ -25,15 +24,7 @@ protected:
 
     void StartIn(int gallery)
     {
-        QFile file(project);
-        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-        QByteArray text = file.readAll();
-        text.replace("current_gallery_index=\"0\"",
-                     "current_gallery_index=\"" + QByteArray::number(gallery) + '"');
-        file.close();
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(text);
-        file.close();
+        ChooseGallery(project, gallery);
         PointToFolder(project, {ExtractFolder(project)});
         program.Start({project});
     }

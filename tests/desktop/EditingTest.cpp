@@ -1,4 +1,3 @@
-#include <QFile>
 #include <gtest/gtest.h>
 
 #include "DesktopProgram.h"
@@ -24,15 +23,7 @@ protected:
     // Opens the gallery of the sample whose index this is.
     void StartIn(int gallery)
     {
-        QFile file(project);
-        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-        QByteArray text = file.readAll();
-        text.replace("current_gallery_index=\"0\"",
-                     "current_gallery_index=\"" + QByteArray::number(gallery) + '"');
-        file.close();
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(text);
-        file.close();
+        ChooseGallery(project, gallery);
         program.Start({project});
     }
 

@@ -4,6 +4,7 @@
 
 #include <QFile>
 #include <QXmlStreamReader>
+#include <gtest/gtest.h>
 
 #include "common/FileSystem.h"
 
@@ -82,4 +83,16 @@ QStringList SavedProject::Gallery::GetNames() const
         names += picture.name;
     }
     return names;
+}
+
+void ChooseGallery(const QString& project, int gallery)
+{
+    QFile file(project);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    QByteArray text = file.readAll();
+    text.replace("current_gallery_index=\"0\"",
+                 "current_gallery_index=\"" + QByteArray::number(gallery) + '"');
+    file.close();
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(text);
 }

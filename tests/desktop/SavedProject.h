@@ -28,3 +28,6 @@ struct SavedProject {
     int currentGallery = -1;
     QString text;
 };
+
+// Makes that gallery the current one of a project's file, in which the first one is.
+void ChooseGallery(const QString& project, int gallery);
