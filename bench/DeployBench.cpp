@@ -32,8 +32,8 @@
 #include "common/TempFolder.h"
 #include "content/DeploymentRecord.h"
 #include "content/PageGeneration.h"
-#include "document/GalleryProject.h"
-#include "document/PictureFiles.h"
+#include "document/pictures/PictureFiles.h"
+#include "document/project/GalleryProject.h"
 #include "imaging/ImageFile.h"
 #include "imaging/JpegDecoder.h"
 

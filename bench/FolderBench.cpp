@@ -23,10 +23,10 @@
 #include "common/FileSystem.h"
 #include "common/TempFolder.h"
 #include "content/FolderPictures.h"
-#include "document/GalleryProject.h"
+#include "document/project/GalleryProject.h"
 #include "imaging/Image.h"
-#include "shell/folder/FolderPages.h"
-#include "shell/folder/ViewFolder.h"
+#include "shell/panes/folder/FolderPages.h"
+#include "shell/panes/folder/ViewFolder.h"
 #include "support/VirtualDisplay.h"
 
 namespace {

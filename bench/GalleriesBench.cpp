@@ -18,8 +18,8 @@
 #include "Measuring.h"
 #include "common/FileSystem.h"
 #include "common/TempFolder.h"
-#include "document/GalleryProject.h"
-#include "shell/galleries/ViewGalleries.h"
+#include "document/project/GalleryProject.h"
+#include "shell/panes/galleries/ViewGalleries.h"
 #include "support/VirtualDisplay.h"
 
 namespace {

@@ -18,7 +18,7 @@
 #include "common/Settings.h"
 #include "common/TempFolder.h"
 #include "common/xmldomutils.h"
-#include "document/GalleryProject.h"
+#include "document/project/GalleryProject.h"
 
 namespace {
 

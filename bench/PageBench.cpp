@@ -17,8 +17,8 @@
 #include "Measuring.h"
 #include "common/FileSystem.h"
 #include "common/TempFolder.h"
-#include "document/GalleryProject.h"
-#include "shell/views/ViewPages.h"
+#include "document/project/GalleryProject.h"
+#include "shell/panes/pages/ViewPages.h"
 #include "support/VirtualDisplay.h"
 
 namespace {

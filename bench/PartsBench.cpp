@@ -11,15 +11,15 @@
 #include "common/TempFolder.h"
 #include "content/ContentGeneratorFolder.h"
 #include "content/ImageProduction.h"
-#include "document/GalleryIterator.h"
-#include "document/GalleryProject.h"
+#include "document/galleries/GalleryIterator.h"
+#include "document/project/GalleryProject.h"
 #include "effects/ImageEffectCompound.h"
 #include "effects/ImageEffectRename.h"
 #include "effects/ImageEffectResize.h"
 #include "effects/ImageEffectRotate.h"
 #include "effects/ImageEffectTextStamp.h"
-#include "ftpengine/FTPDirectoryContent.h"
-#include "template/CompoundTemplateSection.h"
+#include "ftpengine/commands/FTPDirectoryContent.h"
+#include "template/sections/CompoundTemplateSection.h"
 
 namespace {
 

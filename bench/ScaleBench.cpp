@@ -25,7 +25,7 @@
 #include "common/TempFolder.h"
 #include "content/DeploymentRecord.h"
 #include "content/PageGeneration.h"
-#include "document/GalleryProject.h"
+#include "document/project/GalleryProject.h"
 #include "imaging/Image.h"
 
 namespace {

@@ -1,7 +1,7 @@
 #include "Check.h"
 #include "Workshop.h"
-#include "document/GalleryStyle.h"
-#include "document/GalleryTemplate.h"
+#include "document/catalogue/GalleryStyle.h"
+#include "document/catalogue/GalleryTemplate.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "Check.h"
-#include "ftpengine/FTPReply.h"
-#include "ftpengine/ReplyLines.h"
+#include "ftpengine/net/FTPReply.h"
+#include "ftpengine/net/ReplyLines.h"
 
 // Bytes of a control connection: replies, greetings, and where a server has finished speaking.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size)

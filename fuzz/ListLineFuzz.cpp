@@ -1,5 +1,5 @@
 #include "Check.h"
-#include "ftpengine/FTPDirectoryContent.h"
+#include "ftpengine/commands/FTPDirectoryContent.h"
 
 // A listing, and its lines one by one.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size)

@@ -1,6 +1,6 @@
 #include "Check.h"
 #include "ftpengine/EngineStatus.h"
-#include "ftpengine/OneTimePassword.h"
+#include "ftpengine/secrets/OneTimePassword.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size)
 {

@@ -1,8 +1,8 @@
 #include <sstream>
 
 #include "Check.h"
-#include "template/CompoundTemplateSection.h"
-#include "template/TemplateParsingException.h"
+#include "template/parser/TemplateParsingException.h"
+#include "template/sections/CompoundTemplateSection.h"
 
 // Bytes of a layout's page: they parse, or the mark of what is wrong lies in them.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size)

@@ -1,6 +1,6 @@
 #include "Check.h"
 #include "ftpengine/EngineStatus.h"
-#include "ftpengine/PasvResponse.h"
+#include "ftpengine/commands/PasvResponse.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size)
 {

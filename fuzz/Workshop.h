@@ -8,7 +8,7 @@
 #include "common/Exceptions.h"
 #include "common/Settings.h"
 #include "common/TempFolder.h"
-#include "document/GalleryProject.h"
+#include "document/project/GalleryProject.h"
 
 // A program folder with one layout and one style, pictures, and room for projects. One for all inputs of a
 // run, removed at its end.

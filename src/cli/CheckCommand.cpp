@@ -10,11 +10,11 @@
 #include "cli/CommandLine.h"
 #include "common/Exceptions.h"
 #include "common/xmldomutils.h"
-#include "document/GalleryTemplate.h"
-#include "template/CompoundTemplateSection.h"
-#include "template/ContentGeneratorStringConverter.h"
-#include "template/ErrorPage.h"
-#include "template/TemplateObserver.h"
+#include "document/catalogue/GalleryTemplate.h"
+#include "template/contracts/ContentGeneratorStringConverter.h"
+#include "template/contracts/TemplateObserver.h"
+#include "template/parser/ErrorPage.h"
+#include "template/sections/CompoundTemplateSection.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <map>
 #include <set>
 
-#include "template/ImageIterator.h"
+#include "template/contracts/ImageIterator.h"
 
 // A gallery of which nothing is known but its layout's folder, so that a page can be bound for its check. It
 // has more pictures than a page shows, and all elements are visible. As at the first binding of a real page,

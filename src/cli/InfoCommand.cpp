@@ -9,11 +9,11 @@
 
 #include "cli/CommandLine.h"
 #include "cli/ProjectSession.h"
-#include "document/Gallery.h"
-#include "document/GalleryPictureInfo.h"
-#include "document/GalleryStyle.h"
-#include "document/GalleryTemplate.h"
-#include "document/PictureClusters.h"
+#include "document/catalogue/GalleryStyle.h"
+#include "document/catalogue/GalleryTemplate.h"
+#include "document/clusters/PictureClusters.h"
+#include "document/galleries/Gallery.h"
+#include "document/pictures/GalleryPictureInfo.h"
 
 namespace {
 

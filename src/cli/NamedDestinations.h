@@ -1,8 +1,8 @@
 #pragma once
 
 #include "cli/FtpUrl.h"
-#include "ftpengine/FTPDestinations.h"
-#include "ftpengine/PasswordProtection.h"
+#include "ftpengine/destinations/FTPDestinations.h"
+#include "ftpengine/secrets/PasswordProtection.h"
 #include "resources/StringTable.h"
 
 // The stored FTP destinations as a person at the command line names them: by display name without regard to

@@ -11,10 +11,10 @@
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
 #include "common/Text.h"
-#include "document/Gallery.h"
-#include "document/GalleryStyle.h"
-#include "document/GalleryTemplate.h"
-#include "document/PictureFiles.h"
+#include "document/catalogue/GalleryStyle.h"
+#include "document/catalogue/GalleryTemplate.h"
+#include "document/galleries/Gallery.h"
+#include "document/pictures/PictureFiles.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include "common/Settings.h"
 #include "common/TempFolder.h"
-#include "document/GalleryProject.h"
+#include "document/project/GalleryProject.h"
 
 // A project in memory together with what it needs of the machine: settings, and a temporary folder that is
 // gone when the session ends.

@@ -4,7 +4,7 @@
 #include <map>
 
 #include "cli/CommandLine.h"
-#include "document/Gallery.h"
+#include "document/galleries/Gallery.h"
 #include "imaging/Image.h"
 
 namespace {

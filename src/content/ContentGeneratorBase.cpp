@@ -5,7 +5,7 @@
 #include "common/FileSystem.h"
 #include "common/Platform.h"
 #include "common/Text.h"
-#include "document/PictureInfo.h"
+#include "document/pictures/PictureInfo.h"
 #include "effects/ImageEffectCompound.h"
 #include "effects/ImageEffectProxy.h"
 #include "effects/ImageEffectRename.h"
@@ -13,9 +13,9 @@
 #include "effects/ImageEffectRotate.h"
 #include "effects/ImageEffectSource.h"
 #include "resources/Resources.h"
-#include "template/ImageIterator.h"
-#include "template/NavigationWindow.h"
-#include "template/TemplateVariableName.h"
+#include "template/contracts/ImageIterator.h"
+#include "template/contracts/NavigationWindow.h"
+#include "template/parser/TemplateVariableName.h"
 
 namespace {
 

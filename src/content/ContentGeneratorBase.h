@@ -3,7 +3,7 @@
 #include <QSize>
 
 #include "content/ImageRequest.h"
-#include "template/ContentGeneratorStringConverter.h"
+#include "template/contracts/ContentGeneratorStringConverter.h"
 
 // The HTML that all settings share. What depends on the setting is left to virtual operations: where image
 // files go, how pages address them, and hooks around each kind of element. A "Before" hook writes in front of

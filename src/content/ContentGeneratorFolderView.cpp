@@ -2,7 +2,7 @@
 
 #include "common/Text.h"
 #include "content/PictureMenuCommandGenerator.h"
-#include "template/ImageIterator.h"
+#include "template/contracts/ImageIterator.h"
 
 namespace {
 

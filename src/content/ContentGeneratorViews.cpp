@@ -5,7 +5,7 @@
 #include "common/Text.h"
 #include "common/Trace.h"
 #include "content/PictureMenu.h"
-#include "template/ImageIterator.h"
+#include "template/contracts/ImageIterator.h"
 
 namespace {
 

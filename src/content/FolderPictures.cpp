@@ -23,7 +23,7 @@
 #include "common/Platform.h"
 #include "common/Text.h"
 #include "common/Trace.h"
-#include "document/PictureFiles.h"
+#include "document/pictures/PictureFiles.h"
 #include "effects/FileNames.h"
 #include "effects/ImageEffectCompound.h"
 #include "effects/ImageEffectRename.h"

@@ -3,12 +3,12 @@
 #include "common/FileSystem.h"
 #include "common/StopSignal.h"
 #include "content/GalleryTemplatesProcessor.h"
-#include "document/Gallery.h"
-#include "document/GalleryIterator.h"
-#include "document/GalleryProject.h"
-#include "document/GalleryTemplate.h"
-#include "document/PageName.h"
-#include "template/CompoundTemplateSection.h"
+#include "document/catalogue/GalleryTemplate.h"
+#include "document/galleries/Gallery.h"
+#include "document/galleries/GalleryIterator.h"
+#include "document/galleries/PageName.h"
+#include "document/project/GalleryProject.h"
+#include "template/sections/CompoundTemplateSection.h"
 
 namespace {
 

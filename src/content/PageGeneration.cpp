@@ -9,7 +9,7 @@
 #include "content/ImageProduction.h"
 #include "content/PagesCounter.h"
 #include "content/PagesGenerator.h"
-#include "document/GalleryProject.h"
+#include "document/project/GalleryProject.h"
 
 namespace {
 

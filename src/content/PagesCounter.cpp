@@ -1,6 +1,6 @@
 #include "content/PagesCounter.h"
 
-#include "template/ImageIterator.h"
+#include "template/contracts/ImageIterator.h"
 
 bool CPagesCounter::ProcessPage(CCompoundTemplateSection&, CImageIterator& iterator, bool multipage)
 {

@@ -8,9 +8,9 @@
 #include "content/ContentGeneratorFolder.h"
 #include "content/DeploymentRecord.h"
 #include "content/ImageProduction.h"
-#include "document/Gallery.h"
-#include "template/CompoundTemplateSection.h"
-#include "template/ImageIterator.h"
+#include "document/galleries/Gallery.h"
+#include "template/contracts/ImageIterator.h"
+#include "template/sections/CompoundTemplateSection.h"
 
 void CPagesGenerator::ProcessGallery(const QString& galleryFolder, CGallery& gallery)
 {

@@ -4,7 +4,7 @@
 #include "common/Text.h"
 #include "common/Trace.h"
 #include "content/DeploymentRecord.h"
-#include "document/GalleryProject.h"
+#include "document/project/GalleryProject.h"
 
 namespace {
 

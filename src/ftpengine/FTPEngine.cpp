@@ -1,9 +1,9 @@
 #include "ftpengine/FTPEngine.h"
 
-#include "ftpengine/FTPTaskRunner.h"
-#include "ftpengine/FTPTaskUpload.h"
-#include "ftpengine/FTPTasks.h"
-#include "ftpengine/WindowTaskWaiter.h"
+#include "ftpengine/tasks/FTPTaskRunner.h"
+#include "ftpengine/tasks/FTPTaskUpload.h"
+#include "ftpengine/tasks/FTPTasks.h"
+#include "ftpengine/tasks/WindowTaskWaiter.h"
 
 namespace {
 

@@ -5,10 +5,10 @@
 
 #include <QString>
 
-#include "ftpengine/FTPDestinationConnection.h"
 #include "ftpengine/FTPMessages.h"
-#include "ftpengine/FTPTimeouts.h"
 #include "ftpengine/FTPUploadItem.h"
+#include "ftpengine/destinations/FTPDestinationConnection.h"
+#include "ftpengine/net/FTPTimeouts.h"
 
 class CFTPTask;
 class CFTPTaskRunner;

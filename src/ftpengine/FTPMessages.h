@@ -7,8 +7,8 @@
 #include <QString>
 
 #include "common/MessageTarget.h"
-#include "ftpengine/FTPDirectoryContent.h"
 #include "ftpengine/TaskResult.h"
+#include "ftpengine/commands/FTPDirectoryContent.h"
 
 // What the engine tells the window or program that gave it a task. The numbers are those of the settled
 // messages. Each is a value, owned by the receiver; they come in the order of the task's steps, from the

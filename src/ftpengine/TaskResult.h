@@ -5,7 +5,7 @@
 
 #include <QString>
 
-#include "ftpengine/FTPReply.h"
+#include "ftpengine/net/FTPReply.h"
 
 // What a task hands back. A value, owned by whoever receives it.
 struct CTaskResult {

@@ -1,8 +1,8 @@
 #include "common/StopSignal.h"
 #include "content/PageGeneration.h"
-#include "document/Gallery.h"
+#include "document/galleries/Gallery.h"
 #include "support/ProjectFixture.h"
-#include "template/TemplateParsingException.h"
+#include "template/parser/TemplateParsingException.h"
 
 // The loop of the template language over a real gallery and its published pages.
 

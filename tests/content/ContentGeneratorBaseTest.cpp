@@ -8,14 +8,14 @@
 #include "common/FileSystem.h"
 #include "common/Platform.h"
 #include "common/Text.h"
-#include "document/Gallery.h"
-#include "document/GalleryIterator.h"
+#include "document/galleries/Gallery.h"
+#include "document/galleries/GalleryIterator.h"
 #include "effects/ImageEffectCompound.h"
 #include "effects/ImageEffectRename.h"
 #include "effects/ImageEffectResize.h"
 #include "imaging/Image.h"
 #include "support/ProjectFixture.h"
-#include "template/TemplateParsingException.h"
+#include "template/parser/TemplateParsingException.h"
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include "common/FileSystem.h"
 #include "common/StopSignal.h"
 #include "content/PageGeneration.h"
-#include "document/Gallery.h"
+#include "document/galleries/Gallery.h"
 #include "effects/StampParams.h"
 #include "imaging/Image.h"
 #include "support/ProjectFixture.h"

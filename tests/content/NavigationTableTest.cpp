@@ -2,8 +2,8 @@
 
 #include "PlainGenerator.h"
 #include "common/Text.h"
-#include "document/Gallery.h"
-#include "document/GalleryIterator.h"
+#include "document/galleries/Gallery.h"
+#include "document/galleries/GalleryIterator.h"
 #include "support/ProjectFixture.h"
 
 namespace {

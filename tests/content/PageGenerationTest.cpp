@@ -14,13 +14,13 @@
 #include "content/GalleryWalk.h"
 #include "content/ImageProduction.h"
 #include "content/PagesGenerator.h"
-#include "document/Gallery.h"
-#include "document/GalleryIterator.h"
+#include "document/galleries/Gallery.h"
+#include "document/galleries/GalleryIterator.h"
 #include "imaging/Image.h"
 #include "support/ProjectFixture.h"
-#include "template/CompoundTemplateSection.h"
-#include "template/ImageIterator.h"
-#include "template/TemplateParsingException.h"
+#include "template/contracts/ImageIterator.h"
+#include "template/parser/TemplateParsingException.h"
+#include "template/sections/CompoundTemplateSection.h"
 
 using testing::ElementsAre;
 

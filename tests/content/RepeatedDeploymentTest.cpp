@@ -10,7 +10,7 @@
 #include "common/StopSignal.h"
 #include "content/DeploymentRecord.h"
 #include "content/PageGeneration.h"
-#include "document/Gallery.h"
+#include "document/galleries/Gallery.h"
 #include "support/ProjectFixture.h"
 
 // What a program that has deployed a tree of galleries before writes, with all that it keeps between its

@@ -7,11 +7,11 @@
 #include "content/ContentGeneratorFolderView.h"
 #include "content/ContentGeneratorPreview.h"
 #include "content/ContentGeneratorViews.h"
-#include "document/Gallery.h"
-#include "document/GalleryIterator.h"
+#include "document/galleries/Gallery.h"
+#include "document/galleries/GalleryIterator.h"
 #include "resources/Resources.h"
 #include "support/ProjectFixture.h"
-#include "template/CompoundTemplateSection.h"
+#include "template/sections/CompoundTemplateSection.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <mutex>
 
 #include "common/FileSystem.h"
-#include "document/Gallery.h"
+#include "document/galleries/Gallery.h"
 #include "support/ProjectFixture.h"
 
 namespace {

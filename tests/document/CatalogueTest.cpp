@@ -4,9 +4,9 @@
 #include "TestProject.h"
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
-#include "document/DefinitionFolder.h"
-#include "template/CompoundTemplateSection.h"
-#include "template/TemplateParsingException.h"
+#include "document/catalogue/DefinitionFolder.h"
+#include "template/parser/TemplateParsingException.h"
+#include "template/sections/CompoundTemplateSection.h"
 
 namespace {
 

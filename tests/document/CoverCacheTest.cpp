@@ -1,4 +1,4 @@
-#include "document/CoverCache.h"
+#include "document/cover/CoverCache.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -9,8 +9,8 @@
 
 #include "common/DirectoryProcessor.h"
 #include "common/FileSystem.h"
-#include "document/CoverComposition.h"
-#include "document/Gallery.h"
+#include "document/cover/CoverComposition.h"
+#include "document/galleries/Gallery.h"
 #include "support/ProjectFixture.h"
 
 namespace {

@@ -7,8 +7,8 @@
 #include "TestProject.h"
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
-#include "document/GalleryLinks.h"
-#include "document/GalleryPictureInfo.h"
+#include "document/galleries/GalleryLinks.h"
+#include "document/pictures/GalleryPictureInfo.h"
 
 namespace {
 

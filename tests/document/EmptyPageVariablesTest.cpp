@@ -1,9 +1,9 @@
 #include <sstream>
 
 #include "TestProject.h"
-#include "document/GalleryIterator.h"
-#include "template/CompoundTemplateSection.h"
-#include "template/ContentGeneratorStringConverter.h"
+#include "document/galleries/GalleryIterator.h"
+#include "template/contracts/ContentGeneratorStringConverter.h"
+#include "template/sections/CompoundTemplateSection.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 
 #include "TestProject.h"
 #include "common/FileSystem.h"
-#include "document/CoverComposition.h"
-#include "document/Gallery.h"
+#include "document/cover/CoverComposition.h"
+#include "document/galleries/Gallery.h"
 #include "imaging/Image.h"
 
 // Covers that are made on another thread.

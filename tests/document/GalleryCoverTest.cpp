@@ -1,12 +1,12 @@
-#include "document/GalleryCover.h"
+#include "document/cover/GalleryCover.h"
 
 #include <QFile>
 
 #include "TestProject.h"
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
-#include "document/CoverComposition.h"
-#include "document/Gallery.h"
+#include "document/cover/CoverComposition.h"
+#include "document/galleries/Gallery.h"
 #include "effects/ImageEffectGraphicsStamp.h"
 #include "imaging/Canvas.h"
 #include "imaging/Image.h"

@@ -1,12 +1,12 @@
-#include "document/GalleryIterator.h"
+#include "document/galleries/GalleryIterator.h"
 
 #include <sstream>
 
 #include "TestProject.h"
 #include "common/FileSystem.h"
 #include "effects/ImageEffectCompound.h"
-#include "template/CompoundTemplateSection.h"
-#include "template/ContentGeneratorStringConverter.h"
+#include "template/contracts/ContentGeneratorStringConverter.h"
+#include "template/sections/CompoundTemplateSection.h"
 
 namespace {
 

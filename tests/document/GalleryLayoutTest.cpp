@@ -1,10 +1,10 @@
-#include "document/GalleryLayout.h"
+#include "document/galleries/GalleryLayout.h"
 
 #include <QFile>
 
 #include "TestProject.h"
 #include "common/Exceptions.h"
-#include "template/TemplateParsingException.h"
+#include "template/parser/TemplateParsingException.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "document/GalleryLinks.h"
+#include "document/galleries/GalleryLinks.h"
 
 #include "TestProject.h"
 #include "common/Exceptions.h"

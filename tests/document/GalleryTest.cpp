@@ -1,10 +1,10 @@
-#include "document/Gallery.h"
+#include "document/galleries/Gallery.h"
 
 #include "TestProject.h"
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
-#include "document/GalleryIterator.h"
-#include "document/GalleryPictureInfo.h"
+#include "document/galleries/GalleryIterator.h"
+#include "document/pictures/GalleryPictureInfo.h"
 
 TEST(PicturesPerPage, AreCountedOnceForEachPage)
 {

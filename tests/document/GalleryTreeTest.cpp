@@ -1,9 +1,9 @@
-#include "document/GalleryTree.h"
+#include "document/galleries/GalleryTree.h"
 
 #include "TestProject.h"
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
-#include "document/GalleryPictureInfo.h"
+#include "document/pictures/GalleryPictureInfo.h"
 
 namespace {
 

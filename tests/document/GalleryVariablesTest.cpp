@@ -1,4 +1,4 @@
-#include "document/GalleryVariables.h"
+#include "document/galleries/GalleryVariables.h"
 
 #include "TestProject.h"
 

@@ -1,4 +1,4 @@
-#include "document/PageName.h"
+#include "document/galleries/PageName.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
-#include "document/PictureClusters.h"
+#include "document/clusters/PictureClusters.h"
 
 #include <cmath>
 #include <limits>
 
 #include "TestProject.h"
 #include "common/Date.h"
-#include "document/FilePictureInfo.h"
-#include "document/PictureClusterLabel.h"
+#include "document/clusters/PictureClusterLabel.h"
+#include "document/pictures/FilePictureInfo.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
-#include "document/PictureList.h"
+#include "document/pictures/PictureList.h"
 
 #include <QFile>
 
 #include "TestProject.h"
-#include "document/FilePictureInfo.h"
+#include "document/pictures/FilePictureInfo.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 #include "TestProject.h"
-#include "document/GalleryPictureInfo.h"
+#include "document/pictures/GalleryPictureInfo.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 #include "TestProject.h"
 #include "common/FileSystem.h"
-#include "document/GalleryPictureInfo.h"
+#include "document/pictures/GalleryPictureInfo.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "TestProject.h"
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
-#include "document/GalleryProject.h"
+#include "document/project/GalleryProject.h"
 
 namespace {
 

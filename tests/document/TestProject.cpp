@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "common/FileSystem.h"
-#include "document/GalleryPictureInfo.h"
+#include "document/pictures/GalleryPictureInfo.h"
 
 namespace {
 

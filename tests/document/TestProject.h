@@ -4,7 +4,7 @@
 
 #include "common/Settings.h"
 #include "common/TempFolder.h"
-#include "document/GalleryProject.h"
+#include "document/project/GalleryProject.h"
 #include "support/ScratchFolder.h"
 
 // A project with a machine of its own: a program folder, a settings store, a temporary folder and pictures,

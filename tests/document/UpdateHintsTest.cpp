@@ -1,8 +1,8 @@
-#include "document/UpdateHints.h"
+#include "document/project/UpdateHints.h"
 
 #include "TestProject.h"
 #include "common/Trace.h"
-#include "document/GalleryProjectConsumer.h"
+#include "document/project/GalleryProjectConsumer.h"
 
 TEST(UpdateHints, NumbersAndConcernedViewsStandInATable)
 {

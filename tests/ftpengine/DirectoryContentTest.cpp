@@ -1,6 +1,6 @@
 #include <QStringList>
 
-#include "ftpengine/FTPDirectoryContent.h"
+#include "ftpengine/commands/FTPDirectoryContent.h"
 
 namespace {
 

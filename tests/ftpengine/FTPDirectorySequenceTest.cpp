@@ -1,5 +1,5 @@
 #include "FTPSequenceFixture.h"
-#include "ftpengine/FTPTasks.h"
+#include "ftpengine/tasks/FTPTasks.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "ftpengine/FTPReply.h"
+#include "ftpengine/net/FTPReply.h"
 
 TEST(FTPReply, TheLastLineDecides)
 {

@@ -7,8 +7,8 @@
 #include "FTPEngineFixture.h"
 #include "TraceRecorder.h"
 #include "common/Text.h"
-#include "ftpengine/Connection.h"
-#include "ftpengine/FTPCommandSequences.h"
+#include "ftpengine/commands/FTPCommandSequences.h"
+#include "ftpengine/net/Connection.h"
 
 // Sequences over a stream to the scripted server, without a task.
 class CFTPSequenceFixture : public testing::Test {

@@ -1,8 +1,8 @@
 #include "FTPEngineFixture.h"
 #include "TraceRecorder.h"
 #include "common/Text.h"
-#include "ftpengine/Connection.h"
-#include "ftpengine/FTPTransferSequences.h"
+#include "ftpengine/commands/FTPTransferSequences.h"
+#include "ftpengine/net/Connection.h"
 #include "support/ScratchFolder.h"
 
 namespace {

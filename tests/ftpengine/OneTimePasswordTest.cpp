@@ -1,10 +1,10 @@
-#include "ftpengine/OneTimePassword.h"
+#include "ftpengine/secrets/OneTimePassword.h"
 
 #include <cstring>
 #include <set>
 
-#include "ftpengine/Md5.h"
-#include "ftpengine/OneTimePasswordWords.h"
+#include "ftpengine/secrets/Md5.h"
+#include "ftpengine/secrets/OneTimePasswordWords.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "ftpengine/PasswordProtection.h"
+#include "ftpengine/secrets/PasswordProtection.h"
 
 #include <sys/stat.h>
 #include <thread>

@@ -1,4 +1,4 @@
-#include "ftpengine/PasvResponse.h"
+#include "ftpengine/commands/PasvResponse.h"
 
 #include <arpa/inet.h>
 

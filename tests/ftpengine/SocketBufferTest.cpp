@@ -1,8 +1,8 @@
-#include "ftpengine/SocketBuffer.h"
+#include "ftpengine/net/SocketBuffer.h"
 
 #include <algorithm>
 
-#include "ftpengine/ReplyLines.h"
+#include "ftpengine/net/ReplyLines.h"
 
 TEST(SocketBuffer, IsNewWithRoomForOneReceive)
 {

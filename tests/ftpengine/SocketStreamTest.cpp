@@ -1,4 +1,4 @@
-#include "ftpengine/SocketStream.h"
+#include "ftpengine/net/SocketStream.h"
 
 #include <arpa/inet.h>
 #include <netdb.h>
@@ -8,8 +8,8 @@
 
 #include "FTPEngineFixture.h"
 #include "TraceRecorder.h"
-#include "ftpengine/Connection.h"
-#include "ftpengine/Wait.h"
+#include "ftpengine/net/Connection.h"
+#include "ftpengine/net/Wait.h"
 
 namespace {
 

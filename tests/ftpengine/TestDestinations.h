@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ftpengine/FTPDestinations.h"
-#include "ftpengine/PasswordProtection.h"
+#include "ftpengine/destinations/FTPDestinations.h"
+#include "ftpengine/secrets/PasswordProtection.h"
 #include "support/ScratchFolder.h"
 
 // For the tests of the stored destinations.

@@ -1,10 +1,10 @@
-#include "ftpengine/ThreadDriver.h"
+#include "ftpengine/net/ThreadDriver.h"
 
 #include <atomic>
 #include <thread>
 
 #include "ResourceGuard.h"
-#include "ftpengine/FTPTimeouts.h"
+#include "ftpengine/net/FTPTimeouts.h"
 
 namespace {
 

@@ -1,53 +1,114 @@
-#include <QDirIterator>
 #include <QFile>
 #include <QRegularExpression>
 
-// What include paths cannot refuse: ways around them, and libraries that belong to one folder.
+#include "SourceTree.h"
+
+// The walls of the house: the lists of the folders against every include line, and what include paths can't
+// refuse.
 
 namespace {
 
-struct IncludeLine {
-    QString folder; // of src/
-    QString file;
-    QString included; // with its quotes or brackets
-};
-
-std::vector<IncludeLine> ReadIncludeLines()
+const SourceTree& Tree()
 {
-    static const QRegularExpression pattern(QStringLiteral(R"(^\s*#\s*include\s*([<"][^>"]+[>"]))"),
-                                            QRegularExpression::MultilineOption);
-    const QString root = QStringLiteral(SOURCE_FOLDER "/src/");
-    std::vector<IncludeLine> lines;
-    QDirIterator files(root, {QStringLiteral("*.h"), QStringLiteral("*.cpp")}, QDir::Files,
-                       QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        QFile file(files.next());
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        const QString relative = file.fileName().mid(root.size());
-        auto matches = pattern.globalMatch(QString::fromUtf8(file.readAll()));
-        while (matches.hasNext()) {
-            lines.push_back({relative.section(QLatin1Char('/'), 0, 0), relative, matches.next().captured(1)});
+    static const SourceTree tree = ReadSourceTree();
+    return tree;
+}
+
+// The folders whose headers a compiler opens for the sources of a folder, those of other headers included.
+std::set<QString> ReachedFolders(const QString& folder)
+{
+    std::map<QString, QStringList> included;
+    QStringList waiting;
+    for (const IncludeLine& line : Tree().lines) {
+        included[line.file] += QuotedPath(line);
+        if (line.folder == folder) {
+            waiting += QuotedPath(line);
         }
     }
-    return lines;
+    std::set<QString> seen;
+    std::set<QString> folders;
+    while (!waiting.isEmpty()) {
+        const QString path = waiting.takeLast();
+        if (!path.isEmpty() && seen.insert(path).second) {
+            folders.insert(Tree().FolderOf(path));
+            waiting += included[path];
+        }
+    }
+    folders.erase(folder);
+    folders.erase(QString()); // generated files, such as "Name.moc"
+    return folders;
+}
+
+QString Joined(const std::set<QString>& folders)
+{
+    return QStringList(folders.begin(), folders.end()).join(QLatin1Char(' '));
 }
 
 } // namespace
 
 TEST(IncludeRules, NoIncludeClimbsOutOfItsFolder)
 {
-    const auto lines = ReadIncludeLines();
-    ASSERT_GT(lines.size(), 50u);
-    for (const IncludeLine& line : lines) {
+    ASSERT_GT(Tree().lines.size(), 1000u);
+    for (const IncludeLine& line : Tree().lines) {
         EXPECT_FALSE(line.included.contains(QStringLiteral("../"))) << qPrintable(line.file);
     }
+}
+
+TEST(IncludeRules, AFolderIncludesOnlyWhatItsListNames)
+{
+    for (const IncludeLine& line : Tree().lines) {
+        const QString target = Tree().FolderOf(QuotedPath(line));
+        if (!target.isEmpty() && target != line.folder) {
+            EXPECT_TRUE(Tree().mayInclude.at(line.folder).contains(target))
+                << qPrintable(line.file + QStringLiteral(" includes ") + line.included);
+        }
+    }
+}
+
+TEST(IncludeRules, AListNamesWhatIsNeededAndNothingElse)
+{
+    for (const QString& folder : Tree().floors) {
+        EXPECT_EQ(Joined(Tree().mayInclude.at(folder)), Joined(ReachedFolders(folder))) << qPrintable(folder);
+    }
+}
+
+TEST(IncludeRules, AListNamesLowerFloorsOnly)
+{
+    ASSERT_GT(Tree().floors.size(), 15u);
+    std::set<QString> lower;
+    for (const QString& folder : Tree().floors) {
+        for (const QString& entry : Tree().mayInclude.at(folder)) {
+            EXPECT_TRUE(lower.contains(entry)) << qPrintable(folder + QStringLiteral(" lists ") + entry);
+        }
+        lower.insert(folder);
+    }
+}
+
+TEST(IncludeRules, NoFilesIncludeEachOtherInACircle)
+{
+    for (const std::vector<QString>& circle : FindCircles(Tree().lines)) {
+        ADD_FAILURE() << qPrintable(QStringList(circle.begin(), circle.end()).join(QStringLiteral(", ")));
+    }
+}
+
+TEST(IncludeRules, ACircleIsFoundThroughSourcesAndHeaders)
+{
+    const auto line = [](const char* file, const char* included) {
+        return IncludeLine{QString::fromLatin1(file), QString(), QString::fromLatin1(included)};
+    };
+    const auto circles = FindCircles({line("a/One.cpp", "\"a/One.h\""), line("a/One.cpp", "\"a/Two.h\""),
+                                      line("a/Two.h", "\"a/Three.h\""), line("a/Three.cpp", "\"a/One.h\""),
+                                      line("a/Four.cpp", "\"a/One.h\""), line("a/Four.h", "<map>")});
+    ASSERT_EQ(circles.size(), 1u);
+    EXPECT_EQ(circles[0], (std::vector<QString>{QStringLiteral("a/One"), QStringLiteral("a/Three"),
+                                                QStringLiteral("a/Two")}));
 }
 
 TEST(IncludeRules, ALibraryIsIncludedOnlyByItsOwnFolder)
 {
     const struct {
         const char* pattern;
-        const char* folder;
+        const char* folder; // and those below it
     } rules[] = {
         {"^<pugixml", "common"},
         {"^<(vips/|jpeglib|jerror|cairo|pango/)", "imaging"},
@@ -56,12 +117,11 @@ TEST(IncludeRules, ALibraryIsIncludedOnlyByItsOwnFolder)
         {"^<sodium", "ftpengine"},
         {"^<sys/socket|^<netdb|^<poll", "ftpengine"},
     };
-    const auto lines = ReadIncludeLines();
     for (const auto& rule : rules) {
         const QRegularExpression pattern(QString::fromLatin1(rule.pattern));
-        for (const IncludeLine& line : lines) {
+        for (const IncludeLine& line : Tree().lines) {
             if (pattern.match(line.included).hasMatch()) {
-                EXPECT_EQ(line.folder, QLatin1String(rule.folder))
+                EXPECT_EQ(line.file.section(QLatin1Char('/'), 0, 0), QLatin1String(rule.folder))
                     << qPrintable(line.file + QStringLiteral(" includes ") + line.included);
             }
         }
@@ -70,9 +130,8 @@ TEST(IncludeRules, ALibraryIsIncludedOnlyByItsOwnFolder)
 
 TEST(IncludeRules, EverySourceIncludesItsOwnHeaderFirst)
 {
-    const auto lines = ReadIncludeLines();
     QString previous;
-    for (const IncludeLine& line : lines) {
+    for (const IncludeLine& line : Tree().lines) {
         if (line.file == previous || !line.file.endsWith(QStringLiteral(".cpp"))) {
             continue;
         }

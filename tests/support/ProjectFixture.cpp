@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "common/FileSystem.h"
-#include "document/Gallery.h"
+#include "document/galleries/Gallery.h"
 #include "imaging/Image.h"
 
 CProjectFixture::CProjectFixture()

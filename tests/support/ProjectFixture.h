@@ -6,7 +6,7 @@
 
 #include "common/Settings.h"
 #include "common/TempFolder.h"
-#include "document/GalleryProject.h"
+#include "document/project/GalleryProject.h"
 #include "support/ScratchFolder.h"
 
 // A program folder and a project in scratch folders, with real layouts and real pictures. For tests above the

@@ -8,9 +8,9 @@
 #include <thread>
 #include <vector>
 
-#include "ftpengine/Event.h"
-#include "ftpengine/FTPDestinationConnection.h"
-#include "ftpengine/Socket.h"
+#include "ftpengine/destinations/FTPDestinationConnection.h"
+#include "ftpengine/net/Event.h"
+#include "ftpengine/net/Socket.h"
 
 // A socket that listens on a free port of the loopback interface.
 class CListener {

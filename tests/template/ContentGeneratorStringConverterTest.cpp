@@ -1,4 +1,4 @@
-#include "template/ContentGeneratorStringConverter.h"
+#include "template/contracts/ContentGeneratorStringConverter.h"
 
 #include <cmath>
 #include <limits>
@@ -7,7 +7,7 @@
 
 #include "PageRun.h"
 #include "common/Exceptions.h"
-#include "template/ImageIterator.h"
+#include "template/contracts/ImageIterator.h"
 
 namespace {
 

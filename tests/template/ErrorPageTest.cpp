@@ -1,4 +1,4 @@
-#include "template/ErrorPage.h"
+#include "template/parser/ErrorPage.h"
 
 #include "PageRun.h"
 #include "resources/Resources.h"

@@ -3,7 +3,7 @@
 
 #include "PageRun.h"
 #include "support/ScratchFolder.h"
-#include "template/PageStream.h"
+#include "template/parser/PageStream.h"
 
 // Whole layouts: each folder of golden/ holds page.html, the files that it includes, and expected.html with
 // all pages of a gallery of five pictures as a recording generator writes them. The pages that came out are

@@ -1,6 +1,6 @@
 #include "RecordingGenerator.h"
 
-#include "template/ImageIterator.h"
+#include "template/contracts/ImageIterator.h"
 
 namespace {
 

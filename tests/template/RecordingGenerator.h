@@ -1,6 +1,6 @@
 #pragma once
 
-#include "template/ContentGeneratorStringConverter.h"
+#include "template/contracts/ContentGeneratorStringConverter.h"
 
 // Writes each call as one readable piece, {operation argument|argument|...}, in the order of the arguments.
 class CRecordingGenerator final : public CContentGeneratorStringConverter {

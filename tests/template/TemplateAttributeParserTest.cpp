@@ -1,8 +1,8 @@
-#include "template/TemplateAttributeParser.h"
+#include "template/parser/TemplateAttributeParser.h"
 
 #include "PageRun.h"
-#include "template/MarkupBytes.h"
-#include "template/TemplateSectionText.h"
+#include "template/parser/MarkupBytes.h"
+#include "template/sections/TemplateSectionText.h"
 
 namespace {
 

@@ -3,9 +3,9 @@
 #include "PageRun.h"
 #include "common/Exceptions.h"
 #include "support/ScratchFolder.h"
-#include "template/BlogProcessor.h"
-#include "template/ScopedPageVariable.h"
-#include "template/TemplateSectionBlog.h"
+#include "template/sections/BlogProcessor.h"
+#include "template/sections/ScopedPageVariable.h"
+#include "template/sections/TemplateSectionBlog.h"
 
 namespace {
 

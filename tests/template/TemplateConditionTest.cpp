@@ -1,6 +1,6 @@
 #include "PageRun.h"
-#include "template/TemplateSectionIf.h"
-#include "template/TemplateSectionText.h"
+#include "template/sections/TemplateSectionIf.h"
+#include "template/sections/TemplateSectionText.h"
 
 TEST(TemplateCondition, IfTakesTheBranchThatItsFirstChildDecides)
 {

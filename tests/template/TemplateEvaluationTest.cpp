@@ -2,10 +2,10 @@
 #include <sstream>
 
 #include "PageRun.h"
-#include "template/CompoundTemplateSectionWithClosingBracket.h"
-#include "template/TemplateSectionText.h"
-#include "template/TemplateSectionVariable.h"
-#include "template/TemplateVariableName.h"
+#include "template/parser/TemplateVariableName.h"
+#include "template/sections/CompoundTemplateSectionWithClosingBracket.h"
+#include "template/sections/TemplateSectionText.h"
+#include "template/sections/TemplateSectionVariable.h"
 
 TEST(TemplateEvaluation, AVariableShowsItsValueOrWhatIsWrongWithIt)
 {

@@ -1,6 +1,6 @@
 #include "PageRun.h"
-#include "template/ReplaceAll.h"
-#include "template/TemplateSectionPageHeader.h"
+#include "template/parser/ReplaceAll.h"
+#include "template/sections/TemplateSectionPageHeader.h"
 
 TEST(TemplateFurniture, PageHeaderIgnoresWordsAndTakesNoElements)
 {

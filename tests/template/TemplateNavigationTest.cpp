@@ -1,6 +1,6 @@
 #include "PageRun.h"
-#include "template/NavigationWindow.h"
-#include "template/TemplateSectionRelativePage.h"
+#include "template/contracts/NavigationWindow.h"
+#include "template/sections/TemplateSectionRelativePage.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "template/TemplateObserver.h"
+#include "template/contracts/TemplateObserver.h"
 
 #include <fstream>
 #include <sstream>
@@ -8,8 +8,8 @@
 #include "TestIterator.h"
 #include "support/QtPrinters.h"
 #include "support/ScratchFolder.h"
-#include "template/CompoundTemplateSection.h"
-#include "template/ContentGeneratorStringConverter.h"
+#include "template/contracts/ContentGeneratorStringConverter.h"
+#include "template/sections/CompoundTemplateSection.h"
 
 namespace {
 

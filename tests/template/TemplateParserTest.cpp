@@ -4,8 +4,8 @@
 
 #include "PageRun.h"
 #include "support/ScratchFolder.h"
-#include "template/PageStream.h"
-#include "template/TemplateSectionFactory.h"
+#include "template/parser/PageStream.h"
+#include "template/parser/TemplateSectionFactory.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <set>
 #include <vector>
 
-#include "template/ImageIterator.h"
+#include "template/contracts/ImageIterator.h"
 
 // A gallery of made-up pictures "photo0.jpg", "photo1.jpg", ... with the paging rules of a real one and a
 // record of what was asked. Picture variables: "title" is "Photo 0", ...; "index" is a number. Objects:

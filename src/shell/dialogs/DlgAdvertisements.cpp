@@ -9,8 +9,8 @@
 #include <QVBoxLayout>
 
 #include "resources/StringTable.h"
-#include "shell/dialogs/DialogParts.h"
 #include "shell/dialogs/LineBreaks.h"
+#include "shell/look/DialogParts.h"
 
 CDlgAdvertisements::CDlgAdvertisements(const Sections& pageSections, QWidget* parent)
     : QDialog(parent), sections(pageSections), section(new QComboBox(this)), code(new QPlainTextEdit(this))

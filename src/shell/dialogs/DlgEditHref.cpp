@@ -4,8 +4,8 @@
 #include <QLineEdit>
 #include <QVBoxLayout>
 
-#include "shell/dialogs/DialogParts.h"
 #include "shell/dialogs/LineBreaks.h"
+#include "shell/look/DialogParts.h"
 
 CDlgEditHref::CDlgEditHref(const QString& name, const Reference& reference, QWidget* parent)
     : QDialog(parent), url(new QLineEdit(this)), text(new QLineEdit(this))

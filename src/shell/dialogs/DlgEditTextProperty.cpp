@@ -5,9 +5,9 @@
 #include <QVBoxLayout>
 
 #include "resources/StringTable.h"
-#include "shell/dialogs/DialogParts.h"
 #include "shell/dialogs/LimitedTextEdit.h"
 #include "shell/dialogs/LineBreaks.h"
+#include "shell/look/DialogParts.h"
 
 CDlgEditTextProperty::CDlgEditTextProperty(const QString& name, const QString& text, Options options,
                                            QWidget* parent)

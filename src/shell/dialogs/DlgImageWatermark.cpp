@@ -15,7 +15,7 @@
 #include "effects/ImageEffectResize.h"
 #include "effects/ImageEffectSource.h"
 #include "resources/StringTable.h"
-#include "shell/dialogs/DialogParts.h"
+#include "shell/look/DialogParts.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "document/Gallery.h"
+#include "document/galleries/Gallery.h"
 #include "imaging/Image.h"
 #include "shell/dialogs/DlgStampImpl.h"
 

@@ -11,7 +11,7 @@
 
 #include "common/FileSystem.h"
 #include "resources/StringTable.h"
-#include "shell/dialogs/DialogParts.h"
+#include "shell/look/DialogParts.h"
 
 CDlgNewGallery::CDlgNewGallery(const QString& defaultPath, QWidget* parent)
     : QDialog(parent),

@@ -11,9 +11,9 @@
 #include <QVBoxLayout>
 
 #include "resources/StringTable.h"
-#include "shell/dialogs/DialogParts.h"
 #include "shell/dialogs/StampPlace.h"
 #include "shell/dialogs/StampSample.h"
+#include "shell/look/DialogParts.h"
 
 namespace {
 

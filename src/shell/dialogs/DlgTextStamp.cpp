@@ -13,8 +13,8 @@
 
 #include "effects/ImageEffectTextStamp.h"
 #include "resources/StringTable.h"
-#include "shell/dialogs/DialogParts.h"
 #include "shell/dialogs/StampColour.h"
+#include "shell/look/DialogParts.h"
 
 namespace {
 

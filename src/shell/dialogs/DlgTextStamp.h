@@ -4,7 +4,7 @@
 
 #include <QColor>
 
-#include "document/Gallery.h"
+#include "document/galleries/Gallery.h"
 #include "shell/dialogs/DlgStampImpl.h"
 #include "shell/dialogs/StampFont.h"
 

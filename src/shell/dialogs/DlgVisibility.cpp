@@ -5,7 +5,7 @@
 #include <QVBoxLayout>
 
 #include "resources/StringTable.h"
-#include "shell/dialogs/DialogParts.h"
+#include "shell/look/DialogParts.h"
 
 CDlgVisibility::CDlgVisibility(const Elements& elements, QWidget* parent)
     : QDialog(parent), list(new QListWidget(this))

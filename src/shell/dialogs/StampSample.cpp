@@ -5,7 +5,7 @@
 #include <QPixmap>
 
 #include "effects/ImageEffectSource.h"
-#include "shell/dialogs/DialogParts.h"
+#include "shell/look/DialogParts.h"
 
 namespace {
 

@@ -15,13 +15,14 @@
 #include "common/TempFolder.h"
 #include "common/Text.h"
 #include "ftpengine/Trace.h"
-#include "shell/frame/ColourScheme.h"
 #include "shell/frame/CommandLineAnswer.h"
 #include "shell/frame/CommandLinePath.h"
 #include "shell/frame/FailureBox.h"
-#include "shell/frame/Icons.h"
 #include "shell/frame/MainFrame.h"
-#include "shell/host/HTMLView.h"
+#include "shell/frame/MainFrameSettings.h"
+#include "shell/look/ColourScheme.h"
+#include "shell/look/Icons.h"
+#include "shell/web/HTMLView.h"
 
 namespace {
 
@@ -153,7 +154,7 @@ int RunApplication(int& argumentCount, char** arguments)
     try {
         const std::shared_ptr<CSettingsStore> settings = CreateProgramSettings();
         InstallTrace(settings);
-        ApplyColourScheme(*settings);
+        ApplyColourScheme(CMainFrameSettings(*settings).GetString(QStringLiteral("ColourScheme")));
         return RunFrame(application, *settings);
     } catch (const CExceptionBase& failure) {
         ShowLastResort(LastResortText(failure));

@@ -4,7 +4,7 @@
 #include <QMenuBar>
 
 #include "shell/frame/CommandTable.h"
-#include "shell/frame/Icons.h"
+#include "shell/look/Icons.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 #include "common/ProgramIdentity.h"
 #include "resources/StringTable.h"
-#include "shell/frame/Icons.h"
+#include "shell/look/Icons.h"
 
 namespace {
 

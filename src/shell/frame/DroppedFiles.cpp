@@ -1,8 +1,8 @@
 #include "shell/frame/DroppedFiles.h"
 
 #include "common/FileSystem.h"
-#include "document/Gallery.h"
-#include "document/PictureFiles.h"
+#include "document/galleries/Gallery.h"
+#include "document/pictures/PictureFiles.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "shell/frame/GalleryDialogs.h"
 
-#include "document/Gallery.h"
+#include "document/galleries/Gallery.h"
 #include "shell/dialogs/DlgAdvertisements.h"
 #include "shell/dialogs/DlgImageWatermark.h"
 #include "shell/dialogs/DlgTextStamp.h"

@@ -5,10 +5,11 @@
 
 #include <QMainWindow>
 
-#include "document/GalleryProject.h"
+#include "document/project/GalleryProject.h"
 #include "shell/frame/CommandIds.h"
+#include "shell/frame/MainFrameSettings.h"
 #include "shell/frame/ProjectDesk.h"
-#include "shell/host/ViewNotification.h"
+#include "shell/web/ViewNotification.h"
 
 class CCommandActions;
 class CFramePanes;
@@ -22,7 +23,7 @@ struct FrameMenus;
 // thread.
 class CMainFrame final : public QMainWindow {
 public:
-    class CRegistrySettings;
+    using CRegistrySettings = CMainFrameSettings;
 
     // environment: what it points at outlives the frame. commandLinePath: of the project to begin with; empty
     // for the one that was open last.

@@ -6,7 +6,7 @@
 #include "common/FileSystem.h"
 #include "resources/StringTable.h"
 
-CMainFrame::CRegistrySettings::CRegistrySettings(CSettingsStore& store)
+CMainFrameSettings::CMainFrameSettings(CSettingsStore& store)
     : CRegistrySettingsBase(store, CSettingsStore::Scope::User, GetKeyName(),
                             {{QStringLiteral("RecentProjectsCount"), QStringLiteral("10")},
                              {QStringLiteral("EnableExplorerPopupMenu"), QStringLiteral("0")},
@@ -16,7 +16,7 @@ CMainFrame::CRegistrySettings::CRegistrySettings(CSettingsStore& store)
                              {QStringLiteral("WindowBars"), QString()}})
 {}
 
-QString CMainFrame::CRegistrySettings::GetKeyName()
+QString CMainFrameSettings::GetKeyName()
 {
     return QStringLiteral("Corvane/Vistorama");
 }
@@ -34,9 +34,8 @@ QString GetDefaultProjectPath()
 
 CHTMLView::Options ReadBrowserOptions(CSettingsStore& store)
 {
-    const CMainFrame::CRegistrySettings settings(store);
+    const CMainFrameSettings settings(store);
     return {.settings = &store,
-            .optionKeyPath =
-                CMainFrame::CRegistrySettings::GetKeyName() + QStringLiteral("/InternetExplorer"),
+            .optionKeyPath = CMainFrameSettings::GetKeyName() + QStringLiteral("/InternetExplorer"),
             .allowContextMenu = settings.GetDWord(QStringLiteral("EnableExplorerPopupMenu")) != 0};
 }

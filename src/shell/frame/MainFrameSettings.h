@@ -1,14 +1,13 @@
 #pragma once
 
 #include "common/Settings.h"
-#include "shell/frame/MainFrame.h"
-#include "shell/host/HTMLView.h"
+#include "shell/web/HTMLView.h"
 
 // The settings of the program as a whole. The values stand in the user's scope.
-class CMainFrame::CRegistrySettings final : public CRegistrySettingsBase {
+class CMainFrameSettings final : public CRegistrySettingsBase {
 public:
     // The store is borrowed and must outlive this object.
-    explicit CRegistrySettings(CSettingsStore& store);
+    explicit CMainFrameSettings(CSettingsStore& store);
 
     static QString GetKeyName();
 };

@@ -5,7 +5,7 @@
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
 #include "common/Trace.h"
-#include "document/GalleryProject.h"
+#include "document/project/GalleryProject.h"
 #include "shell/dialogs/DlgNewGallery.h"
 #include "shell/dialogs/GalleryNames.h"
 #include "shell/frame/FailureBox.h"

@@ -2,7 +2,7 @@
 
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
-#include "document/GalleryProject.h"
+#include "document/project/GalleryProject.h"
 
 CProjectKeeper::CProjectKeeper(CGalleryProject& project, Reports reports, std::chrono::milliseconds delay)
     : project(project), reports(std::move(reports))

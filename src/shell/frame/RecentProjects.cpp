@@ -25,14 +25,13 @@ CRecentProjects::CRecentProjects(CSettingsStore& settings) : settings(settings) 
 // At least one: the front of the list is where the project is saved.
 uint32_t CRecentProjects::GetLength() const
 {
-    const uint32_t wanted =
-        CMainFrame::CRegistrySettings(settings).GetDWord(QStringLiteral("RecentProjectsCount"));
+    const uint32_t wanted = CMainFrameSettings(settings).GetDWord(QStringLiteral("RecentProjectsCount"));
     return std::clamp<uint32_t>(wanted, 1, MaxCount);
 }
 
 void CRecentProjects::Load()
 {
-    const CMainFrame::CRegistrySettings values(settings);
+    const CMainFrameSettings values(settings);
     paths.clear();
     for (uint32_t place = 0; place < GetLength(); ++place) {
         const QString path = values.GetString(ValueName(place));
@@ -45,7 +44,7 @@ void CRecentProjects::Load()
 bool CRecentProjects::Store() const
 {
     const auto scope = CSettingsStore::Scope::User;
-    const QString key = CMainFrame::CRegistrySettings::GetKeyName();
+    const QString key = CMainFrameSettings::GetKeyName();
     CSettingsStore::Values values;
     for (uint32_t place = 0; place < paths.size(); ++place) {
         values[ValueName(place)] = paths[place];

@@ -15,7 +15,7 @@ public:
     static constexpr uint32_t MaxCount = 21;
 
     // settings: borrowed. The length of the list and the path that it begins with in a first run come from
-    // there, see CMainFrame::CRegistrySettings.
+    // there, see CMainFrameSettings.
     explicit CRecentProjects(CSettingsStore& settings);
 
     // Empty entries are left out.

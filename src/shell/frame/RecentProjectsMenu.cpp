@@ -3,9 +3,9 @@
 #include <QMenu>
 
 #include "shell/frame/CommandIds.h"
-#include "shell/frame/Icons.h"
 #include "shell/frame/RecentProjects.h"
-#include "shell/views/ViewPagesToolBar.h"
+#include "shell/look/Icons.h"
+#include "shell/panes/pages/ViewPagesToolBar.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 void RestoreWindowPlace(QMainWindow& window, CFramePanes& panes, CSettingsStore& settings)
 {
-    const CMainFrame::CRegistrySettings values(settings);
+    const CMainFrameSettings values(settings);
     const QByteArray geometry =
         QByteArray::fromBase64(values.GetString(QStringLiteral("WindowGeometry")).toLatin1());
     panes.RestoreBars(values.GetString(QStringLiteral("WindowBars")));
@@ -24,7 +24,7 @@ void RestoreWindowPlace(QMainWindow& window, CFramePanes& panes, CSettingsStore&
 void StoreWindowPlace(const QMainWindow& window, const CFramePanes& panes, CSettingsStore& settings)
 {
     settings.WriteAll(
-        CSettingsStore::Scope::User, CMainFrame::CRegistrySettings::GetKeyName(),
+        CSettingsStore::Scope::User, CMainFrameSettings::GetKeyName(),
         {{QStringLiteral("WindowGeometry"), QString::fromLatin1(window.saveGeometry().toBase64())},
          {QStringLiteral("WindowBars"), panes.SaveBars()}});
 }

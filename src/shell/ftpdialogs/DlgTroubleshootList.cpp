@@ -5,7 +5,7 @@
 #include <QVBoxLayout>
 
 #include "resources/StringTable.h"
-#include "shell/dialogs/DialogParts.h"
+#include "shell/look/DialogParts.h"
 
 CDlgTroubleshootList::CDlgTroubleshootList(const QString& listing, QWidget* parent) : QDialog(parent)
 {

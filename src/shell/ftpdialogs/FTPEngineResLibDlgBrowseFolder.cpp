@@ -10,15 +10,15 @@
 
 #include "common/EventLoopTarget.h"
 #include "ftpengine/EngineStatus.h"
-#include "ftpengine/FTPDestinations.h"
+#include "ftpengine/destinations/FTPDestinations.h"
 #include "resources/StringTable.h"
-#include "shell/dialogs/DialogParts.h"
-#include "shell/frame/Icons.h"
 #include "shell/ftpdialogs/DlgTroubleshootList.h"
 #include "shell/ftpdialogs/EngineRetirement.h"
 #include "shell/ftpdialogs/FTPEngineResLibDlgTaskResult.h"
 #include "shell/ftpdialogs/FolderLabelDelegate.h"
 #include "shell/ftpdialogs/FolderPath.h"
+#include "shell/look/DialogParts.h"
+#include "shell/look/Icons.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include <QPersistentModelIndex>
 #include <QTimer>
 
-#include "ftpengine/FTPDestination.h"
 #include "ftpengine/FTPEngine.h"
+#include "ftpengine/destinations/FTPDestination.h"
 
 class QLineEdit;
 class QPushButton;

@@ -8,8 +8,8 @@
 
 #include "ftpengine/TaskResult.h"
 #include "resources/StringTable.h"
-#include "shell/dialogs/DialogParts.h"
 #include "shell/ftpdialogs/TaskResultText.h"
+#include "shell/look/DialogParts.h"
 
 CFTPEngineResLibDlgTaskResult::CFTPEngineResLibDlgTaskResult(const CTaskResult& result, QWidget* parent)
     : QDialog(parent)

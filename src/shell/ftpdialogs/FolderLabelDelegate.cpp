@@ -2,7 +2,7 @@
 
 #include <QLineEdit>
 
-#include "shell/dialogs/DialogParts.h"
+#include "shell/look/DialogParts.h"
 
 CFolderLabelDelegate::CFolderLabelDelegate(Listener listener, QObject* parent)
     : QStyledItemDelegate(parent), listener(std::move(listener))

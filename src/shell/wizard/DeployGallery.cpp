@@ -4,8 +4,8 @@
 #include <QUrl>
 
 #include "common/Platform.h"
-#include "ftpengine/FTPDestinations.h"
-#include "ftpengine/PasswordProtection.h"
+#include "ftpengine/destinations/FTPDestinations.h"
+#include "ftpengine/secrets/PasswordProtection.h"
 #include "shell/wizard/WizardPropSheetDeploy.h"
 
 void DeployGallery(CGalleryProject& project, CSettingsStore& settings, QWidget* parent)

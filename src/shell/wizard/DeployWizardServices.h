@@ -5,7 +5,7 @@
 
 #include <QString>
 
-#include "ftpengine/FTPTimeouts.h"
+#include "ftpengine/net/FTPTimeouts.h"
 
 class CFTPDestinations;
 

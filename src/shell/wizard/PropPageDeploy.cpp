@@ -9,7 +9,7 @@
 
 #include "common/EventLoopTarget.h"
 #include "resources/StringTable.h"
-#include "shell/dialogs/DialogParts.h"
+#include "shell/look/DialogParts.h"
 
 namespace {
 

@@ -9,9 +9,9 @@
 #include <QVBoxLayout>
 #include <QWizard>
 
-#include "ftpengine/FTPDestinations.h"
+#include "ftpengine/destinations/FTPDestinations.h"
 #include "resources/StringTable.h"
-#include "shell/dialogs/DialogParts.h"
+#include "shell/look/DialogParts.h"
 
 namespace {
 

@@ -9,11 +9,11 @@
 #include "common/EventLoopTarget.h"
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
-#include "document/GalleryProject.h"
-#include "ftpengine/FTPDestinations.h"
+#include "document/project/GalleryProject.h"
+#include "ftpengine/destinations/FTPDestinations.h"
 #include "resources/StringTable.h"
-#include "shell/dialogs/DialogParts.h"
 #include "shell/ftpdialogs/EngineRetirement.h"
+#include "shell/look/DialogParts.h"
 
 namespace {
 

@@ -6,10 +6,10 @@
 #include <QVBoxLayout>
 
 #include "common/FileSystem.h"
-#include "document/GalleryProject.h"
-#include "document/GalleryTemplate.h"
+#include "document/catalogue/GalleryTemplate.h"
+#include "document/project/GalleryProject.h"
 #include "resources/StringTable.h"
-#include "shell/dialogs/DialogParts.h"
+#include "shell/look/DialogParts.h"
 
 QString FindFirstPage(CGalleryProject& project, const QString& folder)
 {

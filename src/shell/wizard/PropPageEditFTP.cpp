@@ -9,10 +9,10 @@
 #include <QWizard>
 
 #include "common/EventLoopTarget.h"
-#include "ftpengine/FTPDestinations.h"
+#include "ftpengine/destinations/FTPDestinations.h"
 #include "resources/StringTable.h"
-#include "shell/dialogs/DialogParts.h"
 #include "shell/ftpdialogs/EngineRetirement.h"
+#include "shell/look/DialogParts.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 
 #include <memory>
 
-#include "ftpengine/FTPDestination.h"
 #include "ftpengine/FTPEngine.h"
+#include "ftpengine/destinations/FTPDestination.h"
 #include "shell/wizard/WizardPage.h"
 
 class QCheckBox;

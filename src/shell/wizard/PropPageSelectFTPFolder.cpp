@@ -5,10 +5,10 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "ftpengine/FTPDestinations.h"
+#include "ftpengine/destinations/FTPDestinations.h"
 #include "resources/StringTable.h"
-#include "shell/dialogs/DialogParts.h"
 #include "shell/ftpdialogs/FTPEngineResLibDlgBrowseFolder.h"
+#include "shell/look/DialogParts.h"
 
 CPropPageSelectFTPFolder::CPropPageSelectFTPFolder(DeployWizardState& state)
     : CWizardPage(state), directory(new QLineEdit(this))

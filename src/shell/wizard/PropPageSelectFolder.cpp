@@ -8,7 +8,7 @@
 #include <QVBoxLayout>
 
 #include "resources/StringTable.h"
-#include "shell/dialogs/DialogParts.h"
+#include "shell/look/DialogParts.h"
 
 QString AbsoluteFolder(const QString& typed)
 {

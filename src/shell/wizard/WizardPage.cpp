@@ -2,7 +2,7 @@
 
 #include <QWizard>
 
-#include "shell/frame/Icons.h"
+#include "shell/look/Icons.h"
 
 void CWizardPage::MakeExterior(const QString& title)
 {

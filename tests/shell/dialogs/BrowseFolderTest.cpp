@@ -10,10 +10,10 @@
 
 #include "DialogTools.h"
 #include "FtpTestTools.h"
-#include "shell/frame/Icons.h"
 #include "shell/ftpdialogs/FTPEngineResLibDlgBrowseFolder.h"
 #include "shell/ftpdialogs/FTPEngineResLibDlgTaskResult.h"
 #include "shell/ftpdialogs/FolderPath.h"
+#include "shell/look/Icons.h"
 #include "support/ScriptedServer.h"
 
 namespace {

@@ -3,7 +3,7 @@
 #include <QTest>
 #include <gtest/gtest.h>
 
-#include "ftpengine/FTPTimeouts.h"
+#include "ftpengine/net/FTPTimeouts.h"
 
 // Servers of tests greet at once; a busy machine needs a moment to say so.
 inline FTPTimeouts QuickGreeting()

@@ -6,9 +6,9 @@
 
 #include "DialogTools.h"
 #include "FtpTestTools.h"
-#include "ftpengine/Event.h"
-#include "ftpengine/FTPDestinations.h"
-#include "ftpengine/PasswordProtection.h"
+#include "ftpengine/destinations/FTPDestinations.h"
+#include "ftpengine/net/Event.h"
+#include "ftpengine/secrets/PasswordProtection.h"
 #include "shell/wizard/WizardPage.h"
 #include "shell/wizard/WizardPropSheetDeploy.h"
 #include "support/ProjectFixture.h"

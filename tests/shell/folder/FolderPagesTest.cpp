@@ -1,8 +1,8 @@
-#include "shell/folder/FolderPages.h"
+#include "shell/panes/folder/FolderPages.h"
 
 #include <gtest/gtest.h>
 
-#include "shell/folder/ViewFolderImageIterator.h"
+#include "shell/panes/folder/ViewFolderImageIterator.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
-#include "shell/folder/ViewFolderImageIterator.h"
+#include "shell/panes/folder/ViewFolderImageIterator.h"
 
 #include <gtest/gtest.h>
 
-#include "document/Gallery.h"
+#include "document/galleries/Gallery.h"
 #include "support/ProjectFixture.h"
 
 namespace {

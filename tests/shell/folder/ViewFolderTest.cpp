@@ -1,4 +1,4 @@
-#include "shell/folder/ViewFolder.h"
+#include "shell/panes/folder/ViewFolder.h"
 
 #include <QFile>
 #include <QTest>

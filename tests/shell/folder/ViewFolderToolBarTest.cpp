@@ -1,4 +1,4 @@
-#include "shell/folder/ViewFolderToolBar.h"
+#include "shell/panes/folder/ViewFolderToolBar.h"
 
 #include <QMenu>
 #include <QToolButton>

@@ -9,7 +9,7 @@
 #include "shell/frame/CommandActions.h"
 #include "shell/frame/CommandLinePath.h"
 #include "shell/frame/CommandTable.h"
-#include "shell/frame/Icons.h"
+#include "shell/look/Icons.h"
 
 namespace {
 

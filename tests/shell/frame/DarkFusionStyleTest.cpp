@@ -1,4 +1,4 @@
-#include "shell/frame/DarkFusionStyle.h"
+#include "shell/look/DarkFusionStyle.h"
 
 #include <cmath>
 

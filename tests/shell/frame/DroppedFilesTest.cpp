@@ -8,8 +8,8 @@
 #include <gtest/gtest.h>
 
 #include "common/Exceptions.h"
+#include "shell/drag/PictureDrop.h"
 #include "shell/frame/GallerySaveDialog.h"
-#include "shell/frame/PictureDrop.h"
 #include "shell/frame/ProjectFile.h"
 #include "support/ScratchFolder.h"
 

@@ -1,4 +1,4 @@
-#include "shell/frame/Icons.h"
+#include "shell/look/Icons.h"
 
 #include <QApplication>
 #include <QDir>

@@ -1,4 +1,4 @@
-#include "shell/galleries/GalleriesPage.h"
+#include "shell/panes/galleries/GalleriesPage.h"
 
 #include <sstream>
 
@@ -7,8 +7,8 @@
 #include "common/Text.h"
 #include "content/PictureMenu.h"
 #include "resources/Resources.h"
-#include "shell/galleries/GalleryCellWriter.h"
-#include "shell/galleries/GalleryTreeNode.h"
+#include "shell/panes/galleries/GalleryCellWriter.h"
+#include "shell/panes/galleries/GalleryTreeNode.h"
 #include "support/ProjectFixture.h"
 
 namespace {

@@ -3,8 +3,8 @@
 #include <memory>
 
 #include "../host/ViewWindow.h"
-#include "document/GalleryProject.h"
-#include "shell/galleries/ViewGalleries.h"
+#include "document/project/GalleryProject.h"
+#include "shell/panes/galleries/ViewGalleries.h"
 #include "support/ProjectFixture.h"
 
 // The galleries view in a window of its own over a real project: what the view asks for is done as the frame

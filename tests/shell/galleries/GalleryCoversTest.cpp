@@ -1,4 +1,4 @@
-#include "shell/galleries/GalleryCovers.h"
+#include "shell/panes/galleries/GalleryCovers.h"
 
 #include <QFile>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "shell/galleries/GalleryTreeNode.h"
+#include "shell/panes/galleries/GalleryTreeNode.h"
 
 #include <gtest/gtest.h>
 

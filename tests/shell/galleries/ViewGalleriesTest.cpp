@@ -1,4 +1,4 @@
-#include "shell/galleries/ViewGalleries.h"
+#include "shell/panes/galleries/ViewGalleries.h"
 
 #include <QMimeData>
 #include <QStyle>

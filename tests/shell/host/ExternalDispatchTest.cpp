@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
 #include "ViewWindow.h"
-#include "shell/host/ExternalDispatchBase.h"
-#include "shell/host/ViewFolderExternalDispatch.h"
-#include "shell/host/ViewGalleriesExternalDispatch.h"
+#include "shell/web/ExternalDispatchBase.h"
+#include "shell/web/ViewFolderExternalDispatch.h"
+#include "shell/web/ViewGalleriesExternalDispatch.h"
 
 namespace {
 

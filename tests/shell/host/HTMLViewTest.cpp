@@ -1,4 +1,4 @@
-#include "shell/host/HTMLView.h"
+#include "shell/web/HTMLView.h"
 
 #include <QDir>
 #include <QFile>

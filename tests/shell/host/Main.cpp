@@ -3,7 +3,7 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-#include "shell/host/HTMLView.h"
+#include "shell/web/HTMLView.h"
 #include "support/VirtualDisplay.h"
 
 int main(int argumentCount, char** arguments)

@@ -1,4 +1,4 @@
-#include "shell/host/PageAddress.h"
+#include "shell/web/PageAddress.h"
 
 #include <gtest/gtest.h>
 

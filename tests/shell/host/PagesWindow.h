@@ -3,8 +3,8 @@
 #include <memory>
 
 #include "ViewWindow.h"
-#include "document/GalleryProject.h"
-#include "shell/views/ViewPages.h"
+#include "document/project/GalleryProject.h"
+#include "shell/panes/pages/ViewPages.h"
 #include "support/ProjectFixture.h"
 
 // The pages view in a window of its own over a real project: what the view asks for is done as the frame does

@@ -1,10 +1,10 @@
-#include "shell/views/Panel.h"
+#include "shell/look/Panel.h"
 
 #include <QLabel>
 #include <QToolBar>
 #include <gtest/gtest.h>
 
-#include "shell/views/PanelTitle.h"
+#include "shell/look/PanelTitle.h"
 
 namespace {
 

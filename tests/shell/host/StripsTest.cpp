@@ -8,10 +8,10 @@
 #include "common/FileSystem.h"
 #include "common/Platform.h"
 #include "content/ContentGeneratorPreview.h"
-#include "document/Gallery.h"
-#include "document/GalleryIterator.h"
+#include "document/galleries/Gallery.h"
+#include "document/galleries/GalleryIterator.h"
 #include "support/ProjectFixture.h"
-#include "template/CompoundTemplateSection.h"
+#include "template/sections/CompoundTemplateSection.h"
 
 // The strips of buttons in the pages of layouts of all kinds, with a real mouse.
 

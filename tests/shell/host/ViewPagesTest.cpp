@@ -1,4 +1,4 @@
-#include "shell/views/ViewPages.h"
+#include "shell/panes/pages/ViewPages.h"
 
 #include <gmock/gmock.h>
 

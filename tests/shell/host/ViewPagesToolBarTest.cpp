@@ -1,4 +1,4 @@
-#include "shell/views/ViewPagesToolBar.h"
+#include "shell/panes/pages/ViewPagesToolBar.h"
 
 #include <QLabel>
 #include <QMenu>

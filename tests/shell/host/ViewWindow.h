@@ -7,9 +7,9 @@
 #include <QStringList>
 #include <QWidget>
 
-#include "shell/host/ContentURLLoader.h"
-#include "shell/host/HTMLView.h"
-#include "shell/host/ViewPagesExternalDispatch.h"
+#include "shell/web/ContentURLLoader.h"
+#include "shell/web/HTMLView.h"
+#include "shell/web/ViewPagesExternalDispatch.h"
 
 // Waits for events until the condition holds; false after a long time.
 bool WaitUntil(const std::function<bool()>& condition);

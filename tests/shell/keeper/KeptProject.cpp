@@ -6,7 +6,7 @@
 #include "common/Exceptions.h"
 #include "common/Settings.h"
 #include "common/TempFolder.h"
-#include "document/GalleryProject.h"
+#include "document/project/GalleryProject.h"
 #include "shell/frame/ProjectKeeper.h"
 
 // A program without a window that is always at work on a project: counts in it each millisecond and says how

@@ -6,7 +6,7 @@
 #include "MainFrameFixture.h"
 #include "common/FileSystem.h"
 #include "shell/frame/MainFrameSettings.h"
-#include "shell/views/ViewPages.h"
+#include "shell/panes/pages/ViewPages.h"
 
 using MainFrame = CMainFrameFixture;
 

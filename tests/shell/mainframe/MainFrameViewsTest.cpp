@@ -6,9 +6,9 @@
 #include "../dialogs/DialogTools.h"
 #include "MainFrameFixture.h"
 #include "common/Trace.h"
-#include "document/GalleryProjectConsumer.h"
-#include "shell/host/HTMLView.h"
-#include "shell/views/ViewPages.h"
+#include "document/project/GalleryProjectConsumer.h"
+#include "shell/panes/pages/ViewPages.h"
+#include "shell/web/HTMLView.h"
 
 // The main window's views among each other, and its dialogs.
 

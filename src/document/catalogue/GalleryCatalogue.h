@@ -1,0 +1,50 @@
+#pragma once
+
+#include <map>
+
+#include <QString>
+
+#include "document/catalogue/GalleryStyle.h"
+#include "document/catalogue/GalleryTemplate.h"
+
+// The layouts and styles that a project can choose from. Keys are lower-cased full paths of definition files,
+// so two files of one name in two folders lie side by side. Owned by the project; its galleries keep
+// positions in the two maps.
+class CGalleryCatalogue {
+public:
+    using Templates = std::map<QString, CGalleryTemplate>;
+    using Styles = std::map<QString, CGalleryStyle>;
+
+    // programFolder: holds the folders Templates and Styles.
+    explicit CGalleryCatalogue(const QString& programFolder) : programFolder(programFolder) {}
+    CGalleryCatalogue(const CGalleryCatalogue&) = delete;
+    CGalleryCatalogue& operator=(const CGalleryCatalogue&) = delete;
+
+    // The definitions beside the program; with a project's path first those beside the project. A definition
+    // that is here already is not read again. Throw what the constructors of CGalleryTemplate and
+    // CGalleryStyle throw: one bad definition ends the loading.
+    void LoadTemplates();
+    void LoadTemplates(const QString& projectPath);
+    void LoadStyles();
+    void LoadStyles(const QString& projectPath);
+    // No gallery may hold a position when this is called.
+    void Clear();
+
+    Templates& GetTemplates() { return templates; }
+    Styles& GetStyles() { return styles; }
+
+    // The layout of that key, else the first one. Throws CUnexpectedException if there is none at all.
+    CGalleryTemplate& FindTemplate(const QString& key);
+
+    // By exact key; else the first whose definition has the same file name, without regard to case; else the
+    // first. The end only if there are none.
+    Templates::iterator ChooseTemplate(const QString& path);
+    Styles::iterator ChooseStyle(const QString& path);
+    // The first style that is marked as default, else the first.
+    Styles::iterator ChooseDefaultStyle();
+
+private:
+    const QString programFolder;
+    Templates templates;
+    Styles styles;
+};

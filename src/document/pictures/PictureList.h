@@ -1,0 +1,67 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "document/pictures/PictureInfo.h"
+
+// The records of a gallery or of a folder, in display order and by lower-cased path, with the earliest and
+// the latest date of its files. Owns the records. One thread at a time.
+class CPictureList {
+public:
+    enum class Order { ByUser, ByDate };
+
+    // A list in the order of dates ignores every wish for a place.
+    explicit CPictureList(Order order = Order::ByUser) : order(order) {}
+    CPictureList(const CPictureList&) = delete;
+    CPictureList& operator=(const CPictureList&) = delete;
+
+    // A file record with the variable addition_date set to now. A path that the list has already, in whatever
+    // capitals, is replaced in place and loses its variables.
+    CPictureInfo* AddFile(const QString& path, int32_t angle, bool atFront);
+    CPictureInfo* AddFile(const QString& path, const QString& thumbnailPath, int32_t angle, bool atFront);
+    CPictureInfo* Add(std::unique_ptr<CPictureInfo> record, bool atFront);
+
+    // Null for a position outside the list.
+    CPictureInfo* GetAt(int32_t position) const;
+    int32_t GetCount() const { return static_cast<int32_t>(entries.size()); }
+
+    // The record of a path; null if there is none. A look-up, no scan.
+    CPictureInfo* FindRecord(const QString& path) const;
+    // The position of a path, or -1.
+    int32_t Find(const QString& path) const;
+    int32_t FindPosition(const CPictureInfo* record) const;
+
+    // Hands the record over; dropping it deletes it. Null for a position outside the list.
+    std::unique_ptr<CPictureInfo> Remove(int32_t position);
+
+    // Positions outside the list change nothing.
+    void Swap(int32_t a, int32_t b);
+    // Towards the end only; a record that stands at or behind the position stays where it is.
+    void MoveTo(const CPictureInfo* record, int32_t position);
+    // To be called with the old path behind a change of a record's path.
+    void Rekey(const QString& path);
+    // Keeps the dates.
+    void Clear();
+
+    // images_count, min_creation_date, max_creation_date and the list's own variables. Always true, also for
+    // a name that is not there.
+    bool GetVariable(const QString& name, CVariant& out) const;
+    void SetVariable(const QString& name, const CVariant& value) { variables.Set(name, value); }
+    const CVariableMap& GetVariables() const { return variables; }
+    CVariableMap& GetVariables() { return variables; }
+
+private:
+    void CountDate(DateValue date);
+    void RecountAfter(DateValue removed);
+    void SortLast();
+
+    const Order order;
+    std::map<QString, std::unique_ptr<CPictureInfo>> byPath;
+    std::vector<CPictureInfo*> entries;
+    CVariableMap variables;
+    DateValue minDate = 0; // 0: none
+    DateValue maxDate = 0;
+};

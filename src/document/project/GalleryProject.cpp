@@ -1,0 +1,348 @@
+#include "document/project/GalleryProject.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <limits>
+
+#include "common/Exceptions.h"
+#include "common/FileSystem.h"
+#include "document/catalogue/DefinitionFolder.h"
+#include "document/galleries/GalleryTree.h"
+#include "document/pictures/PictureFinder.h"
+#include "document/project/GalleryReader.h"
+#include "document/project/GalleryWriter.h"
+
+namespace {
+
+CProjectEnvironment WithTrailingSeparators(CProjectEnvironment environment)
+{
+    environment.programFolder = WithTrailingSeparator(environment.programFolder);
+    return environment;
+}
+
+QString BeforeFirstDot(const QString& text)
+{
+    return text.left(text.indexOf(QLatin1Char('.')));
+}
+
+} // namespace
+
+CGalleryProject::CGalleryProject(const CProjectEnvironment& environment)
+    : environment(WithTrailingSeparators(environment)),
+      settings(*environment.settings, CSettingsStore::Scope::User, QStringLiteral("Corvane/Vistorama"),
+               {{QStringLiteral("RecentFoldersCount"), QStringLiteral("10")},
+                {QStringLiteral("BannerServer"), QString()},
+                {QStringLiteral("BannerFeed"), QString()}}),
+      catalogue(this->environment.programFolder),
+      coverCache(environment.covers)
+{}
+
+CGalleryProject::~CGalleryProject() = default;
+
+void CGalleryProject::Open(const QString& path)
+{
+    SetName(path);
+    if (FileExists(path)) {
+        Load(path);
+    } else {
+        New();
+        Save(path);
+    }
+}
+
+void CGalleryProject::New()
+{
+    Clear();
+    LoadTemplates();
+    LoadStyles();
+    if (environment.picturesFolder.isEmpty()) {
+        throw CWin32Exception(ENOENT, Text(StringId::PicturesFolderNotFound));
+    }
+    AddFolder(environment.picturesFolder);
+    CreateGallery(0);
+    loaded = true;
+}
+
+void CGalleryProject::Load(const QString& path)
+{
+    Clear();
+    LoadTemplates(path);
+    LoadStyles(path);
+    const auto document = LoadDocument(path);
+    try {
+        ReadDocument(*document);
+    } catch (const CExceptionBase&) {
+        // Half a project must not be taken for a whole one.
+        ClearContent();
+        throw;
+    }
+    loaded = true;
+}
+
+void CGalleryProject::Save(const QString& path)
+{
+    if (!loaded) {
+        return;
+    }
+    const QString oldName = name;
+    const QString oldDeployFolder = deploySettings.folder;
+    try {
+        SetName(path);
+        MakeDirectoryPath(AbsoluteFolderOf(path));
+        const auto document = CreateDocument();
+        WriteDocument(*document);
+        document->Save(path);
+    } catch (const CExceptionBase&) {
+        name = oldName;
+        deploySettings.folder = oldDeployFolder;
+        throw;
+    }
+}
+
+void CGalleryProject::Clear()
+{
+    ClearContent();
+    catalogue.Clear();
+}
+
+// Galleries go before the catalogue: they hold positions in it.
+void CGalleryProject::ClearContent()
+{
+    loaded = false;
+    recentFolders.Clear();
+    deploySettings.Reset();
+    galleries.clear();
+    currentGalleryIndex = 0;
+    rootGalleryIndex = 0;
+}
+
+void CGalleryProject::SetName(const QString& path)
+{
+    name = BeforeFirstDot(ExtractLastName(path));
+    if (deploySettings.folder.isEmpty()) {
+        // Cut at the first dot anywhere, a folder's too.
+        deploySettings.folder = BeforeFirstDot(path);
+    }
+}
+
+void CGalleryProject::ReadDocument(CXmlDocument& document)
+{
+    ReadFolders(document);
+    ReadGalleries(document);
+    deploySettings.Read(document.GetRoot());
+}
+
+void CGalleryProject::ReadFolders(CXmlDocument& document)
+{
+    const uint32_t maxCount = settings.GetDWord(QStringLiteral("RecentFoldersCount"));
+    for (const CXmlElement& folder : document.FindAll("folder")) {
+        const QString path = GetAttributeText(folder, "path").GetString();
+        if (!path.isEmpty()) {
+            recentFolders.Add(path, maxCount);
+        }
+    }
+    if (const CXmlElement folders = document.GetRoot().FindChild("project_folders")) {
+        SetRecentFolder(GetAttributeText(folders, "recent_folder").GetString());
+    }
+}
+
+void CGalleryProject::ReadGalleries(CXmlDocument& document)
+{
+    const CXmlElement root = document.GetRoot();
+    rootGalleryIndex = GetAttributeLong(root, "root_gallery_index");
+    currentGalleryIndex = GetAttributeLong(root, "current_gallery_index");
+    std::vector<CXmlElement> elements = root.GetChildren("gallery");
+    CPictureFinder finder(AbsoluteFolderOf(document.GetPath()));
+    if (elements.empty()) {
+        // An old file: the root itself is the element of the one gallery.
+        currentGalleryIndex = rootGalleryIndex;
+        ReadGallery(CreateGallery(rootGalleryIndex), root, finder);
+        return;
+    }
+    // Parents name their children by index, so that all galleries have to be there before the first is read.
+    for (const CXmlElement& element : elements) {
+        CreateGallery(GetAttributeLong(element, "index")).GetCover().Hold();
+    }
+    if (!FindGallery(rootGalleryIndex)) {
+        rootGalleryIndex = galleries.begin()->first;
+    }
+    if (!FindGallery(currentGalleryIndex)) {
+        currentGalleryIndex = rootGalleryIndex;
+    }
+    for (const CXmlElement& element : elements) {
+        ReadGallery(*FindGallery(GetAttributeLong(element, "index")), element, finder);
+    }
+    for (CGallery* gallery : ChildrenBeforeParents(galleries)) {
+        gallery->GetCover().Release();
+    }
+}
+
+void CGalleryProject::WriteDocument(CXmlDocument& document) const
+{
+    CXmlElement root = document.CreateRoot("project");
+    root.SetAttribute("version", QStringLiteral("2.0"));
+    root.SetAttribute("root_gallery_index", rootGalleryIndex);
+    root.SetAttribute("current_gallery_index", currentGalleryIndex);
+    CXmlElement folders = root.AppendChild("project_folders");
+    folders.SetAttribute("recent_folder", GetRecentFolder());
+    for (const QString& path : GetFolders()) {
+        folders.AppendChild("folder").SetAttribute("path", path);
+    }
+    for (const auto& [index, gallery] : galleries) {
+        if (gallery) {
+            WriteGallery(*gallery, root);
+        }
+    }
+    deploySettings.Write(root);
+}
+
+CGallery& CGalleryProject::CreateGallery(int32_t index)
+{
+    auto& gallery = galleries[index];
+    if (!gallery) {
+        gallery = std::make_unique<CGallery>(*this, catalogue, index);
+    }
+    return *gallery;
+}
+
+CGallery* CGalleryProject::FindGallery(int32_t index) const
+{
+    const auto found = galleries.find(index);
+    return found != galleries.end() ? found->second.get() : nullptr;
+}
+
+int32_t CGalleryProject::AddGallery()
+{
+    // Negative indexes stand only in hand-made files; -1 means "none" elsewhere.
+    const int64_t behindLast = galleries.empty() ? 0 : int64_t{galleries.rbegin()->first} + 1;
+    int64_t index = std::max<int64_t>(behindLast, 0);
+    if (index > std::numeric_limits<int32_t>::max()) {
+        index = 0;
+        while (galleries.count(static_cast<int32_t>(index)) != 0) {
+            ++index;
+        }
+    }
+    return CreateGallery(static_cast<int32_t>(index)).GetIndex();
+}
+
+int32_t CGalleryProject::AddChildGallery(int32_t parentIndex)
+{
+    CGallery* const parent = FindGallery(parentIndex == -1 ? currentGalleryIndex : parentIndex);
+    if (!parent) {
+        return -1;
+    }
+    const int32_t newIndex = AddGallery();
+    parent->AddChild(newIndex);
+    return newIndex;
+}
+
+int32_t CGalleryProject::AddParentGallery(int32_t index)
+{
+    if (!FindGallery(index)) {
+        return -1;
+    }
+    CGallery* const oldParent = GetParentGallery(index);
+    const int32_t newIndex = AddGallery();
+    CGallery& newParent = *FindGallery(newIndex);
+    try {
+        // Before any link is made, so that a bad layout leaves the tree as it was.
+        newParent.SelectMultipageTemplate();
+    } catch (const CExceptionBase&) {
+        galleries.erase(newIndex);
+        throw;
+    }
+    newParent.AddChild(index);
+    if (oldParent) {
+        oldParent->RemoveChild(index);
+        oldParent->AddChild(newIndex);
+    }
+    if (rootGalleryIndex == index) {
+        rootGalleryIndex = newIndex;
+    }
+    currentGalleryIndex = newIndex;
+    return newIndex;
+}
+
+void CGalleryProject::RemoveGallery(int32_t index)
+{
+    CGallery* const gallery = FindGallery(index);
+    if (!gallery) {
+        return;
+    }
+    const std::set<int32_t> children = gallery->GetChildren();
+    if (index == rootGalleryIndex) {
+        if (children.size() != 1) {
+            return;
+        }
+        rootGalleryIndex = *children.begin();
+    } else {
+        MoveChildrenUp(*gallery);
+    }
+    EraseGallery(index);
+    if (currentGalleryIndex == index) {
+        currentGalleryIndex = rootGalleryIndex;
+    }
+}
+
+void CGalleryProject::MoveChildrenUp(CGallery& gallery)
+{
+    CGallery* const parent = gallery.GetParent();
+    if (!parent) {
+        return;
+    }
+    parent->RemoveChild(gallery.GetIndex());
+    for (const int32_t child : gallery.GetChildren()) {
+        parent->AddChild(child);
+    }
+}
+
+// No gallery may keep an entry or a parent that is gone.
+void CGalleryProject::EraseGallery(int32_t index)
+{
+    CGallery& gallery = *FindGallery(index);
+    const std::set<int32_t> parents = gallery.GetParentIndexes();
+    for (const int32_t parent : parents) {
+        FindGallery(parent)->RemoveChild(index);
+    }
+    gallery.ForgetChildren();
+    galleries.erase(index);
+}
+
+void CGalleryProject::SetCurrentGallery(int32_t index)
+{
+    if (FindGallery(index)) {
+        currentGalleryIndex = index;
+    }
+}
+
+int32_t CGalleryProject::GetGalleryIndex(const CGallery* gallery)
+{
+    const auto found = std::find_if(galleries.begin(), galleries.end(), [&](const auto& entry) {
+        return entry.second && entry.second.get() == gallery;
+    });
+    return found != galleries.end() ? found->first : -1;
+}
+
+CGallery* CGalleryProject::GetParentGallery(int32_t index)
+{
+    const CGallery* const gallery = FindGallery(index);
+    if (!gallery || index == rootGalleryIndex || gallery->GetParentIndexes().empty()) {
+        return nullptr;
+    }
+    return FindGallery(*gallery->GetParentIndexes().begin());
+}
+
+bool CGalleryProject::AddFolder(const QString& path)
+{
+    return recentFolders.Add(path, settings.GetDWord(QStringLiteral("RecentFoldersCount")));
+}
+
+QString CGalleryProject::GetBannerServer()
+{
+    return settings.GetString(QStringLiteral("BannerServer"));
+}
+
+QString CGalleryProject::GetBannerFeed()
+{
+    return settings.GetString(QStringLiteral("BannerFeed"));
+}

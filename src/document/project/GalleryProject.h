@@ -1,0 +1,120 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <vector>
+
+#include <QString>
+
+#include "common/Settings.h"
+#include "common/xmldomutils.h"
+#include "document/catalogue/GalleryCatalogue.h"
+#include "document/cover/CoverCache.h"
+#include "document/galleries/Gallery.h"
+#include "document/galleries/GalleryManager.h"
+#include "document/project/DeploySettings.h"
+#include "document/project/ProjectEnvironment.h"
+#include "document/project/RecentFolders.h"
+
+// The document: one project, a tree of galleries, with the layouts and styles that they choose from. Owned by
+// the program's frame for as long as it runs. Main thread, or the one thread that generates pages while
+// nobody changes the document.
+//
+// After a failed Load or New the project holds no gallery and IsLoaded is false: GetCurrentGallery and
+// GetRootGallery are null until another Load or New succeeds.
+class CGalleryProject final : public CGalleryManager {
+public:
+    explicit CGalleryProject(const CProjectEnvironment& environment);
+    ~CGalleryProject() override;
+    CGalleryProject(const CGalleryProject&) = delete;
+    CGalleryProject& operator=(const CGalleryProject&) = delete;
+
+    // --- Files.
+
+    // Loads the file, or makes a new project and saves it there if there is no such file. Throws what Load,
+    // New and Save throw.
+    void Open(const QString& path);
+    // Throws CWin32Exception if the system names no pictures folder, and what bad definitions throw.
+    void New();
+    // Throws CUnexpectedException for a file that is not well-formed or holds a number that is none, and what
+    // bad definitions throw. The file is never touched.
+    void Load(const QString& path);
+    // Makes the folder if need be and replaces the file as a whole. Nothing happens in a project that is not
+    // loaded. Throws CWin32Exception, with project and old file unchanged.
+    void Save(const QString& path);
+    void Clear();
+    bool IsLoaded() const { return loaded; }
+    void LoadTemplates() { catalogue.LoadTemplates(); }
+    void LoadTemplates(const QString& projectPath) { catalogue.LoadTemplates(projectPath); }
+    void LoadStyles() { catalogue.LoadStyles(); }
+    void LoadStyles(const QString& projectPath) { catalogue.LoadStyles(projectPath); }
+
+    // --- Galleries.
+
+    // Each listing is in ascending index order. An entry may be null, see CGalleryManager::GetGallery.
+    const std::map<int32_t, std::unique_ptr<CGallery>>& GetGalleries() const { return galleries; }
+    int32_t GetCurrentGalleryIndex() const { return currentGalleryIndex; }
+    CGallery* GetCurrentGallery() const { return FindGallery(currentGalleryIndex); }
+    CGallery* GetRootGallery() const { return FindGallery(rootGalleryIndex); }
+    // -1: a child of the current gallery. Returns the new index, or -1 if there is no such parent.
+    int32_t AddChildGallery(int32_t parentIndex);
+    // Puts a new gallery, which becomes the current one, between the gallery and its parent. Returns its
+    // index, or -1 if there is no such gallery. Throws what CGallery::SetTemplate throws.
+    int32_t AddParentGallery(int32_t index);
+
+    // --- Folders, catalogue, settings.
+
+    // False if the list has it already.
+    bool AddFolder(const QString& path);
+    bool RemoveFolder(const QString& path) { return recentFolders.Remove(path); }
+    void SetRecentFolder(const QString& path) { recentFolders.Select(path); }
+    const std::vector<QString>& GetFolders() const { return recentFolders.GetFolders(); }
+    const QString& GetRecentFolder() const { return recentFolders.GetSelected(); }
+    CGalleryCatalogue& GetCatalogue() { return catalogue; }
+    // The layout of that key, else the first. Throws CUnexpectedException if there is none at all.
+    CGalleryTemplate& FindTemplate(const QString& key) { return catalogue.FindTemplate(key); }
+    void SetPreviewMode(bool isPreview) { previewMode = isPreview; }
+    CDeploySettings& GetDeploySettings() { return deploySettings; }
+
+    // --- CGalleryManager.
+
+    bool IsPreviewMode() override { return previewMode; }
+    QString GetName() override { return name; }
+    CGallery* GetGallery(int32_t index) override { return galleries[index].get(); }
+    int32_t AddGallery() override;
+    void RemoveGallery(int32_t index) override;
+    void SetCurrentGallery(int32_t index) override;
+    int32_t GetGalleryIndex(const CGallery* gallery) override;
+    int32_t GetRootGalleryIndex() override { return rootGalleryIndex; }
+    CGallery* GetParentGallery(int32_t index) override;
+    CGallery* FindGallery(int32_t index) const override;
+    QString GetProgramFolder() override { return environment.programFolder; }
+    CTempFolder& GetTempFolder() override { return *environment.tempFolder; }
+    CCoverCache& GetCoverCache() override { return coverCache; }
+    QString GetBannerServer() override;
+    QString GetBannerFeed() override;
+
+private:
+    void SetName(const QString& path);
+    void ClearContent();
+    void ReadDocument(CXmlDocument& document);
+    void ReadFolders(CXmlDocument& document);
+    void ReadGalleries(CXmlDocument& document);
+    void WriteDocument(CXmlDocument& document) const;
+    CGallery& CreateGallery(int32_t index);
+    void MoveChildrenUp(CGallery& gallery);
+    void EraseGallery(int32_t index);
+
+    const CProjectEnvironment environment;
+    const CRegistrySettingsBase settings;
+    CRecentFolders recentFolders;
+    CGalleryCatalogue catalogue;
+    CCoverCache coverCache;
+    bool loaded = false;
+    bool previewMode = true;
+    QString name;
+    CDeploySettings deploySettings;
+    std::map<int32_t, std::unique_ptr<CGallery>> galleries;
+    int32_t currentGalleryIndex = 0;
+    int32_t rootGalleryIndex = 0;
+};

@@ -1,0 +1,12 @@
+#include "document/project/GalleryProjectConsumer.h"
+
+#include "common/Trace.h"
+
+void CGalleryProjectConsumer::UpdateProject(UpdateHint hint, const UpdateParameter&, CGalleryProject& project)
+{
+    const CTraceScope scope("CGalleryProjectConsumer::UpdateProject");
+    for (CGalleryProjectConsumer* consumer : consumers) {
+        Trace(QStringLiteral("UpdateView with hint ") + QString::number(static_cast<int32_t>(hint)));
+        consumer->UpdateView(hint, project);
+    }
+}

@@ -1,0 +1,139 @@
+#include "document/project/GalleryWriter.h"
+
+#include "document/galleries/Gallery.h"
+#include "document/pictures/GalleryPictureInfo.h"
+#include "document/project/VariableElements.h"
+
+namespace {
+
+void WriteStyle(const CGalleryLayout& layout, CXmlElement& element)
+{
+    CXmlElement style = element.AppendChild("style");
+    style.SetAttribute("template", layout.GetTemplateKey());
+    style.SetAttribute("template_page", layout.GetTemplatePage());
+    // The key of a style definition; no style sheet, for all its name.
+    style.SetAttribute("css", layout.GetStyleKey());
+}
+
+void WritePictures(const CPictureList& pictures, CXmlElement& element)
+{
+    CXmlElement list = element.AppendChild("picture_list");
+    for (int32_t position = 0; position < pictures.GetCount(); ++position) {
+        CPictureInfo* const record = pictures.GetAt(position);
+        CXmlElement picture = list.AppendChild("picture");
+        if (const auto* child = dynamic_cast<const CGalleryPictureInfo*>(record)) {
+            picture.SetAttribute("index", child->GetGalleryIndex());
+        } else {
+            picture.SetAttribute("path", record->GetPath());
+            picture.SetAttribute("angle", record->GetAngle());
+        }
+        WriteVariables(picture, "picture_variable", record->GetVariables());
+    }
+    WriteVariables(list, "picture_list_variable", pictures.GetVariables());
+}
+
+// A loop of a layout leaves empty variables behind on every page that it was rendered for. They are not
+// written, as they would not be read, so that looking at a page doesn't change the project's file.
+CVariableMap WithoutEmpty(const CVariableMap& variables)
+{
+    CVariableMap result;
+    for (const auto& [name, value] : variables.GetEntries()) {
+        if (!value.IsEmpty()) {
+            result.Set(name, value);
+        }
+    }
+    return result;
+}
+
+void WritePages(const CGalleryVariables::PageVariables& pages, CXmlElement& element)
+{
+    for (const auto& [key, allVariables] : pages) {
+        const CVariableMap variables = WithoutEmpty(allVariables);
+        if (variables.GetEntries().empty()) {
+            continue;
+        }
+        CXmlElement page = element.AppendChild("page");
+        page.SetAttribute("name", key.first);
+        page.SetAttribute("index", key.second);
+        WriteVariables(page, "page_variable", variables);
+    }
+}
+
+void WriteVisibility(const CPageVisibility& visibility, CXmlElement& element)
+{
+    for (const auto& [name, elements] : visibility.GetPages()) {
+        CXmlElement page = element.AppendChild("page_visibility");
+        page.SetAttribute("name", name);
+        for (const auto& [elementName, visible] : elements) {
+            CXmlElement state = page.AppendChild("visible_element");
+            state.SetAttribute("name", elementName);
+            state.SetAttribute("visible", visible ? 1 : 0);
+        }
+    }
+}
+
+void WritePageStyles(const CGalleryLayout& layout, CXmlElement& element)
+{
+    for (const auto& [name, style] : layout.GetPageStyles()) {
+        CXmlElement page = element.AppendChild("page_style");
+        page.SetAttribute("name", name);
+        page.SetAttribute("style", style);
+    }
+}
+
+CXmlElement WriteStamp(CXmlElement& element, const char* tag, size_t slot, const CStampParams& params)
+{
+    CXmlElement stamp = element.AppendChild(tag);
+    stamp.SetAttribute("index", static_cast<int32_t>(slot));
+    stamp.SetAttribute("position", params.position);
+    stamp.SetAttribute("margin", params.margin);
+    return stamp;
+}
+
+// All slots, used or not.
+void WriteStamps(CGallery& gallery, CXmlElement& element)
+{
+    for (size_t slot = 0; slot < CGallery::StampCount; ++slot) {
+        const CImageStampParams& params = gallery.GetImageStamps()[slot];
+        CXmlElement stamp = WriteStamp(element, "image_stamp", slot, params);
+        stamp.SetAttribute("file", params.file);
+        stamp.SetAttribute("transparency", params.transparency);
+    }
+    for (size_t slot = 0; slot < CGallery::StampCount; ++slot) {
+        const CTextStampParams& params = gallery.GetTextStamps()[slot];
+        CXmlElement stamp = WriteStamp(element, "text_stamp", slot, params);
+        stamp.SetAttribute("font", params.font);
+        stamp.SetAttribute("text", params.text);
+        stamp.SetAttribute("font_size", params.font_size);
+        stamp.SetAttribute("font_style", params.font_style);
+        stamp.SetAttribute("color", QString::number(params.color));
+    }
+}
+
+void WriteAdvertisements(const CGalleryVariables::Advertisements& advertisements, CXmlElement& element)
+{
+    for (const auto& [page, texts] : advertisements) {
+        for (const auto& [name, value] : texts) {
+            CXmlElement advertisement = element.AppendChild("advertisement");
+            advertisement.SetAttribute("name", name);
+            advertisement.SetAttribute("value", value);
+            advertisement.SetAttribute("page", page);
+        }
+    }
+}
+
+} // namespace
+
+void WriteGallery(CGallery& gallery, CXmlElement& project)
+{
+    CXmlElement element = project.AppendChild("gallery");
+    element.SetAttribute("index", gallery.GetIndex());
+    WriteStyle(gallery.GetLayout(), element);
+    WritePictures(gallery.GetPictures(), element);
+    WritePages(gallery.GetVariables().GetPageVariables(), element);
+    WriteVariables(element, "project_variable", gallery.GetVariables().GetOwn());
+    WriteVisibility(gallery.GetVisibility(), element);
+    WritePageStyles(gallery.GetLayout(), element);
+    WriteStamps(gallery, element);
+    WriteAdvertisements(gallery.GetVariables().GetAdvertisements(), element);
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <list>
+#include <memory>
+#include <vector>
+
+#include <QString>
+
+#include "ftpengine/commands/FTPCommand.h"
+
+// A group of commands that run in order, with one rule for their replies. Base of the sequences, each of
+// which adds an operation Run. Lives on the stack of a task and is used on its thread.
+class CFTPCommandSequence {
+public:
+    using Transcript = std::vector<QString>;
+
+    // stream and transcript belong to the task. Everything that is said is added to the transcript.
+    CFTPCommandSequence(CSocketStream& stream, const std::shared_ptr<CEvent>& abortEvent,
+                        Transcript& transcript);
+    virtual ~CFTPCommandSequence() = default;
+    CFTPCommandSequence(const CFTPCommandSequence&) = delete;
+    CFTPCommandSequence& operator=(const CFTPCommandSequence&) = delete;
+
+protected:
+    // command: borrowed until the next ExecuteCurrentSequence has ended.
+    void Queue(CFTPCommand& command) { commands.push_back(&command); }
+
+    // Runs what is queued and empties the queue. The last reply, of the group 2 or 3; throws an FTPReply of
+    // the group 4 or 5, and an int: 6 for any other group, 123 before anything is sent if a name is no line.
+    FTPReply ExecuteCurrentSequence();
+
+    FTPReply Execute(CFTPCommand& command);
+
+    const std::shared_ptr<CEvent>& GetAbortEvent() const { return abortEvent; }
+    const FTPTimeouts& GetTimeouts() const { return stream.GetTimeouts(); }
+
+private:
+    FTPReply ExecuteCommand(CFTPCommand& command);
+
+    CSocketStream& stream;
+    const std::shared_ptr<CEvent> abortEvent;
+    Transcript& transcript;
+    std::list<CFTPCommand*> commands;
+};

@@ -1,0 +1,113 @@
+#include "ftpengine/commands/FTPCommandSequences.h"
+
+#include <QStringList>
+
+#include "common/Text.h"
+#include "ftpengine/secrets/OneTimePassword.h"
+
+namespace {
+
+QStringList NamesOf(const QString& path)
+{
+    return path.split(QLatin1Char('\\'), Qt::SkipEmptyParts);
+}
+
+bool IsParent(const QString& name)
+{
+    return name == QLatin1String("..");
+}
+
+} // namespace
+
+FTPReply CFTPCommandSequenceLogin::Run(const QString& user, const QString& password)
+{
+    CFTPCommandWelcomeReply welcome;
+    CFTPCommandUser userCommand(Narrow(user));
+    Queue(welcome);
+    Queue(userCommand);
+    const FTPReply request = ExecuteCurrentSequence();
+    CFTPCommandPassword passwordCommand(AnswerPasswordRequest(Narrow(request.text), Narrow(password)));
+    return Execute(passwordCommand);
+}
+
+FTPReply CFTPCommandSequenceQuit::Run()
+{
+    CFTPCommand quit("QUIT");
+    return Execute(quit);
+}
+
+FTPReply CFTPCommandSequenceChangeDir::Run(const QString& path)
+{
+    CFTPCommandChangeDirectory change(Narrow(path));
+    return Execute(change);
+}
+
+FTPReply CFTPCommandSequenceOpenDir::Run(const QString& path)
+{
+    FTPReply reply;
+    for (const QString& name : NamesOf(path)) {
+        if (!IsParent(name)) {
+            try {
+                CFTPCommandCreateDirectory create(Narrow(name));
+                Execute(create);
+            } catch (const FTPReply&) {
+                // It may well exist; whether it does, entering it will tell.
+            }
+        }
+        CFTPCommandChangeDirectory change(Narrow(name));
+        reply = Execute(change);
+    }
+    return reply;
+}
+
+FTPReply CFTPCommandSequenceCreateDir::Run(const QString& path)
+{
+    FTPReply reply;
+    for (const QString& name : NamesOf(path)) {
+        if (IsParent(name)) {
+            CFTPCommandChangeDirectory change(Narrow(name));
+            reply = Execute(change);
+        } else {
+            reply = MakeOrEnter(Narrow(name));
+        }
+    }
+    return reply;
+}
+
+FTPReply CFTPCommandSequenceCreateDir::MakeOrEnter(const std::string& name)
+{
+    FTPReply reply;
+    try {
+        CFTPCommandCreateDirectory create(name);
+        reply = Execute(create);
+    } catch (const FTPReply& refusal) {
+        reply = refusal;
+    }
+    if (reply.GetGroup() == 2) {
+        return reply;
+    }
+    CFTPCommandChangeDirectory change(name);
+    return Execute(change);
+}
+
+FTPReply CFTPCommandSequenceRenameDir::Run(const QString& oldName, const QString& newName)
+{
+    CFTPCommandRenameFrom from(Narrow(oldName));
+    CFTPCommandRenameTo to(Narrow(newName));
+    // Together, so that a refused first one keeps the second from being sent.
+    Queue(from);
+    Queue(to);
+    return ExecuteCurrentSequence();
+}
+
+FTPReply CFTPCommandSequenceTypeI::Run()
+{
+    CFTPCommand type("TYPE I");
+    return Execute(type);
+}
+
+FTPReply CFTPCommandSequenceTypeA::Run()
+{
+    CFTPCommand type("TYPE A");
+    return Execute(type);
+}

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "ftpengine/commands/FTPCommandSequence.h"
+
+// The sequences that need no data connection. Paths here have "\" between their names, whatever the server
+// uses, unless said otherwise; empty names in them are passed over. For what Run throws see
+// CFTPCommandSequence.
+
+// Waits for the greeting and logs in. A password is sent in any case, also when the server asks for none; it
+// is turned into a one-time password if the server asks for that. The result is the reply to it.
+class CFTPCommandSequenceLogin final : public CFTPCommandSequence {
+public:
+    using CFTPCommandSequence::CFTPCommandSequence;
+    FTPReply Run(const QString& user, const QString& password);
+};
+
+class CFTPCommandSequenceQuit final : public CFTPCommandSequence {
+public:
+    using CFTPCommandSequence::CFTPCommandSequence;
+    FTPReply Run();
+};
+
+// path: as the server wants it, sent in one piece.
+class CFTPCommandSequenceChangeDir final : public CFTPCommandSequence {
+public:
+    using CFTPCommandSequence::CFTPCommandSequence;
+    FTPReply Run(const QString& path);
+};
+
+// Enters a path, name by name, and makes what is missing. The result is that of the last step; 200 for an
+// empty path.
+class CFTPCommandSequenceOpenDir final : public CFTPCommandSequence {
+public:
+    using CFTPCommandSequence::CFTPCommandSequence;
+    FTPReply Run(const QString& path);
+};
+
+// Makes a name. A name that has just been made is not entered, so the second name of a path is made beside
+// the first, not in it: meant so, as a person gives one name.
+class CFTPCommandSequenceCreateDir final : public CFTPCommandSequence {
+public:
+    using CFTPCommandSequence::CFTPCommandSequence;
+    FTPReply Run(const QString& path);
+
+private:
+    FTPReply MakeOrEnter(const std::string& name);
+};
+
+class CFTPCommandSequenceRenameDir final : public CFTPCommandSequence {
+public:
+    using CFTPCommandSequence::CFTPCommandSequence;
+    FTPReply Run(const QString& oldName, const QString& newName);
+};
+
+// Binary.
+class CFTPCommandSequenceTypeI final : public CFTPCommandSequence {
+public:
+    using CFTPCommandSequence::CFTPCommandSequence;
+    FTPReply Run();
+};
+
+// Text.
+class CFTPCommandSequenceTypeA final : public CFTPCommandSequence {
+public:
+    using CFTPCommandSequence::CFTPCommandSequence;
+    FTPReply Run();
+};

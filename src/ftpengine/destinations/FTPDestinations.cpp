@@ -1,0 +1,214 @@
+#include "ftpengine/destinations/FTPDestinations.h"
+
+#include <algorithm>
+
+#include "ftpengine/secrets/PasswordProtection.h"
+
+namespace {
+
+constexpr int32_t FirstUserKey = 1;
+constexpr int32_t FirstMachineKey = 0x10000;
+constexpr uint16_t DefaultPort = 21;
+
+QString RootKey()
+{
+    return QStringLiteral("Corvane/FTPDestinations");
+}
+
+CSettingsStore::Scope ScopeOf(bool allUsers)
+{
+    return allUsers ? CSettingsStore::Scope::Machine : CSettingsStore::Scope::User;
+}
+
+bool IsForAllUsers(int32_t key)
+{
+    return key >= FirstMachineKey;
+}
+
+QString PathOf(const CFTPDestination& place)
+{
+    return place.parentKeyPath + QLatin1Char('/') + place.keyName;
+}
+
+bool HasPlace(const CFTPDestination& place)
+{
+    return !place.parentKeyPath.isEmpty() && !place.keyName.isEmpty();
+}
+
+// The UTF-16 units of a text without a terminator, and back.
+QByteArray ToBytes(const QString& text)
+{
+    return QByteArray(reinterpret_cast<const char*>(text.utf16()),
+                      text.size() * static_cast<qsizetype>(sizeof(char16_t)));
+}
+
+QString FromBytes(const QByteArray& bytes)
+{
+    QString text(bytes.size() / static_cast<qsizetype>(sizeof(char16_t)), QChar());
+    std::copy_n(bytes.constData(), text.size() * static_cast<qsizetype>(sizeof(char16_t)),
+                reinterpret_cast<char*>(text.data()));
+    return text;
+}
+
+} // namespace
+
+CFTPDestinations::CFTPDestinations(CSettingsStore& store, const CPasswordProtection& protection)
+    : store(store), protection(protection)
+{}
+
+CFTPDestination CFTPDestinations::Load(int32_t key) const
+{
+    return LoadFrom(IsForAllUsers(key), key);
+}
+
+CFTPDestination CFTPDestinations::Create(bool allUsers) const
+{
+    const QStringList taken = store.ListSubKeys(ScopeOf(allUsers), RootKey());
+    int32_t key = allUsers ? FirstMachineKey : FirstUserKey;
+    while (taken.contains(QString::number(key))) {
+        ++key;
+    }
+    return LoadFrom(allUsers, key);
+}
+
+bool CFTPDestinations::CanSaveForAllUsers() const
+{
+    return store.CanWrite(Scope::Machine, RootKey());
+}
+
+CFTPDestinations::SaveResult CFTPDestinations::Save(const CFTPDestination& destination)
+{
+    if (!HasPlace(destination)) {
+        return SaveResult::NotSaved;
+    }
+    const FTPDestinationConnection& record = destination.connection;
+    CSettingsStore::Values values{
+        {QStringLiteral("Dispname"), record.displayName},       {QStringLiteral("Server"), record.server},
+        {QStringLiteral("Port"), QString::number(record.port)}, {QStringLiteral("Username"), record.userName},
+        {QStringLiteral("Directory"), record.directory},
+    };
+    // An empty password is never written: the older one stays.
+    const bool hasPassword = record.password.isEmpty() || AddPassword(destination, values);
+    if (!store.WriteAll(ScopeOf(destination.allUsers), PathOf(destination), values)) {
+        return SaveResult::NotSaved;
+    }
+    return hasPassword ? SaveResult::Saved : SaveResult::SavedWithoutPassword;
+}
+
+bool CFTPDestinations::Delete(int32_t key)
+{
+    const QString path = RootKey() + QLatin1Char('/') + QString::number(key);
+    if (!store.RemoveKey(ScopeOf(IsForAllUsers(key)), path)) {
+        return false;
+    }
+    return GetDefault() != key || store.RemoveValue(Scope::User, RootKey(), QString());
+}
+
+std::vector<CFTPDestination> CFTPDestinations::Enumerate() const
+{
+    std::vector<CFTPDestination> destinations;
+    AppendAll(false, destinations);
+    AppendAll(true, destinations);
+    return destinations;
+}
+
+int32_t CFTPDestinations::GetDefault() const
+{
+    return store.Read(Scope::User, RootKey(), QString()).value_or(QString()).toInt();
+}
+
+bool CFTPDestinations::SetDefault(int32_t key)
+{
+    return store.Write(Scope::User, RootKey(), QString(), QString::number(key));
+}
+
+CFTPDestination CFTPDestinations::LoadFrom(bool allUsers, int32_t key) const
+{
+    CFTPDestination loading{.connection = {},
+                            .parentKeyPath = RootKey(),
+                            .keyName = QString::number(key),
+                            .key = key,
+                            .allUsers = allUsers,
+                            .loaded = false};
+    FTPDestinationConnection& record = loading.connection;
+    loading.loaded = ReadText(loading, "Dispname", record.displayName);
+    ReadText(loading, "Server", record.server);
+    record.port = ReadPort(loading);
+    ReadText(loading, "Username", record.userName);
+    ReadText(loading, "Directory", record.directory);
+    record.password = ReadPassword(loading);
+    return loading;
+}
+
+void CFTPDestinations::AppendAll(bool allUsers, std::vector<CFTPDestination>& destinations) const
+{
+    for (const QString& name : store.ListSubKeys(ScopeOf(allUsers), RootKey())) {
+        const int32_t key = name.toInt();
+        // "Options" is none, and neither is "007": no key leads to it.
+        if (key != 0 && name == QString::number(key)) {
+            destinations.push_back(LoadFrom(allUsers, key));
+        }
+    }
+}
+
+bool CFTPDestinations::ReadText(const CFTPDestination& place, const char* name, QString& field) const
+{
+    const auto text = store.Read(ScopeOf(place.allUsers), PathOf(place), QString::fromLatin1(name));
+    // Odd on purpose: a text is read into 260 units, its terminator included, and a longer one counts as
+    // absent.
+    const bool isRead = text && text->size() <= MaxTextLength;
+    if (isRead) {
+        field = *text;
+    }
+    return isRead;
+}
+
+uint16_t CFTPDestinations::ReadPort(const CFTPDestination& place) const
+{
+    const uint16_t port = store.Read(ScopeOf(place.allUsers), PathOf(place), QStringLiteral("Port"))
+                              .value_or(QString())
+                              .toUShort();
+    return port == 0 ? DefaultPort : port;
+}
+
+QString CFTPDestinations::ReadPassword(const CFTPDestination& place) const
+{
+    QString password;
+    if (SkipsProtection()) {
+        ReadText(place, "Password", password);
+        return password;
+    }
+    const Scope scope = ScopeOf(place.allUsers);
+    const auto bytes = store.ReadBytes(scope, PathOf(place), QStringLiteral("Password"));
+    // One that can't be opened has to be typed again; the server's refusal will say so.
+    return bytes ? FromBytes(protection.Unprotect(scope, *bytes).value_or(QByteArray())) : QString();
+}
+
+bool CFTPDestinations::AddPassword(const CFTPDestination& destination, CSettingsStore::Values& values) const
+{
+    const QString name = QStringLiteral("Password");
+    const QString& password = destination.connection.password;
+    if (SkipsProtection()) {
+        values[name] = password;
+        return true;
+    }
+    const auto bytes = protection.Protect(ScopeOf(destination.allUsers), ToBytes(password));
+    if (bytes) {
+        values[name] = *bytes;
+    }
+    return bytes.has_value();
+}
+
+bool CFTPDestinations::SkipsProtection() const
+{
+    return CRegistrySettingsBase(store, Scope::User, RootKey() + QStringLiteral("/Options"), {})
+               .GetDWord(QStringLiteral("SkipDPAPI")) != 0;
+}
+
+QString GetURL(const FTPDestinationConnection& record)
+{
+    const QString start = QStringLiteral("ftp://") + record.server;
+    // Odd on purpose: behind the ":" of another port the text has always ended. No dialog sets a port.
+    return record.port == DefaultPort ? start + QLatin1Char('/') + record.directory
+                                      : start + QLatin1Char(':');
+}

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <vector>
+
+#include "common/Settings.h"
+#include "ftpengine/destinations/FTPDestination.h"
+
+class CPasswordProtection;
+
+// The user's FTP connections between runs: destinations of the user, keys from 1 on, and of all users of the
+// machine, keys from 0x10000 on. Nothing is cached; each call goes to the settings store. Owned by the window
+// or program that uses it, and to be called on that one's thread.
+class CFTPDestinations {
+public:
+    // A stored text can't be longer, in UTF-16 units; a longer one is not read.
+    static constexpr qsizetype MaxTextLength = 259;
+
+    enum class SaveResult { Saved, SavedWithoutPassword, NotSaved };
+
+    // Both are borrowed and must outlive this object.
+    CFTPDestinations(CSettingsStore& store, const CPasswordProtection& protection);
+
+    // Never fails: a value that can't be read leaves its field empty, and so does a password that can't be
+    // opened. The key says whose destination it is.
+    CFTPDestination Load(int32_t key) const;
+    // An empty destination with the lowest free key. It comes to exist when it is saved.
+    CFTPDestination Create(bool allUsers) const;
+    // Whether destinations of all users can be changed by this user.
+    bool CanSaveForAllUsers() const;
+    // An empty password leaves an older one in the store. Callers may ignore the result.
+    SaveResult Save(const CFTPDestination& destination);
+    // Clears the default if it was this one. False if the store can't be written; callers may ignore it.
+    bool Delete(int32_t key);
+    // The user's destinations, then those of all users; each group in the store's order.
+    std::vector<CFTPDestination> Enumerate() const;
+
+    // The key of the default destination; 0 if there is none.
+    int32_t GetDefault() const;
+    bool SetDefault(int32_t key);
+
+private:
+    using Scope = CSettingsStore::Scope;
+
+    CFTPDestination LoadFrom(bool allUsers, int32_t key) const;
+    void AppendAll(bool allUsers, std::vector<CFTPDestination>& destinations) const;
+    // False if there is no such text, or one too long.
+    bool ReadText(const CFTPDestination& place, const char* name, QString& field) const;
+    uint16_t ReadPort(const CFTPDestination& place) const;
+    QString ReadPassword(const CFTPDestination& place) const;
+    // False if the password can't be protected.
+    bool AddPassword(const CFTPDestination& destination, CSettingsStore::Values& values) const;
+    bool SkipsProtection() const;
+
+    CSettingsStore& store;
+    const CPasswordProtection& protection;
+};
+
+// "ftp://SERVER/DIRECTORY", without user name and password.
+QString GetURL(const FTPDestinationConnection& record);

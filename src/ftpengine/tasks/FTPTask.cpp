@@ -1,0 +1,94 @@
+#include "ftpengine/tasks/FTPTask.h"
+
+#include <algorithm>
+
+#include "ftpengine/EngineStatus.h"
+#include "ftpengine/Trace.h"
+#include "ftpengine/commands/FTPCommandSequences.h"
+#include "ftpengine/net/Connection.h"
+
+namespace {
+
+// RFC 959, 4.1: a line end ends a command, so what stands behind one would be a command of its own.
+bool BreaksLine(const QString& name)
+{
+    return name.contains(QLatin1Char('\r')) || name.contains(QLatin1Char('\n')) || name.contains(QChar(0));
+}
+
+// The goodbye is a courtesy: nobody sees it, and its failure fails nothing.
+void Quit(CSocketStream& stream, const std::shared_ptr<CEvent>& abortEvent)
+{
+    CFTPCommandSequence::Transcript unseen;
+    try {
+        CFTPCommandSequenceQuit(stream, abortEvent, unseen).Run();
+    } catch (int error) {
+        TraceNumber("Quit throws: ", error);
+    } catch (const FTPReply& refusal) {
+        TraceNumber("Quit throws: ", refusal.code);
+    }
+}
+
+} // namespace
+
+void CFTPTask::Execute(const std::shared_ptr<CEvent>& abortEvent)
+{
+    Post(MakeStartedMessage());
+    CTaskResult result;
+    CSocketStream stream(setting.timeouts);
+    Converse(stream, abortEvent, result);
+    // After a refusal, too; not after a failure of the network or a cancel.
+    if (result.status == 0) {
+        Quit(stream, abortEvent);
+    }
+    Post(MakeFinishedMessage(std::move(result)));
+}
+
+void CFTPTask::Converse(CSocketStream& stream, const std::shared_ptr<CEvent>& abortEvent, CTaskResult& result)
+{
+    FTPConversation conversation{stream, abortEvent, result.transcript, result.reply};
+    try {
+        CheckNames();
+        OpenConnection(setting.destination, abortEvent, stream);
+        conversation.Run<CFTPCommandSequenceLogin>(setting.destination.userName,
+                                                   setting.destination.password);
+        if (!setting.destination.directory.isEmpty()) {
+            EnterDirectory(conversation);
+        }
+        DoWork(conversation);
+    } catch (int error) {
+        result.status = error;
+    } catch (const FTPReply& refusal) {
+        result.reply = refusal;
+    } catch (const std::bad_alloc&) {
+        result.status = EngineStatus::NoBufferSpace;
+    }
+}
+
+void CFTPTask::Fail(int status)
+{
+    Post(MakeStartedMessage());
+    CTaskResult result;
+    result.status = status;
+    Post(MakeFinishedMessage(std::move(result)));
+}
+
+void CFTPTask::EnterDirectory(FTPConversation& conversation)
+{
+    conversation.Run<CFTPCommandSequenceChangeDir>(setting.destination.directory);
+}
+
+void CFTPTask::Post(FTPMessage message) const
+{
+    PostTo(setting.target, std::move(message));
+}
+
+// Before anything is sent: a task with such a name would fail in its middle otherwise.
+void CFTPTask::CheckNames() const
+{
+    const FTPDestinationConnection& destination = setting.destination;
+    const QStringList names = GetNames()
+                              << destination.userName << destination.password << destination.directory;
+    if (std::any_of(names.begin(), names.end(), BreaksLine)) {
+        ThrowTraced("CheckNames throws: ", EngineStatus::InvalidName);
+    }
+}

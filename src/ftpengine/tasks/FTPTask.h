@@ -1,0 +1,54 @@
+#pragma once
+
+#include <memory>
+
+#include <QString>
+#include <QStringList>
+
+#include "ftpengine/FTPMessages.h"
+#include "ftpengine/destinations/FTPDestinationConnection.h"
+#include "ftpengine/net/Event.h"
+#include "ftpengine/net/FTPConversation.h"
+#include "ftpengine/net/FTPTimeouts.h"
+
+// One job: connects, logs in, does its work, logs out, and reports by messages. Made on the caller's thread,
+// executed and destroyed on the engine's worker; owned by the worker's queue and then by the worker alone.
+class CFTPTask {
+public:
+    struct Setting {
+        FTPDestinationConnection destination;
+        std::weak_ptr<CFTPTarget> target;
+        FTPTimeouts timeouts;
+    };
+
+    explicit CFTPTask(Setting setting) : setting(std::move(setting)) {}
+    virtual ~CFTPTask() = default;
+    CFTPTask(const CFTPTask&) = delete;
+    CFTPTask& operator=(const CFTPTask&) = delete;
+
+    // Posts the started message at its begin and the finished one at its end. Throws nothing: every failure
+    // becomes the result. The task is broken off, with the status 995, when abortEvent is signalled.
+    void Execute(const std::shared_ptr<CEvent>& abortEvent);
+
+    // The messages of a task that ends before it has begun.
+    void Fail(int status);
+
+protected:
+    virtual FTPMessage MakeStartedMessage() const = 0;
+    virtual FTPMessage MakeFinishedMessage(CTaskResult result) = 0;
+    // The names that will be sent, beside those of the destination.
+    virtual QStringList GetNames() const { return {}; }
+    // Changes to the destination's directory, which isn't empty.
+    virtual void EnterDirectory(FTPConversation& conversation);
+    virtual void DoWork(FTPConversation& conversation) = 0;
+
+    void Post(FTPMessage message) const;
+    FTPDestinationConnection& GetDestination() { return setting.destination; }
+    const std::weak_ptr<CFTPTarget>& GetTarget() const { return setting.target; }
+
+private:
+    void CheckNames() const;
+    void Converse(CSocketStream& stream, const std::shared_ptr<CEvent>& abortEvent, CTaskResult& result);
+
+    Setting setting;
+};

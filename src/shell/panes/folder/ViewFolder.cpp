@@ -1,0 +1,402 @@
+#include "shell/panes/folder/ViewFolder.h"
+
+#include "common/Exceptions.h"
+#include "common/FileSystem.h"
+#include "common/Platform.h"
+#include "common/Text.h"
+#include "common/Trace.h"
+#include "document/project/GalleryProject.h"
+#include "shell/drag/DraggedPicture.h"
+#include "shell/look/WaitCursor.h"
+#include "shell/panes/folder/FolderBrowser.h"
+#include "shell/panes/folder/FolderPages.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto resizePause = 400ms;   // behind the last change of the size
+constexpr auto progressPause = 100ms; // between two changes of the progress page
+
+bool ListsFolderAnew(UpdateHint hint)
+{
+    return ConcernsFolderView(hint) && hint != UpdateHint::FolderReady;
+}
+
+} // namespace
+
+CViewFolder::CViewFolder(const Services& services, QWidget* parent)
+    : CPanel(parent),
+      notifier(ViewId::Folder, services.notify),
+      dispatch(*this),
+      toolBar(new CViewFolderToolBar({.browse = [this] { ChooseFolder(); },
+                                      .chooseFolder =
+                                          [this](const QString& folder) {
+                                              SetFolder(folder);
+                                          }},
+                                     this)),
+      htmlView(new CHTMLView(services.browser, this)),
+      watcher([this] { Refresh(); }),
+      progressTarget(CEventLoopTarget<Progress>::Create([this](const Progress& p) { OnProgress(p); }))
+{
+    setObjectName(QStringLiteral("FolderView"));
+    SetToolBar(toolBar);
+    SetClient(htmlView);
+    htmlView->SetLoader(this);
+    htmlView->SetExternalDispatch(&dispatch);
+    resizeTimer.setSingleShot(true);
+    resizeTimer.setInterval(resizePause);
+    connect(&resizeTimer, &QTimer::timeout, this, &CViewFolder::Refresh);
+    progressTimer.setSingleShot(true);
+    progressTimer.setInterval(progressPause);
+    connect(&progressTimer, &QTimer::timeout, this, &CViewFolder::ShowProgress);
+    Start();
+}
+
+CViewFolder::~CViewFolder()
+{
+    Quit();
+}
+
+// --- What a person does.
+
+void CViewFolder::ChooseFolder()
+{
+    const QString folder = AskForPictureFolder(folderPath, this);
+    if (!folder.isEmpty()) {
+        SetFolder(folder);
+    }
+}
+
+void CViewFolder::SetFolder(const QString& folder)
+{
+    const QString chosen = WithoutTrailingSeparator(folder);
+    if (!EqualsIgnoreCase(chosen, WithoutTrailingSeparator(folderPath))) {
+        folderPath = chosen;
+        notifier.Send(UpdateHint::FolderChosen);
+    }
+}
+
+void CViewFolder::AddImage(const QString& id)
+{
+    const int32_t index = FindIndex(id);
+    if (index >= 0) {
+        Choose(index);
+        notifier.Send(UpdateHint::PictureAdded, index);
+    }
+}
+
+void CViewFolder::Choose(int32_t index)
+{
+    imageIterator.HidePicture(index);
+    chosenPaths[index] = pictures[static_cast<size_t>(index)]->GetPath();
+}
+
+void CViewFolder::AddPictureAt(int32_t index, const QString& path)
+{
+    const bool stays = index >= 0 && static_cast<size_t>(index) < pictures.size() &&
+                       pictures[static_cast<size_t>(index)]->GetPath() == path;
+    AddImage(QStringLiteral("i%1").arg(stays ? index : imageIterator.FindIndex(path)));
+}
+
+void CViewFolder::AddAllImages()
+{
+    std::vector<int32_t> indices;
+    for (int32_t i = 0; loaded && i < imageIterator.GetPictureCount(); ++i) {
+        if (!imageIterator.IsHidden(i)) {
+            indices.push_back(i);
+            Choose(i);
+        }
+    }
+    if (!indices.empty()) {
+        htmlView->RunScript(HideAllRowsScript());
+        notifier.Send(UpdateHint::PicturesAdded, indices);
+    }
+}
+
+void CViewFolder::LoadURL(const QString& url)
+{
+    const QString prefix = QStringLiteral("addpicture");
+    if (url.startsWith(prefix)) {
+        AddImage(QLatin1Char('i') + url.mid(prefix.size()));
+    }
+}
+
+void CViewFolder::DragImage(const QString& id, const QString&)
+{
+    const int32_t index = FindIndex(id);
+    if (index < 0) {
+        return;
+    }
+    CFilePictureInfo& picture = *pictures[static_cast<size_t>(index)];
+    const DraggedPicture dragged{.origin = DraggedPicture::Origin::Folder,
+                                 .position = index,
+                                 .path = picture.GetPath(),
+                                 .look = picture.GetThumbnailPath()};
+    // The drag has an event loop of its own, in which the page must be able to call.
+    QTimer::singleShot(0, this, [this, dragged] { DragPicture(dragged, *htmlView); });
+}
+
+int32_t CViewFolder::FindIndex(const QString& id) const
+{
+    bool isNumber = false;
+    const int32_t index = id.mid(1).toInt(&isNumber);
+    const bool isKnown = loaded && isNumber && id.startsWith(QLatin1Char('i')) && index >= 0 &&
+                         static_cast<size_t>(index) < pictures.size();
+    return isKnown && !imageIterator.IsHidden(index) ? index : -1;
+}
+
+// --- Changes of the document.
+
+void CViewFolder::UpdateProject(UpdateHint hint, const UpdateParameter& parameter, CGalleryProject& project)
+{
+    CGallery* const gallery = project.GetCurrentGallery();
+    const bool adds = hint == UpdateHint::PictureAdded || hint == UpdateHint::PicturesAdded;
+    if (hint == UpdateHint::FolderChosen) {
+        project.AddFolder(folderPath);
+        project.SetRecentFolder(folderPath);
+    } else if (adds && gallery) {
+        AddToGallery(parameter, *gallery);
+    }
+    CGalleryProjectConsumer::UpdateProject(hint, parameter, project);
+    if (adds) {
+        notifier.Send(UpdateHint::CoverChanged);
+    }
+}
+
+// One index, or several in ascending order. The gallery updates its cover itself.
+void CViewFolder::AddToGallery(const UpdateParameter& parameter, CGallery& gallery)
+{
+    std::vector<int32_t> indices;
+    if (const auto* list = std::get_if<std::vector<int32_t>>(&parameter)) {
+        indices = *list;
+    } else if (const auto* one = std::get_if<int32_t>(&parameter)) {
+        indices = {*one};
+    }
+    std::vector<int32_t> added;
+    for (const int32_t index : indices) {
+        const QString path = TakeChosenPath(index);
+        const int32_t row = imageIterator.FindIndex(path);
+        if (!path.isEmpty() && gallery.AddPicture(path) && row >= 0) {
+            imageIterator.HidePicture(row);
+            added.push_back(row);
+        }
+    }
+    if (!added.empty()) {
+        htmlView->RunScript(HideRowsScript(added));
+    }
+}
+
+// The picture that was chosen by that index: the list may have become another one meanwhile.
+QString CViewFolder::TakeChosenPath(int32_t index)
+{
+    const auto chosen = chosenPaths.extract(index);
+    if (!chosen.empty()) {
+        return chosen.mapped();
+    }
+    const bool isKnown = index >= 0 && static_cast<size_t>(index) < pictures.size();
+    return isKnown ? pictures[static_cast<size_t>(index)]->GetPath() : QString();
+}
+
+void CViewFolder::UpdateView(UpdateHint hint, CGalleryProject& project)
+{
+    const CTraceScope scope("CViewFolder::UpdateView");
+    if (ListsFolderAnew(hint)) {
+        UpdateList(hint, project);
+    } else if (hint == UpdateHint::FolderReady && TakeFilled()) {
+        Display(project.GetCurrentGallery());
+    }
+}
+
+void CViewFolder::UpdateList(UpdateHint hint, CGalleryProject& project)
+{
+    if (hint == UpdateHint::ProjectReplaced) {
+        folderPath = WithoutTrailingSeparator(project.GetRecentFolder());
+    }
+    galleryPaths = KeysOfPictures(project.GetCurrentGallery());
+    toolBar->UpdateFoldersMenu(project.GetFolders(), project.GetRecentFolder());
+    toolBar->SetTitle(folderPath.isEmpty() ? QString() : FolderName(folderPath));
+    StartLoading();
+}
+
+// --- Loading.
+
+QSize CViewFolder::GetCardSize() const
+{
+    return CardSize(htmlView->width());
+}
+
+// The list of another folder goes at once. That of the same folder stays, and can be used, until the new one
+// is there: nothing flashes.
+void CViewFolder::StartLoading()
+{
+    const bool isOther = folderPath != shownFolder || !loaded;
+    Cancel();
+    if (isOther) {
+        loaded = false;
+        pictures.clear();
+        imageIterator.SetCollection();
+        isProgressPageShown = false;
+        waitingProgress = {};
+        progressTimer.stop();
+    }
+    job = {.number = job.number + 1, .folder = folderPath, .card = GetCardSize()};
+    watcher.Watch(folderPath);
+    isOutdated = false;
+    if (folderPath.isEmpty()) {
+        isWorking = false;
+        DisplayText(BuildTextPage(Text(StringId::NoFolderChosen), {Text(StringId::ChooseFolderAdvice)}));
+        return;
+    }
+    if (isOther && shownFolder != folderPath) {
+        htmlView->LoadHtml(BuildLoadingPage());
+        shownFolder = folderPath;
+    }
+    isWorking = true;
+    Request();
+}
+
+// A change while the worker is busy waits for it: what it has made by then is not lost, and a folder that is
+// being filled shows what has come.
+void CViewFolder::Refresh()
+{
+    if (isWorking && job.card == GetCardSize()) {
+        isOutdated = true;
+    } else if (!folderPath.isEmpty()) {
+        StartLoading();
+    }
+}
+
+void CViewFolder::DoWork()
+{
+    Filled result{.number = job.number, .found = {}, .failure = {}};
+    try {
+        result.found = FillPicturesCollection(job.folder, job.card, *this);
+    } catch (const CExceptionBase& failure) {
+        result.failure = failure.GetCaption() + QLatin1Char('\n') + failure.GetDescription();
+    } catch (const std::exception& failure) {
+        result.failure = Widen(failure.what());
+    }
+    if (!IsRunning()) {
+        return;
+    }
+    {
+        const std::lock_guard lock(pictureLock);
+        filled = std::move(result);
+    }
+    notifier.Send(UpdateHint::FolderReady);
+}
+
+void CViewFolder::OnProgress(int count, const std::vector<FolderCard>& cards)
+{
+    progressTarget->Post({job.number, count, cards});
+}
+
+// False if it is not what was asked for last.
+bool CViewFolder::TakeFilled()
+{
+    Filled taken;
+    {
+        const std::lock_guard lock(pictureLock);
+        // Another folder may have been chosen already, and its hint be under way.
+        if (!isWorking || filled.number != job.number || job.folder != folderPath) {
+            return false;
+        }
+        taken = std::exchange(filled, {});
+    }
+    isWorking = false;
+    pictures = std::move(taken.found.pictures);
+    state = taken.found.state;
+    failure = taken.failure;
+    imageIterator.SetCollection();
+    watcher.WatchFiles(taken.found.unfinished);
+    return true;
+}
+
+// --- Pages.
+
+void CViewFolder::OnProgress(const Progress& progress)
+{
+    if (loaded || progress.number != job.number) {
+        return;
+    }
+    waitingProgress.count = progress.count;
+    for (const FolderCard& card : progress.cards) {
+        if (galleryPaths.count(Lower(card.path)) == 0) {
+            waitingProgress.cards.push_back(card);
+        }
+    }
+    if (!progressTimer.isActive()) {
+        ShowProgress();
+    }
+}
+
+void CViewFolder::ShowProgress()
+{
+    if (loaded || waitingProgress.count == 0) {
+        return;
+    }
+    if (!isProgressPageShown) {
+        isProgressPageShown = true;
+        Load(BuildProgressPage(waitingProgress.count));
+    } else {
+        htmlView->RunScript(SetCountScript(waitingProgress.count));
+    }
+    if (!waitingProgress.cards.empty()) {
+        htmlView->RunScript(AppendCardsScript(waitingProgress.cards));
+    }
+    waitingProgress = {};
+    progressTimer.start();
+}
+
+void CViewFolder::Display(CGallery* gallery)
+{
+    progressTimer.stop();
+    if (!failure.isEmpty()) {
+        DisplayText(BuildFailurePage(folderPath, {failure}));
+    } else if (state != FolderPictures::State::Listed) {
+        DisplayText(BuildStatePage(folderPath, state));
+    } else {
+        imageIterator.SetGallery(gallery);
+        DisplayFolder();
+    }
+    if (isOutdated) {
+        StartLoading();
+    }
+}
+
+void CViewFolder::DisplayFolder()
+{
+    const CWaitCursor cursor;
+    try {
+        Load(BuildListPage({.folder = folderPath, .card = job.card}, imageIterator));
+        loaded = true;
+    } catch (const CExceptionBase& error) {
+        DisplayText(BuildFailurePage(folderPath, {error.GetCaption(), error.GetDescription()}));
+    }
+}
+
+void CViewFolder::DisplayText(const std::string& page)
+{
+    pictures.clear();
+    imageIterator.SetCollection();
+    Load(page);
+    loaded = true;
+}
+
+void CViewFolder::Load(const std::string& page)
+{
+    htmlView->SetShownFolders({FindTemporaryFolder()});
+    htmlView->LoadHtml(page, shownFolder == folderPath ? CHTMLView::ScrollPlace::Keep
+                                                       : CHTMLView::ScrollPlace::Top);
+    shownFolder = folderPath;
+}
+
+void CViewFolder::resizeEvent(QResizeEvent* event)
+{
+    CPanel::resizeEvent(event);
+    // The page scales its cards meanwhile.
+    if (job.number > 0 && job.card != GetCardSize()) {
+        resizeTimer.start();
+    }
+}

@@ -1,0 +1,311 @@
+#include "shell/web/HTMLViewHost.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QVBoxLayout>
+#include <QWebEngineScript>
+#include <QWebEngineScriptCollection>
+
+#include "common/Settings.h"
+#include "common/Trace.h"
+#include "resources/Resources.h"
+#include "resources/StringTable.h"
+#include "shell/web/CodePage.h"
+#include "shell/web/ContentURLLoader.h"
+#include "shell/web/ExternalDispatchBase.h"
+#include "shell/web/PageAddress.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// A page of many pictures takes a second at most. One that takes longer is asked for a sign of life.
+constexpr auto patienceForPage = 5s;
+constexpr auto patienceForSign = 3s;
+
+QByteArray ChannelScript()
+{
+    QFile file(QStringLiteral(":/qtwebchannel/qwebchannel.js"));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QString ExternalScript(const QStringList& methods)
+{
+    const QByteArray names =
+        QJsonDocument(QJsonArray::fromStringList(methods)).toJson(QJsonDocument::Compact);
+    QByteArray script = FindResource(QStringLiteral("external"), QStringLiteral("js"));
+    script.replace("%methods%", names);
+    return QString::fromUtf8(script);
+}
+
+QWebEngineScript UserScript(const QString& name, const QString& source, bool inFrames)
+{
+    QWebEngineScript script;
+    script.setName(name);
+    script.setSourceCode(source);
+    script.setInjectionPoint(QWebEngineScript::DocumentCreation);
+    script.setWorldId(QWebEngineScript::MainWorld);
+    script.setRunsOnSubFrames(inFrames);
+    return script;
+}
+
+QString ScriptLiteral(const QString& text)
+{
+    const QByteArray list = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
+    return QString::fromUtf8(list.mid(1, list.size() - 2));
+}
+
+} // namespace
+
+CHTMLViewHost::CHTMLViewHost(const CHTMLView::Options& options, CHTMLView& widget)
+    : widget(widget),
+      allowContextMenu(options.allowContextMenu),
+      charset(CharsetOfOption(options)),
+      profile(CViewProfile::Get()),
+      view(profile->AddView(*this)),
+      arrangement(new QVBoxLayout(&widget))
+{
+    arrangement->setContentsMargins(0, 0, 0, 0);
+    patience.setSingleShot(true);
+    connect(&patience, &QTimer::timeout, this, &CHTMLViewHost::AskWhetherAlive);
+    MakeBrowser();
+}
+
+CHTMLViewHost::~CHTMLViewHost()
+{
+    RemoveBrowser();
+    profile->RemoveView(view);
+}
+
+void CHTMLViewHost::MakeBrowser()
+{
+    page = MakePage();
+    // What comes from the browser comes in the middle of its own work, so it waits for the event loop.
+    bridge = std::make_unique<CScriptBridge>(CScriptBridge::Receivers{
+        .called = [this](int revision, const QString& method,
+                         const QJsonArray& arguments) { OnCalled(revision, method, arguments); },
+        .shown =
+            [this](int revision) {
+                QMetaObject::invokeMethod(
+                    this, [this, revision] { OnShown(revision); }, Qt::QueuedConnection);
+            }});
+    channel = std::make_unique<QWebChannel>();
+    channel->registerObject(QStringLiteral("bridge"), bridge.get());
+    page->setWebChannel(channel.get());
+    InsertScripts();
+    connect(
+        page.get(), &QWebEnginePage::loadFinished, this, [this](bool) { Start(); }, Qt::QueuedConnection);
+    connect(
+        page.get(), &QWebEnginePage::renderProcessTerminated, this, [this] { ReplaceBrowser(); },
+        Qt::QueuedConnection);
+
+    browser = std::make_unique<QWebEngineView>(&widget);
+    browser->setPage(page.get());
+    browser->setAcceptDrops(false); // files that are dropped are the frame's
+    browser->setContextMenuPolicy(allowContextMenu ? Qt::DefaultContextMenu : Qt::NoContextMenu);
+    arrangement->addWidget(browser.get());
+    widget.setFocusProxy(browser.get());
+    page->load(ShellAddress(view));
+}
+
+std::unique_ptr<CViewPage> CHTMLViewHost::MakePage()
+{
+    return std::make_unique<CViewPage>(
+        profile->GetProfile(),
+        CViewPage::Options{
+            .view = view,
+            .followLink =
+                [this](const QString& link) {
+                    QMetaObject::invokeMethod(
+                        this, [this, link, from = shown ? shown->revision : 0] { Follow(from, link); },
+                        Qt::QueuedConnection);
+                },
+            .isAwaited = [this](int revision) { return awaited && awaited->revision == revision; },
+            .isShown =
+                [this](int revision) {
+                    return shown && !awaited && (revision == -1 || revision == shown->revision);
+                }});
+}
+
+void CHTMLViewHost::InsertScripts()
+{
+    QWebEngineScriptCollection& collection = page->scripts();
+    collection.clear();
+    collection.insert(UserScript(QStringLiteral("channel"), QString::fromUtf8(ChannelScript()), false));
+    collection.insert(UserScript(QStringLiteral("external"),
+                                 ExternalScript(dispatch ? dispatch->GetMethodNames() : QStringList()),
+                                 true));
+}
+
+void CHTMLViewHost::RemoveBrowser()
+{
+    patience.stop();
+    isAskedForLife = false;
+    isStarted = false;
+    disconnect(page.get(), nullptr, this, nullptr);
+    browser.reset();
+    page.reset();
+    channel.reset();
+    bridge.reset();
+}
+
+// The next page, or the one that was on the screen, comes up in a new control.
+void CHTMLViewHost::ReplaceBrowser()
+{
+    if (!awaited) {
+        awaited = shown;
+    }
+    shown.reset();
+    if (awaited && awaited->revision == replacedFor) {
+        // It is this page itself that keeps the browser from working.
+        awaited->bytes = "<p>" + Text(StringId::PageDoesNotRespond).toUtf8() + "</p>";
+        awaited->revision = ++lastRevision;
+    }
+    replacedFor = awaited ? awaited->revision : 0;
+    RemoveBrowser();
+    MakeBrowser();
+}
+
+void CHTMLViewHost::SetExternalDispatch(CExternalDispatchBase* newDispatch)
+{
+    dispatch = newDispatch;
+    InsertScripts();
+}
+
+void CHTMLViewHost::Load(const std::string& bytes, CHTMLView::ScrollPlace place)
+{
+    awaited = Page{.revision = ++lastRevision,
+                   .bytes = WithArtworkPaths(servedFiles.Readdressed(QByteArray::fromStdString(bytes))),
+                   .place = place};
+    Start();
+}
+
+void CHTMLViewHost::Start()
+{
+    if (!isStarted && page->url() == ShellAddress(view) && !page->isLoading()) {
+        isStarted = true;
+    }
+    if (!isStarted || !awaited) {
+        return;
+    }
+    const QString address = PageAddress(view, awaited->revision).toString();
+    page->runJavaScript(QStringLiteral("viewShell.load(%1, %2, %3)")
+                            .arg(ScriptLiteral(address))
+                            .arg(awaited->revision)
+                            .arg(awaited->place == CHTMLView::ScrollPlace::Keep ? QStringLiteral("true")
+                                                                                : QStringLiteral("false")));
+    isAskedForLife = false;
+    patience.start(patienceForPage);
+}
+
+void CHTMLViewHost::OnShown(int revision)
+{
+    if (!awaited || awaited->revision != revision) {
+        return;
+    }
+    patience.stop();
+    shown = std::move(awaited);
+    awaited.reset();
+    while (!scripts.empty()) {
+        const Script script = std::move(scripts.front());
+        scripts.pop_front();
+        RunScript(script.expression, script.answer);
+    }
+    if (shownCallback) {
+        shownCallback();
+    }
+}
+
+void CHTMLViewHost::RunScript(const QString& expression, std::function<void(const QVariant&)> answer)
+{
+    if (awaited || !shown) {
+        scripts.push_back({expression, std::move(answer)});
+        return;
+    }
+    page->runJavaScript(QStringLiteral("viewShell.evaluate(%1)").arg(ScriptLiteral(expression)),
+                        [answer = std::move(answer)](const QVariant& value) {
+                            if (answer) {
+                                answer(value);
+                            }
+                        });
+}
+
+void CHTMLViewHost::OnCalled(int revision, const QString& method, const QJsonArray& arguments)
+{
+    QMetaObject::invokeMethod(
+        this, [this, revision, method, arguments] { Dispatch(revision, method, arguments); },
+        Qt::QueuedConnection);
+}
+
+void CHTMLViewHost::Dispatch(int revision, const QString& method, const QJsonArray& arguments)
+{
+    // Ids mean other pictures once the next page is made, and nobody clicks behind an open dialog.
+    const bool isCurrent = shown && shown->revision == revision && !awaited;
+    if (!dispatch || !isCurrent || isDispatching) {
+        Trace(QStringLiteral("A call comes too late: ") + method);
+        return;
+    }
+    std::vector<int> ids;
+    DispatchResult result = dispatch->GetIDsOfNames({method}, ids);
+    if (result == DispatchResult::Ok) {
+        isDispatching = true;
+        result = dispatch->Invoke(ids[0], DispatchKind::Method, arguments.toVariantList());
+        isDispatching = false;
+    }
+    if (result != DispatchResult::Ok) {
+        Trace(QStringLiteral("A call of %1 is refused with %2").arg(method).arg(static_cast<int>(result)));
+    }
+}
+
+void CHTMLViewHost::Follow(int revision, const QString& link)
+{
+    // As with a call: a link means something else once the next page is made.
+    const bool isCurrent = shown && shown->revision == revision && !awaited;
+    if (loader && isCurrent && !isDispatching) {
+        loader->LoadURL(link);
+    }
+}
+
+QByteArray CHTMLViewHost::FindPage(int revision) const
+{
+    if (awaited && awaited->revision == revision) {
+        return awaited->bytes;
+    }
+    return shown && shown->revision == revision ? shown->bytes : QByteArray();
+}
+
+bool CHTMLViewHost::IsShown(const QString& filePath) const
+{
+    // Links are resolved first: one in a folder must not lead out of it.
+    const QString path = QFileInfo(filePath).canonicalFilePath();
+    for (const QString& folder : shownFolders) {
+        if (path.startsWith(folder)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void CHTMLViewHost::AskWhetherAlive()
+{
+    if (isAskedForLife) {
+        GiveUp();
+        return;
+    }
+    isAskedForLife = true;
+    patience.start(patienceForSign);
+    page->runJavaScript(QStringLiteral("1"), [this, asked = page.get()](const QVariant& answer) {
+        // Without a value the page is on its way out.
+        if (answer.isValid() && asked == page.get() && awaited) {
+            isAskedForLife = false;
+            patience.start(patienceForPage);
+        }
+    });
+}
+
+void CHTMLViewHost::GiveUp()
+{
+    Trace(QStringLiteral("A page does not respond"));
+    ReplaceBrowser();
+}

@@ -1,0 +1,90 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include <QJsonArray>
+#include <QStringList>
+#include <QTimer>
+#include <QWebChannel>
+#include <QWebEngineView>
+
+#include "shell/web/HTMLView.h"
+#include "shell/web/ScriptBridge.h"
+#include "shell/web/ServedFiles.h"
+#include "shell/web/ViewPage.h"
+#include "shell/web/ViewProfile.h"
+
+class QVBoxLayout;
+
+// The browser control of a CHTMLView, which owns it: keeps the bytes of the page on the screen and of the
+// next one, takes the calls of their scripts, and replaces a control that does not respond any more. Screen's
+// thread; whatever comes from inside the browser is queued first.
+class CHTMLViewHost final : public QObject, public CPageSource {
+public:
+    CHTMLViewHost(const CHTMLView::Options& options, CHTMLView& widget);
+    ~CHTMLViewHost() override;
+
+    void Load(const std::string& page, CHTMLView::ScrollPlace place);
+    void RunScript(const QString& expression, std::function<void(const QVariant&)> answer);
+    void SetExternalDispatch(CExternalDispatchBase* dispatch);
+
+    QByteArray FindPage(int revision) const override;
+    QByteArray GetDefaultCharset() const override { return charset; }
+    bool IsShown(const QString& filePath) const override;
+    void NoteServed(const QString& filePath) override { servedFiles.Note(filePath); }
+
+    CContentURLLoader* loader = nullptr; // borrowed
+    QStringList shownFolders;            // canonical, with a trailing separator
+    std::function<void()> shownCallback;
+
+private:
+    struct Page {
+        int revision = 0;
+        QByteArray bytes;
+        CHTMLView::ScrollPlace place = CHTMLView::ScrollPlace::Top;
+    };
+    struct Script {
+        QString expression;
+        std::function<void(const QVariant&)> answer;
+    };
+
+    void MakeBrowser();
+    void RemoveBrowser();
+    void ReplaceBrowser();
+    std::unique_ptr<CViewPage> MakePage();
+    void InsertScripts();
+    void Start();
+    void OnShown(int revision);
+    void OnCalled(int revision, const QString& method, const QJsonArray& arguments);
+    void Dispatch(int revision, const QString& method, const QJsonArray& arguments);
+    void Follow(int revision, const QString& link);
+    void AskWhetherAlive();
+    void GiveUp();
+
+    CHTMLView& widget;
+    const bool allowContextMenu;
+    const QByteArray charset;
+    const std::shared_ptr<CViewProfile> profile;
+    const QString view; // its name in addresses
+    CExternalDispatchBase* dispatch = nullptr;
+
+    QVBoxLayout* arrangement;
+    std::unique_ptr<CViewPage> page;
+    std::unique_ptr<QWebEngineView> browser; // goes before its page
+    std::unique_ptr<QWebChannel> channel;
+    std::unique_ptr<CScriptBridge> bridge;
+    bool isStarted = false; // the page around the pages is there
+
+    CServedFiles servedFiles;
+    int lastRevision = 0;
+    std::optional<Page> shown;
+    std::optional<Page> awaited;
+    int replacedFor = 0;        // the revision for which the control was replaced last
+    std::deque<Script> scripts; // that wait for the next page
+    bool isDispatching = false; // a command, perhaps a dialog, is at work
+    QTimer patience;            // for the awaited page, then for a sign of life
+    bool isAskedForLife = false;
+};

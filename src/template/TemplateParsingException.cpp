@@ -1,7 +1,0 @@
-#include "template/TemplateParsingException.h"
-
-CTemplateParsingException TemplateError(const QString& description)
-{
-    return CTemplateParsingException(Text(StringId::TemplateErrorCaption), description,
-                                     Text(StringId::TemplateErrorAdvice));
-}
