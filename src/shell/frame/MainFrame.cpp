@@ -7,16 +7,14 @@
 
 #include "common/Exceptions.h"
 #include "common/Trace.h"
-#include "shell/drag/PictureDrop.h"
-#include "shell/frame/CommandActions.h"
-#include "shell/frame/DlgAbout.h"
-#include "shell/frame/DroppedFiles.h"
-#include "shell/frame/FailureBox.h"
+#include "shell/dialogs/DlgAbout.h"
+#include "shell/dialogs/FailureBox.h"
+#include "shell/drag/DropWatcher.h"
+#include "shell/frame/Commands.h"
+#include "shell/frame/FrameMenus.h"
 #include "shell/frame/FramePanes.h"
-#include "shell/frame/GalleryDialogs.h"
-#include "shell/frame/RecentProjectsMenu.h"
+#include "shell/frame/GalleryCommands.h"
 #include "shell/frame/StandardCommands.h"
-#include "shell/frame/WindowPlace.h"
 #include "shell/look/Icons.h"
 #include "shell/panes/folder/ViewFolder.h"
 #include "shell/panes/galleries/ViewGalleries.h"
@@ -81,9 +79,9 @@ void CMainFrame::CreateViews()
         this);
     panes = std::make_unique<CFramePanes>(
         *this, CFramePanes::Views{.pages = pagesView, .galleries = galleriesView, .folder = folderView});
-    drop = new CPictureDrop(this, [this](const QStringList& paths) { AddDropped(paths); });
-    setAcceptDrops(true);
-    drop->Watch(*this);
+    new CDropWatcher(*this, {.filesDropped = [this](const QStringList& paths) {
+        AddDropped(paths);
+    }});
 }
 
 // The wizard may have changed the choices that stand in the project's file.
@@ -204,7 +202,7 @@ void CMainFrame::OnCommand(int commandId)
 {
     if (commandId >= CommandRange::FirstLayout && commandId < CommandRange::FirstStyle) {
         pagesView->ChooseLayout(commandId - CommandRange::FirstLayout);
-    } else if (commandId >= CommandRange::FirstStyle && commandId < CommandRange::BehindLastStyle) {
+    } else if (commandId >= CommandRange::FirstStyle && commandId < CommandRange::AfterLastStyle) {
         pagesView->ChooseStyle(commandId - CommandRange::FirstStyle);
     } else if (commandId >= CommandRange::FirstRecentProject &&
                commandId <= CommandRange::LastRecentProject) {

@@ -6,21 +6,20 @@
 #include <QMainWindow>
 
 #include "document/project/GalleryProject.h"
-#include "shell/frame/CommandIds.h"
+#include "shell/frame/Commands.h"
 #include "shell/frame/MainFrameSettings.h"
 #include "shell/frame/ProjectDesk.h"
-#include "shell/web/ViewNotification.h"
+#include "shell/panes/ViewNotification.h"
 
 class CCommandActions;
 class CFramePanes;
-class CPictureDrop;
 class CViewFolder;
 class CViewGalleries;
 class CViewPages;
 struct FrameMenus;
 
-// The one window of the program: the menu and the three views between their bars. Owns the project. Screen's
-// thread.
+// The one window of the program: the menu and the three views between their bars. Owns the
+// project. Screen's thread.
 class CMainFrame final : public QMainWindow {
 public:
     using CRegistrySettings = CMainFrameSettings;
@@ -30,12 +29,12 @@ public:
     CMainFrame(const CProjectEnvironment& environment, const QString& commandLinePath);
     ~CMainFrame() override;
 
-    // Shows the window as it was left, in a first run maximised, and opens the first project. A project that
-    // can't be read is told of and left alone: a new one takes its place. Throws what CGalleryProject::New
-    // throws.
+    // Shows the window as it was left, in a first run maximised, and opens the first project. A
+    // project that can't be read is told of and left alone: a new one takes its place. Throws
+    // what CGalleryProject::New throws.
     void Start();
 
-    // The commands of the menu and of the keys, by their numbers; see CommandIds.h. Other numbers do nothing.
+    // The commands of the menu and of the keys, by their numbers; see Commands.h. Other numbers do nothing.
     void OnCommand(int commandId);
 
     // Opening and saving; paths need not be normalised.
@@ -77,7 +76,6 @@ private:
     CGalleryProject project;
     const QString commandLinePath;
     CProjectDesk projects;
-    CPictureDrop* drop = nullptr;
     std::unique_ptr<CFramePanes> panes;
     std::unique_ptr<CCommandActions> actions;
     std::unique_ptr<FrameMenus> menus;

@@ -7,12 +7,11 @@
 #include "common/Trace.h"
 #include "document/project/GalleryProject.h"
 #include "shell/dialogs/DlgNewGallery.h"
-#include "shell/dialogs/GalleryNames.h"
-#include "shell/frame/FailureBox.h"
-#include "shell/frame/GallerySaveDialog.h"
+#include "shell/dialogs/FailureBox.h"
+#include "shell/dialogs/FileDialogs.h"
 #include "shell/frame/MainFrameSettings.h"
 #include "shell/frame/OpenElsewhereBox.h"
-#include "shell/frame/ProjectFile.h"
+#include "shell/frame/ProjectPath.h"
 
 namespace {
 

@@ -8,10 +8,10 @@
 #include <QVariant>
 #include <QWidget>
 
-class CContentURLLoader;
+#include "shell/web/HTMLViewOptions.h"
+
 class CExternalDispatchBase;
 class CHTMLViewHost;
-class CSettingsStore;
 
 // A page of the program's own making in a browser control. Pages come from memory, complete, in one go; the
 // page before stays on the screen until the new one has its pictures. Owned by its parent; screen's thread.
@@ -19,13 +19,8 @@ class CSettingsStore;
 // PrepareHTMLViews has to be called before the application object is made.
 class CHTMLView final : public QWidget {
 public:
-    struct Options {
-        CSettingsStore* settings = nullptr; // borrowed; null: the defaults
-        QString optionKeyPath;              // branch of the store for the control's own options
-        bool allowContextMenu = false;      // the browser's own
-    };
-    // Whether a new page stands where the old one was scrolled to.
-    enum class ScrollPlace { Top, Keep };
+    using Options = HTMLViewOptions;
+    using ScrollPlace = HTMLScrollPlace;
 
     explicit CHTMLView(const Options& options, QWidget* parent = nullptr);
     ~CHTMLView() override;
@@ -38,8 +33,8 @@ public:
     // page on the screen have to be among them until the next one is there.
     void SetShownFolders(const QStringList& folders);
 
-    // page: the bytes of a whole page. A page without a charset of its own is in the code page of the option
-    // Default_CodePage.
+    // page: the bytes of a whole page. A page without a charset of its own is in the code page of
+    // the option Default_CodePage.
     void LoadHtml(const std::string& page, ScrollPlace place = ScrollPlace::Top);
 
     // Called each time a page has come onto the screen.
@@ -54,6 +49,6 @@ private:
     std::unique_ptr<CHTMLViewHost> host;
 };
 
-// Names the schemes of the pages to the browser. Its sandbox stays on, except for root, for whom it can't
-// work.
+// Names the schemes of the pages to the browser. Its sandbox stays on, except for root, for whom
+// it can't work.
 void PrepareHTMLViews();

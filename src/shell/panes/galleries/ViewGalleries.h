@@ -8,14 +8,12 @@
 #include <QTimer>
 #include <QWidget>
 
-#include "content/PictureMenu.h"
 #include "document/project/GalleryProjectConsumer.h"
+#include "shell/panes/ViewNotification.h"
 #include "shell/panes/galleries/GalleriesPage.h"
 #include "shell/panes/galleries/GalleryCovers.h"
-#include "shell/web/ContentURLLoader.h"
+#include "shell/panes/galleries/ViewGalleriesExternalDispatch.h"
 #include "shell/web/HTMLView.h"
-#include "shell/web/ViewGalleriesExternalDispatch.h"
-#include "shell/web/ViewNotification.h"
 
 class CExceptionBase;
 
@@ -82,7 +80,7 @@ private:
     const Services services;
     CViewNotifier notifier;
     CViewGalleriesExternalDispatch dispatch;
-    const GalleryMenus menus;
+    const std::unique_ptr<const GalleryMenus> menus;
     CHTMLView* const htmlView;
 
     GalleriesPage page;             // that is shown, or will be as soon as patience ends

@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringList>
 
+class CExceptionBase;
 class CGallery;
 class CGalleryIterator;
 
@@ -27,11 +28,11 @@ public:
     // False without a gallery, and for a page that could not be made: then no name means anything.
     bool HasNames() const { return iterator != nullptr; }
     // The position in the gallery of an element's id, or -1.
-    int32_t FindPictureIndex(const QString& id);
+    int32_t FindPictureIndex(const QString& id) const;
     // Empty for a position outside the gallery.
-    QString GetPicturePath(int32_t position);
+    QString GetPicturePath(int32_t position) const;
     // property: "object.variable". Nothing if it has no value.
-    std::optional<QString> ReadVariable(const QString& property);
+    std::optional<QString> ReadVariable(const QString& property) const;
     void WriteVariable(const QString& property, const QString& text);
 
 private:
@@ -43,3 +44,7 @@ private:
 
 // The folders of all files that pages of the gallery show.
 QStringList FoldersOfPages(CGallery& gallery);
+
+// The page that stands in the view in place of one that could not be made: what happened, why, and what to do
+// about it.
+std::string BuildFailurePage(const CExceptionBase& failure);

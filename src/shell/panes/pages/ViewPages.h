@@ -4,20 +4,19 @@
 #include <vector>
 
 #include "document/project/GalleryProjectConsumer.h"
-#include "shell/drag/PageDragging.h"
 #include "shell/look/Panel.h"
+#include "shell/panes/ViewNotification.h"
+#include "shell/panes/pages/PageDragging.h"
 #include "shell/panes/pages/ShownPage.h"
+#include "shell/panes/pages/ViewPagesExternalDispatch.h"
 #include "shell/panes/pages/ViewPagesToolBar.h"
-#include "shell/web/ContentURLLoader.h"
 #include "shell/web/HTMLView.h"
-#include "shell/web/ViewNotification.h"
-#include "shell/web/ViewPagesExternalDispatch.h"
 
 class CGallery;
 
-// The large panel of the main window: the current page of the current gallery as it will be deployed, with
-// the buttons that edit it, and the toolbar that chooses layout and style. Owned by the frame; screen's
-// thread.
+// The large panel of the main window: the current page of the current gallery as it will be
+// deployed, with the buttons that edit it, and the toolbar that chooses layout and style. Owned by
+// the frame; screen's thread.
 class CViewPages final : public CPanel,
                          public CGalleryProjectConsumer,
                          public CViewPagesExternalDispatchCommands,

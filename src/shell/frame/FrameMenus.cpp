@@ -1,0 +1,94 @@
+#include "shell/frame/FrameMenus.h"
+
+#include <QMenu>
+#include <QMenuBar>
+
+#include "shell/frame/Commands.h"
+#include "shell/frame/ProjectPath.h"
+#include "shell/frame/RecentProjects.h"
+#include "shell/look/Icons.h"
+#include "shell/panes/pages/ViewPagesToolBar.h"
+
+namespace {
+
+constexpr int LastingItemCount = 6; // that always stand in the menu
+constexpr int SeparatorPosition = 4;
+
+void RemoveFormerEntries(QMenu& menu)
+{
+    while (menu.actions().size() > LastingItemCount) {
+        QAction* const entry = menu.actions().at(SeparatorPosition);
+        menu.removeAction(entry);
+        entry->deleteLater();
+    }
+}
+
+QAction* MakeEntry(QMenu& menu, const QString& path, int commandId)
+{
+    QString name = ProjectNameOf(path);
+    auto* entry = new QAction(LoadIcon(QStringLiteral("recent")),
+                              name.replace(QLatin1Char('&'), QStringLiteral("&&")), &menu);
+    entry->setData(commandId);
+    entry->setToolTip(path);
+    entry->setStatusTip(path);
+    return entry;
+}
+
+} // namespace
+
+FrameMenus::FrameMenus(QMenuBar& menuBar, const CCommandActions& actions, QMenu& layouts, QMenu& styles)
+{
+    file = menuBar.addMenu(Text(StringId::FileMenu));
+    file->addActions({actions.Get(CommandId::New), actions.Get(CommandId::Open), actions.Get(CommandId::Save),
+                      actions.Get(CommandId::SaveAs)});
+    file->addSeparator();
+    file->addAction(actions.Get(CommandId::Exit));
+    file->setToolTipsVisible(true);
+
+    QAction* const layoutItem = actions.Get(CommandId::LayoutMenu);
+    layoutItem->setMenu(&layouts);
+    QAction* const styleItem = actions.Get(CommandId::StyleMenu);
+    styleItem->setMenu(&styles);
+    menuBar.addMenu(Text(StringId::GalleryMenu))
+        ->addActions({actions.Get(CommandId::Deploy), layoutItem, styleItem});
+
+    menuBar.addMenu(Text(StringId::EffectsMenu))
+        ->addActions({actions.Get(CommandId::ImageWatermark), actions.Get(CommandId::ImageSignature),
+                      actions.Get(CommandId::Ads)});
+    menuBar.addMenu(Text(StringId::SourceMenu))->addAction(actions.Get(CommandId::OpenFolder));
+    menuBar.addMenu(Text(StringId::HelpMenu))->addAction(actions.Get(CommandId::About));
+}
+
+void UpdateRecentProjectsMenu(QMenu& menu, const CRecentProjects& projects,
+                              const std::function<void(int commandId)>& chosen)
+{
+    RemoveFormerEntries(menu);
+    if (projects.GetPaths().size() <= 1) {
+        return;
+    }
+    QAction* const listEnd = menu.actions().at(SeparatorPosition);
+    menu.insertSeparator(listEnd);
+    for (const int position : projects.GetOrderByName()) {
+        if (position == 0) {
+            continue;
+        }
+        // Odd on purpose: 32999 plus the place counted from 1. The current project has the place 1, so that
+        // 33000 stands for it and never in this menu.
+        const int commandId = CommandRange::FirstRecentProject - 1 + (position + 1);
+        QAction* const entry = MakeEntry(menu, projects.GetPaths()[position], commandId);
+        // Queued: opening a project makes the menu's entries anew.
+        QObject::connect(
+            entry, &QAction::triggered, entry, [chosen, commandId] { chosen(commandId); },
+            Qt::QueuedConnection);
+        menu.insertAction(listEnd, entry);
+    }
+}
+
+void UpdateRecentProjectsMenu(CViewPagesToolBar& toolBar, const CRecentProjects& projects)
+{
+    std::vector<CViewPagesToolBar::RecentProject> entries;
+    for (const int position : projects.GetOrderByName()) {
+        entries.push_back({ProjectNameOf(projects.GetPaths()[position]), position});
+    }
+    toolBar.SetRecentProjects(entries);
+}
