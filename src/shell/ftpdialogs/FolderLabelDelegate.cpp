@@ -2,6 +2,7 @@
 
 #include <QLineEdit>
 
+#include "resources/StringTable.h"
 #include "shell/look/DialogParts.h"
 
 CFolderLabelDelegate::CFolderLabelDelegate(Listener listener, QObject* parent)
@@ -16,7 +17,7 @@ QWidget* CFolderLabelDelegate::createEditor(QWidget* parent, const QStyleOptionV
     edited = index;
     editedText.clear();
     QWidget* editor = QStyledItemDelegate::createEditor(parent, option, index);
-    NameControl(*editor, "label", QStringLiteral("Name of the folder"));
+    NameControl(*editor, "label", Text(StringId::FolderNameEditor));
     return editor;
 }
 

@@ -14,11 +14,11 @@ CPropPageSelectFTPFolder::CPropPageSelectFTPFolder(DeployWizardState& state)
     : CWizardPage(state), directory(new QLineEdit(this))
 {
     MakeInterior(Text(StringId::SiteDirectoryTitle), Text(StringId::SiteDirectorySubtitle));
-    const QString label = QStringLiteral("&Directory:");
+    const QString label = Text(StringId::SiteDirectoryLabel);
     NameControl(*directory, "directory", label);
     directory->setMaxLength(Limit);
     QPushButton* browse = MakeButton(QStringLiteral("..."), "browse", this);
-    browse->setAccessibleName(QStringLiteral("Choose a directory on the server"));
+    browse->setAccessibleName(Text(StringId::ChooseDirectoryName));
 
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(MakeLabel(label, *directory));

@@ -23,11 +23,11 @@ CPropPageSelectFolder::CPropPageSelectFolder(DeployWizardState& state)
     : CWizardPage(state), folder(new QLineEdit(this))
 {
     MakeInterior(Text(StringId::FolderPathTitle), Text(StringId::FolderPathSubtitle));
-    const QString label = QStringLiteral("&Folder path:");
+    const QString label = Text(StringId::FolderPathLabel);
     NameControl(*folder, "folder", label);
     folder->setMaxLength(Limit);
     QPushButton* browse = MakeButton(QStringLiteral("..."), "browse", this);
-    browse->setAccessibleName(QStringLiteral("Choose a folder"));
+    browse->setAccessibleName(Text(StringId::ChooseFolderName));
 
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(MakeLabel(label, *folder));
