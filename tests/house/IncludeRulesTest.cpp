@@ -50,6 +50,7 @@ TEST(IncludeRules, NoIncludeClimbsOutOfItsFolder)
 {
     ASSERT_GT(Tree().lines.size(), 1000u);
     for (const IncludeLine& line : Tree().lines) {
+        EXPECT_FALSE(line.folder.isEmpty()) << qPrintable(line.file) << " belongs to no folder";
         EXPECT_FALSE(line.included.contains(QStringLiteral("../"))) << qPrintable(line.file);
     }
 }
