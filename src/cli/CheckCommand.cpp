@@ -1,13 +1,13 @@
-#include "cli/CheckCommand.h"
-
 #include <limits>
 #include <set>
 #include <vector>
 
 #include <QDir>
 
+#include "cli/Answers.h"
 #include "cli/CheckIterator.h"
-#include "cli/CommandLine.h"
+#include "cli/CommandArguments.h"
+#include "cli/Commands.h"
 #include "common/Exceptions.h"
 #include "common/xmldomutils.h"
 #include "document/catalogue/GalleryTemplate.h"

@@ -1,13 +1,14 @@
-#include "cli/DeployCommand.h"
-
 #include <QDir>
 
-#include "cli/CommandLine.h"
+#include "cli/Answers.h"
+#include "cli/CommandArguments.h"
+#include "cli/Commands.h"
 #include "cli/DeployRun.h"
-#include "cli/DestinationSession.h"
-#include "cli/PasswordPrompt.h"
+#include "cli/FtpUrl.h"
+#include "cli/NamedDestinations.h"
 #include "cli/ProjectSession.h"
-#include "cli/ServerAddress.h"
+#include "cli/ServerLogin.h"
+#include "resources/StringTable.h"
 
 namespace {
 
@@ -19,12 +20,10 @@ void RequireOneTarget(const CommandArguments& parsed)
 {
     const bool namesPlace = parsed.positional.size() == 2;
     if (namesPlace == parsed.Has(ToOption)) {
-        throw CWrongUse(QStringLiteral("'deploy' needs one target: a folder, an FTP address or --to with the "
-                                       "name of a destination."));
+        throw CWrongUse(Text(StringId::DeployNeedsTarget));
     }
     if (parsed.Has(DirectoryOption) && !parsed.Has(ToOption)) {
-        throw CWrongUse(
-            QStringLiteral("--directory goes with --to. An FTP address names its own directory."));
+        throw CWrongUse(Text(StringId::DirectoryNeedsTo));
     }
 }
 

@@ -1,14 +1,49 @@
 #include "cli/DeployRun.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <unistd.h>
 
 #include <QDir>
 
-#include "cli/CommandLine.h"
+#include "cli/Answers.h"
 #include "cli/ProjectSession.h"
 #include "common/EventLoopTarget.h"
 #include "common/Platform.h"
+#include "resources/StringTable.h"
+
+void CDeployProgressDisplay::Show(int32_t done, int32_t total, StringId step)
+{
+    if (step != lastStep) {
+        End();
+        lastStep = step;
+        lastTenth = 0;
+    }
+    const QString text = Text(step, done, total);
+    // The total can fall short of what is written, so the bar stops at its end.
+    const int64_t whole = std::max<int64_t>(total, 1);
+    if (onTerminal) {
+        constexpr int64_t width = 40;
+        const auto filled = static_cast<qsizetype>(std::min(width, width * done / whole));
+        PrintOut(QStringLiteral("\r[") + QStringLiteral("#").repeated(filled) +
+                 QStringLiteral("-").repeated(width - filled) + QStringLiteral("] ") + text);
+        barShown = true;
+        return;
+    }
+    const int64_t tenth = 10 * done / whole;
+    if (tenth > lastTenth) {
+        lastTenth = tenth;
+        PrintOut(text + QLatin1Char('\n'));
+    }
+}
+
+void CDeployProgressDisplay::End()
+{
+    if (barShown) {
+        PrintOut(QStringLiteral("\n"));
+        barShown = false;
+    }
+}
 
 CDeployRun::CDeployRun(CProjectSession& session, Options options)
     : session(session),
@@ -28,7 +63,7 @@ int CDeployRun::ToFolder(const QString& folder)
     if (const auto end = FindEnd()) {
         return *end;
     }
-    return ReportDone(QString());
+    return ReportDone(std::nullopt);
 }
 
 int CDeployRun::ToServer(const FTPDestinationConnection& destination, const QString& directory)
@@ -41,14 +76,14 @@ int CDeployRun::ToServer(const FTPDestinationConnection& destination, const QStr
     CSiteUpload upload(engine, destination, directory);
     const auto error = Upload(upload);
     if (job.IsCancelled()) {
-        PrintError(QStringLiteral("Cancelled. The files sent so far stay on the server.\n"));
+        PrintError(Text(StringId::CancelledOnServer) + QLatin1Char('\n'));
         return ExitInterrupted;
     }
     if (error) {
         PrintError(FailureLines(error->description, error->reason, error->solution));
         return ExitFailed;
     }
-    return ReportDone(QStringLiteral("%1 files sent, ").arg(upload.GetFinishedFiles()));
+    return ReportDone(upload.GetFinishedFiles());
 }
 
 void CDeployRun::Generate()
@@ -68,9 +103,9 @@ std::optional<int> CDeployRun::FindEnd() const
         return ExitFailed;
     }
     if (job.IsCancelled()) {
-        PrintError(job.temporaryFolder.isEmpty()
-                       ? QStringLiteral("Cancelled. The files written so far stay.\n")
-                       : QStringLiteral("Cancelled. Nothing was sent.\n"));
+        PrintError(Text(job.temporaryFolder.isEmpty() ? StringId::CancelledInFolder
+                                                      : StringId::CancelledBeforeSending) +
+                   QLatin1Char('\n'));
         return ExitInterrupted;
     }
     return std::nullopt;
@@ -86,14 +121,16 @@ std::optional<DeployError> CDeployRun::Upload(CSiteUpload& upload)
     return upload.MakeError();
 }
 
-int CDeployRun::ReportDone(const QString& sent)
+int CDeployRun::ReportDone(std::optional<int32_t> sentFiles)
 {
     const GenerationResult& result = job.GetResult();
     for (const QString& warning : result.warnings) {
-        PrintError(QStringLiteral("warning: ") + warning + QLatin1Char('\n'));
+        PrintError(Text(StringId::DeploymentWarning, warning) + QLatin1Char('\n'));
     }
-    PrintOut(QStringLiteral("%1 pages, %2 images, ").arg(result.pages).arg(result.images) + sent +
-             QStringLiteral("%1 seconds\n").arg(timer.elapsed() / 1000.0, 0, 'f', 2));
+    const QString seconds = QString::number(timer.elapsed() / 1000.0, 'f', 2);
+    PrintOut((sentFiles ? Text(StringId::SiteDeployed, result.pages, result.images, *sentFiles, seconds)
+                        : Text(StringId::FolderDeployed, result.pages, result.images, seconds)) +
+             QLatin1Char('\n'));
     return ExitDone;
 }
 
@@ -111,7 +148,7 @@ void CDeployRun::OnInterrupt(uint64_t count)
 void CDeployRun::OnJobMessage(const DeployMessage& message)
 {
     if (const auto* const progress = std::get_if<DEPLOY_PROGRESS>(&message)) {
-        ShowProgress(progress->donePages, progress->totalPages, QStringLiteral("pages"));
+        ShowProgress(progress->donePages, progress->totalPages, StringId::PagesProgress);
     } else if (std::holds_alternative<DEPLOY_GENERATED>(message)) {
         loop.quit();
     }
@@ -125,16 +162,16 @@ void CDeployRun::OnUploadMessage(const FTPMessage& message, CSiteUpload& upload)
     upload.OnMessage(message);
     if (std::holds_alternative<FTP_UPLOAD_FILE_FINISHED>(message)) {
         ShowProgress(upload.GetFinishedFiles(), static_cast<int32_t>(job.GetUploadMap().size()),
-                     QStringLiteral("files"));
+                     StringId::FilesProgress);
     }
     if (upload.IsFinished()) {
         loop.quit();
     }
 }
 
-void CDeployRun::ShowProgress(int32_t done, int32_t total, const QString& unit)
+void CDeployRun::ShowProgress(int32_t done, int32_t total, StringId step)
 {
     if (!options.quiet) {
-        display.Show(done, total, unit);
+        display.Show(done, total, step);
     }
 }

@@ -5,12 +5,30 @@
 #include <QElapsedTimer>
 #include <QEventLoop>
 
-#include "cli/DeployProgressDisplay.h"
 #include "cli/Interrupts.h"
 #include "deploy/DeployJob.h"
 #include "deploy/SiteUpload.h"
+#include "resources/StringTable.h"
 
 class CProjectSession;
+
+// Shows the progress of a deployment on standard output: a bar that is drawn over itself on a terminal, else
+// a plain line at each tenth. Single-threaded.
+class CDeployProgressDisplay {
+public:
+    explicit CDeployProgressDisplay(bool onTerminal) : onTerminal(onTerminal) {}
+
+    // step: the text with the two numbers. Another step than the last begins anew.
+    void Show(int32_t done, int32_t total, StringId step);
+    // Leaves the line of the bar.
+    void End();
+
+private:
+    const bool onTerminal;
+    std::optional<StringId> lastStep;
+    int64_t lastTenth = 0;
+    bool barShown = false;
+};
 
 // One deployment at the command line: the generation and, if the site goes to a server, the upload. The first
 // interrupt cancels it; the second ends the program at once. Works on the event loop of the program's first
@@ -33,11 +51,12 @@ private:
     // An ExitCode, if the run ends here.
     std::optional<int> FindEnd() const;
     std::optional<DeployError> Upload(CSiteUpload& upload);
-    int ReportDone(const QString& sent);
+    // sentFiles: nothing for a site in a folder.
+    int ReportDone(std::optional<int32_t> sentFiles);
     void OnInterrupt(uint64_t count);
     void OnJobMessage(const DeployMessage& message);
     void OnUploadMessage(const FTPMessage& message, CSiteUpload& upload);
-    void ShowProgress(int32_t done, int32_t total, const QString& unit);
+    void ShowProgress(int32_t done, int32_t total, StringId step);
 
     CProjectSession& session;
     const Options options;

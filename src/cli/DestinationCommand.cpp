@@ -1,10 +1,11 @@
-#include "cli/DestinationCommand.h"
-
 #include <limits>
 
-#include "cli/CommandLine.h"
-#include "cli/DestinationSession.h"
-#include "cli/PasswordPrompt.h"
+#include "cli/Answers.h"
+#include "cli/CommandArguments.h"
+#include "cli/Commands.h"
+#include "cli/NamedDestinations.h"
+#include "cli/ServerLogin.h"
+#include "resources/StringTable.h"
 
 namespace {
 
@@ -18,8 +19,7 @@ int Add(const QStringList& arguments, CNamedDestinations& destinations)
                                    .maxPositional = std::numeric_limits<qsizetype>::max()});
     // The general text would repeat an address with its password.
     if (parsed.positional.size() > 2) {
-        throw CWrongUse(QStringLiteral("There are more words than a name and an address. A name with blanks "
-                                       "needs quotation marks."));
+        throw CWrongUse(Text(StringId::SurplusDestinationWords));
     }
     FtpUrl url = ParseFtpUrl(parsed.positional[1]);
     url.password = FindPassword(url);
@@ -66,5 +66,5 @@ int RunDestination(const QStringList& arguments, CNamedDestinations& destination
     if (action == QStringLiteral("remove")) {
         return Remove(others, destinations);
     }
-    throw CWrongUse(QStringLiteral("'destination' needs 'add', 'list' or 'remove'."));
+    throw CWrongUse(Text(StringId::DestinationNeedsAction));
 }

@@ -1,15 +1,47 @@
-#include "cli/FtpCommands.h"
+#include <cstdlib>
+#include <functional>
 
-#include "cli/CommandLine.h"
-#include "cli/FtpTask.h"
-#include "cli/ServerAddress.h"
-#include "cli/TerminalText.h"
+#include <QEventLoop>
+
+#include "cli/Answers.h"
+#include "cli/CommandArguments.h"
+#include "cli/Commands.h"
+#include "cli/Interrupts.h"
+#include "cli/ServerLogin.h"
+#include "common/EventLoopTarget.h"
 #include "common/Exceptions.h"
 #include "ftpengine/EngineStatus.h"
+#include "ftpengine/FTPEngine.h"
 
 namespace {
 
 using Start = std::function<void(CFTPEngine& engine, const CFTPEngine::Target& target)>;
+
+// Runs one task of the FTP engine to its end, on the event loop of the program's first thread. The first
+// interrupt cancels the task, whose result says so; the second ends the program at once. Finished: the type
+// of the task's last message.
+template <class Finished>
+Finished RunFtpTask(const Start& start)
+{
+    CFTPEngine engine;
+    QEventLoop loop;
+    Finished last;
+    const CInterrupts interrupts([&engine](uint64_t count) {
+        if (count > 1) {
+            std::_Exit(ExitInterrupted);
+        }
+        engine.Cancel();
+    });
+    const auto target = CEventLoopTarget<FTPMessage>::Create([&](const FTPMessage& message) {
+        if (const auto* const finished = std::get_if<Finished>(&message)) {
+            last = *finished;
+            loop.quit();
+        }
+    });
+    start(engine, target);
+    loop.exec();
+    return last;
+}
 
 // On one line. A greeting may have several.
 QString OneLineOf(const FTPReply& reply)
@@ -46,12 +78,11 @@ QString Summary(const CTaskResult& result)
     case CTaskResult::Kind::Success:
         break;
     case CTaskResult::Kind::NetworkFailure:
-        return QStringLiteral("network failure %1: ").arg(result.status) +
-               EngineStatus::GetWords(result.status);
+        return Text(StringId::FtpTestNetworkFailure, result.status, EngineStatus::GetWords(result.status));
     case CTaskResult::Kind::ServerRefusal:
-        return QStringLiteral("server refusal %1 ").arg(result.reply.code) + WordsOf(result.reply);
+        return Text(StringId::FtpTestRefused, result.reply.code, WordsOf(result.reply));
     }
-    return QStringLiteral("success");
+    return Text(StringId::FtpTestPassed);
 }
 
 // ExitDone, or ExitInterrupted after an interrupt. Any other failure is thrown, with this caption.
@@ -142,8 +173,9 @@ int RunFtpList(const QStringList& arguments)
         return answer;
     }
     if (finished.content->GetDirectory() != destination->directory) {
-        PrintError(QStringLiteral("There is no folder '%1'. This is the listing of '%2'.\n")
-                       .arg(Printable(destination->directory), NameOf(finished.content->GetDirectory())));
+        PrintError(Text(StringId::OtherFolderListed, Printable(destination->directory),
+                        NameOf(finished.content->GetDirectory())) +
+                   QLatin1Char('\n'));
     }
     if (parsed.Has(raw)) {
         PrintRaw(finished.content->GetListing());

@@ -3,7 +3,8 @@
 #include <QStringDecoder>
 #include <QUrl>
 
-#include "cli/CommandLine.h"
+#include "cli/Answers.h"
+#include "resources/StringTable.h"
 
 namespace {
 
@@ -12,7 +13,7 @@ const QLatin1String NobodysName("anonymous");
 
 [[noreturn]] void Refuse(const QString& reason)
 {
-    throw CWrongUse(QStringLiteral("The FTP address is wrong: ") + reason);
+    throw CWrongUse(Text(StringId::FtpAddressWrong, reason));
 }
 
 // A line break would end the command that carries the text to the server; a zero byte would cut it off.
@@ -20,7 +21,7 @@ void RefuseLineBreaks(const QString& text, const QString& part)
 {
     for (const QChar character : text) {
         if (character == QLatin1Char('\r') || character == QLatin1Char('\n') || character.isNull()) {
-            Refuse(QStringLiteral("its %1 holds a line break or a zero byte.").arg(part));
+            Refuse(Text(StringId::AddressPartNotPrintable, part));
         }
     }
 }
@@ -37,9 +38,7 @@ QByteArray DecodePercents(const QByteArray& text, const QString& part)
         const QByteArray byte = QByteArray::fromHex(digits);
         // fromHex leaves out what is no digit, so the way back tells.
         if (byte.size() != 1 || byte.toHex() != digits.toLower()) {
-            Refuse(QStringLiteral("in its %1, '%' is not followed by two hexadecimal digits. A '%' itself is "
-                                  "written as %25.")
-                       .replace(QStringLiteral("%1"), part));
+            Refuse(Text(StringId::AddressPartPercent, part));
         }
         bytes += byte;
         i += 2;
@@ -52,7 +51,7 @@ QString Decode(const QString& text, const QString& part)
     QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString decoded = utf8(DecodePercents(text.toUtf8(), part));
     if (utf8.hasError()) {
-        Refuse(QStringLiteral("its %1 is not in UTF-8.").arg(part));
+        Refuse(Text(StringId::AddressPartNotUtf8, part));
     }
     RefuseLineBreaks(decoded, part);
     return decoded;
@@ -61,12 +60,12 @@ QString Decode(const QString& text, const QString& part)
 void ParseUser(const QString& text, FtpUrl& url)
 {
     const qsizetype colon = text.indexOf(QLatin1Char(':'));
-    url.userName = Decode(text.left(colon), QStringLiteral("user name"));
+    url.userName = Decode(text.left(colon), Text(StringId::UserNamePart));
     if (colon >= 0) {
-        url.password = Decode(text.mid(colon + 1), QStringLiteral("password"));
+        url.password = Decode(text.mid(colon + 1), Text(StringId::PasswordPart));
     }
     if (url.userName.isEmpty()) {
-        Refuse(QStringLiteral("there is no user name before its '@'."));
+        Refuse(Text(StringId::AddressWithoutUserName));
     }
 }
 
@@ -78,9 +77,7 @@ uint16_t ParsePort(const QString& text)
     }
     const uint16_t port = isDecimal ? text.toUShort() : 0;
     if (port == 0) {
-        Refuse(
-            QStringLiteral("its port is not a number from 1 to 65535. In a user name or a password, '/' is "
-                           "written as %2F."));
+        Refuse(Text(StringId::AddressPortWrong));
     }
     return port;
 }
@@ -94,17 +91,17 @@ bool IsHostCharacter(QChar character)
 QString ParseHost(const QString& text)
 {
     if (text.isEmpty()) {
-        Refuse(QStringLiteral("the name of the server is missing."));
+        Refuse(Text(StringId::AddressWithoutServer));
     }
     if (text.startsWith(QLatin1Char('['))) {
-        Refuse(QStringLiteral("addresses in brackets (IPv6) are not supported."));
+        Refuse(Text(StringId::AddressIpv6));
     }
     // The ASCII form of an international name (RFC 3490); names that it refuses fail below.
     const QByteArray ascii = QUrl::toAce(text);
     const QString host = ascii.isEmpty() ? text : QString::fromLatin1(ascii);
     for (const QChar character : host) {
         if (!IsHostCharacter(character)) {
-            Refuse(QStringLiteral("'%1' can't stand in the name of a server.").arg(character));
+            Refuse(Text(StringId::AddressServerCharacter, QString(character)));
         }
     }
     return host;
@@ -112,7 +109,7 @@ QString ParseHost(const QString& text)
 
 QString ParseDirectory(const QString& text)
 {
-    QString directory = Decode(text, QStringLiteral("directory"));
+    QString directory = Decode(text, Text(StringId::DirectoryPart));
     while (directory.size() > 1 && directory.endsWith(QLatin1Char('/'))) {
         directory.chop(1);
     }
@@ -126,12 +123,17 @@ QString Encode(const QString& text, const char* kept)
 
 } // namespace
 
+bool IsFtpAddress(const QString& argument)
+{
+    return argument.startsWith(Scheme, Qt::CaseInsensitive);
+}
+
 FtpUrl ParseFtpUrl(const QString& text)
 {
-    if (!text.startsWith(Scheme, Qt::CaseInsensitive)) {
-        Refuse(QStringLiteral("it does not begin with '%1'.").arg(Scheme));
+    if (!IsFtpAddress(text)) {
+        Refuse(Text(StringId::AddressScheme, QString(Scheme)));
     }
-    RefuseLineBreaks(text, QStringLiteral("text"));
+    RefuseLineBreaks(text, Text(StringId::WholeTextPart));
     const QString rest = text.mid(Scheme.size());
     const qsizetype slash = rest.indexOf(QLatin1Char('/'));
     const QString authority = rest.left(slash);

@@ -12,9 +12,12 @@ struct FtpUrl {
     std::optional<QString> password;
     QString server;
     uint16_t port = 21;
-    // Seen from the login's folder; "//" behind the host makes it absolute. Without "/" at its end.
+    // Seen from the login's folder; "//" after the host makes it absolute. Without "/" at its end.
     QString directory;
 };
+
+// Whether an argument is meant as an FTP address and not as a folder.
+bool IsFtpAddress(const QString& argument);
 
 // User name, password and directory may hold "%" and two hexadecimal digits for a byte of UTF-8. Throws
 // CWrongUse with a text that never repeats what could be a piece of a password.

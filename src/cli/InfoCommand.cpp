@@ -1,5 +1,3 @@
-#include "cli/InfoCommand.h"
-
 #include <optional>
 #include <set>
 
@@ -7,13 +5,16 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include "cli/CommandLine.h"
+#include "cli/Answers.h"
+#include "cli/CommandArguments.h"
+#include "cli/Commands.h"
 #include "cli/ProjectSession.h"
 #include "document/catalogue/GalleryStyle.h"
 #include "document/catalogue/GalleryTemplate.h"
 #include "document/clusters/PictureClusters.h"
 #include "document/galleries/Gallery.h"
 #include "document/pictures/GalleryPictureInfo.h"
+#include "resources/StringTable.h"
 
 namespace {
 
@@ -42,11 +43,11 @@ public:
     {
         Walk(project.GetRootGalleryIndex(), 0, [this](int32_t index, int depth) {
             CGallery& gallery = *project.FindGallery(index);
-            text += QStringLiteral("  ").repeated(depth) +
-                    QStringLiteral("%1: %2, layout %3, style %4, %5 pictures\n")
-                        .arg(index)
-                        .arg(gallery.GetDisplayName(), LayoutName(gallery), StyleName(gallery))
-                        .arg(CountPictures(gallery));
+            text +=
+                QStringLiteral("  ").repeated(depth) +
+                Text(StringId::GalleryLine, index, gallery.GetDisplayName(), OrNone(FindLayoutName(gallery)),
+                     OrNone(FindStyleName(gallery)), CountPictures(gallery)) +
+                QLatin1Char('\n');
             if (clusterSize) {
                 WriteClusters(gallery, depth);
             }
@@ -79,16 +80,21 @@ private:
         }
     }
 
-    static QString LayoutName(const CGallery& gallery)
+    static std::optional<QString> FindLayoutName(const CGallery& gallery)
     {
         const CGalleryTemplate* layout = gallery.GetLayout().GetTemplate();
-        return layout ? layout->GetName() : QStringLiteral("none");
+        return layout ? std::optional(layout->GetName()) : std::nullopt;
     }
 
-    static QString StyleName(const CGallery& gallery)
+    static std::optional<QString> FindStyleName(const CGallery& gallery)
     {
         const CGalleryStyle* style = gallery.GetLayout().GetStyle();
-        return style ? style->name : QStringLiteral("none");
+        return style ? std::optional(style->name) : std::nullopt;
+    }
+
+    static QString OrNone(const std::optional<QString>& name)
+    {
+        return name.value_or(Text(StringId::NoLayoutOrStyle));
     }
 
     static int CountPictures(CGallery& gallery)
@@ -100,7 +106,8 @@ private:
     {
         for (const auto& [label, positions] : ClustersOf(gallery, *clusterSize)) {
             text += QStringLiteral("  ").repeated(depth + 2) +
-                    QStringLiteral("%1: %2 pictures\n").arg(label).arg(positions.size());
+                    Text(StringId::ClusterLine, label, static_cast<int>(positions.size())) +
+                    QLatin1Char('\n');
         }
     }
 
@@ -141,10 +148,11 @@ private:
         for (const int32_t child : gallery.GetChildren()) {
             children.append(child);
         }
+        const QString none = QStringLiteral("none"); // in every language, for scripts
         QJsonObject object{{QStringLiteral("index"), index},
                            {QStringLiteral("name"), gallery.GetDisplayName()},
-                           {QStringLiteral("layout"), LayoutName(gallery)},
-                           {QStringLiteral("style"), StyleName(gallery)},
+                           {QStringLiteral("layout"), FindLayoutName(gallery).value_or(none)},
+                           {QStringLiteral("style"), FindStyleName(gallery).value_or(none)},
                            {QStringLiteral("children"), children},
                            {QStringLiteral("pictures"), pictures}};
         if (clusterSize) {
@@ -168,8 +176,7 @@ std::optional<int32_t> ParseClusterSize(const CommandArguments& parsed)
     bool isNumber = false;
     const int32_t size = parsed.Get(option).toInt(&isNumber);
     if (!isNumber || size <= 0) {
-        throw CWrongUse(QStringLiteral("The option '--clusters' needs a number from 1 on, not '%1'.")
-                            .arg(parsed.Get(option)));
+        throw CWrongUse(Text(StringId::ClustersNeedNumber, parsed.Get(option)));
     }
     return size;
 }

@@ -1,8 +1,8 @@
 #include "cli/NamedDestinations.h"
 
-#include "cli/CommandLine.h"
-#include "cli/TerminalText.h"
+#include "cli/Answers.h"
 #include "common/Exceptions.h"
+#include "common/Platform.h"
 #include "common/Text.h"
 
 namespace {
@@ -12,24 +12,22 @@ CSettingsStore::Scope ScopeOf(const CFTPDestination& destination)
     return destination.allUsers ? CSettingsStore::Scope::Machine : CSettingsStore::Scope::User;
 }
 
-void RequireStorable(const QString& text, const QString& what)
+void RequireStorable(const QString& text, StringId part)
 {
     if (text.size() > CFTPDestinations::MaxTextLength) {
-        throw CWrongUse(QStringLiteral("The %1 has more than %2 characters.")
-                            .arg(what)
-                            .arg(CFTPDestinations::MaxTextLength));
+        throw CWrongUse(Text(StringId::DestinationPartTooLong, Text(part),
+                             static_cast<int>(CFTPDestinations::MaxTextLength)));
     }
 }
 
 void RequireUsableName(const QString& name)
 {
     if (name.trimmed().isEmpty()) {
-        throw CWrongUse(QStringLiteral("The name of the destination is empty."));
+        throw CWrongUse(Text(StringId::DestinationNameEmpty));
     }
     for (const QChar character : name) {
         if (character.category() == QChar::Other_Control) {
-            throw CWrongUse(QStringLiteral("The name of the destination holds a line break, a tab or another "
-                                           "control character."));
+            throw CWrongUse(Text(StringId::DestinationNameNotPrintable));
         }
     }
 }
@@ -62,11 +60,11 @@ CNamedDestinations::CNamedDestinations(CSettingsStore& store, const CPasswordPro
 void CNamedDestinations::Add(const QString& name, const FtpUrl& url, Owner owner)
 {
     RequireUsableName(name);
-    RequireStorable(name, QStringLiteral("name of the destination"));
-    RequireStorable(url.userName, QStringLiteral("user name"));
-    RequireStorable(url.password.value_or(QString()), QStringLiteral("password"));
-    RequireStorable(url.server, QStringLiteral("name of the server"));
-    RequireStorable(url.directory, QStringLiteral("directory"));
+    RequireStorable(name, StringId::DestinationNamePart);
+    RequireStorable(url.userName, StringId::UserNamePart);
+    RequireStorable(url.password.value_or(QString()), StringId::PasswordPart);
+    RequireStorable(url.server, StringId::ServerPart);
+    RequireStorable(url.directory, StringId::DirectoryPart);
     if (!FindAll(name).empty()) {
         throw CGenericException(Text(StringId::DestinationExists, name),
                                 Text(StringId::DestinationNamesAreUnique), Text(StringId::ChooseAnotherName));
@@ -128,10 +126,10 @@ QString CNamedDestinations::List() const
 {
     QString lines;
     for (const CFTPDestination& destination : destinations.Enumerate()) {
-        const QStringList columns{destination.keyName, Printable(destination.connection.displayName),
-                                  Printable(AddressOf(destination.connection)),
-                                  destination.allUsers ? QStringLiteral("all users")
-                                                       : QStringLiteral("this user")};
+        const QStringList columns{
+            destination.keyName, Printable(destination.connection.displayName),
+            Printable(AddressOf(destination.connection)),
+            Text(destination.allUsers ? StringId::DestinationOfAllUsers : StringId::DestinationOfThisUser)};
         lines += columns.join(QLatin1Char('\t')) + QLatin1Char('\n');
     }
     return lines;
@@ -163,3 +161,9 @@ void CNamedDestinations::ThrowNotProtected(const CFTPDestination& destination) c
         Text(StringId::KeyFileUnfit, protection.GetKeyPath(ScopeOf(destination))),
         Text(destination.allUsers ? StringId::CorrectMachineKeyFile : StringId::CorrectUserKeyFile));
 }
+
+CDestinationSession::CDestinationSession()
+    : settings(CreateProgramSettings()),
+      protection(FindDataFolder(), FindMachineSettingsFolder()),
+      destinations(*settings, protection)
+{}

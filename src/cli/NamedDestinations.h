@@ -1,5 +1,8 @@
 #pragma once
 
+#include <memory>
+#include <vector>
+
 #include "cli/FtpUrl.h"
 #include "ftpengine/destinations/FTPDestinations.h"
 #include "ftpengine/secrets/PasswordProtection.h"
@@ -34,4 +37,18 @@ private:
     CSettingsStore& store;
     const CPasswordProtection& protection;
     CFTPDestinations destinations;
+};
+
+// The stored destinations of the running program, with the settings and the keys that they need. Belongs to
+// one run of a command; single-threaded.
+class CDestinationSession {
+public:
+    CDestinationSession();
+
+    CNamedDestinations& GetDestinations() { return destinations; }
+
+private:
+    const std::unique_ptr<CSettingsStore> settings;
+    const CPasswordProtection protection;
+    CNamedDestinations destinations;
 };

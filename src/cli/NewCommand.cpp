@@ -1,11 +1,11 @@
-#include "cli/NewCommand.h"
-
 #include <cerrno>
 #include <limits>
 
 #include <QDir>
 
-#include "cli/CommandLine.h"
+#include "cli/Answers.h"
+#include "cli/CommandArguments.h"
+#include "cli/Commands.h"
 #include "cli/ProjectSession.h"
 #include "cli/StampOptions.h"
 #include "common/Exceptions.h"
@@ -84,7 +84,7 @@ public:
         }
     }
 
-    // The subfolders become children, the folder's own pictures come behind them.
+    // The subfolders become children, the folder's own pictures come after them.
     void AddTree(int32_t index, const QString& folder)
     {
         for (const DirectoryEntry& entry : ListDirectory(folder)) {

@@ -1,9 +1,6 @@
 #include "cli/ProjectSession.h"
 
-#include <QDir>
-
-#include "common/Exceptions.h"
-#include "common/FileSystem.h"
+#include "cli/CommandArguments.h"
 #include "common/Platform.h"
 
 CProjectSession::CProjectSession()
@@ -18,9 +15,5 @@ CProjectSession::CProjectSession()
 
 void CProjectSession::OpenExisting(const QString& path)
 {
-    if (!FileExists(path)) {
-        throw CFileException(
-            path, {StringId::CouldNotOpenFile, StringId::FileDoesNotExist, StringId::CheckFolderAndFileName});
-    }
-    project.Open(QDir(path).absolutePath());
+    project.Open(ExistingPath(path));
 }

@@ -3,9 +3,12 @@
 #include <limits>
 #include <map>
 
-#include "cli/CommandLine.h"
+#include "cli/Answers.h"
+#include "cli/CommandArguments.h"
+#include "common/Exceptions.h"
 #include "document/galleries/Gallery.h"
 #include "imaging/Image.h"
+#include "resources/StringTable.h"
 
 namespace {
 
@@ -15,13 +18,12 @@ const QString Position = QStringLiteral("position");
 const QString Margin = QStringLiteral("margin");
 const QString SizeClass = QStringLiteral("size-class");
 
-constexpr int32_t bottomRight = 10;
-constexpr int32_t largestPosition = 15;
+constexpr int32_t BottomRight = 10;
+constexpr int32_t LargestPosition = 15;
 
 [[noreturn]] void ThrowBadValue(const CommandArguments& arguments, const QString& option)
 {
-    throw CWrongUse(
-        QStringLiteral("'%1' is no value for the option '--%2'.").arg(arguments.Get(option), option));
+    throw CWrongUse(Text(StringId::BadOptionValue, arguments.Get(option), option));
 }
 
 // A number from 0 to the largest; -1 for anything else.
@@ -42,11 +44,11 @@ int32_t ReadPosition(const CommandArguments& arguments)
         {QStringLiteral("bottom-right"), 10},
     };
     if (!arguments.Has(Position)) {
-        return bottomRight;
+        return BottomRight;
     }
     const auto name = names.find(arguments.Get(Position));
     const int32_t position =
-        name != names.end() ? name->second : NumberIn(arguments.Get(Position), largestPosition);
+        name != names.end() ? name->second : NumberIn(arguments.Get(Position), LargestPosition);
     if (position < 0) {
         ThrowBadValue(arguments, Position);
     }
@@ -105,7 +107,7 @@ CStampOptions::CStampOptions(const CommandArguments& arguments)
     if (!arguments.Has(Watermark) && !arguments.Has(Signature)) {
         for (const QString& option : {Position, Margin, SizeClass}) {
             if (arguments.Has(option)) {
-                throw CWrongUse(QStringLiteral("'--%1' needs '--watermark' or '--signature'.").arg(option));
+                throw CWrongUse(Text(StringId::OptionNeedsStamp, option));
             }
         }
         return;

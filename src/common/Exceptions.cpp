@@ -56,7 +56,7 @@ CWin32Exception::CWin32Exception(int errorNumber, const QString& message)
 {}
 
 CUnexpectedException::CUnexpectedException(const char* sourceFile, int line, const QString& description)
-    : CGenericException(FormatText(QStringLiteral("%s\nSource file: %hs(%d)"),
-                                   {Text(StringId::UnexpectedErrorCaption), sourceFile, line}),
-                        description, Text(StringId::UnexpectedErrorAdvice))
+    : CGenericException(
+          Text(StringId::UnexpectedErrorSource, Text(StringId::UnexpectedErrorCaption), sourceFile, line),
+          description, Text(StringId::UnexpectedErrorAdvice))
 {}

@@ -15,3 +15,12 @@ QByteArray FindResource(const QString& name, const QString& type)
     const QResource resource(QStringLiteral(":/vistorama/%1.%2").arg(name.toLower(), type.toLower()));
     return resource.isValid() ? resource.uncompressedData() : QByteArray();
 }
+
+QByteArray FindPage(const QString& name, std::initializer_list<StringId> words)
+{
+    QByteArray page = FindResource(name, QStringLiteral("html"));
+    for (const StringId id : words) {
+        page.replace('>' + EnglishText(id).toUtf8(), '>' + Text(id).toHtmlEscaped().toUtf8());
+    }
+    return page;
+}

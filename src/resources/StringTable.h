@@ -1,344 +1,37 @@
 #pragma once
 
+#include <span>
+
 #include "resources/FormatText.h"
 
-// The texts that people see. The number of a text is a stable id; numbers from 20000 on are the texts that
-// were added later.
+// The texts that people see: rows of the files in resources/texts. Thread-safe.
 enum class StringId : int {
-    ProgramName = 128,
-    ImageGalleries = 162,
-
-    // Views: labels, and the tips of their buttons.
-    StyleLabel = 129,
-    LayoutLabel = 130,
-    EditReference = 132,
-    MoveUp = 154,
-    MoveDown = 155,
-    RotateCounterClockwise = 156,
-    Delete = 157,
-    EditText = 159,
-    AddPicture = 164,
-    InsertContentSection = 166,
-    InsertChildSection = 167,
-    AddAllPictures = 170,
-    LocateFolder = 176,
-    ChooseFolderFromList = 177,
-    RotateClockwise = 180,
-    PicturesWord = 191,
-    GalleryTree = 239,
-    Sections = 240,
-    Section = 241,
-    PictureWord = 242,
-
-    UnexpectedErrorAdvice = 135,
-    TemplateErrorCaption = 136,
-    TemplateErrorAdvice = 137,
-    TemplateAccessCaption = 140,
-    CouldNotOpenFile = 146,
-    FileDoesNotExist = 147,
-    InformTemplateDeveloper = 148,
-    TemplateElementNotFound = 149,
-    ObjectNameMissing = 152,
-    InvalidObjectName = 153,
-    SelectPictureFolder = 161,
-    InvalidPageFileName = 165,
-    EncoderNotFound = 168,
-    ImageNotSaved = 169,
-    DefaultProjectName = 173,
-    GalleryExists = 178,
-    FileNotCreated = 185,
-    FileNameInvalid = 186,
-    CheckFolderAndFileName = 187,
-    TemplateKindNotFound = 220,
-    UnexpectedErrorCaption = 222,
-    SmallPictures = 232,
-    MiddlePictures = 233,
-    LargePictures = 234,
-    ConnectionSucceeded = 12288,
-    ConnectionFailed = 12289,
-    GettingFolders = 12290,
-    Folders = 12291,
-    FolderAbove = 12292,
-    NewFolder = 12295,
-    FileNotCopied = 12545,
-    DirectoryNotCreated = 12546,
-    ReadOnlyNotCleared = 12547,
-
-    // Template parsing and evaluation.
-    UnknownSection = 20000,
-    NestedSection,
-    InvalidVariableSyntax,
-    DuplicateAttribute,
-    RequiredAttributeNotFound,
-    InvalidCharacterInName,
-    OpeningQuoteNotFound,
-    UnknownAttribute,
-    UnexpectedElse,
-    ClosingBracketNotFound,
-    IncludeTooDeep,
-    NestingTooDeep,
-    LoopsTooDeep,
-
-    // Document.
-    XmlNotParsed = 20100,
-    XmlFileNotFound,
-    XmlAttributeNotNumber,
-    TemplateNotFound,
-    BufferInsufficient,
-    PageIndexNotConverted,
-    ValueNotConverted,
-    PicturesFolderNotFound,
-
-    // Files.
-    FileNotWritten = 20200,
-    FileNotRead,
-    CheckRights,
-    FreeDiskSpace,
-    CheckPathStillThere,
-    ShortenName,
-    CheckDisk,
-    UnsafeTemporaryFolder,
-
-    // Images.
-    SourceNotReadable = 20300,
-    PicturePublishedInPart,
-    ImageFileNotWritten,
-    ImageEmpty,
-    ImageNotAFile,
-    ImageFormatUnknown,
-    ImageDataDamaged,
-    ImageDataIncomplete,
-    ImageChanged,
-    ImageTooLarge,
-    ImageSizeImpossible,
-    ImageNotEncodable,
-
-    // Command line.
-    ProjectExists = 20400,
-    NewNeverOverwrites,
-    ChooseAnotherName,
-    NoSuchLayout,
-    NoSuchStyle,
-    AvailableNames,
-    CheckProgramFolder,
-    LayoutsHaveErrors,
-    BadLayoutsOfAll,
-    CorrectNamedLines,
-    WatermarkNotReadable,
-    ChooseAnotherWatermark,
-    AttributeNeverRead,
-    IdBoundTwice,
-    NoPlaceForPictures,
-
-    // FTP: words for a status.
-    InvalidNameTitle = 20500,
-    InvalidNameDescription,
-    AbortedTitle,
-    AbortedDescription,
-    NetworkUnreachableTitle,
-    NetworkUnreachableDescription,
-    NetworkResetTitle,
-    NetworkResetDescription,
-    ConnectionAbortedTitle,
-    ConnectionAbortedDescription,
-    ConnectionResetTitle,
-    ConnectionResetDescription,
-    TimedOutTitle,
-    TimedOutDescription,
-    ConnectionRefusedTitle,
-    ConnectionRefusedDescription,
-    HostDownTitle,
-    HostDownDescription,
-    NoRouteTitle,
-    NoRouteDescription,
-    HostNotFoundTitle,
-    HostNotFoundDescription,
-    UnknownStatusTitle,
-    UnknownStatusDescription,
-
-    // FTP destinations.
-    DestinationExists = 20700,
-    DestinationNamesAreUnique,
-    NoSuchDestination,
-    NoDestinations,
-    CheckDestinationName,
-    SeveralDestinations,
-    DestinationKeysAre,
-    NameDestinationByKey,
-    DestinationNotStored,
-    DestinationNotRemoved,
-    SettingsFileNotWritten,
-    AllUsersNeedAdministrator,
-    KeyFileUnfit,
-    CorrectUserKeyFile,
-    CorrectMachineKeyFile,
-
-    // Deployment to a server.
-    UploadFailed = 20800,
-    UploadConnectionLost,
-    UploadNotConnected,
-    UploadLater,
-    UploadRefused,
-    CheckSiteParameters,
-
-    // FTP commands of the command line.
-    FolderNotListed = 20900,
-    FolderNotMade,
-    FolderNotRenamed,
-    NetworkFailed,
-    CheckServerAndTryAgain,
-    ChooseNameWithoutLineBreaks,
-
-    // Frame of the desktop program.
-    FileMenu = 21300,
-    GalleryMenu,
-    EffectsMenu,
-    SourceMenu,
-    HelpMenu,
-    NewCommand,
-    NewTip,
-    OpenCommand,
-    OpenTip,
-    SaveCommand,
-    SaveTip,
-    SaveAsCommand,
-    SaveAsTip,
-    ExitCommand,
-    ExitTip,
-    DeployCommand,
-    DeployTip,
-    LayoutCommand,
-    LayoutTip,
-    StyleCommand,
-    StyleTip,
-    WatermarkCommand,
-    WatermarkTip,
-    SignatureCommand,
-    SignatureTip,
-    AdsCommand,
-    AdsTip,
-    OpenFolderCommand,
-    OpenFolderTip,
-    AboutCommand,
-    AboutTip,
-    PrintCommand,
-    PrintTip,
-    UndoCommand,
-    UndoTip,
-    CutCommand,
-    CutTip,
-    CopyCommand,
-    CopyTip,
-    PasteCommand,
-    PasteTip,
-    ClearCommand,
-    ClearTip,
-    NextPaneCommand,
-    NextPaneTip,
-    PreviousPaneCommand,
-    PreviousPaneTip,
-    SaveProjectTitle,
-    OpenProjectTitle,
-    SaveElsewhere,
-    CloseWithoutSaving,
-    PicturesDropped,
-    NotAProject,
-    ProjectsEndInGallery,
-    ChooseProjectFile,
-    AboutTitle,
-    AboutVersion,
-    AboutText,
-    AboutMadeWith,
-    NoDisplay,
-    DesktopUsage,
-    FailureTitle,
-    ReadOnlyProject,
-    ProjectOpenElsewhere,
-    ProjectOpenOnComputer,
-    OpenElsewhereHint,
-    OpenReadOnly,
-    OpenAnyway,
-    ProjectNotSaved,
-    ProjectIsReadOnly,
-    SaveUnderOtherName,
-    ProjectSavedAgain,
-
-    // Dialogs.
-    ChangedInEachPage = 21000,
-    ElementsVisibilityTitle,
-    NewGalleryTitle,
-    WatermarkTitle,
-    ChooseWatermark,
-    PictureFilesFilter,
-    SignatureTitle,
-    ChooseFont,
-    ChooseColour,
-    FontWithSize,
-    AdvertisementsTitle,
-    NoAdvertisementSections,
-    FtpTaskTitle,
-    BrowseFolderTitle,
-    ListOutputTitle,
-
-    // Views.
-    PageDoesNotRespond = 21200,
-    PageNotGenerated,
-    VisibilityCommand,
-    VisibilityTip,
-    RecentProjectsTip,
-
-    // Folder view.
-    RecentFoldersName = 21600,
-    FolderHasNoPictures,
-    AllPicturesInGallery,
-    NoFolderChosen,
-    ChooseFolderAdvice,
-    FolderVanished,
-    FolderVanishedAdvice,
-    FolderNotReadable,
-    FolderNotReadableAdvice,
-    FolderNotShown,
-
-    // Deployment wizard.
-    DeployWizardTitle = 21400,
-    GalleryWizardTitle,
-    WizardMessageTitle,
-    ChooseDestination,
-    NewConnection,
-    DeleteConnectionQuestion,
-    FolderPathTitle,
-    FolderPathSubtitle,
-    FolderPickerCaption,
-    DeployToFolderTitle,
-    OpenBrowserWhenFinished,
-    DeployedPages,
-    ConnectionTitle,
-    ConnectionSubtitle,
-    ShareConnection,
-    SharingNeedsAdministrator,
-    TestingConnection,
-    ServerNameInvalid,
-    LoginInvalid,
-    SiteDirectoryTitle,
-    SiteDirectorySubtitle,
-    DeployToSiteTitle,
-    GeneratingStep,
-    PreparingStep,
-    UploadingStep,
-    UploadingFile,
-    UploadDone,
-    CancellingGeneration,
-    CancellingUpload,
-    DeployErrorTitle,
-    PasswordNotProtected,
+#define TEXT(name, number, words) name = number,
+#include "resources/texts/AllTexts.inc"
+#undef TEXT
 };
 
-// The text as it stands, its "%" included.
+struct TextRow {
+    StringId id; // its value is the number
+    const char* name;
+    const char* words; // in English
+};
+
+// All rows, by number.
+std::span<const TextRow> GetTextRows();
+
+// In English, whatever catalogue is installed.
+QString EnglishText(StringId id);
+
+// The text as it stands, its "%" included: from the installed catalogue, or in English if there is none that
+// has it (see resources/TextCatalogue.h).
 QString Text(StringId id);
 
-// The text with its placeholders filled in order, see FormatText.
+// The same with its placeholders filled, see FormatText.
+QString Text(StringId id, std::initializer_list<CFormatArgument> arguments);
+
 template <class... Arguments>
 QString Text(StringId id, const CFormatArgument& first, const Arguments&... others)
 {
-    return FormatText(Text(id), {first, CFormatArgument(others)...});
+    return Text(id, {first, CFormatArgument(others)...});
 }

@@ -1,10 +1,11 @@
-#include "cli/DestinationCommand.h"
-
 #include <sys/stat.h>
 
 #include <QFile>
 
-#include "cli/CommandLine.h"
+#include "cli/Answers.h"
+#include "cli/Commands.h"
+#include "cli/NamedDestinations.h"
+#include "common/Exceptions.h"
 #include "support/ScratchFolder.h"
 
 namespace {

@@ -1,6 +1,8 @@
 #include "cli/FtpUrl.h"
 
-#include "cli/CommandLine.h"
+#include <QStringList>
+
+#include "cli/Answers.h"
 
 namespace {
 

@@ -12,13 +12,6 @@ namespace {
 
 const QString Root = QStringLiteral(SOURCE_FOLDER "/src/");
 
-QString ReadText(const QString& path)
-{
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << qPrintable(path);
-    return QString::fromUtf8(file.readAll());
-}
-
 // add_subdirectory lines give the order, add_folder calls the lists.
 void ReadLists(const QString& folder, SourceTree& tree)
 {
@@ -137,6 +130,13 @@ QString SourceTree::FolderOf(const QString& path) const
         }
     }
     return longest;
+}
+
+QString ReadText(const QString& path)
+{
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << qPrintable(path);
+    return QString::fromUtf8(file.readAll());
 }
 
 SourceTree ReadSourceTree()

@@ -26,6 +26,9 @@ struct SourceTree {
     QString FolderOf(const QString& path) const;
 };
 
+// The text of a file. One that can't be read fails the test.
+QString ReadText(const QString& path);
+
 // Reads CMakeLists.txt files and sources below SOURCE_FOLDER/src. A folder that can't be read fails the test.
 SourceTree ReadSourceTree();
 

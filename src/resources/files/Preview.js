@@ -418,7 +418,7 @@ var previewDragging = (function () {
     mark = null;
   }
 
-  // "photo3 1": behind that picture; "photo3 0": before it.
+  // "photo3 1": after that picture; "photo3 0": before it.
   function take(x, y) {
     var gap = gapAt(x, y);
     clear();

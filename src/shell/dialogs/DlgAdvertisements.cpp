@@ -16,8 +16,8 @@ CDlgAdvertisements::CDlgAdvertisements(const Sections& pageSections, QWidget* pa
     : QDialog(parent), sections(pageSections), section(new QComboBox(this)), code(new QPlainTextEdit(this))
 {
     setWindowTitle(Text(StringId::AdvertisementsTitle));
-    const QString sectionLabel = QStringLiteral("&Section:");
-    const QString codeLabel = QStringLiteral("&HTML code:");
+    const QString sectionLabel = Text(StringId::AdvertisementSectionLabel);
+    const QString codeLabel = Text(StringId::AdvertisementCodeLabel);
     NameControl(*section, "section", sectionLabel);
     NameControl(*code, "code", codeLabel);
     code->setTabChangesFocus(true);

@@ -4,6 +4,7 @@
 #include <QLineEdit>
 #include <QVBoxLayout>
 
+#include "resources/StringTable.h"
 #include "shell/dialogs/EditedText.h"
 #include "shell/look/DialogParts.h"
 
@@ -11,8 +12,8 @@ CDlgEditHref::CDlgEditHref(const QString& name, const Reference& reference, QWid
     : QDialog(parent), url(new QLineEdit(this)), text(new QLineEdit(this))
 {
     setWindowTitle(name);
-    const QString urlLabel = QStringLiteral("&URL:");
-    const QString textLabel = QStringLiteral("&Reference text:");
+    const QString urlLabel = Text(StringId::ReferenceUrlLabel);
+    const QString textLabel = Text(StringId::ReferenceTextLabel);
     NameControl(*url, "url", urlLabel);
     NameControl(*text, "text", textLabel);
     url->setMaxLength(Limit);

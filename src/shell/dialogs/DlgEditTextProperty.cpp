@@ -16,7 +16,7 @@ CDlgEditTextProperty::CDlgEditTextProperty(const QString& name, const QString& t
     auto* layout = new QVBoxLayout(this);
     QWidget* edit = MakeEdit(text, options.multiline);
     NameControl(*edit, "text", name);
-    layout->addWidget(MakeLabel(QStringLiteral("&Text:"), *edit));
+    layout->addWidget(MakeLabel(Text(StringId::TextLabel), *edit));
     layout->addWidget(edit);
     if (options.galleryWide) {
         auto* note = new QLabel(Text(StringId::ChangedInEachPage));

@@ -38,22 +38,22 @@ CDlgImageWatermark::~CDlgImageWatermark() = default;
 
 QWidget* CDlgImageWatermark::MakeStampControls()
 {
-    const QString fileLabel = QStringLiteral("&File:");
-    const QString transparencyLabel = QStringLiteral("&Transparency:");
+    const QString fileLabel = Text(StringId::WatermarkFileLabel);
+    const QString transparencyLabel = Text(StringId::TransparencyLabel);
     NameControl(*file, "file", fileLabel);
     NameControl(*transparency, "transparency", transparencyLabel);
-    NameControl(*problem, "problem", QStringLiteral("Problem"));
+    NameControl(*problem, "problem", Text(StringId::WatermarkProblem));
     file->setReadOnly(true);
     file->setMinimumWidth(220);
     problem->setWordWrap(true);
     transparency->setRange(0, 100);
-    transparency->setSuffix(QStringLiteral(" %"));
+    transparency->setSuffix(Text(StringId::PercentSuffix));
     connect(transparency, &QSpinBox::valueChanged, this, &CDlgImageWatermark::OnControlChanged);
-    QPushButton* change = MakeButton(QStringLiteral("&Change..."), "change", this);
+    QPushButton* change = MakeButton(Text(StringId::ChangeWatermark), "change", this);
     connect(change, &QPushButton::clicked, this, &CDlgImageWatermark::OnChange);
     remove = MakeRemoveButton();
 
-    auto* group = new QGroupBox(QStringLiteral("Picture"));
+    auto* group = new QGroupBox(Text(StringId::WatermarkGroup));
     auto* form = new QFormLayout(group);
     AddRow(*form, fileLabel, *file);
     auto* buttons = new QHBoxLayout;

@@ -62,15 +62,15 @@ CDlgNewGallery::CDlgNewGallery(const QString& defaultPath, QWidget* parent)
 {
     setWindowTitle(Text(StringId::NewGalleryTitle));
     path.name = FindFreeName(path);
-    const QString nameLabel = QStringLiteral("&Name:");
-    const QString folderLabel = QStringLiteral("&Folder:");
+    const QString nameLabel = Text(StringId::GalleryNameLabel);
+    const QString folderLabel = Text(StringId::GalleryFolderLabel);
     NameControl(*name, "name", nameLabel);
     NameControl(*folder, "folder", folderLabel);
     name->setText(path.name);
     name->selectAll();
     folder->setText(QDir::toNativeSeparators(QDir::cleanPath(path.folder)));
     folder->setReadOnly(true);
-    QPushButton* browse = MakeButton(QStringLiteral("&Browse..."), "browse", this);
+    QPushButton* browse = MakeButton(Text(StringId::BrowseButton), "browse", this);
 
     auto* layout = new QVBoxLayout(this);
     auto* form = new QFormLayout;

@@ -32,12 +32,12 @@ CDlgStampImpl::CDlgStampImpl(QWidget* parent)
         sizeClass->addItem(Text(id));
     }
     margin->setRange(0, MaxMargin);
-    margin->setSuffix(QStringLiteral(" px"));
+    margin->setSuffix(Text(StringId::PixelsSuffix));
 }
 
 void CDlgStampImpl::InitControls()
 {
-    const QString classLabel = QStringLiteral("Si&ze of pictures:");
+    const QString classLabel = Text(StringId::PictureSizeLabel);
     NameControl(*sizeClass, "sizeClass", classLabel);
 
     auto* classRow = new QHBoxLayout;
@@ -49,7 +49,7 @@ void CDlgStampImpl::InitControls()
     left->addWidget(MakePlaceControls());
     left->addStretch();
     auto* right = new QVBoxLayout;
-    right->addWidget(new QLabel(QStringLiteral("Sample:")));
+    right->addWidget(new QLabel(Text(StringId::SampleLabel)));
     right->addWidget(sample);
     right->addStretch();
 
@@ -70,9 +70,9 @@ void CDlgStampImpl::InitControls()
 
 QWidget* CDlgStampImpl::MakePlaceControls()
 {
-    const QString marginLabel = QStringLiteral("&Margin:");
+    const QString marginLabel = Text(StringId::MarginLabel);
     NameControl(*margin, "margin", marginLabel);
-    auto* group = new QGroupBox(QStringLiteral("Position"));
+    auto* group = new QGroupBox(Text(StringId::PositionGroup));
     auto* layout = new QHBoxLayout(group);
     layout->addWidget(MakePositionGrid());
     layout->addSpacing(16);
@@ -92,7 +92,7 @@ QWidget* CDlgStampImpl::MakePositionGrid()
     for (size_t i = 0; i < StampPlaces.size(); ++i) {
         const StampPlace& place = StampPlaces[i];
         auto* button = new QRadioButton(frame);
-        NameControl(*button, place.objectName, QString::fromLatin1(place.name));
+        NameControl(*button, place.objectName, Text(place.name));
         button->setToolTip(button->accessibleName());
         positions->addButton(button, place.position);
         const int cell = static_cast<int>(i);
@@ -103,7 +103,7 @@ QWidget* CDlgStampImpl::MakePositionGrid()
 
 QPushButton* CDlgStampImpl::MakeRemoveButton()
 {
-    QPushButton* button = MakeButton(QStringLiteral("&Remove"), "remove", this);
+    QPushButton* button = MakeButton(Text(StringId::RemoveStamp), "remove", this);
     connect(button, &QPushButton::clicked, this, [this] {
         ClearStamp();
         OnControlChanged();

@@ -34,7 +34,7 @@ CDlgTextStamp::CDlgTextStamp(Stamps& galleryStamps, QWidget* parent)
     : CStampRecordsDialog(galleryStamps, parent),
       text(new QLineEdit(this)),
       fontName(new QLabel(this)),
-      automaticColour(new QCheckBox(QStringLiteral("&Automatic, by contrast with the picture"), this))
+      automaticColour(new QCheckBox(Text(StringId::AutomaticColour), this))
 {
     setWindowTitle(Text(StringId::SignatureTitle));
     InitControls();
@@ -43,20 +43,20 @@ CDlgTextStamp::CDlgTextStamp(Stamps& galleryStamps, QWidget* parent)
 
 QWidget* CDlgTextStamp::MakeStampControls()
 {
-    const QString textLabel = QStringLiteral("&Text:");
+    const QString textLabel = Text(StringId::SignatureTextLabel);
     NameControl(*text, "text", textLabel);
-    NameControl(*fontName, "fontName", QStringLiteral("Font"));
+    NameControl(*fontName, "fontName", Text(StringId::FontLabel));
     NameControl(*automaticColour, "automaticColour", automaticColour->text());
     text->setMinimumWidth(220);
-    QPushButton* fontButton = MakeButton(QStringLiteral("&Font..."), "font", this);
-    colourButton = MakeButton(QStringLiteral("C&olour..."), "colour", this);
+    QPushButton* fontButton = MakeButton(Text(StringId::FontButton), "font", this);
+    colourButton = MakeButton(Text(StringId::ColourButton), "colour", this);
     remove = MakeRemoveButton();
     connect(text, &QLineEdit::textChanged, this, &CDlgTextStamp::OnControlChanged);
     connect(fontButton, &QPushButton::clicked, this, &CDlgTextStamp::OnFont);
     connect(colourButton, &QPushButton::clicked, this, &CDlgTextStamp::OnColour);
     connect(automaticColour, &QCheckBox::clicked, this, &CDlgTextStamp::OnAutomaticColour);
 
-    auto* group = new QGroupBox(QStringLiteral("Signature"));
+    auto* group = new QGroupBox(Text(StringId::SignatureGroup));
     auto* form = new QFormLayout(group);
     auto* textRow = new QHBoxLayout;
     textRow->addWidget(text);
@@ -65,11 +65,11 @@ QWidget* CDlgTextStamp::MakeStampControls()
     auto* fontRow = new QHBoxLayout;
     fontRow->addWidget(fontButton);
     fontRow->addWidget(fontName, 1);
-    form->addRow(QStringLiteral("Font:"), fontRow);
+    form->addRow(Text(StringId::FontLabel), fontRow);
     auto* colourRow = new QHBoxLayout;
     colourRow->addWidget(colourButton);
     colourRow->addWidget(automaticColour, 1);
-    form->addRow(QStringLiteral("Colour:"), colourRow);
+    form->addRow(Text(StringId::ColourLabel), colourRow);
     return group;
 }
 

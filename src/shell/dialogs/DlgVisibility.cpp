@@ -11,7 +11,7 @@ CDlgVisibility::CDlgVisibility(const Elements& elements, QWidget* parent)
     : QDialog(parent), list(new QListWidget(this))
 {
     setWindowTitle(Text(StringId::ElementsVisibilityTitle));
-    const QString label = QStringLiteral("&Visible page elements:");
+    const QString label = Text(StringId::VisibleElementsLabel);
     NameControl(*list, "elements", label);
     for (const auto& [name, visible] : elements) {
         Add(name, visible);
@@ -21,7 +21,7 @@ CDlgVisibility::CDlgVisibility(const Elements& elements, QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(MakeLabel(label, *list));
     layout->addWidget(list);
-    QPushButton* checkAll = MakeButton(QStringLiteral("Check &all"), "checkAll", this);
+    QPushButton* checkAll = MakeButton(Text(StringId::CheckAllElements), "checkAll", this);
     connect(checkAll, &QPushButton::clicked, this, &CDlgVisibility::CheckAll);
     layout->addWidget(checkAll, 0, Qt::AlignLeft);
     AddOkAndCancel(*this, *layout);

@@ -5,6 +5,7 @@
 #include <QPixmap>
 
 #include "effects/ImageEffectSource.h"
+#include "resources/StringTable.h"
 #include "shell/look/DialogParts.h"
 
 namespace {
@@ -28,7 +29,7 @@ QImage ToQImage(const CImage& image)
 
 CStampSample::CStampSample(QWidget* parent) : QLabel(parent)
 {
-    NameControl(*this, "sample", QStringLiteral("Sample"));
+    NameControl(*this, "sample", Text(StringId::SampleLabel));
     setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
     setFixedSize(300, 240);
     setAlignment(Qt::AlignCenter);

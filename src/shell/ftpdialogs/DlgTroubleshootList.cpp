@@ -10,7 +10,7 @@
 CDlgTroubleshootList::CDlgTroubleshootList(const QString& listing, QWidget* parent) : QDialog(parent)
 {
     setWindowTitle(Text(StringId::ListOutputTitle));
-    QPlainTextEdit* text = MakeReport(listing, "text", QStringLiteral("Output"));
+    QPlainTextEdit* text = MakeReport(listing, "text", Text(StringId::ListOutputName));
     text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     text->setLineWrapMode(QPlainTextEdit::NoWrap);
     auto* layout = new QVBoxLayout(this);

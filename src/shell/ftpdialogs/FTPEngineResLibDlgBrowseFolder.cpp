@@ -63,7 +63,7 @@ CFTPEngineResLibDlgBrowseFolder::~CFTPEngineResLibDlgBrowseFolder()
 
 void CFTPEngineResLibDlgBrowseFolder::MakeControls()
 {
-    const QString urlLabel = QStringLiteral("&Address:");
+    const QString urlLabel = Text(StringId::FolderAddressLabel);
     NameControl(*list, "folders", Text(StringId::Folders));
     NameControl(*url, "url", urlLabel);
     list->setHeaderLabel(Text(StringId::Folders));
@@ -90,10 +90,10 @@ void CFTPEngineResLibDlgBrowseFolder::MakeControls()
 
 void CFTPEngineResLibDlgBrowseFolder::MakeButtons()
 {
-    newFolder = MakeButton(QStringLiteral("&New Folder"), "newFolder", this);
-    ok = MakeButton(QStringLiteral("OK"), "ok", this);
-    QPushButton* cancel = MakeButton(QStringLiteral("Cancel"), "cancel", this);
-    QPushButton* troubleshoot = MakeButton(QStringLiteral("&Troubleshoot..."), "troubleshoot", this);
+    newFolder = MakeButton(Text(StringId::NewFolderButton), "newFolder", this);
+    ok = MakeButton(Text(StringId::OkButton), "ok", this);
+    QPushButton* cancel = MakeButton(Text(StringId::CancelButton), "cancel", this);
+    QPushButton* troubleshoot = MakeButton(Text(StringId::TroubleshootButton), "troubleshoot", this);
     ok->setEnabled(false);
     newFolder->setEnabled(false);
     troubleshoot->setVisible(troubleshooting);

@@ -47,13 +47,14 @@ CFTPEngineResLibDlgTaskResult::CFTPEngineResLibDlgTaskResult(const CTaskResult& 
     auto* icon = new QLabel(this);
     const bool isSuccess = result.IsSuccess();
     NameControl(*icon, isSuccess ? "information" : "error",
-                isSuccess ? QStringLiteral("Information") : QStringLiteral("Error"));
+                isSuccess ? Text(StringId::TaskSucceededName) : Text(StringId::TaskFailedName));
     const int size = style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, this);
     icon->setPixmap(
         style()
             ->standardIcon(isSuccess ? QStyle::SP_MessageBoxInformation : QStyle::SP_MessageBoxCritical)
             .pixmap(size));
-    QPlainTextEdit* text = MakeReport(DescribeTaskResult(result), "text", QStringLiteral("Conversation"));
+    QPlainTextEdit* text =
+        MakeReport(DescribeTaskResult(result), "text", Text(StringId::TaskConversationName));
 
     auto* row = new QHBoxLayout;
     row->addWidget(icon, 0, Qt::AlignTop);

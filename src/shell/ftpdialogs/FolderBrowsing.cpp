@@ -45,7 +45,7 @@ QWidget* CFolderLabelDelegate::createEditor(QWidget* parent, const QStyleOptionV
     edited = index;
     editedText.clear();
     QWidget* editor = QStyledItemDelegate::createEditor(parent, option, index);
-    NameControl(*editor, "label", QStringLiteral("Name of the folder"));
+    NameControl(*editor, "label", Text(StringId::FolderNameEditor));
     return editor;
 }
 

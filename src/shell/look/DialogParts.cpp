@@ -7,6 +7,8 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
+#include "resources/StringTable.h"
+
 namespace {
 
 constexpr int SpaceAboveButtons = 6; // beside that of the layout
@@ -21,7 +23,7 @@ void NameButton(QPushButton& button, const char* objectName, const QString& labe
 QDialogButtonBox* AddButtons(QDialogButtonBox::StandardButtons kinds, QDialog& dialog, QBoxLayout& layout)
 {
     auto* buttons = new QDialogButtonBox(kinds, &dialog);
-    NameButton(*buttons->button(QDialogButtonBox::Ok), "ok", QStringLiteral("OK"));
+    NameButton(*buttons->button(QDialogButtonBox::Ok), "ok", Text(StringId::OkButton));
     QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
     QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
     layout.addSpacing(SpaceAboveButtons);
@@ -81,7 +83,7 @@ QPlainTextEdit* MakeReport(const QString& text, const char* objectName, const QS
 QDialogButtonBox* AddOkAndCancel(QDialog& dialog, QBoxLayout& layout)
 {
     QDialogButtonBox* buttons = AddButtons(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, dialog, layout);
-    NameButton(*buttons->button(QDialogButtonBox::Cancel), "cancel", QStringLiteral("Cancel"));
+    NameButton(*buttons->button(QDialogButtonBox::Cancel), "cancel", Text(StringId::CancelButton));
     return buttons;
 }
 

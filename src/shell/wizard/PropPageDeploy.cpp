@@ -21,13 +21,13 @@ CPropPageDeploy::CPropPageDeploy(DeployWizardState& state)
     : CWizardPage(state),
       status(new QLabel(this)),
       bar(new QProgressBar(this)),
-      warnings(MakeReport(QString(), "warnings", QStringLiteral("Warnings")))
+      warnings(MakeReport(QString(), "warnings", Text(StringId::WarningsLabel)))
 {
-    const QString label = QStringLiteral("&Warnings:");
+    const QString label = Text(StringId::WarningsLabel);
     warningsLabel = MakeLabel(label, *warnings);
     warnings->setFixedHeight(WarningsHeight);
-    NameControl(*status, "status", QStringLiteral("Status"));
-    NameControl(*bar, "progress", QStringLiteral("Progress"));
+    NameControl(*status, "status", Text(StringId::StatusName));
+    NameControl(*bar, "progress", Text(StringId::ProgressName));
     // A long name of a file shall not widen the window.
     status->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     status->setTextFormat(Qt::PlainText);

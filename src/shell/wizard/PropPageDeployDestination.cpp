@@ -22,11 +22,11 @@ constexpr int SiteKind = 1;
 
 CPropPageDeployDestination::CPropPageDeployDestination(DeployWizardState& state)
     : CWizardPage(state),
-      folder(new QRadioButton(QStringLiteral("&Folder on the local disk drive"), this)),
-      site(new QRadioButton(QStringLiteral("&Internet site"), this)),
+      folder(new QRadioButton(Text(StringId::FolderChoice), this)),
+      site(new QRadioButton(Text(StringId::SiteChoice), this)),
       connection(new QComboBox(this)),
-      edit(MakeButton(QStringLiteral("Edit>"), "edit", this)),
-      remove(MakeButton(QStringLiteral("Delete..."), "delete", this))
+      edit(MakeButton(Text(StringId::EditConnection), "edit", this)),
+      remove(MakeButton(Text(StringId::DeleteConnection), "delete", this))
 {
     MakeExterior(Text(StringId::GalleryWizardTitle));
     MakeControls();
@@ -38,7 +38,7 @@ CPropPageDeployDestination::CPropPageDeployDestination(DeployWizardState& state)
 
 void CPropPageDeployDestination::MakeControls()
 {
-    const QString connectionLabel = QStringLiteral("&Connection:");
+    const QString connectionLabel = Text(StringId::ConnectionLabel);
     NameControl(*folder, "folder", folder->text());
     NameControl(*site, "site", site->text());
     NameControl(*connection, "connection", connectionLabel);

@@ -14,18 +14,18 @@ constexpr int TextHeight = 76; // pixels: four lines; a longer text scrolls
 
 CPropPageDeployError::CPropPageDeployError(DeployWizardState& state)
     : CWizardPage(state),
-      description(MakeReport(QString(), "description", QStringLiteral("Error description"))),
-      reason(MakeReport(QString(), "reason", QStringLiteral("Possible reason"))),
-      solution(MakeReport(QString(), "solution", QStringLiteral("Proposed solution")))
+      description(MakeReport(QString(), "description", Text(StringId::ErrorDescriptionLabel))),
+      reason(MakeReport(QString(), "reason", Text(StringId::ErrorReasonLabel))),
+      solution(MakeReport(QString(), "solution", Text(StringId::ErrorSolutionLabel)))
 {
     MakeExterior(Text(StringId::DeployErrorTitle));
     auto* layout = new QVBoxLayout(this);
     const struct {
         QString label;
         QPlainTextEdit* text;
-    } rows[] = {{QStringLiteral("&Error description:"), description},
-                {QStringLiteral("Possible &reason:"), reason},
-                {QStringLiteral("Proposed &solution:"), solution}};
+    } rows[] = {{Text(StringId::ErrorDescriptionLabel), description},
+                {Text(StringId::ErrorReasonLabel), reason},
+                {Text(StringId::ErrorSolutionLabel), solution}};
     for (const auto& row : rows) {
         layout->addWidget(MakeLabel(row.label, *row.text));
         row.text->setFixedHeight(TextHeight);

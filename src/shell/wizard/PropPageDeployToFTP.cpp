@@ -30,11 +30,11 @@ CPropPageDeployToFTP::CPropPageDeployToFTP(DeployWizardState& state)
       engine(std::make_unique<CFTPEngine>(state.services.timeouts))
 {
     MakeExterior(Text(StringId::DeployToSiteTitle));
-    const QString serverLabel = QStringLiteral("&Server:");
-    const QString directoryLabel = QStringLiteral("&Directory:");
+    const QString serverLabel = Text(StringId::TargetServerLabel);
+    const QString directoryLabel = Text(StringId::TargetDirectoryLabel);
     NameControl(*server, "server", serverLabel);
     NameControl(*directory, "directory", directoryLabel);
-    NameControl(*step, "step", QStringLiteral("Step"));
+    NameControl(*step, "step", Text(StringId::StepName));
     server->setReadOnly(true);
     directory->setReadOnly(true);
     step->setWordWrap(true);

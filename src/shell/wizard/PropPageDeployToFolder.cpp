@@ -33,7 +33,7 @@ CPropPageDeployToFolder::CPropPageDeployToFolder(DeployWizardState& state)
       openBrowser(new QCheckBox(Text(StringId::OpenBrowserWhenFinished), this))
 {
     MakeExterior(Text(StringId::DeployToFolderTitle));
-    const QString label = QStringLiteral("Fo&lder:");
+    const QString label = Text(StringId::TargetFolderLabel);
     NameControl(*folder, "folder", label);
     NameControl(*openBrowser, "openBrowser", openBrowser->text());
     folder->setReadOnly(true);

@@ -45,10 +45,10 @@ void CPropPageEditFTP::MakeControls()
         QString label;
         int limit;
     } rows[] = {
-        {server, "server", QStringLiteral("&Server:"), NameLimit},
-        {userName, "userName", QStringLiteral("&User name:"), LoginLimit},
-        {password, "password", QStringLiteral("&Password:"), LoginLimit},
-        {displayName, "displayName", QStringLiteral("&Display name:"), NameLimit},
+        {server, "server", Text(StringId::ConnectionServerLabel), NameLimit},
+        {userName, "userName", Text(StringId::UserNameLabel), LoginLimit},
+        {password, "password", Text(StringId::PasswordLabel), LoginLimit},
+        {displayName, "displayName", Text(StringId::DisplayNameLabel), NameLimit},
     };
     auto* layout = new QVBoxLayout(this);
     auto* form = new QFormLayout;
@@ -61,7 +61,7 @@ void CPropPageEditFTP::MakeControls()
     layout->addLayout(form);
     layout->addSpacing(6);
     MakeShare(*layout);
-    NameControl(*status, "status", QStringLiteral("Status"));
+    NameControl(*status, "status", Text(StringId::StatusName));
     status->setWordWrap(true);
     layout->addSpacing(6);
     layout->addWidget(status);

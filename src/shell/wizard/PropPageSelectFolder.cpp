@@ -44,8 +44,8 @@ CPropPageSelectFolder::CPropPageSelectFolder(DeployWizardState& state)
     : CPathPage(state,
                 {.title = Text(StringId::FolderPathTitle),
                  .subtitle = Text(StringId::FolderPathSubtitle),
-                 .label = QStringLiteral("&Folder path:"),
-                 .browse = QStringLiteral("Choose a folder")},
+                 .label = Text(StringId::FolderPathLabel),
+                 .browse = Text(StringId::ChooseFolderName)},
                 "folder")
 {
     connect(path, &QLineEdit::textChanged, this, &QWizardPage::completeChanged);
@@ -81,8 +81,8 @@ CPropPageSelectFTPFolder::CPropPageSelectFTPFolder(DeployWizardState& state)
     : CPathPage(state,
                 {.title = Text(StringId::SiteDirectoryTitle),
                  .subtitle = Text(StringId::SiteDirectorySubtitle),
-                 .label = QStringLiteral("&Directory:"),
-                 .browse = QStringLiteral("Choose a directory on the server")},
+                 .label = Text(StringId::SiteDirectoryLabel),
+                 .browse = Text(StringId::ChooseDirectoryName)},
                 "directory")
 {}
 

@@ -71,7 +71,10 @@ std::string BuildErrorPage(const CTemplateParsingException& error, const QString
 {
     const std::string page = ReadPage(pageFile);
     const PageRuns runs(page, error);
-    std::string result = FindResource(QStringLiteral("error_page"), QStringLiteral("html")).toStdString();
+    std::string result =
+        FindPage(QStringLiteral("error_page"), {StringId::ErrorPageHeading, StringId::ErrorPageDescription,
+                                                StringId::ErrorPageFile, StringId::ErrorPageLine})
+            .toStdString();
     // In this order, since a text that was put in is searched for the placeholders behind it.
     ReplaceAll(result, "%error_description%", Narrow(error.GetDescription()));
     ReplaceAll(result, "%template_file%", Narrow(pageFile));

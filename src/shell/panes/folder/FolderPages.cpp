@@ -24,6 +24,11 @@ std::string Resource(int number)
     return FindResource(QString::number(number), QStringLiteral("html")).toStdString();
 }
 
+std::string LoadingPage(int number)
+{
+    return FindPage(QString::number(number), {StringId::Loading}).toStdString();
+}
+
 std::string ListScript()
 {
     return "<script>\n" + FindResource(QStringLiteral("folder_list"), QStringLiteral("js")).toStdString() +
@@ -77,12 +82,12 @@ QSize CardSize(int viewWidth)
 
 std::string BuildLoadingPage()
 {
-    return Resource(246);
+    return LoadingPage(246);
 }
 
 std::string BuildProgressPage(int count)
 {
-    return Resource(301) + std::to_string(count) + Resource(302) + ListScript() + "</body>\n</html>\n";
+    return LoadingPage(301) + std::to_string(count) + Resource(302) + ListScript() + "</body>\n</html>\n";
 }
 
 QString SetCountScript(int count)

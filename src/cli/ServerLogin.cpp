@@ -1,4 +1,4 @@
-#include "cli/PasswordPrompt.h"
+#include "cli/ServerLogin.h"
 
 #include <csignal>
 #include <string>
@@ -6,8 +6,10 @@
 #include <termios.h>
 #include <unistd.h>
 
-#include "cli/CommandLine.h"
+#include "cli/Answers.h"
+#include "cli/FtpUrl.h"
 #include "common/Text.h"
+#include "resources/StringTable.h"
 
 namespace {
 
@@ -79,7 +81,7 @@ private:
 std::optional<QString> Prompt(const QString& question)
 {
     const CSilentTerminal terminal;
-    // Behind the silence: nobody types before the question is there.
+    // After the silence: nobody types before the question is there.
     PrintError(question);
     const auto answer = terminal.ReadLine();
     PrintError(QStringLiteral("\n"));
@@ -97,8 +99,7 @@ std::optional<QString> FindPassword(const FtpUrl& url)
     if (qEnvironmentVariableIsSet(variable)) {
         const QString password = qEnvironmentVariable(variable);
         if (password.contains(QLatin1Char('\r')) || password.contains(QLatin1Char('\n'))) {
-            throw CWrongUse(
-                QStringLiteral("The password in %1 holds a line break.").arg(QLatin1String(variable)));
+            throw CWrongUse(Text(StringId::PasswordHoldsLineBreak, variable));
         }
         return password;
     }
@@ -108,5 +109,20 @@ std::optional<QString> FindPassword(const FtpUrl& url)
     }
     FtpUrl login = url;
     login.directory.clear();
-    return Prompt(QStringLiteral("Password for %1: ").arg(FormatFtpUrl(login)));
+    return Prompt(Text(StringId::PasswordQuestion, FormatFtpUrl(login)));
+}
+
+std::optional<FTPDestinationConnection> FindConnection(const QString& address)
+{
+    const FtpUrl url = ParseFtpUrl(address);
+    const auto password = FindPassword(url);
+    if (!password) {
+        return std::nullopt;
+    }
+    return FTPDestinationConnection{.displayName = url.server,
+                                    .userName = url.userName,
+                                    .password = *password,
+                                    .server = url.server,
+                                    .directory = url.directory,
+                                    .port = url.port};
 }

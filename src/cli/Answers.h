@@ -1,0 +1,30 @@
+#pragma once
+
+#include <exception>
+
+#include <QString>
+
+// What the program answers: a number to the shell, texts to the person.
+
+enum ExitCode : int { ExitDone = 0, ExitFailed = 1, ExitWrongUse = 2, ExitInterrupted = 130 };
+
+// Arguments that a command can't make sense of; the text says why.
+class CWrongUse final : public std::exception {
+public:
+    explicit CWrongUse(const QString& reason) : reason(reason) {}
+    const QString& GetReason() const { return reason; }
+
+private:
+    QString reason;
+};
+
+// "caption: ...", "description: ...", "advice: ...", each on one line, line breaks inside a text as "\n".
+QString FailureLines(const QString& caption, const QString& description, const QString& advice);
+
+// Text of other programs and servers as it may be shown on a terminal, where it must not do more than be
+// seen: control characters are replaced.
+QString Printable(QString text);
+
+// Writes to standard output or standard error at once.
+void PrintOut(const QString& text);
+void PrintError(const QString& text);
