@@ -6,7 +6,7 @@
 
 #include "common/FileSystem.h"
 #include "common/Platform.h"
-#include "content/ContentGeneratorPreview.h"
+#include "content/ContentGeneratorViews.h"
 #include "document/galleries/Gallery.h"
 #include "document/galleries/GalleryIterator.h"
 #include "shell_support/ViewWindow.h"
