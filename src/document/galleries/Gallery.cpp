@@ -95,9 +95,10 @@ int32_t CGallery::CountPictures(CGalleryTemplate& layoutTemplate, const QString&
 {
     CCompoundTemplateSection tree;
     layoutTemplate.LoadPage(page, tree);
-    const qsizetype dot = page.indexOf(QLatin1Char('.'));
+    const DottedName name = CutAtFirstDot(page);
     CGalleryIterator iterator;
-    iterator.Init(*this, page.left(dot), dot < 0 ? QStringLiteral("") : page.mid(dot), 0);
+    // Both null would stand for the gallery's own page.
+    iterator.Init(*this, name.stem, name.rest.isNull() ? QStringLiteral("") : name.rest, 0);
     iterator.Reset();
     CContentGeneratorStringConverter generator;
     tree.Bind(iterator, generator);

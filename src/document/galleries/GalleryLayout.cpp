@@ -1,5 +1,6 @@
 #include "document/galleries/GalleryLayout.h"
 
+#include "common/FileSystem.h"
 #include "template/parser/TemplateParsingException.h"
 
 CGalleryLayout::CGalleryLayout(CGalleryCatalogue& catalogue)
@@ -69,9 +70,9 @@ bool CGalleryLayout::SetTemplatePage(const QString& name)
 
 void CGalleryLayout::RestoreTemplatePage(const QString& name)
 {
-    const qsizetype dot = name.indexOf(QLatin1Char('.'));
-    pageBaseName = name.left(dot);
-    pageExtension = dot < 0 ? QString() : name.mid(dot);
+    const DottedName cut = CutAtFirstDot(name);
+    pageBaseName = cut.stem;
+    pageExtension = cut.rest;
     templatePage = name;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "common/Exceptions.h"
+#include "common/FileSystem.h"
 #include "document/galleries/Gallery.h"
 #include "document/galleries/PageName.h"
 #include "document/pictures/GalleryPictureInfo.h"
@@ -32,9 +33,8 @@ ShownPage PageShownBy(const CGalleryLayout& layout)
     if (!layout.GetTemplatePage().isEmpty() || !layoutTemplate || layoutTemplate->GetPages().empty()) {
         return {layout.GetPageBaseName(), layout.GetPageExtension()};
     }
-    const QString& file = layoutTemplate->GetPages().front().file;
-    const qsizetype dot = file.indexOf(QLatin1Char('.'));
-    return dot < 0 ? ShownPage{file, QString()} : ShownPage{file.left(dot), file.mid(dot)};
+    const DottedName name = CutAtFirstDot(layoutTemplate->GetPages().front().file);
+    return {name.stem, name.rest};
 }
 
 QString UrlOfChild(const CGallery& gallery, const CGalleryPictureInfo& entry)

@@ -20,11 +20,6 @@ CProjectEnvironment WithTrailingSeparators(CProjectEnvironment environment)
     return environment;
 }
 
-QString BeforeFirstDot(const QString& text)
-{
-    return text.left(text.indexOf(QLatin1Char('.')));
-}
-
 } // namespace
 
 CGalleryProject::CGalleryProject(const CProjectEnvironment& environment)
@@ -118,10 +113,10 @@ void CGalleryProject::ClearContent()
 
 void CGalleryProject::SetName(const QString& path)
 {
-    name = BeforeFirstDot(ExtractLastName(path));
+    name = CutAtFirstDot(ExtractLastName(path)).stem;
     if (deploySettings.folder.isEmpty()) {
         // Cut at the first dot anywhere, a folder's too.
-        deploySettings.folder = BeforeFirstDot(path);
+        deploySettings.folder = CutAtFirstDot(path).stem;
     }
 }
 
