@@ -19,7 +19,7 @@
 #include "effects/ImageEffectRotate.h"
 #include "effects/ImageEffectTextStamp.h"
 #include "ftpengine/commands/FTPDirectoryContent.h"
-#include "template/sections/CompoundTemplateSection.h"
+#include "template/parser/CompoundTemplateSection.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include "document/galleries/GalleryIterator.h"
 #include "document/galleries/PageName.h"
 #include "document/project/GalleryProject.h"
-#include "template/sections/CompoundTemplateSection.h"
+#include "template/parser/CompoundTemplateSection.h"
 
 namespace {
 

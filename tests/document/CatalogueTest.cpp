@@ -5,8 +5,8 @@
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
 #include "document/catalogue/DefinitionFolder.h"
+#include "template/parser/CompoundTemplateSection.h"
 #include "template/parser/TemplateParsingException.h"
-#include "template/sections/CompoundTemplateSection.h"
 
 namespace {
 

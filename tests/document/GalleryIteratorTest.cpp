@@ -5,8 +5,9 @@
 #include "TestProject.h"
 #include "common/FileSystem.h"
 #include "effects/ImageEffectCompound.h"
+#include "template/TemplateLanguage.h"
 #include "template/contracts/ContentGeneratorStringConverter.h"
-#include "template/sections/CompoundTemplateSection.h"
+#include "template/parser/CompoundTemplateSection.h"
 
 namespace {
 
@@ -362,7 +363,7 @@ TEST(GalleryIterator, ServesAWholePage)
                             "<%=page.number%>/<%=page.total_pages_count%>: <%=a.file_name%> <%=b.file_name%>"
                             "<%=c.file_name%>");
     CCompoundTemplateSection tree;
-    tree.Parse(page);
+    ParsePage(page, tree);
     CContentGeneratorStringConverter generator;
     CGalleryIterator iterator;
     iterator.Init(gallery, QStringLiteral("p"), QStringLiteral(".html"), 2);

@@ -10,8 +10,8 @@
 #include "common/Text.h"
 #include "common/xmldomutils.h"
 #include "document/catalogue/DefinitionElement.h"
+#include "template/TemplateLanguage.h"
 #include "template/parser/TemplateParsingException.h"
-#include "template/sections/TemplateSection.h"
 
 namespace {
 
@@ -75,7 +75,8 @@ QString CGalleryTemplate::GetPageFilePath(const QString& file) const
     return folder + GetPage(file).file;
 }
 
-void CGalleryTemplate::LoadPage(const QString& file, CTemplateSection& sectionTree) const
+void CGalleryTemplate::LoadPage(const QString& file, CTemplateSection& sectionTree,
+                                CTemplateObserver* observer) const
 {
     const QString path = GetPageFilePath(file);
     std::ifstream stream;
@@ -88,5 +89,5 @@ void CGalleryTemplate::LoadPage(const QString& file, CTemplateSection& sectionTr
                                     .reason = StringId::FileDoesNotExist,
                                     .solution = StringId::InformTemplateDeveloper});
     }
-    sectionTree.Parse(stream);
+    ParsePage(stream, sectionTree, observer);
 }

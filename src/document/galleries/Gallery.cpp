@@ -9,8 +9,8 @@
 #include "document/galleries/GalleryTree.h"
 #include "document/pictures/GalleryPictureInfo.h"
 #include "template/contracts/ContentGeneratorStringConverter.h"
+#include "template/parser/CompoundTemplateSection.h"
 #include "template/parser/TemplateParsingException.h"
-#include "template/sections/CompoundTemplateSection.h"
 
 namespace {
 

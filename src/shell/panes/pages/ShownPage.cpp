@@ -11,9 +11,9 @@
 #include "shell/look/WaitCursor.h"
 #include "shell/panes/pages/FailurePage.h"
 #include "template/contracts/ContentGeneratorStringConverter.h"
+#include "template/parser/CompoundTemplateSection.h"
 #include "template/parser/TemplateParsingException.h"
 #include "template/parser/TemplateVariableName.h"
-#include "template/sections/CompoundTemplateSection.h"
 
 CShownPage::CShownPage() = default;
 CShownPage::~CShownPage() = default;
