@@ -4,7 +4,7 @@
 
 #include "TestProject.h"
 #include "common/FileSystem.h"
-#include "effects/ImageEffectCompound.h"
+#include "effects/ImageEffect.h"
 #include "template/TemplateLanguage.h"
 #include "template/contracts/ContentGeneratorStringConverter.h"
 #include "template/parser/CompoundTemplateSection.h"

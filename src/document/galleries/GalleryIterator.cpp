@@ -6,7 +6,7 @@
 #include "common/Exceptions.h"
 #include "document/galleries/Gallery.h"
 #include "document/pictures/GalleryPictureInfo.h"
-#include "effects/ImageEffectCompound.h"
+#include "effects/ImageEffect.h"
 #include "effects/ImageEffectGraphicsStamp.h"
 #include "effects/ImageEffectTextStamp.h"
 

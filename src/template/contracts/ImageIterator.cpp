@@ -1,6 +1,6 @@
 #include "template/contracts/ImageIterator.h"
 
-#include "effects/ImageEffectCompound.h"
+#include "effects/ImageEffect.h"
 
 CImageIterator::CImageIterator()
 {
