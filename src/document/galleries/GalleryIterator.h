@@ -18,7 +18,7 @@ public:
 
     void Reset() override;
     void NextPicture() override { ++cursor; }
-    bool HasPicture() override;
+    bool HasPicture() const override;
     QString GetPicturePath(QString& out) override;
     void PreparePictures() override;
     bool GetPageProperty(int32_t pageNumber, const QString& name, CVariant& out) override;
@@ -26,24 +26,24 @@ public:
     void SetVariable(const QString& object, const QString& name, const CVariant& value) override;
     void BindPicture(const QString& id) override;
     void BindPictureReference(const QString& id, int32_t offset, int32_t modulo) override;
-    int32_t GetPicturesPerPage() override;
-    int32_t GetPageIndex() override { return pageIndex; }
-    int32_t GetPageCount() override;
-    int32_t GetPictureCount() override;
-    QString GetPageFileName(int32_t page) override;
-    bool IsLastPage() override;
+    int32_t GetPicturesPerPage() const override;
+    int32_t GetPageIndex() const override { return pageIndex; }
+    int32_t GetPageCount() const override;
+    int32_t GetPictureCount() const override;
+    QString GetPageFileName(int32_t page) const override;
+    bool IsLastPage() const override;
     bool IsElementVisible(const QString& name) override;
     void SetPageIndex(int32_t page) override;
-    CPictureInfo* GetCurrentPicture() override;
-    QString GetGalleryFileStem() override { return fileStem; }
+    CPictureInfo* GetCurrentPicture() const override;
+    QString GetGalleryFileStem() const override { return fileStem; }
 
     // The position in the gallery that a bound id points at from the current page; may lie outside it.
-    int32_t GetPictureIndex(int32_t offset, int32_t modulo);
+    int32_t GetPictureIndex(int32_t offset, int32_t modulo) const;
     // False for an index outside the gallery and for a name that the picture does not know. A name "#PAGE"
     // puts the URL of that page with the picture into out, and the answer is false all the same.
     bool GetPictureProperty(int32_t index, const QString& name, CVariant& out);
     // The position of a bound id, -1 for an id that is not bound or points outside the gallery.
-    int32_t FindPictureIndex(const QString& id);
+    int32_t FindPictureIndex(const QString& id) const;
 
 private:
     struct Binding {
