@@ -35,7 +35,7 @@
 #include "document/pictures/PictureFiles.h"
 #include "document/project/GalleryProject.h"
 #include "imaging/ImageFile.h"
-#include "imaging/JpegDecoder.h"
+#include "imaging/codecs/JpegDecoder.h"
 
 namespace {
 

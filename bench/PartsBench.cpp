@@ -13,13 +13,12 @@
 #include "content/ImageProduction.h"
 #include "document/galleries/GalleryIterator.h"
 #include "document/project/GalleryProject.h"
-#include "effects/ImageEffectCompound.h"
-#include "effects/ImageEffectRename.h"
-#include "effects/ImageEffectResize.h"
-#include "effects/ImageEffectRotate.h"
+#include "effects/FileNames.h"
+#include "effects/GeometricEffects.h"
+#include "effects/ImageEffect.h"
 #include "effects/ImageEffectTextStamp.h"
 #include "ftpengine/commands/FTPDirectoryContent.h"
-#include "template/sections/CompoundTemplateSection.h"
+#include "template/parser/CompoundTemplateSection.h"
 
 namespace {
 

@@ -1,8 +1,9 @@
 #include <sstream>
 
 #include "Check.h"
+#include "template/TemplateLanguage.h"
+#include "template/parser/CompoundTemplateSection.h"
 #include "template/parser/TemplateParsingException.h"
-#include "template/sections/CompoundTemplateSection.h"
 
 // Bytes of a layout's page: they parse, or the mark of what is wrong lies in them.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size)
@@ -10,7 +11,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size)
     std::istringstream stream(std::string(reinterpret_cast<const char*>(bytes), size));
     CCompoundTemplateSection page;
     try {
-        page.Parse(stream);
+        ParsePage(stream, page);
     } catch (const CTemplateParsingException& failure) {
         Check(!failure.GetDescription().isEmpty(), "an error of a page says what is wrong");
         Check(failure.errorStart <= failure.errorEnd, "a mark has its start before its end");

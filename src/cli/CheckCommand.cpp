@@ -13,8 +13,8 @@
 #include "document/catalogue/Definitions.h"
 #include "template/contracts/ContentGeneratorStringConverter.h"
 #include "template/contracts/TemplateObserver.h"
+#include "template/parser/CompoundTemplateSection.h"
 #include "template/parser/ErrorPage.h"
-#include "template/sections/CompoundTemplateSection.h"
 
 namespace {
 
@@ -80,8 +80,7 @@ void BindPage(const CGalleryTemplate& layout, const CGalleryTemplatePage& page, 
               CFindingsPrinter& printer)
 {
     CCompoundTemplateSection tree;
-    tree.SetDepth({.observer = &observer});
-    layout.LoadPage(page.file, tree);
+    layout.LoadPage(page.file, tree, &observer);
     CCheckIterator iterator(layout.GetFolder());
     CContentGeneratorStringConverter generator;
     tree.Bind(iterator, generator);

@@ -15,22 +15,22 @@ public:
 
     void Reset() override {}
     void NextPicture() override {}
-    bool HasPicture() override { return false; }
+    bool HasPicture() const override { return false; }
     QString GetPicturePath(QString&) override { return QString(); }
     bool GetPageProperty(int32_t, const QString&, CVariant&) override { return false; }
     bool GetVariable(const QString& object, const QString& name, CVariant& out) override;
     void SetVariable(const QString& object, const QString& name, const CVariant& value) override;
     void BindPicture(const QString& id) override;
     void BindPictureReference(const QString& id, int32_t offset, int32_t modulo) override;
-    int32_t GetPicturesPerPage() override { return static_cast<int32_t>(ownIds.size()); }
-    int32_t GetPageIndex() override { return 0; }
-    int32_t GetPageCount() override { return GetPicturesPerPage() == 0 ? 0 : PageCount; }
-    int32_t GetPictureCount() override { return PageCount * GetPicturesPerPage() + PageCount; }
-    QString GetPageFileName(int32_t page) override { return QString::number(page); }
-    bool IsLastPage() override { return false; }
+    int32_t GetPicturesPerPage() const override { return static_cast<int32_t>(ownIds.size()); }
+    int32_t GetPageIndex() const override { return 0; }
+    int32_t GetPageCount() const override { return GetPicturesPerPage() == 0 ? 0 : PageCount; }
+    int32_t GetPictureCount() const override { return PageCount * GetPicturesPerPage() + PageCount; }
+    QString GetPageFileName(int32_t page) const override { return QString::number(page); }
+    bool IsLastPage() const override { return false; }
     bool IsElementVisible(const QString&) override { return true; }
     void SetPageIndex(int32_t) override {}
-    CPictureInfo* GetCurrentPicture() override { return nullptr; }
+    CPictureInfo* GetCurrentPicture() const override { return nullptr; }
 
 private:
     static constexpr int32_t PageCount = 20;

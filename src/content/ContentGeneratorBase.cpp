@@ -6,12 +6,9 @@
 #include "common/Platform.h"
 #include "common/Text.h"
 #include "document/pictures/PictureInfo.h"
-#include "effects/ImageEffectCompound.h"
-#include "effects/ImageEffectProxy.h"
-#include "effects/ImageEffectRename.h"
-#include "effects/ImageEffectResize.h"
-#include "effects/ImageEffectRotate.h"
-#include "effects/ImageEffectSource.h"
+#include "effects/FileNames.h"
+#include "effects/GeometricEffects.h"
+#include "effects/ImageEffect.h"
 #include "resources/Resources.h"
 #include "template/contracts/ImageIterator.h"
 #include "template/contracts/NavigationWindow.h"
@@ -204,16 +201,6 @@ QString CContentGeneratorBase::GetImageName(const QString& sourcePath,
         ProduceImage({sourcePath, std::move(effect), result});
     }
     return GetImageUrl(result);
-}
-
-QSize CContentGeneratorBase::StoreSourceSize(CImageIterator& iterator, const QString& id)
-{
-    QString path;
-    const CImageEffectSource source(iterator.GetPicturePath(path));
-    const QSize size = source.GetImage().GetSize();
-    iterator.SetVariable(id, QStringLiteral("source_height"), CVariant(size.height()));
-    iterator.SetVariable(id, QStringLiteral("source_width"), CVariant(size.width()));
-    return size;
 }
 
 bool CContentGeneratorBase::IsImageOverwriteForced() const

@@ -25,12 +25,11 @@
 #include "common/Trace.h"
 #include "document/pictures/PictureFiles.h"
 #include "effects/FileNames.h"
-#include "effects/ImageEffectCompound.h"
-#include "effects/ImageEffectRename.h"
+#include "effects/GeometricEffects.h"
+#include "effects/ImageEffect.h"
 #include "effects/ImageEffectSource.h"
 #include "effects/ImageEffectTextStamp.h"
-#include "effects/ImageEffectThumbnail.h"
-#include "imaging/DecodingStop.h"
+#include "imaging/pixels/DecodingStop.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include "document/galleries/Gallery.h"
 #include "document/galleries/GalleryIterator.h"
 #include "document/project/GalleryProject.h"
-#include "template/sections/CompoundTemplateSection.h"
+#include "template/parser/CompoundTemplateSection.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include "content/ImageProduction.h"
 #include "document/galleries/Gallery.h"
 #include "template/contracts/ImageIterator.h"
-#include "template/sections/CompoundTemplateSection.h"
+#include "template/parser/CompoundTemplateSection.h"
 
 bool CPagesCounter::ProcessPage(CCompoundTemplateSection&, CImageIterator& iterator, bool multipage)
 {

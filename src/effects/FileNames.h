@@ -4,10 +4,11 @@
 
 #include <QString>
 
-#include "imaging/Image.h"
+#include "effects/ImageEffect.h"
+#include "imaging/codecs/ImageEncoder.h"
 
-// The names of result files, and the encoder that goes with an extension. A name's base is what stands before
-// the last "." of its last part, its extension that "." and what follows.
+// The names of result files, the encoder that goes with an extension, and the effect that chooses both. A
+// name's base is what stands before the last "." of its last part, its extension that "." and what follows.
 
 struct FileNameParts {
     QString base; // the folder included
@@ -40,3 +41,14 @@ ImageEncoding::Format RequireEncoder(const QString& encoderName);
 
 // The format for a file to be written, by the extension of its path. Throws as RequireEncoder.
 ImageEncoding::Format FormatForPath(const QString& path);
+
+// Gives a file of the gallery a name that every server can hold. The first effect of a chain, since the
+// others put their suffixes before the extension that this one chooses. Immutable; leaves pixels alone: the
+// format is chosen by the name at Save.
+class CImageEffectRename final : public CImageEffect {
+public:
+    // "/my pictures/Winter day.JPEG" gives "/my pictures/Winter10day.jpg": the folder stays.
+    QString GetResultFileName(const QString& path) const override;
+    void Apply(CImageEffectSource& source) const override;
+    QString GetKey() const override { return QStringLiteral("rename"); }
+};

@@ -4,7 +4,7 @@
 
 #include "effects/FileNames.h"
 #include "effects/ImageEffectSource.h"
-#include "imaging/PaintedImage.h"
+#include "imaging/Canvas.h"
 
 namespace {
 

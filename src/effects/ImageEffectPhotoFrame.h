@@ -3,8 +3,8 @@
 #include "effects/ImageEffect.h"
 
 // Makes a picture look like a print that lies on a surface: a pale border with a thin grey outline and a
-// shadow. The picture shrinks inside its own bounds and fills what the border leaves, its proportions not
-// kept. Immutable.
+// shadow. The picture shrinks inside its own bounds and fills what the border leaves; its proportions are
+// not kept. Immutable.
 class CImageEffectPhotoFrame final : public CImageEffect {
 public:
     // frameWidth: pixels of border on each side. shadowOffset: pixels to the right and down. shadowOpacity:

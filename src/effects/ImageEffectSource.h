@@ -30,7 +30,7 @@ public:
 
     // Writes a JPEG of quality 100, or a PNG if path ends in ".png", ".gif" or ".bmp". A path that differs
     // from the source's in case at most is not written. Throws CUnexpectedException, which names the
-    // path and the reason. Whether the picture was whole tells GetImage().GetCondition() behind it.
+    // path and the reason. Whether the picture was whole tells GetImage().GetCondition() afterwards.
     void Save(const QString& path) const;
 
 private:

@@ -4,8 +4,7 @@
 #include <array>
 #include <cmath>
 
-#include "imaging/ImageNode.h"
-#include "imaging/TextLayout.h"
+#include "imaging/ImageNodes.h"
 
 namespace {
 
@@ -22,6 +21,26 @@ void Blend(uint8_t* target, const uint8_t* colour, int alpha)
     }
     target[3] = static_cast<uint8_t>((total + 127) / 255);
 }
+
+class CPaintedNode final : public CDerivedNode {
+public:
+    CPaintedNode(Parent picture, Painting painting)
+        : CDerivedNode(picture->GetSize(), picture), painting(std::move(painting))
+    {
+        parent->Announce(1);
+    }
+
+    CPixels Evaluate(double) const override
+    {
+        const CImage picture(std::make_shared<const CPixelsNode>(parent->Evaluate(1)));
+        CCanvas canvas(GetSize());
+        painting(canvas, picture);
+        return canvas.TakePixels();
+    }
+
+private:
+    const Painting painting;
+};
 
 } // namespace
 
@@ -133,4 +152,12 @@ CPixels CCanvas::TakePixels()
     const CPixels pixels = MakePixels(size, 4, std::exchange(bytes, {}));
     size = QSize(0, 0);
     return isOpaque ? Flattened(pixels, 255) : pixels;
+}
+
+CImage Painted(const CImage& picture, Painting painting)
+{
+    if (picture.GetSize().isEmpty()) {
+        return picture;
+    }
+    return CImage(std::make_shared<const CPaintedNode>(picture.GetNode(), std::move(painting)));
 }

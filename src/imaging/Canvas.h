@@ -1,37 +1,16 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <vector>
 
 #include <QPoint>
 #include <QRect>
-#include <QString>
 
 #include "imaging/Image.h"
-#include "imaging/Pixels.h"
-
-// Not premultiplied.
-struct CanvasColour {
-    uint8_t red = 0;
-    uint8_t green = 0;
-    uint8_t blue = 0;
-    uint8_t alpha = 255;
-
-    bool operator==(const CanvasColour&) const = default;
-};
-
-// A text and its font. A family that isn't installed gives way to the system's sans serif.
-struct CanvasText {
-    QString text;
-    QString family;
-    int32_t points =
-        8; // 1/72 inch, of which 96 pixels make one; without a size of 1 or more there is no text
-    bool bold = false;
-    bool italic = false;
-    bool underline = false;
-    bool strikeout = false;
-};
+#include "imaging/TextLayout.h"
+#include "imaging/pixels/Pixels.h"
 
 // What a picture is painted on: pixels of 8-bit sRGB with alpha, white at alpha 0 at first. Lives on one
 // thread's stack while a painted picture is computed; several threads may each use one. Coordinates are
@@ -77,3 +56,11 @@ private:
     QSize size;
     std::vector<uint8_t> bytes; // red, green, blue, alpha
 };
+
+// Paints what becomes of a picture onto a canvas of the picture's size. Called when pixels are asked for, on
+// any thread and on several at once, perhaps long after it was handed over: it owns what it needs. picture
+// has its pixels already.
+using Painting = std::function<void(CCanvas& canvas, const CImage& picture)>;
+
+// The picture repainted, in its own size. Nothing is painted of a picture that has no pixels.
+CImage Painted(const CImage& picture, Painting painting);

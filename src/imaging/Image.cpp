@@ -4,7 +4,6 @@
 
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
-#include "imaging/ImageEncoder.h"
 #include "imaging/ImageFile.h"
 #include "imaging/ImageNodes.h"
 #include "resources/StringTable.h"
@@ -119,8 +118,7 @@ ImageSaveResult CImage::Save(const QString& path, const ImageEncoding& encoding)
 {
     try {
         const QByteArray bytes = EncodeImage(node->Evaluate(1), encoding);
-        // Not synced: a picture can always be made again, and waiting for the disk at each would double the
-        // time.
+        // Not synced: a picture can be made again, and waiting for the disk at each would double the time.
         const int error = ReplaceFile(path, bytes, Durability::Plain);
         if (error != 0) {
             return {ImageSaveResult::Status::NotWritten, SystemErrorText(error)};

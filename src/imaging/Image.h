@@ -6,25 +6,10 @@
 #include <QSize>
 #include <QString>
 
+#include "imaging/codecs/ImageEncoder.h"
+#include "imaging/pixels/Pixels.h"
+
 class CImageNode;
-
-// What is known of the pixels behind an image.
-struct ImageCondition {
-    enum class State {
-        Whole,        // also while no pixel has been asked for
-        InPart,       // damaged; as much as could be decoded is there
-        NotDecodable, // there are no pixels
-    };
-    State state = State::Whole;
-    QString reason; // for people; empty when whole
-};
-
-// How a picture is written. No format carries metadata or a profile.
-struct ImageEncoding {
-    enum class Format { Jpeg, Png, Bmp };
-    Format format = Format::Jpeg;
-    int quality = 100; // of a JPEG: 1 to 100
-};
 
 struct ImageSaveResult {
     enum class Status { Saved, NoPixels, NotWritten };
@@ -61,7 +46,7 @@ public:
     // Whether this is a copy of other, and not merely a picture of the same pixels.
     bool IsSameAs(const CImage& other) const { return node == other.node; }
 
-    // Decoding finds out the final answer, so ask again behind Save or GetRgba.
+    // Decoding finds out the final answer, so ask again after Save or GetRgba.
     ImageCondition GetCondition() const;
 
     // An empty or negative size is an image without pixels.
@@ -71,8 +56,7 @@ public:
     // offset. What the picture doesn't cover is transparent.
     CImage ResampledAndCropped(QSize size, QSize box) const;
 
-    // Scaled to size and laid on the middle of an opaque card of grey 207. Without a picture there is no
-    // card.
+    // Scaled to size and laid on the middle of an opaque card of grey 207. No picture gives no card.
     CImage OnCard(QSize size, QSize card) const;
 
     // Any number; 4 is a full turn, -1 a turn to the left.
@@ -85,8 +69,7 @@ public:
     // Bytes as for FromRgba; empty if there are no pixels.
     QByteArray GetRgba() const;
 
-    // Written under another name and then renamed: a failure leaves what was there before. A JPEG is
-    // flattened on white.
+    // Written under another name and then renamed: a failure leaves what was there before.
     ImageSaveResult Save(const QString& path, const ImageEncoding& encoding) const;
 
 private:

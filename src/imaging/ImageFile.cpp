@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "imaging/Resampler.h"
-
 namespace {
 
 // How much of a reduction is left to the resampler, since the decoder's own scaling is coarser: with 2.5 the

@@ -3,8 +3,8 @@
 #include <mutex>
 #include <optional>
 
-#include "imaging/ImageDecoder.h"
-#include "imaging/ImageNode.h"
+#include "imaging/ImageNodes.h"
+#include "imaging/codecs/ImageDecoder.h"
 
 // The largest reduction by the decoder (1, 2, 4 or 8) that leaves enough for a result of that scale.
 int ChooseShrink(const ImageHeader& header, double scale);

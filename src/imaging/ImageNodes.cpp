@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "imaging/Resampler.h"
 #include "resources/StringTable.h"
 
 namespace {

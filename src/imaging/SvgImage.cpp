@@ -4,7 +4,7 @@
 
 #include "imaging/Canvas.h"
 #include "imaging/ImageNodes.h"
-#include "imaging/VipsLibrary.h"
+#include "imaging/codecs/VipsLibrary.h"
 
 CImage RenderSvg(const QByteArray& svg, double scale)
 {

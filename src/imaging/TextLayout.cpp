@@ -12,8 +12,8 @@
 
 namespace {
 
-// An image that is drawn on has the resolution of a screen, and programs that write such stamps have always
-// taken that for 96 dots per inch: 12 points are 16 pixels.
+// An image that is drawn on has the resolution of a screen, by convention 96 dots per inch: 12 points are 16
+// pixels. Sizes in stored signatures are meant so.
 constexpr double dotsPerInch = 96;
 // Beyond any picture, but such that Pango's numbers hold it.
 constexpr int32_t largestPoints = 5000;

@@ -1,9 +1,23 @@
 #pragma once
 
+#include <cstdint>
+
 #include <QRect>
 #include <QSize>
+#include <QString>
 
-#include "imaging/Canvas.h"
+#include "imaging/pixels/Pixels.h"
+
+// A text and its font. A family that isn't installed gives way to the system's sans serif.
+struct CanvasText {
+    QString text;
+    QString family;
+    int32_t points = 8; // 1/72 inch, of which 96 pixels make one; below 1 there is no text
+    bool bold = false;
+    bool italic = false;
+    bool underline = false;
+    bool strikeout = false;
+};
 
 // Texts in lines, by Pango. Thread-safe: Pango's fonts belong to one thread each.
 

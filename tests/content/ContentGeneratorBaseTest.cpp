@@ -10,9 +10,9 @@
 #include "common/Text.h"
 #include "document/galleries/Gallery.h"
 #include "document/galleries/GalleryIterator.h"
-#include "effects/ImageEffectCompound.h"
-#include "effects/ImageEffectRename.h"
-#include "effects/ImageEffectResize.h"
+#include "effects/FileNames.h"
+#include "effects/GeometricEffects.h"
+#include "effects/ImageEffect.h"
 #include "imaging/Image.h"
 #include "support/ProjectFixture.h"
 #include "template/parser/TemplateParsingException.h"
@@ -298,18 +298,6 @@ TEST_F(ContentGeneratorBase, AScriptThatDoesNotExistIsAnEmptyElement)
     std::ostringstream out;
     generator.WriteResourceScript(QStringLiteral("missing"), out);
     EXPECT_EQ(out.str(), "<script type=\"text/javascript\" ></script>");
-}
-
-TEST_F(ContentGeneratorBase, TheSizeOfASourceIsStoredInItsVariables)
-{
-    Gallery().AddPicture(fixture.WritePicture(QStringLiteral("a.jpg"), QSize(40, 30)));
-    EXPECT_EQ(generator.StoreSourceSize(Iterator(), QStringLiteral("photo1")), QSize(40, 30));
-    CVariant width;
-    CVariant height;
-    EXPECT_TRUE(iterator.GetVariable(QStringLiteral("photo1"), QStringLiteral("source_width"), width));
-    EXPECT_TRUE(iterator.GetVariable(QStringLiteral("photo1"), QStringLiteral("source_height"), height));
-    EXPECT_EQ(width, CVariant(40));
-    EXPECT_EQ(height, CVariant(30));
 }
 
 TEST_F(ContentGeneratorBase, AReferenceToAnUnknownObjectOrAMissingPictureUsesItsDefaults)

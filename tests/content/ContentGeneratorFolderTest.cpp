@@ -7,7 +7,7 @@
 #include "content/ImageProduction.h"
 #include "document/galleries/Gallery.h"
 #include "document/galleries/GalleryIterator.h"
-#include "effects/ImageEffectRename.h"
+#include "effects/FileNames.h"
 #include "imaging/Image.h"
 #include "support/ProjectFixture.h"
 

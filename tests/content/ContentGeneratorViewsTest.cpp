@@ -11,7 +11,7 @@
 #include "document/galleries/GalleryIterator.h"
 #include "resources/Resources.h"
 #include "support/ProjectFixture.h"
-#include "template/sections/CompoundTemplateSection.h"
+#include "template/parser/CompoundTemplateSection.h"
 
 namespace {
 

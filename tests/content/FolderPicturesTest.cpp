@@ -16,9 +16,9 @@
 #include "common/FileIdentity.h"
 #include "common/FileSystem.h"
 #include "common/Platform.h"
+#include "effects/GeometricEffects.h"
 #include "effects/ImageEffectSource.h"
 #include "effects/ImageEffectTextStamp.h"
-#include "effects/ImageEffectThumbnail.h"
 #include "imaging/Image.h"
 #include "support/ProjectFixture.h"
 

@@ -6,8 +6,8 @@
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
 #include "common/StopSignal.h"
-#include "effects/ImageEffectCompound.h"
-#include "effects/ImageEffectResize.h"
+#include "effects/GeometricEffects.h"
+#include "effects/ImageEffect.h"
 #include "imaging/Image.h"
 #include "support/ProjectFixture.h"
 

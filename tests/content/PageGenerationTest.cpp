@@ -18,8 +18,8 @@
 #include "imaging/Image.h"
 #include "support/ProjectFixture.h"
 #include "template/contracts/ImageIterator.h"
+#include "template/parser/CompoundTemplateSection.h"
 #include "template/parser/TemplateParsingException.h"
-#include "template/sections/CompoundTemplateSection.h"
 
 using testing::ElementsAre;
 

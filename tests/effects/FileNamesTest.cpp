@@ -1,7 +1,6 @@
 #include "effects/FileNames.h"
 
 #include "common/Exceptions.h"
-#include "effects/ImageEffectRename.h"
 
 TEST(FileNames, UnitsOutsideThePlainOnesBecomeTheirNumberInRadix32)
 {

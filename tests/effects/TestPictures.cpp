@@ -1,5 +1,7 @@
 #include "TestPictures.h"
 
+#include "effects/ImageEffectSource.h"
+
 namespace {
 
 CImage Painted(QSize size, const std::function<Colour(int, int)>& painter)
@@ -46,4 +48,11 @@ QString Stored(const CScratchFolder& folder, const CImage& image, const QString&
     const ImageEncoding encoding{isPng ? ImageEncoding::Format::Png : ImageEncoding::Format::Jpeg, 100};
     EXPECT_EQ(image.Save(path, encoding).status, ImageSaveResult::Status::Saved);
     return path;
+}
+
+CImage Applied(const CImageEffect& effect, const CImage& image)
+{
+    CImageEffectSource source(image);
+    effect.Apply(source);
+    return source.GetImage();
 }

@@ -7,6 +7,7 @@
 #include <QPoint>
 #include <QSize>
 
+#include "effects/ImageEffect.h"
 #include "imaging/Image.h"
 #include "support/ScratchFolder.h"
 
@@ -20,3 +21,6 @@ Colour PixelAt(const CImage& image, QPoint place);
 
 // Saves the picture in the folder and returns its path.
 QString Stored(const CScratchFolder& folder, const CImage& image, const QString& name);
+
+// What an effect makes of a picture without a file.
+CImage Applied(const CImageEffect& effect, const CImage& image);

@@ -1,7 +1,6 @@
 #include "imaging/Canvas.h"
 
 #include "SampleFiles.h"
-#include "imaging/PaintedImage.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "SampleFiles.h"
-#include "imaging/PaintedImage.h"
+#include "imaging/Canvas.h"
 
 namespace {
 

@@ -84,7 +84,7 @@ TEST(ImageDamage, FoundInTheMiddleOfAJpegLeavesTheRest)
 
 TEST(ImageDamage, ManySmallDamagesDontEndAPicture)
 {
-    // With a restart mark behind every row of blocks each damage stays in its row.
+    // With a restart mark after every row of blocks each damage stays in its row.
     QByteArray whole = Sample();
     const CScratchFolder folder;
     QByteArray damaged = whole;
@@ -133,7 +133,7 @@ TEST(ImageDamage, OddButHarmlessFilesAreWhole)
         QByteArray bytes;
     } rows[] = {
         {"padding before the end mark", withoutEnd + QByteArray(64, '\0') + "\xff\xd9"},
-        {"data behind the end mark", whole + QByteArray(5000, 'x')},
+        {"data after the end mark", whole + QByteArray(5000, 'x')},
         {"bytes between two segments", WithSegment(whole, 0xfe, "x").insert(7, QByteArray(5, '\0'))},
         {"no end mark", withoutEnd},
         {"fill bytes before a mark", whole.left(2) + QByteArray(7, '\xff') + whole.mid(2)},

@@ -40,7 +40,7 @@ struct JpegOptions {
 };
 QByteArray JpegOf(QSize size, const Painter& painter, const JpegOptions& options = {});
 
-// Puts a segment right behind the start of a JPEG.
+// Puts a segment right after the start of a JPEG.
 QByteArray WithSegment(const QByteArray& jpeg, uint8_t marker, const QByteArray& payload);
 QByteArray ExifOrientation(int orientation, bool bigEndian);
 QByteArray WithProfile(const QByteArray& jpeg, const QByteArray& profile);

@@ -3,6 +3,7 @@
 
 #include "PageRun.h"
 #include "support/ScratchFolder.h"
+#include "template/TemplateLanguage.h"
 #include "template/parser/PageStream.h"
 
 // Whole layouts: each folder of golden/ holds page.html, the files that it includes, and expected.html with
@@ -41,7 +42,7 @@ std::string GenerateAllPages(const QString& folder)
     CCompoundTemplateSection root;
     std::string result;
     try {
-        root.Parse(stream);
+        ParsePage(stream, root);
         for (int32_t page = 0; page == 0 || page < iterator.GetPageCount(); ++page) {
             result += "=== page " + std::to_string(page) + "\n" + GeneratePage(root, iterator, page);
         }

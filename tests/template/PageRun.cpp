@@ -2,11 +2,13 @@
 
 #include <sstream>
 
+#include "template/TemplateLanguage.h"
+
 Page ParsePage(const std::string& bytes)
 {
     std::istringstream stream(bytes);
     auto root = std::make_unique<CCompoundTemplateSection>();
-    root->Parse(stream);
+    ParsePage(stream, *root);
     return root;
 }
 

@@ -5,8 +5,8 @@
 
 #include "RecordingGenerator.h"
 #include "TestIterator.h"
+#include "template/parser/CompoundTemplateSection.h"
 #include "template/parser/TemplateParsingException.h"
-#include "template/sections/CompoundTemplateSection.h"
 
 // The road of a page, as every driver goes it, with a recording generator.
 

@@ -66,7 +66,7 @@ bool CTestIterator::Bind(const QString& id, Binding binding)
     return bindings.emplace(Lower(id), binding).second;
 }
 
-int32_t CTestIterator::GetPageCount()
+int32_t CTestIterator::GetPageCount() const
 {
     if (forcedPageCount >= 0) {
         return forcedPageCount;
@@ -75,7 +75,7 @@ int32_t CTestIterator::GetPageCount()
     return perPage == 0 ? 0 : (pictureCount + perPage - 1) / perPage;
 }
 
-QString CTestIterator::GetPageFileName(int32_t page)
+QString CTestIterator::GetPageFileName(int32_t page) const
 {
     const QString number = page == 0 ? QString() : QString::number(page);
     return QStringLiteral("index") + number + QStringLiteral(".html");
@@ -93,7 +93,7 @@ void CTestIterator::SetPageIndex(int32_t page)
     cursor = 0;
 }
 
-int32_t CTestIterator::IndexOf(const Binding& binding)
+int32_t CTestIterator::IndexOf(const Binding& binding) const
 {
     int32_t index = GetPicturesPerPage() * pageIndex;
     if (binding.modulo != 0) {
@@ -102,7 +102,7 @@ int32_t CTestIterator::IndexOf(const Binding& binding)
     return index + binding.offset;
 }
 
-int32_t CTestIterator::CurrentIndex()
+int32_t CTestIterator::CurrentIndex() const
 {
     if (cursor < 0 || static_cast<size_t>(cursor) >= boundIds.size()) {
         return -1;

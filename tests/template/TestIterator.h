@@ -15,22 +15,25 @@ public:
 
     void Reset() override;
     void NextPicture() override { ++cursor; }
-    bool HasPicture() override { return CurrentIndex() >= 0; }
+    bool HasPicture() const override { return CurrentIndex() >= 0; }
     QString GetPicturePath(QString& out) override;
     bool GetPageProperty(int32_t pageNumber, const QString& name, CVariant& out) override;
     bool GetVariable(const QString& object, const QString& name, CVariant& out) override;
     void SetVariable(const QString& object, const QString& name, const CVariant& value) override;
     void BindPicture(const QString& id) override;
     void BindPictureReference(const QString& id, int32_t offset, int32_t modulo) override;
-    int32_t GetPicturesPerPage() override { return static_cast<int32_t>(bindings.size()) - referenceCount; }
-    int32_t GetPageIndex() override { return pageIndex; }
-    int32_t GetPageCount() override;
-    int32_t GetPictureCount() override { return pictureCount; }
-    QString GetPageFileName(int32_t page) override;
-    bool IsLastPage() override { return (pageIndex + 1) * GetPicturesPerPage() >= pictureCount; }
+    int32_t GetPicturesPerPage() const override
+    {
+        return static_cast<int32_t>(bindings.size()) - referenceCount;
+    }
+    int32_t GetPageIndex() const override { return pageIndex; }
+    int32_t GetPageCount() const override;
+    int32_t GetPictureCount() const override { return pictureCount; }
+    QString GetPageFileName(int32_t page) const override;
+    bool IsLastPage() const override { return (pageIndex + 1) * GetPicturesPerPage() >= pictureCount; }
     bool IsElementVisible(const QString& name) override;
     void SetPageIndex(int32_t page) override;
-    CPictureInfo* GetCurrentPicture() override { return nullptr; }
+    CPictureInfo* GetCurrentPicture() const override { return nullptr; }
 
     CVariableMap gallery;
     std::map<int32_t, CVariableMap> pages; // variables by page index
@@ -48,8 +51,8 @@ private:
     };
 
     bool Bind(const QString& id, Binding binding);
-    int32_t IndexOf(const Binding& binding);
-    int32_t CurrentIndex();
+    int32_t IndexOf(const Binding& binding) const;
+    int32_t CurrentIndex() const;
     bool GetPageVariable(const QString& name, CVariant& out);
     bool GetGalleryVariable(const QString& name, CVariant& out);
     bool GetPictureVariable(int32_t index, const QString& name, CVariant& out) const;

@@ -9,9 +9,9 @@
 #include "common/FileSystem.h"
 #include "common/Text.h"
 #include "common/xmldomutils.h"
+#include "template/TemplateLanguage.h"
 #include "template/parser/PageStream.h"
 #include "template/parser/TemplateParsingException.h"
-#include "template/sections/TemplateSection.h"
 
 namespace {
 
@@ -98,7 +98,8 @@ QString CGalleryTemplate::GetPageFilePath(const QString& file) const
     return folder + GetPage(file).file;
 }
 
-void CGalleryTemplate::LoadPage(const QString& file, CTemplateSection& sectionTree) const
+void CGalleryTemplate::LoadPage(const QString& file, CTemplateSection& sectionTree,
+                                CTemplateObserver* observer) const
 {
     const QString path = GetPageFilePath(file);
     std::ifstream stream = OpenPageFile(path);
@@ -107,7 +108,7 @@ void CGalleryTemplate::LoadPage(const QString& file, CTemplateSection& sectionTr
                                     .reason = StringId::FileDoesNotExist,
                                     .solution = StringId::InformTemplateDeveloper});
     }
-    sectionTree.Parse(stream);
+    ParsePage(stream, sectionTree, observer);
 }
 
 CGalleryStyle::CGalleryStyle(const QString& definitionPath)

@@ -6,6 +6,7 @@
 
 #include <QString>
 
+class CTemplateObserver;
 class CTemplateSection;
 
 // One page of a layout.
@@ -44,8 +45,9 @@ public:
     QString GetPageFilePath(const QString& file) const;
 
     // Parses the page into the tree. Throws CFileException for a file that can't be opened and
-    // CTemplateParsingException for a bad page.
-    void LoadPage(const QString& file, CTemplateSection& sectionTree) const;
+    // CTemplateParsingException for a bad page. observer: see ParsePage.
+    void LoadPage(const QString& file, CTemplateSection& sectionTree,
+                  CTemplateObserver* observer = nullptr) const;
 
 private:
     std::vector<CGalleryTemplatePage> pages;

@@ -4,12 +4,10 @@
 
 #include "common/FileSystem.h"
 #include "effects/FileNames.h"
-#include "effects/ImageEffectCompound.h"
+#include "effects/GeometricEffects.h"
+#include "effects/ImageEffect.h"
 #include "effects/ImageEffectGraphicsStamp.h"
 #include "effects/ImageEffectPhotoFrame.h"
-#include "effects/ImageEffectRename.h"
-#include "effects/ImageEffectResize.h"
-#include "effects/ImageEffectRotate.h"
 #include "effects/ImageEffectSource.h"
 #include "resources/Resources.h"
 

@@ -6,11 +6,11 @@
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
 #include "document/galleries/Gallery.h"
-#include "effects/ImageEffectCompound.h"
+#include "effects/ImageEffect.h"
 #include "effects/ImageEffectGraphicsStamp.h"
 #include "effects/ImageEffectTextStamp.h"
 #include "template/contracts/ContentGeneratorStringConverter.h"
-#include "template/sections/CompoundTemplateSection.h"
+#include "template/parser/CompoundTemplateSection.h"
 
 namespace {
 
@@ -91,19 +91,14 @@ void CGalleryIterator::BindPictureReference(const QString& id, int32_t offset, i
     Bind(id, {.offset = offset, .modulo = modulo, .isReference = true});
 }
 
-int32_t CGalleryIterator::CountPlaces() const
+int32_t CGalleryIterator::GetPicturesPerPage() const
 {
     return static_cast<int32_t>(bindings.size()) - referenceCount;
 }
 
-int32_t CGalleryIterator::GetPicturesPerPage()
-{
-    return CountPlaces();
-}
-
 int32_t CGalleryIterator::GetPictureIndex(int32_t offset, int32_t modulo) const
 {
-    int64_t index = static_cast<int64_t>(CountPlaces()) * pageIndex;
+    int64_t index = static_cast<int64_t>(GetPicturesPerPage()) * pageIndex;
     if (modulo != 0) {
         index -= index % modulo;
     }
@@ -120,7 +115,7 @@ int32_t CGalleryIterator::FindPictureIndex(const QString& id) const
     return index >= 0 && index < gallery->GetPictures().GetCount() ? index : -1;
 }
 
-CPictureInfo* CGalleryIterator::GetCurrentPicture()
+CPictureInfo* CGalleryIterator::GetCurrentPicture() const
 {
     if (cursor < 0 || static_cast<size_t>(cursor) >= boundIds.size()) {
         return nullptr;
@@ -128,7 +123,7 @@ CPictureInfo* CGalleryIterator::GetCurrentPicture()
     return gallery->GetPictures().GetAt(FindPictureIndex(boundIds[static_cast<size_t>(cursor)]));
 }
 
-bool CGalleryIterator::HasPicture()
+bool CGalleryIterator::HasPicture() const
 {
     return GetCurrentPicture() != nullptr;
 }
@@ -153,19 +148,19 @@ void CGalleryIterator::PreparePictures()
     CGalleryCover::MakeAll(covers);
 }
 
-int32_t CGalleryIterator::GetPictureCount()
+int32_t CGalleryIterator::GetPictureCount() const
 {
     return gallery->GetPictures().GetCount();
 }
 
-int32_t CGalleryIterator::GetPageCount()
+int32_t CGalleryIterator::GetPageCount() const
 {
     const int32_t perPage = GetPicturesPerPage();
     // One page for each full set and one for the rest; written so that nothing can overflow.
     return perPage == 0 ? 0 : GetPictureCount() / perPage + (GetPictureCount() % perPage != 0 ? 1 : 0);
 }
 
-bool CGalleryIterator::IsLastPage()
+bool CGalleryIterator::IsLastPage() const
 {
     return (static_cast<int64_t>(pageIndex) + 1) * GetPicturesPerPage() >= GetPictureCount();
 }
@@ -176,7 +171,7 @@ void CGalleryIterator::SetPageIndex(int32_t page)
     cursor = 0;
 }
 
-QString CGalleryIterator::GetPageFileName(int32_t page)
+QString CGalleryIterator::GetPageFileName(int32_t page) const
 {
     return pageBaseName + (page != 0 ? QString::number(page) : QString()) + pageExtension;
 }

@@ -20,7 +20,7 @@ public:
 
     void Reset() override;
     void NextPicture() override { ++cursor; }
-    bool HasPicture() override;
+    bool HasPicture() const override;
     QString GetPicturePath(QString& out) override;
     void PreparePictures() override;
     bool GetPageProperty(int32_t pageNumber, const QString& name, CVariant& out) override;
@@ -28,16 +28,16 @@ public:
     void SetVariable(const QString& object, const QString& name, const CVariant& value) override;
     void BindPicture(const QString& id) override;
     void BindPictureReference(const QString& id, int32_t offset, int32_t modulo) override;
-    int32_t GetPicturesPerPage() override;
-    int32_t GetPageIndex() override { return pageIndex; }
-    int32_t GetPageCount() override;
-    int32_t GetPictureCount() override;
-    QString GetPageFileName(int32_t page) override;
-    bool IsLastPage() override;
+    int32_t GetPicturesPerPage() const override;
+    int32_t GetPageIndex() const override { return pageIndex; }
+    int32_t GetPageCount() const override;
+    int32_t GetPictureCount() const override;
+    QString GetPageFileName(int32_t page) const override;
+    bool IsLastPage() const override;
     bool IsElementVisible(const QString& name) override;
     void SetPageIndex(int32_t page) override;
-    CPictureInfo* GetCurrentPicture() override;
-    QString GetGalleryFileStem() override { return fileStem; }
+    CPictureInfo* GetCurrentPicture() const override;
+    QString GetGalleryFileStem() const override { return fileStem; }
 
     // The position in the gallery that a bound id points at from the current page; may lie outside it.
     int32_t GetPictureIndex(int32_t offset, int32_t modulo) const;
@@ -55,7 +55,6 @@ private:
     };
 
     void Bind(const QString& id, Binding binding);
-    int32_t CountPlaces() const;
     std::optional<CVariant> FindOwnPageVariable(const QString& name);
     void MakeStampEffects();
 

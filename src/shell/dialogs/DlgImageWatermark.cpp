@@ -11,8 +11,8 @@
 #include <QPushButton>
 #include <QSpinBox>
 
+#include "effects/GeometricEffects.h"
 #include "effects/ImageEffectGraphicsStamp.h"
-#include "effects/ImageEffectResize.h"
 #include "effects/ImageEffectSource.h"
 #include "imaging/Image.h"
 #include "resources/StringTable.h"

@@ -81,7 +81,7 @@ public:
                                          std::ostream& out) = 0;
     // The text of a value for people: short date of the user's locale, plain decimal numbers.
     // Throws CExceptionBase if the value has no text.
-    virtual QString VariantToString(const CVariant& value) = 0;
+    virtual QString VariantToString(const CVariant& value) const = 0;
     virtual void GenerateImageReference(CImageIterator& iterator, const ImageReferenceAttributes& reference,
                                         std::ostream& out) = 0;
     virtual void GenerateTextReference(CImageIterator& iterator, const TextReferenceAttributes& reference,

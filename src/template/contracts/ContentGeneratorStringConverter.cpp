@@ -33,7 +33,7 @@ QString DateToText(DateValue date)
 
 } // namespace
 
-QString CContentGeneratorStringConverter::VariantToString(const CVariant& value)
+QString CContentGeneratorStringConverter::VariantToString(const CVariant& value) const
 {
     switch (value.GetType()) {
     case CVariant::Type::Empty:

@@ -10,7 +10,7 @@ public:
     void GenerateTextSpan(CImageIterator&, const TextSpanAttributes&, std::ostream&) override {}
     void GeneratePicture(CImageIterator&, const PictureAttributes&, std::ostream&) override {}
     void GenerateNavigationTable(CImageIterator&, const NavigationTableAttributes&, std::ostream&) override {}
-    QString VariantToString(const CVariant& value) override;
+    QString VariantToString(const CVariant& value) const override;
     void GenerateImageReference(CImageIterator&, const ImageReferenceAttributes&, std::ostream&) override {}
     void GenerateTextReference(CImageIterator&, const TextReferenceAttributes&, std::ostream&) override {}
     void GenerateBanner(const std::string&, const std::string&, std::ostream&) override {}

@@ -1,6 +1,6 @@
 #include "template/contracts/ImageIterator.h"
 
-#include "effects/ImageEffectCompound.h"
+#include "effects/ImageEffect.h"
 
 CImageIterator::CImageIterator()
 {
@@ -11,12 +11,13 @@ CImageIterator::CImageIterator()
 
 CImageIterator::~CImageIterator() = default;
 
-std::shared_ptr<const CImageEffectCompound> CImageIterator::GetEffectsForSize(int32_t width, int32_t height)
+std::shared_ptr<const CImageEffectCompound> CImageIterator::GetEffectsForSize(int32_t width,
+                                                                              int32_t height) const
 {
     return stampEffects[static_cast<size_t>(GetSizeClass(width, height))];
 }
 
-QString CImageIterator::GetGalleryFileStem()
+QString CImageIterator::GetGalleryFileStem() const
 {
     return QString();
 }

@@ -27,7 +27,7 @@ public:
 
     virtual void Reset() = 0;
     virtual void NextPicture() = 0;
-    virtual bool HasPicture() = 0;
+    virtual bool HasPicture() const = 0;
     virtual QString GetPicturePath(QString& out) = 0;
     // Makes the files that GetPicturePath would make one after the other for the pictures bound on this page,
     // all at once.
@@ -37,20 +37,21 @@ public:
     virtual void SetVariable(const QString& object, const QString& name, const CVariant& value) = 0;
     virtual void BindPicture(const QString& id) = 0;
     virtual void BindPictureReference(const QString& id, int32_t offset, int32_t modulo) = 0;
-    virtual int32_t GetPicturesPerPage() = 0;
-    virtual int32_t GetPageIndex() = 0;
-    virtual int32_t GetPageCount() = 0;
-    virtual int32_t GetPictureCount() = 0;
-    virtual QString GetPageFileName(int32_t page) = 0;
-    virtual bool IsLastPage() = 0;
+    virtual int32_t GetPicturesPerPage() const = 0;
+    virtual int32_t GetPageIndex() const = 0;
+    virtual int32_t GetPageCount() const = 0;
+    virtual int32_t GetPictureCount() const = 0;
+    virtual QString GetPageFileName(int32_t page) const = 0;
+    virtual bool IsLastPage() const = 0;
     virtual bool IsElementVisible(const QString& name) = 0;
     virtual void SetPageIndex(int32_t page) = 0;
     // Owned by the gallery; null if the cursor stands on no picture.
-    virtual CPictureInfo* GetCurrentPicture() = 0;
+    virtual CPictureInfo* GetCurrentPicture() const = 0;
     // The stamps for a picture that is shown in a box of that size, in pixels. Shared, so that image work
     // which is put off may outlive the iterator.
-    virtual std::shared_ptr<const CImageEffectCompound> GetEffectsForSize(int32_t width, int32_t height);
-    virtual QString GetGalleryFileStem();
+    virtual std::shared_ptr<const CImageEffectCompound> GetEffectsForSize(int32_t width,
+                                                                          int32_t height) const;
+    virtual QString GetGalleryFileStem() const;
 
 protected:
     // One compound for each size class: small, middle, large.

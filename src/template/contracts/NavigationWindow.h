@@ -9,5 +9,5 @@
 
 uint32_t FirstPageOfWindow(uint32_t maxPages, uint32_t current, uint32_t total);
 
-// One behind the last page of the row.
+// One after the last page of the row.
 uint32_t EndOfWindow(uint32_t maxPages, uint32_t current, uint32_t total);

@@ -33,7 +33,7 @@ struct PageRuns {
     std::string_view last;
 };
 
-int LineBehind(std::string_view text)
+int LineAfter(std::string_view text)
 {
     return static_cast<int>(std::count(text.begin(), text.end(), '\n')) + 1;
 }
@@ -75,10 +75,10 @@ std::string BuildErrorPage(const CTemplateParsingException& error, const QString
         FindPage(QStringLiteral("error_page"), {StringId::ErrorPageHeading, StringId::ErrorPageDescription,
                                                 StringId::ErrorPageFile, StringId::ErrorPageLine})
             .toStdString();
-    // In this order, since a text that was put in is searched for the placeholders behind it.
+    // In this order, since a text that was put in is searched for the placeholders after it.
     ReplaceAll(result, "%error_description%", Narrow(error.GetDescription()));
     ReplaceAll(result, "%template_file%", Narrow(pageFile));
-    ReplaceAll(result, "%line_number%", std::to_string(LineBehind(runs.first)));
+    ReplaceAll(result, "%line_number%", std::to_string(LineAfter(runs.first)));
     ReplaceAll(result, "%first_part%", Escaped(runs.first));
     ReplaceAll(result, "%error_part%", Escaped(runs.failed));
     ReplaceAll(result, "%last_part%", Escaped(runs.last));
@@ -88,7 +88,7 @@ std::string BuildErrorPage(const CTemplateParsingException& error, const QString
 int GetPageLine(uint64_t position, const QString& pageFile)
 {
     const std::string page = ReadPage(pageFile);
-    return LineBehind(std::string_view(page).substr(0, std::min<uint64_t>(position, page.size())));
+    return LineAfter(std::string_view(page).substr(0, std::min<uint64_t>(position, page.size())));
 }
 
 int GetErrorLine(const CTemplateParsingException& error, const QString& pageFile)

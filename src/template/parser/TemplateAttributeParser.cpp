@@ -1,9 +1,8 @@
 #include "template/parser/TemplateAttributeParser.h"
 
 #include "common/Exceptions.h"
-#include "template/parser/MarkupBytes.h"
-#include "template/parser/TemplateErrors.h"
-#include "template/sections/TemplateSectionText.h"
+#include "template/parser/PageStream.h"
+#include "template/parser/TemplateParsingException.h"
 
 bool CTemplateAttributeParser::Feed(char c)
 {
@@ -16,14 +15,14 @@ bool CTemplateAttributeParser::Feed(char c)
         return false; // anything else between attributes is dropped
     case State::InName:
         if (c == '=') {
-            state = State::BehindEquals;
+            state = State::AfterEquals;
         } else if (IsSpace(c) || IsQuote(c)) {
             throw InvalidCharacterError(c);
         } else {
             name += c;
         }
         return false;
-    case State::BehindEquals:
+    case State::AfterEquals:
         if (!IsQuote(c)) {
             throw NoOpeningQuoteError(name);
         }
@@ -40,7 +39,7 @@ bool CTemplateAttributeParser::Feed(char c)
     case State::Finished:
         break;
     }
-    throw CUnexpectedException("TemplateAttributeParser", __LINE__); // Feed behind the end
+    throw CUnexpectedException("TemplateAttributeParser", __LINE__); // Feed after the end
 }
 
 void CTemplateAttributeParser::AddSection(std::unique_ptr<CTemplateSection> section)

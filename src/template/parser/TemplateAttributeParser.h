@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "template/sections/CompoundTemplateSection.h"
+#include "template/parser/CompoundTemplateSection.h"
 
 // Reads one attribute at a time, byte by byte: name="value" or name='value', with elements in the value.
 // Owned by its element; lives while the element is parsed.
@@ -26,7 +26,7 @@ public:
     void Reset() { *this = CTemplateAttributeParser(); }
 
 private:
-    enum class State : int { Between = 0, InName = 1, BehindEquals = 2, InValue = 3, Finished = 4 };
+    enum class State : int { Between = 0, InName = 1, AfterEquals = 2, InValue = 3, Finished = 4 };
 
     void MoveTextToCompound();
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "common/Exceptions.h"
 
@@ -16,3 +17,22 @@ public:
 
 // An error of the page markup: the common caption and advice with this description.
 CTemplateParsingException TemplateError(const QString& description);
+
+// The errors of the page markup, one function for each, to be thrown by the place that finds it. Names and
+// bytes are shown as the page wrote them; bad UTF-8 shows as U+FFFD. Thread-safe.
+
+CTemplateParsingException UnknownSectionError(const std::string& name);
+CTemplateParsingException NestedSectionError();
+CTemplateParsingException InvalidVariableSyntaxError(const QString& text);
+CTemplateParsingException DuplicateAttributeError(const std::string& name);
+CTemplateParsingException RequiredAttributeError(const std::string& name);
+CTemplateParsingException UnknownAttributeError(const std::string& name);
+CTemplateParsingException InvalidCharacterError(char found);
+CTemplateParsingException NoOpeningQuoteError(const std::string& attributeName);
+CTemplateParsingException UnexpectedElseError();
+CTemplateParsingException NoClosingBracketError();
+
+// Limits that keep a page from exhausting the stack or the user's patience.
+CTemplateParsingException NestingTooDeepError(int limit);
+CTemplateParsingException LoopsTooDeepError(int limit);
+CTemplateParsingException IncludeTooDeepError(const QString& file, int limit);

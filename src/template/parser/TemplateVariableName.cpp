@@ -1,6 +1,6 @@
 #include "template/parser/TemplateVariableName.h"
 
-#include "template/parser/TemplateErrors.h"
+#include "template/parser/TemplateParsingException.h"
 
 namespace {
 

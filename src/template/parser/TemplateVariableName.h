@@ -2,8 +2,7 @@
 
 #include <QString>
 
-// The split of "object.variable" at the first ".". Either part may be empty; neither is null. A value, on any
-// thread.
+// The split of "object.variable" at the first ".". Either part may be empty; neither is null. Thread-safe.
 class CTemplateVariableName {
 public:
     // Throws CTemplateParsingException if there is no ".".

@@ -4,16 +4,14 @@
 #include <limits>
 
 #include "template/contracts/ImageIterator.h"
-#include "template/parser/TemplateErrors.h"
-#include "template/sections/BlogProcessor.h"
-#include "template/sections/ScopedPageVariable.h"
+#include "template/parser/TemplateParsingException.h"
 
 namespace {
 
 constexpr int64_t EntryCount = 11;
-constexpr int64_t EntriesBefore = 5; // as many as behind the current one
+constexpr int64_t EntriesBefore = 5; // as many as after the current one
 
-// The position behind the last entry of a run. Odd on purpose: the run keeps its length at the start of a
+// The position after the last entry of a run. Odd on purpose: the run keeps its length at the start of a
 // gallery but does not shift back at its end, so that the last page shows 6 entries.
 int64_t EndOfRun(int64_t current)
 {
@@ -27,7 +25,24 @@ CVariant Clamped(int64_t number)
                                                              std::numeric_limits<int32_t>::max())));
 }
 
+QString PageObject()
+{
+    return QStringLiteral("page");
+}
+
 } // namespace
+
+CScopedPageVariable::CScopedPageVariable(CImageIterator& iterator, const QString& name, const CVariant& value)
+    : name(name), iterator(iterator)
+{
+    iterator.GetVariable(PageObject(), name, saved);
+    iterator.SetVariable(PageObject(), name, value);
+}
+
+CScopedPageVariable::~CScopedPageVariable()
+{
+    iterator.SetVariable(PageObject(), name, saved);
+}
 
 void CTemplateSectionBlog::Clear()
 {
@@ -51,10 +66,10 @@ void CTemplateSectionBlog::Bind(CImageIterator& iterator, CContentGenerator& gen
     RunLoop(iterator, generator, processor);
 }
 
-void CTemplateSectionBlog::SetDepth(const TemplateDepth& newDepth)
+void CTemplateSectionBlog::SetContext(const TemplateContext& newContext)
 {
-    CCompoundTemplateSectionWithClosingBracket::SetDepth(newDepth);
-    if (++depth.loops > MaxDepth) {
+    CCompoundTemplateSectionWithClosingBracket::SetContext(newContext);
+    if (++context.loops > MaxDepth) {
         throw LoopsTooDeepError(MaxDepth);
     }
 }

@@ -2,13 +2,14 @@
 
 #include "common/FileSystem.h"
 #include "common/Text.h"
-#include "template/contracts/ContentGenerator.h"
 #include "template/contracts/ImageIterator.h"
 #include "template/contracts/TemplateObserver.h"
 #include "template/parser/PageStream.h"
-#include "template/parser/TemplateErrors.h"
+#include "template/parser/TemplateParsingException.h"
 
 namespace {
+
+const AttributeTable IncludeTable = {OtherAttributes::Kept, {{"file", 1}}};
 
 // The path of a file of the layout. A layout made elsewhere may have "\" in its names.
 QString FindIncludedFile(const QString& folder, const QString& name)
@@ -23,16 +24,12 @@ QString FindIncludedFile(const QString& folder, const QString& name)
 
 } // namespace
 
-void CTemplateSectionInclude::OnClosingBracket()
-{
-    file = TakeAttribute("file");
-}
+CTemplateSectionInclude::CTemplateSectionInclude() : CTemplateSectionElement(IncludeTable) {}
 
 void CTemplateSectionInclude::Clear()
 {
     CTemplateSectionElement::Clear();
     content.Clear();
-    file.reset();
     loaded = false;
 }
 
@@ -53,32 +50,32 @@ void CTemplateSectionInclude::Bind(CImageIterator& iterator, CContentGenerator& 
 
 void CTemplateSectionInclude::Load(CImageIterator& iterator, CContentGenerator& generator)
 {
-    const QString name = Widen(Evaluate(file, iterator, generator));
+    const QString name = Widen(Evaluate("file", iterator, generator));
     CVariant folder;
     if (!iterator.GetVariable(QStringLiteral("gallery"), QStringLiteral("template_directory"), folder) ||
         folder.GetString().isEmpty()) {
         return; // without the layout's folder the name would be looked for in the root of the disk
     }
     const QString path = FindIncludedFile(folder.GetString(), name);
-    if (depth.includes >= MaxDepth) {
+    if (context.includes >= MaxDepth) {
         throw IncludeTooDeepError(path, MaxDepth);
     }
     std::ifstream stream = OpenPageFile(path);
-    if (depth.observer) {
-        depth.observer->OnIncludeBegin(path);
+    if (context.observer) {
+        context.observer->OnIncludeBegin(path);
     }
     ParseContent(stream);
     content.Bind(iterator, generator);
-    if (depth.observer) {
-        depth.observer->OnIncludeEnd();
+    if (context.observer) {
+        context.observer->OnIncludeEnd();
     }
 }
 
 void CTemplateSectionInclude::ParseContent(std::istream& stream)
 {
-    TemplateDepth contentDepth = depth;
-    ++contentDepth.includes;
-    content.SetDepth(contentDepth);
+    TemplateContext contentContext = context;
+    ++contentContext.includes;
+    content.SetContext(contentContext);
     try {
         content.Parse(stream);
     } catch (...) {

@@ -4,7 +4,8 @@
 
 #include <QString>
 
-#include "template/sections/TemplateSectionElement.h"
+#include "template/parser/CompoundTemplateSection.h"
+#include "template/parser/TemplateSectionElement.h"
 
 // <%include file="..."%>: another file of the layout's folder, loaded at the first Bind and kept from then
 // on. A missing file is no error. Later binds don't bind the file's content again, so included files are for
@@ -14,7 +15,7 @@ public:
     // How many files may include each other in a row; a file that includes itself ends here.
     static constexpr int MaxDepth = 64;
 
-    void OnClosingBracket() override;
+    CTemplateSectionInclude();
     void Clear() override;
     void Generate(CImageIterator& iterator, CContentGenerator& generator, std::ostream& out) override;
     // Throws CTemplateParsingException, with offsets in the included file, for an error in that file.
@@ -25,6 +26,5 @@ private:
     void ParseContent(std::istream& stream);
 
     CCompoundTemplateSection content;
-    Attribute file;
     bool loaded = false;
 };

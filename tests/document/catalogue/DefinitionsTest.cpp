@@ -6,8 +6,8 @@
 #include "TestProject.h"
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
+#include "template/parser/CompoundTemplateSection.h"
 #include "template/parser/TemplateParsingException.h"
-#include "template/sections/CompoundTemplateSection.h"
 
 namespace {
 

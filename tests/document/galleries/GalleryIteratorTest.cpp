@@ -4,9 +4,10 @@
 
 #include "TestProject.h"
 #include "common/FileSystem.h"
-#include "effects/ImageEffectCompound.h"
+#include "effects/ImageEffect.h"
+#include "template/TemplateLanguage.h"
 #include "template/contracts/ContentGeneratorStringConverter.h"
-#include "template/sections/CompoundTemplateSection.h"
+#include "template/parser/CompoundTemplateSection.h"
 
 namespace {
 
@@ -361,7 +362,7 @@ TEST(GalleryIterator, ServesAWholePage)
                             "<%=page.number%>/<%=page.total_pages_count%>: <%=a.file_name%> <%=b.file_name%>"
                             "<%=c.file_name%>");
     CCompoundTemplateSection tree;
-    tree.Parse(page);
+    ParsePage(page, tree);
     CContentGeneratorStringConverter generator;
     CGalleryIterator iterator;
     iterator.Init(gallery, QStringLiteral("p"), QStringLiteral(".html"), 2);

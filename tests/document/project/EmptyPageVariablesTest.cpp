@@ -2,8 +2,9 @@
 
 #include "TestProject.h"
 #include "document/galleries/GalleryIterator.h"
+#include "template/TemplateLanguage.h"
 #include "template/contracts/ContentGeneratorStringConverter.h"
-#include "template/sections/CompoundTemplateSection.h"
+#include "template/parser/CompoundTemplateSection.h"
 
 namespace {
 
@@ -18,7 +19,7 @@ std::string Rendered(CGallery& gallery, const std::string& page, int32_t pageInd
 {
     std::istringstream stream(page);
     CCompoundTemplateSection root;
-    root.Parse(stream);
+    ParsePage(stream, root);
     CGalleryIterator iterator;
     iterator.Init(gallery, QStringLiteral("index"), QStringLiteral(".html"), pageIndex);
     iterator.Reset();

@@ -49,7 +49,7 @@ void CViewFolderImageIterator::SkipHidden()
     }
 }
 
-bool CViewFolderImageIterator::HasPicture()
+bool CViewFolderImageIterator::HasPicture() const
 {
     return index < GetPictureCount();
 }
@@ -60,7 +60,7 @@ QString CViewFolderImageIterator::GetPicturePath(QString& out)
     return out;
 }
 
-CPictureInfo* CViewFolderImageIterator::GetCurrentPicture()
+CPictureInfo* CViewFolderImageIterator::GetCurrentPicture() const
 {
     return HasPicture() ? collection[static_cast<size_t>(index)].get() : nullptr;
 }

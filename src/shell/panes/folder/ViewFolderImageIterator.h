@@ -33,22 +33,22 @@ public:
 
     void Reset() override;
     void NextPicture() override;
-    bool HasPicture() override;
+    bool HasPicture() const override;
     // The path of the thumbnail.
     QString GetPicturePath(QString& out) override;
-    CPictureInfo* GetCurrentPicture() override;
-    int32_t GetPictureCount() override { return static_cast<int32_t>(collection.size()); }
-    int32_t GetPicturesPerPage() override { return GetPictureCount(); }
+    CPictureInfo* GetCurrentPicture() const override;
+    int32_t GetPictureCount() const override { return static_cast<int32_t>(collection.size()); }
+    int32_t GetPicturesPerPage() const override { return GetPictureCount(); }
 
     bool GetPageProperty(int32_t, const QString&, CVariant&) override { return false; }
     bool GetVariable(const QString&, const QString&, CVariant&) override { return false; }
     void SetVariable(const QString&, const QString&, const CVariant&) override {}
     void BindPicture(const QString&) override {}
     void BindPictureReference(const QString&, int32_t, int32_t) override {}
-    int32_t GetPageIndex() override { return 0; }
-    int32_t GetPageCount() override { return 1; }
-    QString GetPageFileName(int32_t) override { return QString(); }
-    bool IsLastPage() override { return true; }
+    int32_t GetPageIndex() const override { return 0; }
+    int32_t GetPageCount() const override { return 1; }
+    QString GetPageFileName(int32_t) const override { return QString(); }
+    bool IsLastPage() const override { return true; }
     bool IsElementVisible(const QString&) override { return true; }
     void SetPageIndex(int32_t) override {}
 

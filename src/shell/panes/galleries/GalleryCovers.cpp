@@ -9,7 +9,7 @@
 #include "document/cover/CoverCache.h"
 #include "document/project/GalleryProject.h"
 #include "effects/FileNames.h"
-#include "effects/ImageEffectResize.h"
+#include "effects/GeometricEffects.h"
 #include "effects/ImageEffectSource.h"
 
 namespace {

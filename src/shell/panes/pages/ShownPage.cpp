@@ -12,10 +12,10 @@
 #include "resources/Resources.h"
 #include "shell/look/WaitCursor.h"
 #include "template/contracts/ContentGeneratorStringConverter.h"
+#include "template/parser/CompoundTemplateSection.h"
 #include "template/parser/ErrorPage.h"
 #include "template/parser/TemplateParsingException.h"
 #include "template/parser/TemplateVariableName.h"
-#include "template/sections/CompoundTemplateSection.h"
 
 namespace {
 

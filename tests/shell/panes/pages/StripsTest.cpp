@@ -11,7 +11,7 @@
 #include "document/galleries/GalleryIterator.h"
 #include "shell_support/ViewWindow.h"
 #include "support/ProjectFixture.h"
-#include "template/sections/CompoundTemplateSection.h"
+#include "template/parser/CompoundTemplateSection.h"
 
 // The strips of buttons in the pages of layouts of all kinds, with a real mouse.
 

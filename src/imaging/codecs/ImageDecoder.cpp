@@ -1,0 +1,246 @@
+#include "imaging/codecs/ImageDecoder.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+#include <optional>
+
+#include <vips/vips8>
+
+#include "common/Exceptions.h"
+#include "imaging/codecs/ColourConversion.h"
+#include "imaging/codecs/JpegDecoder.h"
+#include "imaging/codecs/PictureReader.h"
+#include "imaging/codecs/VipsLibrary.h"
+#include "imaging/pixels/DecodingStop.h"
+#include "resources/StringTable.h"
+
+using vips::VError;
+using vips::VImage;
+
+namespace {
+
+constexpr int stripHeight = 8; // rows; what the strip with the first damage holds is lost
+
+struct Rows {
+    std::vector<uint8_t> bytes;
+    bool isCutOff = false; // by damage that ended the decoding
+};
+
+// Read strip by strip on this thread, so that libvips starts no threads of its own.
+Rows ReadRows(const VImage& image)
+{
+    if (!IsComputable(QSize(image.width(), image.height()))) {
+        ThrowNoPixels(StringId::ImageDataDamaged);
+    }
+    const size_t rowBytes = static_cast<size_t>(image.width()) * static_cast<size_t>(image.bands());
+    Rows rows;
+    rows.bytes.assign(rowBytes * static_cast<size_t>(image.height()), 0);
+    const std::unique_ptr<VipsRegion, decltype(&g_object_unref)> region(vips_region_new(image.get_image()),
+                                                                        &g_object_unref);
+    for (int top = 0; top < image.height() && !rows.isCutOff; top += stripHeight) {
+        CDecodingStop::ThrowIfWanted();
+        const VipsRect area{0, top, image.width(), std::min(stripHeight, image.height() - top)};
+        rows.isCutOff = vips_region_prepare(region.get(), &area) != 0;
+        for (int y = top; y < top + area.height && !rows.isCutOff; ++y) {
+            std::memcpy(&rows.bytes[rowBytes * static_cast<size_t>(y)], VIPS_REGION_ADDR(region.get(), 0, y),
+                        rowBytes);
+        }
+    }
+    vips_error_clear();
+    return rows;
+}
+
+bool IsOneColour(const Rows& rows, int channels)
+{
+    return std::equal(rows.bytes.begin() + channels, rows.bytes.end(), rows.bytes.begin());
+}
+
+CPixels ToPixels(const VImage& image, Rows rows)
+{
+    return MakePixels(QSize(image.width(), image.height()), image.bands(), std::move(rows.bytes));
+}
+
+// libjpeg's rows as a picture of libvips, which borrows them and knows what their values mean.
+VImage Borrow(JpegPicture& jpeg)
+{
+    const VipsInterpretation meaning = jpeg.channels == 1   ? VIPS_INTERPRETATION_B_W
+                                       : jpeg.channels == 4 ? VIPS_INTERPRETATION_CMYK
+                                                            : VIPS_INTERPRETATION_sRGB;
+    VImage image = VImage::new_from_memory(jpeg.bytes.data(), jpeg.bytes.size(), jpeg.size.width(),
+                                           jpeg.size.height(), jpeg.channels, VIPS_FORMAT_UCHAR)
+                       .copy(VImage::option()->set("interpretation", meaning));
+    if (!jpeg.profile.empty()) {
+        image.set(VIPS_META_ICC_NAME, nullptr, jpeg.profile.data(), jpeg.profile.size());
+    }
+    return image;
+}
+
+ImageCondition ConditionOf(const JpegPicture& jpeg)
+{
+    return jpeg.isWhole ? ImageCondition{}
+                        : ImageCondition{ImageCondition::State::InPart, Text(StringId::ImageDataIncomplete)};
+}
+
+DecodedImage DecodeJpegFile(const CPictureReader& reader, int shrink)
+{
+    JpegPicture jpeg = DecodeJpeg(CFileBytes(reader.GetDescriptor()), shrink);
+    DecodedImage decoded;
+    decoded.condition = ConditionOf(jpeg);
+    if (jpeg.channels == 3 && jpeg.profile.empty()) {
+        decoded.pixels = MakePixels(jpeg.size, jpeg.channels, std::move(jpeg.bytes));
+        return decoded;
+    }
+    const VImage image = ToSrgb(Borrow(jpeg));
+    Rows rows = ReadRows(image);
+    if (rows.isCutOff) {
+        ThrowNoPixels(StringId::ImageDataDamaged);
+    }
+    decoded.pixels = ToPixels(image, std::move(rows));
+    return decoded;
+}
+
+// The loaders pass over damage in silence unless they are told to stop at it. So they are told, and only a
+// damaged file is read once more.
+std::optional<CPixels> DecodeUndamaged(const CPictureReader& reader)
+{
+    try {
+        const VImage image = ToSrgb(reader.Open(VIPS_FAIL_ON_ERROR));
+        Rows rows = ReadRows(image);
+        if (!rows.isCutOff) {
+            return ToPixels(image, std::move(rows));
+        }
+    } catch (const VError&) {
+        vips_error_clear();
+    }
+    return std::nullopt;
+}
+
+DecodedImage DecodeByVips(const CPictureReader& reader)
+{
+    if (const std::optional<CPixels> pixels = DecodeUndamaged(reader)) {
+        return {.pixels = *pixels, .condition = {}};
+    }
+    const VImage image = ToSrgb(reader.Open(VIPS_FAIL_ON_NONE));
+    Rows rows = ReadRows(image);
+    if (IsOneColour(rows, image.bands())) {
+        ThrowNoPixels(StringId::ImageDataDamaged);
+    }
+    return {.pixels = ToPixels(image, std::move(rows)),
+            .condition = {ImageCondition::State::InPart, Text(StringId::ImageDataIncomplete)}};
+}
+
+QSize ShrunkSize(const ImageHeader& header, int shrink)
+{
+    return {(header.size.width() + shrink - 1) / shrink, (header.size.height() + shrink - 1) / shrink};
+}
+
+// The picture ends within the last pixel of a size that doesn't divide by the shrink.
+QRectF ShrunkWindow(const ImageHeader& header, int shrink)
+{
+    return QRectF(QPointF(0, 0), QSizeF(header.size) / shrink);
+}
+
+// Scales the rows of a picture to all sizes as they come.
+class CScalingTaker final : public CJpegRowTaker {
+public:
+    CScalingTaker(const PixelGrid& grid, const std::vector<Resampling>& resamplings)
+        : grid(grid), resamplings(resamplings)
+    {}
+
+    bool Begin(QSize size) override
+    {
+        // Otherwise the file was replaced by another since its header was read.
+        hasBegun = size == grid.size;
+        if (hasBegun) {
+            resampler.emplace(grid, resamplings);
+        }
+        return hasBegun;
+    }
+
+    uint8_t* GetPlace() override { return resampler->GetPlace(); }
+    void TakeRow() override { resampler->TakeRow(); }
+
+    bool HasBegun() const { return hasBegun; }
+    std::vector<CPixels> Finish() { return resampler->Finish(); }
+
+private:
+    const PixelGrid grid;
+    const std::vector<Resampling>& resamplings;
+    std::optional<CResampler> resampler;
+    bool hasBegun = false;
+};
+
+bool CanScaleAll(const PixelGrid& grid, const std::vector<Resampling>& resamplings)
+{
+    return std::none_of(resamplings.begin(), resamplings.end(), [&grid](const Resampling& each) {
+        return each.area.isEmpty() || IsUnscaled(grid, each);
+    });
+}
+
+} // namespace
+
+ImageHeader ReadImageHeader(const QString& path)
+{
+    StartVips();
+    try {
+        const CPictureReader reader(path);
+        const VImage image = reader.Open(VIPS_FAIL_ON_NONE);
+        const ImageHeader header{QSize(image.width(), image.height()),
+                                 vips_image_get_orientation(image.get_image()),
+                                 reader.GetKind() == CPictureReader::Kind::Jpeg};
+        if (!IsComputable(header.size)) {
+            throw CNoPixelsException{Text(StringId::ImageTooLarge, image.width(), image.height())};
+        }
+        return header;
+    } catch (const VError&) {
+        ThrowNoPixels(StringId::ImageDataDamaged);
+    } catch (const CGenericException& failure) {
+        throw CNoPixelsException{failure.GetDescription()};
+    }
+}
+
+DecodedImage DecodeImage(const QString& path, const ImageHeader& header, int shrink)
+{
+    try {
+        const CPictureReader reader(path);
+        const bool isJpeg = reader.GetKind() == CPictureReader::Kind::Jpeg;
+        DecodedImage decoded = isJpeg ? DecodeJpegFile(reader, shrink) : DecodeByVips(reader);
+        // The file may have been replaced by another since its header was read.
+        if (decoded.pixels.size != ShrunkSize(header, shrink)) {
+            ThrowNoPixels(StringId::ImageChanged);
+        }
+        decoded.pixels.window = ShrunkWindow(header, shrink);
+        decoded.pixels = Upright(decoded.pixels, header.orientation);
+        return decoded;
+    } catch (const VError&) {
+        ThrowNoPixels(StringId::ImageDataDamaged);
+    } catch (const std::bad_alloc&) {
+        throw CNoPixelsException{Text(StringId::ImageTooLarge, header.size.width(), header.size.height())};
+    } catch (const CGenericException& failure) {
+        throw CNoPixelsException{failure.GetDescription()};
+    }
+}
+
+std::optional<DecodedScaledImages> DecodeScaledImages(const QString& path, const ImageHeader& header,
+                                                      const ScaledDecoding& wanted)
+{
+    const PixelGrid grid{ShrunkSize(header, wanted.shrink), 3, ShrunkWindow(header, wanted.shrink)};
+    if (header.orientation > 1 || !CanScaleAll(grid, wanted.resamplings)) {
+        return std::nullopt;
+    }
+    try {
+        const CPictureReader reader(path);
+        if (reader.GetKind() != CPictureReader::Kind::Jpeg) {
+            return std::nullopt;
+        }
+        CScalingTaker taker(grid, wanted.resamplings);
+        const JpegPicture jpeg = DecodeJpeg(CFileBytes(reader.GetDescriptor()), wanted.shrink, &taker);
+        if (!taker.HasBegun()) {
+            return std::nullopt;
+        }
+        return DecodedScaledImages{taker.Finish(), ConditionOf(jpeg)};
+    } catch (const std::bad_alloc&) {
+        throw CNoPixelsException{Text(StringId::ImageTooLarge, header.size.width(), header.size.height())};
+    }
+}
