@@ -9,6 +9,7 @@
 #include "effects/FileNames.h"
 #include "effects/GeometricEffects.h"
 #include "effects/ImageEffect.h"
+#include "effects/ImageEffectSource.h"
 #include "resources/Resources.h"
 #include "template/contracts/ImageIterator.h"
 #include "template/contracts/NavigationWindow.h"
@@ -201,6 +202,16 @@ QString CContentGeneratorBase::GetImageName(const QString& sourcePath,
         ProduceImage({sourcePath, std::move(effect), result});
     }
     return GetImageUrl(result);
+}
+
+QSize CContentGeneratorBase::StoreSourceSize(CImageIterator& iterator, const QString& id)
+{
+    QString path;
+    const CImageEffectSource source(iterator.GetPicturePath(path));
+    const QSize size = source.GetImage().GetSize();
+    iterator.SetVariable(id, QStringLiteral("source_height"), CVariant(size.height()));
+    iterator.SetVariable(id, QStringLiteral("source_width"), CVariant(size.width()));
+    return size;
 }
 
 bool CContentGeneratorBase::IsImageOverwriteForced() const

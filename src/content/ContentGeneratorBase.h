@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QSize>
+
 #include "content/ImageRequest.h"
 #include "template/contracts/ContentGeneratorStringConverter.h"
 
@@ -24,6 +26,10 @@ public:
     // Names the file that a chain of effects makes of a picture and has it made if it is missing or if the
     // setting forces it. Returns what a page writes in "src". Throws CExceptionBase if the image work fails.
     QString GetImageName(const QString& sourcePath, std::shared_ptr<const CImageEffect> effect);
+
+    // Stores width and height in pixels of the picture under the cursor in the variables source_width and
+    // source_height of the object id, and returns them.
+    QSize StoreSourceSize(CImageIterator& iterator, const QString& id);
 
 protected:
     virtual void WriteAdvertisementBody(const QString& text, std::ostream& out) = 0;

@@ -300,6 +300,18 @@ TEST_F(ContentGeneratorBase, AScriptThatDoesNotExistIsAnEmptyElement)
     EXPECT_EQ(out.str(), "<script type=\"text/javascript\" ></script>");
 }
 
+TEST_F(ContentGeneratorBase, TheSizeOfASourceIsStoredInItsVariables)
+{
+    Gallery().AddPicture(fixture.WritePicture(QStringLiteral("a.jpg"), QSize(40, 30)));
+    EXPECT_EQ(generator.StoreSourceSize(Iterator(), QStringLiteral("photo1")), QSize(40, 30));
+    CVariant width;
+    CVariant height;
+    EXPECT_TRUE(iterator.GetVariable(QStringLiteral("photo1"), QStringLiteral("source_width"), width));
+    EXPECT_TRUE(iterator.GetVariable(QStringLiteral("photo1"), QStringLiteral("source_height"), height));
+    EXPECT_EQ(width, CVariant(40));
+    EXPECT_EQ(height, CVariant(30));
+}
+
 TEST_F(ContentGeneratorBase, AReferenceToAnUnknownObjectOrAMissingPictureUsesItsDefaults)
 {
     ImageReferenceAttributes image{.id = "i",
