@@ -8,6 +8,7 @@
 #include <QString>
 
 #include "effects/StampParams.h"
+#include "resources/StringTable.h"
 
 // What the records of stamps hold, as their dialogs show it: place, colour and font.
 
@@ -15,21 +16,21 @@
 struct StampPlace {
     int32_t position; // of CStampParams
     const char* objectName;
-    const char* name; // for people
+    StringId name;
 };
 
 inline constexpr int StampGridWidth = 3;
 
 inline constexpr std::array<StampPlace, 9> StampPlaces{{
-    {5, "topLeft", "Top left"},
-    {4, "top", "Top"},
-    {6, "topRight", "Top right"},
-    {1, "left", "Left"},
-    {0, "centre", "Centre"},
-    {2, "right", "Right"},
-    {9, "bottomLeft", "Bottom left"},
-    {8, "bottom", "Bottom"},
-    {10, "bottomRight", "Bottom right"},
+    {5, "topLeft", StringId::PlaceTopLeft},
+    {4, "top", StringId::PlaceTop},
+    {6, "topRight", StringId::PlaceTopRight},
+    {1, "left", StringId::PlaceLeft},
+    {0, "centre", StringId::PlaceCentre},
+    {2, "right", StringId::PlaceRight},
+    {9, "bottomLeft", StringId::PlaceBottomLeft},
+    {8, "bottom", StringId::PlaceBottom},
+    {10, "bottomRight", StringId::PlaceBottomRight},
 }};
 
 // The place at which any position shows its stamp: left goes before right, and top before bottom.

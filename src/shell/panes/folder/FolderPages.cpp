@@ -40,7 +40,7 @@ std::string Escaped(const QString& text)
     return Narrow(text.toHtmlEscaped());
 }
 
-std::string TextRow(const QString& text)
+std::string RowOfText(const QString& text)
 {
     return "<tr class=\"text\"><td colspan=2>" + Escaped(text) + "</td></tr>\n";
 }
@@ -121,9 +121,9 @@ std::string BuildListPage(const FolderPage& page, CViewFolderImageIterator& iter
     WriteRows(iterator, page.card, out);
     iterator.Reset();
     if (iterator.GetPictureCount() == 0) {
-        out << TextRow(Text(StringId::FolderHasNoPictures));
+        out << RowOfText(Text(StringId::FolderHasNoPictures));
     } else if (!iterator.HasPicture()) {
-        out << TextRow(Text(StringId::AllPicturesInGallery));
+        out << RowOfText(Text(StringId::AllPicturesInGallery));
     }
     out << "<tr class=\"end\"><td height=100%></td></tr>" << ListScript() << Resource(225);
     return out.str();
@@ -148,7 +148,7 @@ std::string BuildTextPage(const QString& heading, const QStringList& paragraphs)
     std::string page =
         Resource(226) + Resource(247) + "<tr><th align=left>" + Escaped(heading) + "</th></tr>\n";
     for (const QString& paragraph : paragraphs) {
-        page += TextRow(paragraph);
+        page += RowOfText(paragraph);
     }
     return page + "<tr class=\"end\"><td height=100%></td></tr>" + Resource(225);
 }

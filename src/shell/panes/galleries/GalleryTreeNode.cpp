@@ -7,7 +7,7 @@
 
 CGalleryTree::CGalleryTree(const CGalleryProject& project)
 {
-    CGallery* const root = project.GetRootGallery();
+    const CGallery* const root = project.GetRootGallery();
     if (!root) {
         return;
     }
@@ -17,7 +17,7 @@ CGalleryTree::CGalleryTree(const CGalleryProject& project)
         CGalleryTreeNode& parent = nodes[i];
         CGalleryTreeNode* last = nullptr;
         for (const int32_t index : project.FindGallery(parent.galleryId)->GetChildren()) {
-            CGallery* const child = project.FindGallery(index);
+            const CGallery* const child = project.FindGallery(index);
             if (!child || !seen.insert(index).second) {
                 continue;
             }
