@@ -5,11 +5,11 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusVariant>
+#include <QPainter>
 #include <QPalette>
 #include <QStyle>
 #include <QStyleFactory>
-
-#include "shell/look/DarkFusionStyle.h"
+#include <QStyleOption>
 
 namespace {
 
@@ -60,6 +60,30 @@ bool IsDark(const QPalette& palette)
     return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
 }
 
+// Between the text and the ground that it stands on.
+QColor EdgeColour(const QPalette& palette)
+{
+    const QColor text = palette.color(QPalette::Text);
+    const QColor ground = palette.color(QPalette::Base);
+    constexpr int share = 50; // of the text, in percent
+    const auto mixed = [](int a, int b) {
+        return (a * share + b * (100 - share)) / 100;
+    };
+    return QColor(mixed(text.red(), ground.red()), mixed(text.green(), ground.green()),
+                  mixed(text.blue(), ground.blue()));
+}
+
+void DrawEdge(const QStyleOption& option, QPainter& painter, qreal radius)
+{
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(EdgeColour(option.palette));
+    painter.setBrush(Qt::NoBrush);
+    // Through the middles of the outermost pixels.
+    painter.drawRoundedRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+    painter.restore();
+}
+
 } // namespace
 
 void ApplyColourScheme(const QString& scheme)
@@ -73,4 +97,28 @@ void ApplyColourScheme(const QString& scheme)
     QApplication::setStyle(wantsDark ? static_cast<QStyle*>(new CDarkFusionStyle)
                                      : QStyleFactory::create(QStringLiteral("Fusion")));
     QApplication::setPalette(wantsDark ? DarkPalette() : QApplication::style()->standardPalette());
+}
+
+CDarkFusionStyle::CDarkFusionStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) {}
+
+void CDarkFusionStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                                     const QWidget* widget) const
+{
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+    constexpr qreal boxRadius = 2;
+    if (element == PE_IndicatorCheckBox || element == PE_IndicatorItemViewItemCheck) {
+        DrawEdge(*option, *painter, boxRadius);
+    } else if (element == PE_IndicatorRadioButton) {
+        DrawEdge(*option, *painter, option->rect.width() / 2.0);
+    }
+}
+
+void CDarkFusionStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                                   const QWidget* widget) const
+{
+    QProxyStyle::drawControl(element, option, painter, widget);
+    constexpr qreal grooveRadius = 2;
+    if (element == CE_ProgressBarGroove) {
+        DrawEdge(*option, *painter, grooveRadius);
+    }
 }

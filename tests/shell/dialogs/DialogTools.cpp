@@ -14,7 +14,7 @@
 #include <QStyleFactory>
 
 #include "common/Text.h"
-#include "shell/look/DarkFusionStyle.h"
+#include "shell/look/ColourScheme.h"
 
 namespace {
 

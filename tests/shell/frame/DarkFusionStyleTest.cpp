@@ -1,11 +1,11 @@
-#include "shell/look/DarkFusionStyle.h"
-
 #include <cmath>
 
 #include <QImage>
 #include <QPainter>
 #include <QStyleOption>
 #include <gtest/gtest.h>
+
+#include "shell/look/ColourScheme.h"
 
 namespace {
 

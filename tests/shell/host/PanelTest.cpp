@@ -4,8 +4,6 @@
 #include <QToolBar>
 #include <gtest/gtest.h>
 
-#include "shell/look/PanelTitle.h"
-
 namespace {
 
 class CTestPanel final : public CPanel {

@@ -8,7 +8,7 @@
 
 #include "common/Text.h"
 #include "resources/StringTable.h"
-#include "shell/look/PanelTitle.h"
+#include "shell/look/Panel.h"
 #include "shell/panes/folder/FolderPages.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include "document/catalogue/GalleryCatalogue.h"
 #include "document/galleries/Gallery.h"
 #include "resources/StringTable.h"
-#include "shell/look/PanelTitle.h"
+#include "shell/look/Panel.h"
 
 namespace {
 

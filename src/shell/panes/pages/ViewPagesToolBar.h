@@ -3,7 +3,7 @@
 #include <functional>
 #include <vector>
 
-#include "shell/look/ToolBarWithCombo.h"
+#include "shell/look/PanelToolBar.h"
 
 class CGallery;
 class CGalleryProject;
