@@ -7,7 +7,7 @@
 
 #include "common/Exceptions.h"
 #include "common/Trace.h"
-#include "shell/drag/PictureDrop.h"
+#include "shell/drag/DropWatcher.h"
 #include "shell/frame/CommandActions.h"
 #include "shell/frame/DlgAbout.h"
 #include "shell/frame/DroppedFiles.h"
@@ -81,9 +81,9 @@ void CMainFrame::CreateViews()
         this);
     panes = std::make_unique<CFramePanes>(
         *this, CFramePanes::Views{.pages = pagesView, .galleries = galleriesView, .folder = folderView});
-    drop = new CPictureDrop(this, [this](const QStringList& paths) { AddDropped(paths); });
-    setAcceptDrops(true);
-    drop->Watch(*this);
+    new CDropWatcher(*this, {.filesDropped = [this](const QStringList& paths) {
+        AddDropped(paths);
+    }});
 }
 
 // The wizard may have changed the choices that stand in the project's file.

@@ -9,11 +9,10 @@
 #include "shell/frame/CommandIds.h"
 #include "shell/frame/MainFrameSettings.h"
 #include "shell/frame/ProjectDesk.h"
-#include "shell/web/ViewNotification.h"
+#include "shell/panes/ViewNotification.h"
 
 class CCommandActions;
 class CFramePanes;
-class CPictureDrop;
 class CViewFolder;
 class CViewGalleries;
 class CViewPages;
@@ -77,7 +76,6 @@ private:
     CGalleryProject project;
     const QString commandLinePath;
     CProjectDesk projects;
-    CPictureDrop* drop = nullptr;
     std::unique_ptr<CFramePanes> panes;
     std::unique_ptr<CCommandActions> actions;
     std::unique_ptr<FrameMenus> menus;

@@ -54,49 +54,52 @@ DispatchResult CExternalDispatchBase::Invoke(int dispid, DispatchKind kind, cons
     return CallMethod(dispid, arguments);
 }
 
-bool ConvertArgument(const QVariant& argument, QString& out)
+std::optional<QString> TextArgument(const QVariant& argument)
 {
-    if (!IsMissing(argument) && !IsScalar(argument)) {
-        return false;
-    }
-    out = argument.toString();
-    return true;
+    return IsMissing(argument) || IsScalar(argument) ? std::optional(argument.toString()) : std::nullopt;
 }
 
-bool ConvertArgument(const QVariant& argument, int32_t& out)
+std::optional<int32_t> NumberArgument(const QVariant& argument)
 {
     if (IsMissing(argument)) {
-        out = 0;
-        return true;
+        return 0;
     }
     bool isNumber = false;
     // Rounded to the nearest, as the conversion of variants does it; half a pixel is no reason to refuse.
     const double number = IsScalar(argument) ? std::nearbyint(argument.toDouble(&isNumber)) : 0;
     if (!isNumber || !(number >= INT32_MIN && number <= INT32_MAX)) {
-        return false;
+        return std::nullopt;
     }
-    out = static_cast<int32_t>(number);
-    return true;
+    return static_cast<int32_t>(number);
 }
 
-bool ConvertArgument(const QVariant& argument, bool& out)
+std::optional<bool> FlagArgument(const QVariant& argument)
 {
     if (argument.typeId() == QMetaType::QString) {
         const QString text = argument.toString();
         const bool isTrue = text.compare(QStringLiteral("true"), Qt::CaseInsensitive) == 0;
         if (isTrue || text.compare(QStringLiteral("false"), Qt::CaseInsensitive) == 0) {
-            out = isTrue;
-            return true;
+            return isTrue;
         }
-        double number = 0;
         bool isNumber = false;
-        number = text.toDouble(&isNumber);
-        out = isNumber ? number != 0 : out;
-        return isNumber;
+        const double number = text.toDouble(&isNumber);
+        return isNumber ? std::optional(number != 0) : std::nullopt;
     }
     if (!IsMissing(argument) && !IsScalar(argument)) {
-        return false;
+        return std::nullopt;
     }
-    out = argument.toDouble() != 0;
-    return true;
+    return argument.toDouble() != 0;
+}
+
+std::optional<QStringList> TextArguments(const QVariantList& arguments)
+{
+    QStringList texts;
+    for (const QVariant& argument : arguments) {
+        const std::optional<QString> text = TextArgument(argument);
+        if (!text) {
+            return std::nullopt;
+        }
+        texts += *text;
+    }
+    return texts;
 }

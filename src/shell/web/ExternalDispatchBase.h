@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <vector>
 
 #include <QString>
@@ -42,7 +44,9 @@ protected:
 };
 
 // The conversions of arguments. A missing value (undefined) is an empty text, 0 or false; null, a list and an
-// object are nothing that could be converted. False, and out untouched, if there is no conversion.
-bool ConvertArgument(const QVariant& argument, QString& out);
-bool ConvertArgument(const QVariant& argument, int32_t& out);
-bool ConvertArgument(const QVariant& argument, bool& out);
+// object are nothing that could be converted. Nothing if there is no conversion.
+std::optional<QString> TextArgument(const QVariant& argument);
+std::optional<int32_t> NumberArgument(const QVariant& argument);
+std::optional<bool> FlagArgument(const QVariant& argument);
+// Nothing if one of them can't be converted.
+std::optional<QStringList> TextArguments(const QVariantList& arguments);

@@ -8,10 +8,10 @@
 #include <QVariant>
 #include <QWidget>
 
-class CContentURLLoader;
+#include "shell/web/HTMLViewOptions.h"
+
 class CExternalDispatchBase;
 class CHTMLViewHost;
-class CSettingsStore;
 
 // A page of the program's own making in a browser control. Pages come from memory, complete, in one go; the
 // page before stays on the screen until the new one has its pictures. Owned by its parent; screen's thread.
@@ -19,13 +19,8 @@ class CSettingsStore;
 // PrepareHTMLViews has to be called before the application object is made.
 class CHTMLView final : public QWidget {
 public:
-    struct Options {
-        CSettingsStore* settings = nullptr; // borrowed; null: the defaults
-        QString optionKeyPath;              // branch of the store for the control's own options
-        bool allowContextMenu = false;      // the browser's own
-    };
-    // Whether a new page stands where the old one was scrolled to.
-    enum class ScrollPlace { Top, Keep };
+    using Options = HTMLViewOptions;
+    using ScrollPlace = HTMLScrollPlace;
 
     explicit CHTMLView(const Options& options, QWidget* parent = nullptr);
     ~CHTMLView() override;

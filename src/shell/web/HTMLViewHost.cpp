@@ -7,12 +7,9 @@
 #include <QWebEngineScript>
 #include <QWebEngineScriptCollection>
 
-#include "common/Settings.h"
 #include "common/Trace.h"
 #include "resources/Resources.h"
 #include "resources/StringTable.h"
-#include "shell/web/CodePage.h"
-#include "shell/web/ContentURLLoader.h"
 #include "shell/web/ExternalDispatchBase.h"
 #include "shell/web/PageAddress.h"
 
@@ -58,7 +55,7 @@ QString ScriptLiteral(const QString& text)
 
 } // namespace
 
-CHTMLViewHost::CHTMLViewHost(const CHTMLView::Options& options, CHTMLView& widget)
+CHTMLViewHost::CHTMLViewHost(const HTMLViewOptions& options, QWidget& widget)
     : widget(widget),
       allowContextMenu(options.allowContextMenu),
       charset(CharsetOfOption(options)),
@@ -173,7 +170,7 @@ void CHTMLViewHost::SetExternalDispatch(CExternalDispatchBase* newDispatch)
     InsertScripts();
 }
 
-void CHTMLViewHost::Load(const std::string& bytes, CHTMLView::ScrollPlace place)
+void CHTMLViewHost::Load(const std::string& bytes, HTMLScrollPlace place)
 {
     awaited = Page{.revision = ++lastRevision,
                    .bytes = WithArtworkPaths(servedFiles.Readdressed(QByteArray::fromStdString(bytes))),
@@ -190,11 +187,11 @@ void CHTMLViewHost::Start()
         return;
     }
     const QString address = PageAddress(view, awaited->revision).toString();
-    page->runJavaScript(QStringLiteral("viewShell.load(%1, %2, %3)")
-                            .arg(ScriptLiteral(address))
-                            .arg(awaited->revision)
-                            .arg(awaited->place == CHTMLView::ScrollPlace::Keep ? QStringLiteral("true")
-                                                                                : QStringLiteral("false")));
+    page->runJavaScript(
+        QStringLiteral("viewShell.load(%1, %2, %3)")
+            .arg(ScriptLiteral(address))
+            .arg(awaited->revision)
+            .arg(awaited->place == HTMLScrollPlace::Keep ? QStringLiteral("true") : QStringLiteral("false")));
     isAskedForLife = false;
     patience.start(patienceForPage);
 }

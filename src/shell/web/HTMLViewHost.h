@@ -11,23 +11,48 @@
 #include <QWebChannel>
 #include <QWebEngineView>
 
-#include "shell/web/HTMLView.h"
-#include "shell/web/ScriptBridge.h"
+#include "shell/web/HTMLViewOptions.h"
 #include "shell/web/ServedFiles.h"
 #include "shell/web/ViewPage.h"
 #include "shell/web/ViewProfile.h"
 
+class CExternalDispatchBase;
 class QVBoxLayout;
+
+// The object of the program that the scripts of a view reach over the channel. Called inside the browser, so
+// whoever takes its calls has them wait. Owned by the view's host; screen's thread.
+class CScriptBridge final : public QObject {
+    Q_OBJECT
+
+public:
+    struct Receivers {
+        std::function<void(int revision, const QString& method, const QJsonArray& arguments)> called;
+        std::function<void(int revision)> shown;
+    };
+    explicit CScriptBridge(Receivers receivers) : receivers(std::move(receivers)) {}
+
+    // A call of window.external by the page of that revision.
+    Q_INVOKABLE void call(int revision, const QString& method, const QJsonArray& arguments)
+    {
+        receivers.called(revision, method, arguments);
+    }
+    // The page has come onto the screen.
+    Q_INVOKABLE void shown(int revision) { receivers.shown(revision); }
+
+private:
+    const Receivers receivers;
+};
 
 // The browser control of a CHTMLView, which owns it: keeps the bytes of the page on the screen and of the
 // next one, takes the calls of their scripts, and replaces a control that does not respond any more. Screen's
 // thread; whatever comes from inside the browser is queued first.
 class CHTMLViewHost final : public QObject, public CPageSource {
 public:
-    CHTMLViewHost(const CHTMLView::Options& options, CHTMLView& widget);
+    // widget: gets the browser as its only child. Borrowed; it owns this object.
+    CHTMLViewHost(const HTMLViewOptions& options, QWidget& widget);
     ~CHTMLViewHost() override;
 
-    void Load(const std::string& page, CHTMLView::ScrollPlace place);
+    void Load(const std::string& page, HTMLScrollPlace place);
     void RunScript(const QString& expression, std::function<void(const QVariant&)> answer);
     void SetExternalDispatch(CExternalDispatchBase* dispatch);
 
@@ -44,7 +69,7 @@ private:
     struct Page {
         int revision = 0;
         QByteArray bytes;
-        CHTMLView::ScrollPlace place = CHTMLView::ScrollPlace::Top;
+        HTMLScrollPlace place = HTMLScrollPlace::Top;
     };
     struct Script {
         QString expression;
@@ -64,7 +89,7 @@ private:
     void AskWhetherAlive();
     void GiveUp();
 
-    CHTMLView& widget;
+    QWidget& widget;
     const bool allowContextMenu;
     const QByteArray charset;
     const std::shared_ptr<CViewProfile> profile;

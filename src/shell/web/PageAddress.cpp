@@ -95,7 +95,7 @@ QString LinkAsWritten(const QUrl& link)
         return path + query;
     }
     const QStringList parts = path.split(QLatin1Char('/'));
-    qsizetype part = 3; // behind "", "~page" and the revision
+    qsizetype part = 3; // after "", "~page" and the revision
     int level = 1;
     while (level <= depth && part < parts.size() && parts[part] == Level(level)) {
         ++part;

@@ -18,7 +18,7 @@ QUrl PageAddress(const QString& view, int revision);
 int PageRevision(const QUrl& address);
 
 // The page with every "res://PROGRAM/#2/#271" as "res://PROGRAM/2/271". The browser takes two addresses that
-// differ behind the "#" alone for one file when it reads ahead, and would mix up their pictures.
+// differ after the "#" alone for one file when it reads ahead, and would mix up their pictures.
 QByteArray WithArtworkPaths(const QByteArray& page);
 // The number of a piece of artwork, written either way; empty if there is none.
 QString ArtworkNumber(const QUrl& address);

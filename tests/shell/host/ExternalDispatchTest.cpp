@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
 #include "ViewWindow.h"
+#include "shell/panes/folder/ViewFolderExternalDispatch.h"
+#include "shell/panes/galleries/ViewGalleriesExternalDispatch.h"
 #include "shell/web/ExternalDispatchBase.h"
-#include "shell/web/ViewFolderExternalDispatch.h"
-#include "shell/web/ViewGalleriesExternalDispatch.h"
 
 namespace {
 

@@ -7,9 +7,8 @@
 #include <QStringList>
 #include <QWidget>
 
-#include "shell/web/ContentURLLoader.h"
+#include "shell/panes/pages/ViewPagesExternalDispatch.h"
 #include "shell/web/HTMLView.h"
-#include "shell/web/ViewPagesExternalDispatch.h"
 
 // Waits for events until the condition holds; false after a long time.
 bool WaitUntil(const std::function<bool()>& condition);

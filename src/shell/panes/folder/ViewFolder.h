@@ -12,13 +12,12 @@
 #include "content/FolderPictures.h"
 #include "document/project/GalleryProjectConsumer.h"
 #include "shell/look/Panel.h"
+#include "shell/panes/ViewNotification.h"
 #include "shell/panes/folder/FolderWatcher.h"
+#include "shell/panes/folder/ViewFolderExternalDispatch.h"
 #include "shell/panes/folder/ViewFolderImageIterator.h"
 #include "shell/panes/folder/ViewFolderToolBar.h"
-#include "shell/web/ContentURLLoader.h"
 #include "shell/web/HTMLView.h"
-#include "shell/web/ViewFolderExternalDispatch.h"
-#include "shell/web/ViewNotification.h"
 
 class CGallery;
 

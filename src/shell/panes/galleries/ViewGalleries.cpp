@@ -17,7 +17,7 @@
 #include "common/Trace.h"
 #include "document/project/GalleryProject.h"
 #include "resources/Resources.h"
-#include "shell/drag/PictureDrop.h"
+#include "shell/drag/DropWatcher.h"
 #include "shell/look/WaitCursor.h"
 #include "shell/panes/galleries/GalleryTreeNode.h"
 

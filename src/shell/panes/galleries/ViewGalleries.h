@@ -10,12 +10,11 @@
 
 #include "content/PictureMenu.h"
 #include "document/project/GalleryProjectConsumer.h"
+#include "shell/panes/ViewNotification.h"
 #include "shell/panes/galleries/GalleriesPage.h"
 #include "shell/panes/galleries/GalleryCovers.h"
-#include "shell/web/ContentURLLoader.h"
+#include "shell/panes/galleries/ViewGalleriesExternalDispatch.h"
 #include "shell/web/HTMLView.h"
-#include "shell/web/ViewGalleriesExternalDispatch.h"
-#include "shell/web/ViewNotification.h"
 
 class CExceptionBase;
 

@@ -4,14 +4,13 @@
 #include <vector>
 
 #include "document/project/GalleryProjectConsumer.h"
-#include "shell/drag/PageDragging.h"
 #include "shell/look/Panel.h"
+#include "shell/panes/ViewNotification.h"
+#include "shell/panes/pages/PageDragging.h"
 #include "shell/panes/pages/ShownPage.h"
+#include "shell/panes/pages/ViewPagesExternalDispatch.h"
 #include "shell/panes/pages/ViewPagesToolBar.h"
-#include "shell/web/ContentURLLoader.h"
 #include "shell/web/HTMLView.h"
-#include "shell/web/ViewNotification.h"
-#include "shell/web/ViewPagesExternalDispatch.h"
 
 class CGallery;
 

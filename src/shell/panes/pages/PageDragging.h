@@ -3,10 +3,11 @@
 #include <functional>
 
 #include <QObject>
-
-#include "shell/drag/PictureDropTarget.h"
+#include <QPoint>
+#include <QString>
 
 class CHTMLView;
+struct DraggedPicture;
 
 // Dragging in the pages view: pictures of the page are moved among each other, and thumbnails of the folder
 // view are added. The page shows where. Owned by the pages view; screen's thread.

@@ -1,4 +1,4 @@
-#include "shell/web/CodePage.h"
+#include "shell/web/HTMLViewOptions.h"
 
 #include "common/Settings.h"
 
@@ -32,7 +32,7 @@ QByteArray CharsetOfCodePage(int codePage)
 
 } // namespace
 
-QByteArray CharsetOfOption(const CHTMLView::Options& options)
+QByteArray CharsetOfOption(const HTMLViewOptions& options)
 {
     if (!options.settings || options.optionKeyPath.isEmpty()) {
         return CharsetOfCodePage(utf8);

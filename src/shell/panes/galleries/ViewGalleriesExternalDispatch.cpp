@@ -1,4 +1,4 @@
-#include "shell/web/ViewGalleriesExternalDispatch.h"
+#include "shell/panes/galleries/ViewGalleriesExternalDispatch.h"
 
 QStringList CViewGalleriesExternalDispatch::GetMethodNames() const
 {
@@ -11,8 +11,8 @@ DispatchResult CViewGalleriesExternalDispatch::CallMethod(int dispid, const QVar
     if (arguments.size() != 1) {
         return DispatchResult::BadParamCount;
     }
-    int32_t gallery = 0;
-    if (!ConvertArgument(arguments[0], gallery)) {
+    const std::optional<int32_t> gallery = NumberArgument(arguments[0]);
+    if (!gallery) {
         return DispatchResult::TypeMismatch;
     }
     using Commands = CViewGalleriesExternalDispatchCommands;
@@ -22,6 +22,6 @@ DispatchResult CViewGalleriesExternalDispatch::CallMethod(int dispid, const QVar
         &Commands::RemoveGallery,
         &Commands::SetCurrentGallery,
     };
-    (commands.*methods[dispid - 1])(gallery);
+    (commands.*methods[dispid - 1])(*gallery);
     return DispatchResult::Ok;
 }

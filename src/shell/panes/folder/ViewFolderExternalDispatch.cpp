@@ -1,4 +1,4 @@
-#include "shell/web/ViewFolderExternalDispatch.h"
+#include "shell/panes/folder/ViewFolderExternalDispatch.h"
 
 namespace {
 
@@ -17,21 +17,19 @@ DispatchResult CViewFolderExternalDispatch::CallMethod(int dispid, const QVarian
     if (arguments.size() != counts[dispid - 1]) {
         return DispatchResult::BadParamCount;
     }
-    QString id;
-    QString look;
-    if ((arguments.size() > 0 && !ConvertArgument(arguments[0], id)) ||
-        (arguments.size() > 1 && !ConvertArgument(arguments[1], look))) {
+    const std::optional<QStringList> texts = TextArguments(arguments);
+    if (!texts) {
         return DispatchResult::TypeMismatch;
     }
     switch (dispid) {
     case AddImage:
-        commands.AddImage(id);
+        commands.AddImage(texts->at(0));
         break;
     case AddAllImages:
         commands.AddAllImages();
         break;
     default:
-        commands.DragImage(id, look);
+        commands.DragImage(texts->at(0), texts->at(1));
         break;
     }
     return DispatchResult::Ok;

@@ -1,4 +1,4 @@
-#include "shell/web/ViewPagesExternalDispatch.h"
+#include "shell/panes/pages/ViewPagesExternalDispatch.h"
 
 namespace {
 
@@ -31,8 +31,8 @@ DispatchResult CViewPagesExternalDispatch::CallMethod(int dispid, const QVariant
     if (arguments.size() != 1) {
         return DispatchResult::BadParamCount;
     }
-    QString id;
-    if (!ConvertArgument(arguments[0], id)) {
+    const std::optional<QString> id = TextArgument(arguments[0]);
+    if (!id) {
         return DispatchResult::BadVarType;
     }
     using Commands = CViewPagesExternalDispatchCommands;
@@ -40,7 +40,7 @@ DispatchResult CViewPagesExternalDispatch::CallMethod(int dispid, const QVariant
         &Commands::ChangeVisibility, &Commands::RotateImageRight, &Commands::RotateImageLeft,
         &Commands::MoveImageUp,      &Commands::MoveImageDown,    &Commands::DeleteImage,
     };
-    (commands.*methods[dispid - 1])(id);
+    (commands.*methods[dispid - 1])(*id);
     return DispatchResult::Ok;
 }
 
@@ -49,15 +49,19 @@ DispatchResult CViewPagesExternalDispatch::CallEditText(const QVariantList& argu
     if (arguments.size() != 6) {
         return DispatchResult::BadParamCount;
     }
-    CViewPagesExternalDispatchCommands::TextToEdit edited;
-    const bool converted =
-        ConvertArgument(arguments[0], edited.property) && ConvertArgument(arguments[1], edited.name) &&
-        ConvertArgument(arguments[2], edited.text) && ConvertArgument(arguments[3], edited.x) &&
-        ConvertArgument(arguments[4], edited.y) && ConvertArgument(arguments[5], edited.multiline);
-    if (!converted) {
+    const std::optional<QStringList> texts = TextArguments(arguments.mid(0, 3));
+    const std::optional<int32_t> x = NumberArgument(arguments[3]);
+    const std::optional<int32_t> y = NumberArgument(arguments[4]);
+    const std::optional<bool> multiline = FlagArgument(arguments[5]);
+    if (!texts || !x || !y || !multiline) {
         return DispatchResult::TypeMismatch;
     }
-    commands.EditText(edited);
+    commands.EditText({.property = texts->at(0),
+                       .name = texts->at(1),
+                       .text = texts->at(2),
+                       .x = *x,
+                       .y = *y,
+                       .multiline = *multiline});
     return DispatchResult::Ok;
 }
 
@@ -66,27 +70,23 @@ DispatchResult CViewPagesExternalDispatch::CallEditReference(const QVariantList&
     if (arguments.size() != 3) {
         return DispatchResult::BadParamCount;
     }
-    QString name;
-    QString hrefProperty;
-    QString textProperty;
-    if (!ConvertArgument(arguments[0], name) || !ConvertArgument(arguments[1], hrefProperty) ||
-        !ConvertArgument(arguments[2], textProperty)) {
+    const std::optional<QStringList> texts = TextArguments(arguments);
+    if (!texts) {
         return DispatchResult::TypeMismatch;
     }
-    commands.EditReference(name, hrefProperty, textProperty);
+    commands.EditReference(texts->at(0), texts->at(1), texts->at(2));
     return DispatchResult::Ok;
 }
 
 DispatchResult CViewPagesExternalDispatch::CallDragImage(const QVariantList& arguments)
 {
-    QString id;
-    QString look;
     if (arguments.size() != 2) {
         return DispatchResult::BadParamCount;
     }
-    if (!ConvertArgument(arguments[0], id) || !ConvertArgument(arguments[1], look)) {
+    const std::optional<QStringList> texts = TextArguments(arguments);
+    if (!texts) {
         return DispatchResult::TypeMismatch;
     }
-    commands.DragImage(id, look);
+    commands.DragImage(texts->at(0), texts->at(1));
     return DispatchResult::Ok;
 }

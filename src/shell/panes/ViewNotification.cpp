@@ -1,4 +1,4 @@
-#include "shell/web/ViewNotification.h"
+#include "shell/panes/ViewNotification.h"
 
 CViewNotifier::CViewNotifier(ViewId view, CViewNotification receiver)
     : view(view), receiver(std::move(receiver))

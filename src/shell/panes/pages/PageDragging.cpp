@@ -1,9 +1,10 @@
-#include "shell/drag/PageDragging.h"
+#include "shell/panes/pages/PageDragging.h"
 
 #include <QPointer>
 #include <QTimer>
 #include <QUrl>
 
+#include "shell/drag/DropWatcher.h"
 #include "shell/web/HTMLView.h"
 #include "shell/web/PageAddress.h"
 
@@ -28,13 +29,14 @@ QString FileOfAddress(const QString& address)
 
 CPageDragging::CPageDragging(CHTMLView& page, Services services) : page(page), services(std::move(services))
 {
-    new CPictureDropTarget(
-        page, {.hovered = [this](const DraggedPicture& picture, QPoint place) { Hover(picture, place); },
-               .left = [this] { this->page.RunScript(QStringLiteral("previewDragging.clear()")); },
-               .dropped =
-                   [this](const DraggedPicture& picture, QPoint place) {
-                       Drop(picture, place);
-                   }});
+    new CDropWatcher(
+        page,
+        {.pictureHovered = [this](const DraggedPicture& picture, QPoint place) { Hover(picture, place); },
+         .pictureLeft = [this] { this->page.RunScript(QStringLiteral("previewDragging.clear()")); },
+         .pictureDropped =
+             [this](const DraggedPicture& picture, QPoint place) {
+                 Drop(picture, place);
+             }});
 }
 
 void CPageDragging::Start(const QString& id, const QString& look)
@@ -76,7 +78,7 @@ void CPageDragging::Drop(const DraggedPicture& picture, QPoint place)
                    });
 }
 
-// gap: "photo3 1", behind that picture, or "photo3 0", before it.
+// gap: "photo3 1", after that picture, or "photo3 0", before it.
 void CPageDragging::MoveTo(int32_t from, const QString& gap)
 {
     const int32_t neighbour = services.findPicture(gap.section(QLatin1Char(' '), 0, 0));

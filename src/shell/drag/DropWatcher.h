@@ -1,0 +1,46 @@
+#pragma once
+
+#include <functional>
+
+#include <QObject>
+#include <QPoint>
+#include <QStringList>
+
+#include "shell/drag/DraggedPicture.h"
+
+class QDropEvent;
+class QMimeData;
+class QWidget;
+
+// Takes what is dragged over a widget and over all that the widget holds, now and later: a browser control
+// would swallow it. Owned by the widget. Screen's thread.
+class CDropWatcher final : public QObject {
+public:
+    // What is taken. That of an empty function is left to the widgets and to other watchers.
+    struct Handlers {
+        // Pictures of this program. place: in the widget.
+        std::function<void(const DraggedPicture& picture, QPoint place)> pictureHovered = {};
+        std::function<void()> pictureLeft = {};
+        std::function<void(const DraggedPicture& picture, QPoint place)> pictureDropped = {};
+        // Files and folders from another program, by their full paths. Called once the drop is over.
+        std::function<void(const QStringList& paths)> filesDropped = {};
+    };
+    CDropWatcher(QWidget& target, Handlers handlers);
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void Watch(QWidget& widget);
+    bool Take(QWidget& watched, QDropEvent& event);
+    bool TakePicture(const QWidget& watched, QDropEvent& event);
+    bool TakeFiles(QDropEvent& event);
+
+    QWidget& target;
+    const Handlers handlers;
+};
+
+// The property of a widget that takes the files which are dropped on it by itself.
+inline constexpr char TakesDropsProperty[] = "takesDrops";
+
+// Local files and folders only.
+QStringList DroppedPaths(const QMimeData& data);
