@@ -9,7 +9,7 @@
 #include <QVBoxLayout>
 
 #include "resources/StringTable.h"
-#include "shell/dialogs/LineBreaks.h"
+#include "shell/dialogs/EditedText.h"
 #include "shell/look/DialogParts.h"
 
 CDlgAdvertisements::CDlgAdvertisements(const Sections& pageSections, QWidget* parent)

@@ -4,7 +4,7 @@
 #include <QLineEdit>
 #include <QVBoxLayout>
 
-#include "shell/dialogs/LineBreaks.h"
+#include "shell/dialogs/EditedText.h"
 #include "shell/look/DialogParts.h"
 
 CDlgEditHref::CDlgEditHref(const QString& name, const Reference& reference, QWidget* parent)

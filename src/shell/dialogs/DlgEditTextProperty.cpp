@@ -5,8 +5,7 @@
 #include <QVBoxLayout>
 
 #include "resources/StringTable.h"
-#include "shell/dialogs/LimitedTextEdit.h"
-#include "shell/dialogs/LineBreaks.h"
+#include "shell/dialogs/EditedText.h"
 #include "shell/look/DialogParts.h"
 
 CDlgEditTextProperty::CDlgEditTextProperty(const QString& name, const QString& text, Options options,

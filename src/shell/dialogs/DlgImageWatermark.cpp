@@ -14,6 +14,7 @@
 #include "effects/ImageEffectGraphicsStamp.h"
 #include "effects/ImageEffectResize.h"
 #include "effects/ImageEffectSource.h"
+#include "imaging/Image.h"
 #include "resources/StringTable.h"
 #include "shell/look/DialogParts.h"
 
@@ -24,9 +25,7 @@ constexpr int PreviewPercent = 60; // of the sample, at most
 } // namespace
 
 CDlgImageWatermark::CDlgImageWatermark(Stamps& galleryStamps, QWidget* parent)
-    : CDlgStampImpl(parent),
-      galleryStamps(galleryStamps),
-      stamps(galleryStamps),
+    : CStampRecordsDialog(galleryStamps, parent),
       file(new QLineEdit(this)),
       problem(new QLabel(this)),
       transparency(new QSpinBox(this))
@@ -34,6 +33,8 @@ CDlgImageWatermark::CDlgImageWatermark(Stamps& galleryStamps, QWidget* parent)
     setWindowTitle(Text(StringId::WatermarkTitle));
     InitControls();
 }
+
+CDlgImageWatermark::~CDlgImageWatermark() = default;
 
 QWidget* CDlgImageWatermark::MakeStampControls()
 {
@@ -92,7 +93,7 @@ void CDlgImageWatermark::ChooseFile(const QString& path)
 void CDlgImageWatermark::SetPath(const QString& path)
 {
     imagePath = path;
-    scaledImage = CImage();
+    scaledImage.reset();
     file->setText(path);
     file->setToolTip(path);
 }
@@ -111,22 +112,15 @@ CImageStampParams CDlgImageWatermark::ReadControls() const
     return params;
 }
 
-void CDlgImageWatermark::StoreControls(int index)
+void CDlgImageWatermark::ShowControls(const CImageStampParams& params)
 {
-    stamps[static_cast<size_t>(index)] = ReadControls();
-}
-
-void CDlgImageWatermark::LoadControls(int index)
-{
-    const CImageStampParams& params = stamps[static_cast<size_t>(index)];
-    LoadPlace(params);
     SetPath(params.file);
     transparency->setValue(params.transparency);
 }
 
 void CDlgImageWatermark::ApplyPreview(CImageEffectSource& source)
 {
-    if (scaledImage.GetSize().isEmpty()) {
+    if (!scaledImage || scaledImage->GetSize().isEmpty()) {
         const QSize size = source.GetImage().GetSize();
         CImageEffectSource stampSource(imagePath);
         // So the sample shows more of a large watermark than a picture would, and not in the same proportion.
@@ -135,12 +129,12 @@ void CDlgImageWatermark::ApplyPreview(CImageEffectSource& source)
             .Apply(stampSource);
         // Held as pixels, so that the file is decoded once for all changes of the other controls.
         const CImage scaled = stampSource.DetachImage();
-        scaledImage = CImage::FromRgba(scaled.GetSize(), scaled.GetRgba());
+        scaledImage = std::make_unique<CImage>(CImage::FromRgba(scaled.GetSize(), scaled.GetRgba()));
     }
     CImageStampParams params = ReadControls();
     params.file.clear();
     CImageEffectGraphicsStamp stamp(params);
-    stamp.SetImage(scaledImage);
+    stamp.SetImage(*scaledImage);
     stamp.Apply(source);
 }
 

@@ -13,6 +13,47 @@
 #include "resources/StringTable.h"
 #include "shell/look/DialogParts.h"
 
+QString GalleryPath::Join() const
+{
+    return JoinPath(folder, name + extension);
+}
+
+GalleryPath SplitSuggestion(const QString& path)
+{
+    QString name = ExtractLastName(path);
+    const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
+    const QString extension = dot < 0 ? QString() : name.mid(dot);
+    name.chop(extension.size());
+    while (!name.isEmpty() && name.back() >= QLatin1Char('0') && name.back() <= QLatin1Char('9')) {
+        name.chop(1);
+    }
+    if (name.isEmpty()) {
+        name = Text(StringId::DefaultProjectName);
+    }
+    return {ExtractFolder(path), name, extension};
+}
+
+QString FindFreeName(const GalleryPath& path)
+{
+    GalleryPath tried = path;
+    for (int number = 1; FileExists(tried.Join()); ++number) {
+        tried.name = path.name + QString::number(number);
+    }
+    return tried.name;
+}
+
+QString RemoveForbiddenCharacters(const QString& name)
+{
+    static const QString forbidden = QStringLiteral("~!#$%^&*\\/\"'?<>+=|");
+    QString allowed;
+    for (const QChar character : name) {
+        if (!forbidden.contains(character)) {
+            allowed += character;
+        }
+    }
+    return allowed;
+}
+
 CDlgNewGallery::CDlgNewGallery(const QString& defaultPath, QWidget* parent)
     : QDialog(parent),
       path(SplitSuggestion(defaultPath)),
@@ -52,9 +93,9 @@ void CDlgNewGallery::OnNameEdited()
 {
     const QString allowed = RemoveForbiddenCharacters(name->text());
     if (allowed != name->text()) {
-        const qsizetype behind = RemoveForbiddenCharacters(name->text().left(name->cursorPosition())).size();
+        const qsizetype place = RemoveForbiddenCharacters(name->text().left(name->cursorPosition())).size();
         name->setText(allowed); // comes back here
-        name->setCursorPosition(static_cast<int>(behind));
+        name->setCursorPosition(static_cast<int>(place));
         return;
     }
     path.name = allowed;

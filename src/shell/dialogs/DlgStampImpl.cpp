@@ -11,8 +11,8 @@
 #include <QVBoxLayout>
 
 #include "resources/StringTable.h"
-#include "shell/dialogs/StampPlace.h"
 #include "shell/dialogs/StampSample.h"
+#include "shell/dialogs/StampValues.h"
 #include "shell/look/DialogParts.h"
 
 namespace {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 #include <QDialog>
 
 #include "effects/StampParams.h"
@@ -19,6 +21,8 @@ class CDlgStampImpl : public QDialog {
     Q_OBJECT
 
 public:
+    static constexpr size_t ClassCount = 3; // small, middle and large pictures
+
     void accept() override;
 
 protected:
@@ -61,4 +65,33 @@ private:
     CStampSample* sample;
     int shownClass = 0;
     bool loading = false;
+};
+
+// The records of one kind of stamp, CImageStampParams or CTextStampParams, of which a gallery has one for
+// each size class. Those of the gallery are borrowed, must outlive the dialog, and change on OK alone.
+template <class Params>
+class CStampRecordsDialog : public CDlgStampImpl {
+public:
+    using Stamps = std::array<Params, ClassCount>;
+
+protected:
+    CStampRecordsDialog(Stamps& galleryStamps, QWidget* parent)
+        : CDlgStampImpl(parent), galleryStamps(galleryStamps), stamps(galleryStamps)
+    {}
+
+    virtual Params ReadControls() const = 0;
+    virtual void ShowControls(const Params& params) = 0;
+
+private:
+    void StoreControls(int index) final { stamps[static_cast<size_t>(index)] = ReadControls(); }
+    void LoadControls(int index) final
+    {
+        const Params& params = stamps[static_cast<size_t>(index)];
+        LoadPlace(params);
+        ShowControls(params);
+    }
+    void CommitStamps() final { galleryStamps = stamps; }
+
+    Stamps& galleryStamps;
+    Stamps stamps;
 };

@@ -13,7 +13,7 @@
 
 #include "effects/ImageEffectTextStamp.h"
 #include "resources/StringTable.h"
-#include "shell/dialogs/StampColour.h"
+#include "shell/dialogs/StampValues.h"
 #include "shell/look/DialogParts.h"
 
 namespace {
@@ -21,19 +21,17 @@ namespace {
 // What a person gets who turns the automatic colour off: as good as black.
 constexpr uint32_t FirstColour = 0x000001;
 
-QIcon SwatchOf(uint32_t color)
+QIcon SwatchOf(uint32_t colour)
 {
     QPixmap swatch(16, 16);
-    swatch.fill(ToQColor(color));
+    swatch.fill(ToQColor(colour));
     return swatch;
 }
 
 } // namespace
 
 CDlgTextStamp::CDlgTextStamp(Stamps& galleryStamps, QWidget* parent)
-    : CDlgStampImpl(parent),
-      galleryStamps(galleryStamps),
-      stamps(galleryStamps),
+    : CStampRecordsDialog(galleryStamps, parent),
       text(new QLineEdit(this)),
       fontName(new QLabel(this)),
       automaticColour(new QCheckBox(QStringLiteral("&Automatic, by contrast with the picture"), this))
@@ -87,7 +85,7 @@ void CDlgTextStamp::OnFont()
 
 void CDlgTextStamp::OnColour()
 {
-    const QColor chosen = QColorDialog::getColor(ToQColor(color), this, Text(StringId::ChooseColour));
+    const QColor chosen = QColorDialog::getColor(ToQColor(colour), this, Text(StringId::ChooseColour));
     if (chosen.isValid()) {
         SetColour(FromQColor(chosen));
     }
@@ -98,9 +96,9 @@ void CDlgTextStamp::OnAutomaticColour(bool isAutomatic)
     SetColour(isAutomatic ? 0 : FirstColour);
 }
 
-void CDlgTextStamp::SetColour(uint32_t newColor)
+void CDlgTextStamp::SetColour(uint32_t newColour)
 {
-    color = newColor;
+    colour = newColour;
     OnControlChanged();
 }
 
@@ -120,21 +118,14 @@ CTextStampParams CDlgTextStamp::ReadControls() const
     StorePlace(params);
     StoreLogFont(font, params);
     params.text = text->text();
-    params.color = color;
+    params.color = colour;
     return params;
 }
 
-void CDlgTextStamp::StoreControls(int index)
+void CDlgTextStamp::ShowControls(const CTextStampParams& params)
 {
-    stamps[static_cast<size_t>(index)] = ReadControls();
-}
-
-void CDlgTextStamp::LoadControls(int index)
-{
-    const CTextStampParams& params = stamps[static_cast<size_t>(index)];
-    LoadPlace(params);
     font = LogFontOf(params);
-    color = params.color;
+    colour = params.color;
     text->setText(params.text);
 }
 
@@ -147,6 +138,6 @@ void CDlgTextStamp::UpdateControlsState()
 {
     remove->setEnabled(!IsEmpty());
     fontName->setText(Text(StringId::FontWithSize, font.faceName, std::abs(font.height)));
-    automaticColour->setChecked(color == 0);
-    colourButton->setIcon(color == 0 ? QIcon() : SwatchOf(color));
+    automaticColour->setChecked(colour == 0);
+    colourButton->setIcon(colour == 0 ? QIcon() : SwatchOf(colour));
 }

@@ -7,11 +7,11 @@
 
 #include "common/Exceptions.h"
 #include "common/Trace.h"
+#include "shell/dialogs/DlgAbout.h"
+#include "shell/dialogs/FailureBox.h"
 #include "shell/drag/DropWatcher.h"
 #include "shell/frame/CommandActions.h"
-#include "shell/frame/DlgAbout.h"
 #include "shell/frame/DroppedFiles.h"
-#include "shell/frame/FailureBox.h"
 #include "shell/frame/FramePanes.h"
 #include "shell/frame/GalleryDialogs.h"
 #include "shell/frame/RecentProjectsMenu.h"

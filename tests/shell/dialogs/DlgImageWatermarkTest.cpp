@@ -9,7 +9,7 @@
 #include <QSpinBox>
 
 #include "DialogTools.h"
-#include "shell/dialogs/StampPlace.h"
+#include "shell/dialogs/StampValues.h"
 #include "support/ProjectFixture.h"
 
 namespace {

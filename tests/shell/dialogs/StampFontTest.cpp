@@ -1,8 +1,5 @@
-#include "shell/dialogs/StampFont.h"
-
 #include "DialogTools.h"
-#include "shell/dialogs/StampColour.h"
-#include "shell/dialogs/StampPlace.h"
+#include "shell/dialogs/StampValues.h"
 
 TEST(StampPlace, HasTheNinePositionsInTheOrderOfTheGrid)
 {

@@ -9,8 +9,7 @@
 #include "DialogTools.h"
 #include "shell/dialogs/DlgEditHref.h"
 #include "shell/dialogs/DlgEditTextProperty.h"
-#include "shell/dialogs/LimitedTextEdit.h"
-#include "shell/dialogs/LineBreaks.h"
+#include "shell/dialogs/EditedText.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "common/Exceptions.h"
-#include "shell/frame/GallerySaveDialog.h"
+#include "shell/dialogs/FileDialogs.h"
 #include "shell/frame/ProjectFile.h"
 #include "support/ScratchFolder.h"
 

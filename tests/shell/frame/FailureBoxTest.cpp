@@ -1,4 +1,4 @@
-#include "shell/frame/FailureBox.h"
+#include "shell/dialogs/FailureBox.h"
 
 #include <QAbstractButton>
 #include <QLabel>
@@ -8,7 +8,7 @@
 #include "../dialogs/DialogTools.h"
 #include "common/Exceptions.h"
 #include "common/ProgramIdentity.h"
-#include "shell/frame/DlgAbout.h"
+#include "shell/dialogs/DlgAbout.h"
 
 namespace {
 

@@ -6,9 +6,9 @@
 #include "common/Text.h"
 #include "common/Trace.h"
 #include "document/project/GalleryProject.h"
+#include "shell/dialogs/FileDialogs.h"
 #include "shell/drag/DraggedPicture.h"
 #include "shell/look/WaitCursor.h"
-#include "shell/panes/folder/FolderBrowser.h"
 #include "shell/panes/folder/FolderPages.h"
 
 namespace {

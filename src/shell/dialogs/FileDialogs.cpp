@@ -1,4 +1,4 @@
-#include "shell/frame/GallerySaveDialog.h"
+#include "shell/dialogs/FileDialogs.h"
 
 #include "common/FileSystem.h"
 #include "resources/StringTable.h"
@@ -16,4 +16,13 @@ CGallerySaveDialog::CGallerySaveDialog(Purpose purpose, const QString& currentPa
     if (saves) {
         selectFile(ExtractLastName(currentPath));
     }
+}
+
+QString AskForPictureFolder(const QString& current, QWidget* parent)
+{
+    QFileDialog dialog(parent, Text(StringId::SelectPictureFolder), current);
+    dialog.setObjectName(QStringLiteral("SelectFolder"));
+    dialog.setFileMode(QFileDialog::Directory);
+    dialog.setOption(QFileDialog::ShowDirsOnly);
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }

@@ -13,3 +13,6 @@ public:
     // After Accepted.
     QString GetPath() const { return selectedFiles().value(0); }
 };
+
+// Asks a person for a folder with pictures. current: where the dialog begins. Empty if none was chosen.
+QString AskForPictureFolder(const QString& current, QWidget* parent);

@@ -1,4 +1,4 @@
-#include "shell/frame/DlgAbout.h"
+#include "shell/dialogs/DlgAbout.h"
 
 #include <QDialogButtonBox>
 #include <QHBoxLayout>

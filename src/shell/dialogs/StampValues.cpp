@@ -1,4 +1,4 @@
-#include "shell/dialogs/StampFont.h"
+#include "shell/dialogs/StampValues.h"
 
 #include <cstdlib>
 
@@ -36,6 +36,18 @@ QString FindStyleName(const LogFont& font)
 }
 
 } // namespace
+
+QColor ToQColor(uint32_t colour)
+{
+    return QColor(static_cast<int>(colour & 0xff), static_cast<int>(colour >> 8 & 0xff),
+                  static_cast<int>(colour >> 16 & 0xff));
+}
+
+uint32_t FromQColor(const QColor& colour)
+{
+    return static_cast<uint32_t>(colour.red()) | static_cast<uint32_t>(colour.green()) << 8 |
+           static_cast<uint32_t>(colour.blue()) << 16;
+}
 
 LogFont LogFontOf(const CTextStampParams& params)
 {

@@ -1,4 +1,4 @@
-#include "shell/frame/FailureBox.h"
+#include "shell/dialogs/FailureBox.h"
 
 #include <QMessageBox>
 #include <QPushButton>
