@@ -15,8 +15,7 @@
 #include "shell/ftpdialogs/DlgTroubleshootList.h"
 #include "shell/ftpdialogs/EngineRetirement.h"
 #include "shell/ftpdialogs/FTPEngineResLibDlgTaskResult.h"
-#include "shell/ftpdialogs/FolderLabelDelegate.h"
-#include "shell/ftpdialogs/FolderPath.h"
+#include "shell/ftpdialogs/FolderBrowsing.h"
 #include "shell/look/DialogParts.h"
 #include "shell/look/Icons.h"
 

@@ -12,7 +12,7 @@
 #include "FtpTestTools.h"
 #include "shell/ftpdialogs/FTPEngineResLibDlgBrowseFolder.h"
 #include "shell/ftpdialogs/FTPEngineResLibDlgTaskResult.h"
-#include "shell/ftpdialogs/FolderPath.h"
+#include "shell/ftpdialogs/FolderBrowsing.h"
 #include "shell/look/Icons.h"
 #include "support/ScriptedServer.h"
 

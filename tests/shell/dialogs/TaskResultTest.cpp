@@ -6,7 +6,6 @@
 #include "DialogTools.h"
 #include "shell/ftpdialogs/DlgTroubleshootList.h"
 #include "shell/ftpdialogs/FTPEngineResLibDlgTaskResult.h"
-#include "shell/ftpdialogs/TaskResultText.h"
 
 namespace {
 
