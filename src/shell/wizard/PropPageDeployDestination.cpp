@@ -15,7 +15,6 @@
 
 namespace {
 
-constexpr int32_t NoDestination = -1;
 constexpr int FolderKind = 0;
 constexpr int SiteKind = 1;
 

@@ -14,12 +14,6 @@
 #include "shell/ftpdialogs/EngineRetirement.h"
 #include "shell/look/DialogParts.h"
 
-namespace {
-
-constexpr int32_t NoDestination = -1;
-
-} // namespace
-
 CPropPageEditFTP::CPropPageEditFTP(DeployWizardState& state)
     : CWizardPage(state),
       server(new QLineEdit(this)),

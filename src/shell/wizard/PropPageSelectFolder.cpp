@@ -7,7 +7,9 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "ftpengine/destinations/FTPDestinations.h"
 #include "resources/StringTable.h"
+#include "shell/ftpdialogs/FTPEngineResLibDlgBrowseFolder.h"
 #include "shell/look/DialogParts.h"
 
 QString AbsoluteFolder(const QString& typed)
@@ -19,49 +21,88 @@ QString AbsoluteFolder(const QString& typed)
     return QDir::toNativeSeparators(QDir::cleanPath(QDir::home().absoluteFilePath(path)));
 }
 
-CPropPageSelectFolder::CPropPageSelectFolder(DeployWizardState& state)
-    : CWizardPage(state), folder(new QLineEdit(this))
+CPathPage::CPathPage(DeployWizardState& state, const Texts& texts, const char* objectName)
+    : CWizardPage(state), path(new QLineEdit(this))
 {
-    MakeInterior(Text(StringId::FolderPathTitle), Text(StringId::FolderPathSubtitle));
-    const QString label = QStringLiteral("&Folder path:");
-    NameControl(*folder, "folder", label);
-    folder->setMaxLength(Limit);
+    MakeInterior(texts.title, texts.subtitle);
+    NameControl(*path, objectName, texts.label);
+    path->setMaxLength(Limit);
     QPushButton* browse = MakeButton(QStringLiteral("..."), "browse", this);
-    browse->setAccessibleName(QStringLiteral("Choose a folder"));
+    browse->setAccessibleName(texts.browse);
 
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(MakeLabel(label, *folder));
+    layout->addWidget(MakeLabel(texts.label, *path));
     auto* row = new QHBoxLayout;
-    row->addWidget(folder);
+    row->addWidget(path);
     row->addWidget(browse);
     layout->addLayout(row);
     layout->addStretch();
-    connect(folder, &QLineEdit::textChanged, this, &QWizardPage::completeChanged);
-    connect(browse, &QPushButton::clicked, this, &CPropPageSelectFolder::OnBrowse);
+    connect(browse, &QPushButton::clicked, this, [this] { OnBrowse(); });
+}
+
+CPropPageSelectFolder::CPropPageSelectFolder(DeployWizardState& state)
+    : CPathPage(state,
+                {.title = Text(StringId::FolderPathTitle),
+                 .subtitle = Text(StringId::FolderPathSubtitle),
+                 .label = QStringLiteral("&Folder path:"),
+                 .browse = QStringLiteral("Choose a folder")},
+                "folder")
+{
+    connect(path, &QLineEdit::textChanged, this, &QWizardPage::completeChanged);
 }
 
 void CPropPageSelectFolder::OnShown()
 {
-    folder->setText(state.job.settings.folder);
-    folder->setFocus();
+    path->setText(state.job.settings.folder);
+    path->setFocus();
 }
 
 bool CPropPageSelectFolder::isComplete() const
 {
-    return !folder->text().trimmed().isEmpty();
+    return !path->text().trimmed().isEmpty();
 }
 
 bool CPropPageSelectFolder::validatePage()
 {
-    state.job.settings.folder = AbsoluteFolder(folder->text());
+    state.job.settings.folder = AbsoluteFolder(path->text());
     return true;
 }
 
 void CPropPageSelectFolder::OnBrowse()
 {
     const QString chosen =
-        QFileDialog::getExistingDirectory(this, Text(StringId::FolderPickerCaption), folder->text());
+        QFileDialog::getExistingDirectory(this, Text(StringId::FolderPickerCaption), path->text());
     if (!chosen.isEmpty()) {
-        folder->setText(QDir::toNativeSeparators(chosen));
+        path->setText(QDir::toNativeSeparators(chosen));
+    }
+}
+
+CPropPageSelectFTPFolder::CPropPageSelectFTPFolder(DeployWizardState& state)
+    : CPathPage(state,
+                {.title = Text(StringId::SiteDirectoryTitle),
+                 .subtitle = Text(StringId::SiteDirectorySubtitle),
+                 .label = QStringLiteral("&Directory:"),
+                 .browse = QStringLiteral("Choose a directory on the server")},
+                "directory")
+{}
+
+void CPropPageSelectFTPFolder::OnShown()
+{
+    path->setText(state.job.settings.ftp_directory);
+    path->setFocus();
+}
+
+bool CPropPageSelectFTPFolder::validatePage()
+{
+    state.job.settings.ftp_directory = path->text();
+    return true;
+}
+
+void CPropPageSelectFTPFolder::OnBrowse()
+{
+    CFTPDestination destination = state.Destinations().Load(state.job.settings.ftp_destination);
+    CFTPEngineResLibDlgBrowseFolder dialog(destination, true, this, state.services.timeouts);
+    if (dialog.exec() == QDialog::Accepted) {
+        path->setText(destination.connection.directory);
     }
 }

@@ -4,13 +4,33 @@
 
 class QLineEdit;
 
-// Asks for the local folder of the site.
-class CPropPageSelectFolder final : public CWizardPage {
+// Base of the two pages that ask for a path: an edit, and a button beside it that browses.
+class CPathPage : public CWizardPage {
     Q_OBJECT
 
 public:
     static constexpr int Limit = 260; // UTF-16 units
 
+protected:
+    struct Texts {
+        QString title;
+        QString subtitle;
+        QString label;
+        QString browse; // for a screen reader
+    };
+    // objectName: of the edit.
+    CPathPage(DeployWizardState& state, const Texts& texts, const char* objectName);
+
+    virtual void OnBrowse() = 0;
+
+    QLineEdit* path;
+};
+
+// Asks for the local folder of the site.
+class CPropPageSelectFolder final : public CPathPage {
+    Q_OBJECT
+
+public:
     explicit CPropPageSelectFolder(DeployWizardState& state);
 
     void OnShown() override;
@@ -20,9 +40,22 @@ public:
     bool validatePage() override;
 
 private:
-    void OnBrowse();
+    void OnBrowse() override;
+};
 
-    QLineEdit* folder;
+// Asks for the directory of the site on the server.
+class CPropPageSelectFTPFolder final : public CPathPage {
+    Q_OBJECT
+
+public:
+    explicit CPropPageSelectFTPFolder(DeployWizardState& state);
+
+    void OnShown() override;
+    int nextId() const override { return DeployPageId::DeployToFTP; }
+    bool validatePage() override;
+
+private:
+    void OnBrowse() override;
 };
 
 // A path as a person types it, made absolute: "~" and what is relative begin at the user's home folder.

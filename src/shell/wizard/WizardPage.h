@@ -4,7 +4,7 @@
 
 #include "shell/wizard/DeployWizardState.h"
 
-// The settled numbers of the pages.
+// The pages by number; tests and the wizard name them so.
 struct DeployPageId {
     enum {
         DeployDestination = 241,

@@ -9,7 +9,6 @@
 #include "shell/wizard/PropPageDeployToFTP.h"
 #include "shell/wizard/PropPageDeployToFolder.h"
 #include "shell/wizard/PropPageEditFTP.h"
-#include "shell/wizard/PropPageSelectFTPFolder.h"
 #include "shell/wizard/PropPageSelectFolder.h"
 
 namespace {
