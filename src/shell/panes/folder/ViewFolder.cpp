@@ -15,7 +15,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto resizePause = 400ms;   // behind the last change of the size
+constexpr auto resizePause = 400ms;   // after the last change of the size
 constexpr auto progressPause = 100ms; // between two changes of the progress page
 
 bool ListsFolderAnew(UpdateHint hint)

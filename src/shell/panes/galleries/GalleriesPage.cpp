@@ -6,7 +6,6 @@
 #include "common/Text.h"
 #include "content/PictureMenu.h"
 #include "resources/Resources.h"
-#include "shell/panes/galleries/GalleryCellWriter.h"
 #include "shell/panes/galleries/GalleryTreeNode.h"
 
 namespace {
@@ -98,7 +97,7 @@ GalleriesPage ArrangeGalleries(const CGalleryTree& tree, int32_t currentGallery,
 GalleryMenus MakeGalleryMenus(const QString& temporaryFolder)
 {
     const CPictureMenu::Row addParent{299, 297, StringId::InsertContentSection};
-    // Odd, but settled: of this button alone the lit bitmap has the higher number.
+    // Of this button alone the lit bitmap has the higher number.
     const CPictureMenu::Row addChild{298, 300, StringId::InsertChildSection};
     const CPictureMenu::Row remove{280, 287, StringId::Delete};
     return {CPictureMenu(temporaryFolder, {addParent, addChild, remove}),

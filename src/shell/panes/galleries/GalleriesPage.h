@@ -8,30 +8,12 @@
 #include <QSize>
 #include <QString>
 
+#include "shell/panes/galleries/GalleryCellWriter.h"
+
 class CGalleryTree;
-class CPictureMenu;
 
 // The page of the galleries view: the three-by-three neighbourhood of the current gallery, its parent above,
 // its siblings beside it, its children below. Values only; the screen's thread.
-
-// A gallery's cell. The flags say what its frame is joined to.
-struct GalleryCell {
-    static constexpr int HasPrevious = 8;
-    static constexpr int HasNext = 4;
-    static constexpr int BeginsRow = 2; // below a parent, and the first there
-    static constexpr int EndsRow = 1;   // below a parent, and the last there
-    static constexpr int HasChildren = 16;
-
-    int32_t galleryId = 0;
-    QString name;
-    int flags = 0;
-    bool isSelected = false;
-    int menu = 0;        // see MakeGalleryMenus
-    std::string picture; // address of the cover in its box
-
-    // "gl_5": of the link and of the picture.
-    std::string GetUrlId() const { return "gl_" + std::to_string(galleryId); }
-};
 
 struct GalleriesPage {
     QSize cellSize;
@@ -49,9 +31,6 @@ QSize GetCoverBox(QSize cellSize);
 // root stands in its place.
 GalleriesPage ArrangeGalleries(const CGalleryTree& tree, int32_t currentGallery, int galleryCount);
 
-// Menu 0 has all buttons; menu 1, without the one that deletes, is for a root whose place no child could
-// take.
-using GalleryMenus = std::array<CPictureMenu, 2>;
 // temporaryFolder: where the strips are kept, with a trailing separator.
 GalleryMenus MakeGalleryMenus(const QString& temporaryFolder);
 

@@ -60,7 +60,7 @@ void CGalleryCovers::Stop()
     wanted.clear();
 }
 
-// Covers that show other covers come behind those, so that this is asked again with each file that comes.
+// Covers that show other covers come after those, so that this is asked again with each file that comes.
 void CGalleryCovers::Continue()
 {
     for (auto next = wanted.begin(); next != wanted.end();) {

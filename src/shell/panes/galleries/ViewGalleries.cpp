@@ -15,6 +15,7 @@
 #include "common/TempFolder.h"
 #include "common/Text.h"
 #include "common/Trace.h"
+#include "content/PictureMenu.h"
 #include "document/project/GalleryProject.h"
 #include "resources/Resources.h"
 #include "shell/drag/DropWatcher.h"
@@ -55,7 +56,7 @@ CViewGalleries::CViewGalleries(const Services& services, QWidget* parent)
       services(services),
       notifier(ViewId::Galleries, services.notify),
       dispatch(*this),
-      menus(MakeGalleryMenus(FindTemporaryFolder())),
+      menus(std::make_unique<const GalleryMenus>(MakeGalleryMenus(FindTemporaryFolder()))),
       htmlView(new CHTMLView(services.browser, this)),
       covers({.arrived = [this](int32_t gallery, bool isChanged) { OnCoverArrived(gallery, isChanged); },
               .finished =
@@ -200,7 +201,7 @@ void CViewGalleries::ShowPage()
             }
         }
     }
-    htmlView->LoadHtml(WriteGalleriesPage(page, menus), CHTMLView::ScrollPlace::Keep);
+    htmlView->LoadHtml(WriteGalleriesPage(page, *menus), CHTMLView::ScrollPlace::Keep);
     htmlView->RunScript(
         QString::fromUtf8(FindResource(QStringLiteral("galleries_view"), QStringLiteral("js"))) +
         NamesScript());

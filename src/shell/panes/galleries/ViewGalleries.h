@@ -8,7 +8,6 @@
 #include <QTimer>
 #include <QWidget>
 
-#include "content/PictureMenu.h"
 #include "document/project/GalleryProjectConsumer.h"
 #include "shell/panes/ViewNotification.h"
 #include "shell/panes/galleries/GalleriesPage.h"
@@ -81,7 +80,7 @@ private:
     const Services services;
     CViewNotifier notifier;
     CViewGalleriesExternalDispatch dispatch;
-    const GalleryMenus menus;
+    const std::unique_ptr<const GalleryMenus> menus;
     CHTMLView* const htmlView;
 
     GalleriesPage page;             // that is shown, or will be as soon as patience ends

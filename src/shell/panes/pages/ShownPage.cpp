@@ -3,17 +3,48 @@
 #include "common/Exceptions.h"
 #include "common/Platform.h"
 #include "common/TempFolder.h"
+#include "common/Text.h"
 #include "common/Trace.h"
 #include "content/ContentGeneratorPreview.h"
 #include "document/galleries/Gallery.h"
 #include "document/galleries/GalleryIterator.h"
 #include "document/galleries/GalleryManager.h"
+#include "resources/Resources.h"
 #include "shell/look/WaitCursor.h"
-#include "shell/panes/pages/FailurePage.h"
 #include "template/contracts/ContentGeneratorStringConverter.h"
+#include "template/parser/ErrorPage.h"
 #include "template/parser/TemplateParsingException.h"
 #include "template/parser/TemplateVariableName.h"
 #include "template/sections/CompoundTemplateSection.h"
+
+namespace {
+
+std::string Paragraph(const QString& text)
+{
+    return Narrow(QStringLiteral("<p>%1</p>\n").arg(text.toHtmlEscaped()));
+}
+
+// The page file of the gallery's current page with the place of the error.
+std::string BuildTemplateErrorPage(const CTemplateParsingException& error, CGallery& gallery)
+{
+    const CGalleryTemplate* const layout = gallery.GetLayout().GetTemplate();
+    const QString page = gallery.GetLayout().GetTemplatePage();
+    std::string text = BuildErrorPage(error, layout ? layout->GetPageFilePath(page) : page);
+    // The page is text already, so nobody else gives its head element the scripts that every page has; and
+    // its colour "InfoBackground" is none that today's browsers know.
+    const std::string header = "<%pageheader %>";
+    const size_t place = text.find(header);
+    if (place != std::string::npos) {
+        const QByteArray script = FindResource(QStringLiteral("contextmenu"), QStringLiteral("js"));
+        text.replace(place, header.size(),
+                     "<style>td[bgcolor=InfoBackground] { background: #ffffe1; color: black; }</style>\r\n"
+                     "<script type=\"text/javascript\" >" +
+                         script.toStdString() + "</script>");
+    }
+    return text;
+}
+
+} // namespace
 
 CShownPage::CShownPage() = default;
 CShownPage::~CShownPage() = default;
@@ -114,4 +145,13 @@ QStringList FoldersOfPages(CGallery& gallery)
         folders += folder;
     }
     return folders;
+}
+
+std::string BuildFailurePage(const CExceptionBase& failure)
+{
+    return "<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"></head>\n"
+           "<body style=\"font-family:sans-serif;margin:2em\">\n" +
+           Paragraph(Text(StringId::PageNotGenerated)) + "<blockquote>\n" + Paragraph(failure.GetCaption()) +
+           Paragraph(failure.GetDescription()) + Paragraph(failure.GetAdvice()) +
+           "</blockquote>\n</body></html>\n";
 }

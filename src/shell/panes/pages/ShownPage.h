@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringList>
 
+class CExceptionBase;
 class CGallery;
 class CGalleryIterator;
 
@@ -43,3 +44,7 @@ private:
 
 // The folders of all files that pages of the gallery show.
 QStringList FoldersOfPages(CGallery& gallery);
+
+// The page that stands in the view in place of one that could not be made: what happened, why, and what to do
+// about it.
+std::string BuildFailurePage(const CExceptionBase& failure);

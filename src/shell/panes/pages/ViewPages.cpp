@@ -8,7 +8,6 @@
 #include "shell/dialogs/DlgEditHref.h"
 #include "shell/dialogs/DlgEditTextProperty.h"
 #include "shell/dialogs/DlgVisibility.h"
-#include "shell/panes/pages/FailurePage.h"
 
 namespace {
 
@@ -368,7 +367,7 @@ void CViewPages::ShowCurrentPage(CGalleryProject& project)
     }
     const std::string page = shownPage.Generate(*gallery);
     htmlView->SetShownFolders(FoldersOfPages(*gallery));
-    Show(page, PageOf(*gallery)); // asked behind the generation, which may go back by a page
+    Show(page, PageOf(*gallery)); // asked after the generation, which may go back by a page
 }
 
 void CViewPages::Show(const std::string& page, const QString& name)
