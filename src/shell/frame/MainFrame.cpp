@@ -10,13 +10,11 @@
 #include "shell/dialogs/DlgAbout.h"
 #include "shell/dialogs/FailureBox.h"
 #include "shell/drag/DropWatcher.h"
-#include "shell/frame/CommandActions.h"
-#include "shell/frame/DroppedFiles.h"
+#include "shell/frame/Commands.h"
+#include "shell/frame/FrameMenus.h"
 #include "shell/frame/FramePanes.h"
-#include "shell/frame/GalleryDialogs.h"
-#include "shell/frame/RecentProjectsMenu.h"
+#include "shell/frame/GalleryCommands.h"
 #include "shell/frame/StandardCommands.h"
-#include "shell/frame/WindowPlace.h"
 #include "shell/look/Icons.h"
 #include "shell/panes/folder/ViewFolder.h"
 #include "shell/panes/galleries/ViewGalleries.h"
@@ -204,7 +202,7 @@ void CMainFrame::OnCommand(int commandId)
 {
     if (commandId >= CommandRange::FirstLayout && commandId < CommandRange::FirstStyle) {
         pagesView->ChooseLayout(commandId - CommandRange::FirstLayout);
-    } else if (commandId >= CommandRange::FirstStyle && commandId < CommandRange::BehindLastStyle) {
+    } else if (commandId >= CommandRange::FirstStyle && commandId < CommandRange::AfterLastStyle) {
         pagesView->ChooseStyle(commandId - CommandRange::FirstStyle);
     } else if (commandId >= CommandRange::FirstRecentProject &&
                commandId <= CommandRange::LastRecentProject) {

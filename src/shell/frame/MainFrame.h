@@ -6,7 +6,7 @@
 #include <QMainWindow>
 
 #include "document/project/GalleryProject.h"
-#include "shell/frame/CommandIds.h"
+#include "shell/frame/Commands.h"
 #include "shell/frame/MainFrameSettings.h"
 #include "shell/frame/ProjectDesk.h"
 #include "shell/panes/ViewNotification.h"

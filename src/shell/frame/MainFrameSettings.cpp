@@ -32,7 +32,7 @@ QString GetDefaultProjectPath()
     return path;
 }
 
-CHTMLView::Options ReadBrowserOptions(CSettingsStore& store)
+HTMLViewOptions ReadBrowserOptions(CSettingsStore& store)
 {
     const CMainFrameSettings settings(store);
     return {.settings = &store,

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "common/Settings.h"
-#include "shell/web/HTMLView.h"
+#include "shell/web/HTMLViewOptions.h"
 
 // The settings of the program as a whole. The values stand in the user's scope.
 class CMainFrameSettings final : public CRegistrySettingsBase {
@@ -17,4 +17,4 @@ public:
 QString GetDefaultProjectPath();
 
 // For the views of the frame.
-CHTMLView::Options ReadBrowserOptions(CSettingsStore& store);
+HTMLViewOptions ReadBrowserOptions(CSettingsStore& store);

@@ -4,7 +4,7 @@
 #include <QPushButton>
 
 #include "resources/StringTable.h"
-#include "shell/frame/RecentProjects.h"
+#include "shell/frame/ProjectPath.h"
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include "shell/dialogs/FileDialogs.h"
 #include "shell/frame/MainFrameSettings.h"
 #include "shell/frame/OpenElsewhereBox.h"
-#include "shell/frame/ProjectFile.h"
+#include "shell/frame/ProjectPath.h"
 
 namespace {
 

@@ -3,11 +3,9 @@
 #include <algorithm>
 #include <numeric>
 
-#include <QDir>
-#include <QFileInfo>
-
-#include "common/FileSystem.h"
+#include "common/Settings.h"
 #include "shell/frame/MainFrameSettings.h"
+#include "shell/frame/ProjectPath.h"
 
 namespace {
 
@@ -79,16 +77,4 @@ std::vector<int> CRecentProjects::GetOrderByName() const
         return ProjectNameOf(paths[a]).compare(ProjectNameOf(paths[b]), Qt::CaseInsensitive) < 0;
     });
     return order;
-}
-
-QString NormalisedProjectPath(const QString& path)
-{
-    return QDir::toNativeSeparators(QDir::cleanPath(QFileInfo(path).absoluteFilePath()));
-}
-
-QString ProjectNameOf(const QString& path)
-{
-    const QString name = ExtractLastName(path);
-    const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
-    return dot > 0 ? name.left(dot) : name;
 }

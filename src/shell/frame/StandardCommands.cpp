@@ -33,7 +33,7 @@ QWebEngineView* FindWebView(QWidget* widget)
     return nullptr;
 }
 
-// The printer has to outlive the printing, which goes on behind the call.
+// The printer has to outlive the printing, which goes on after the call.
 void PrintPage(QWebEngineView& view)
 {
     auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/frame/CommandIds.h"
+#include "shell/frame/Commands.h"
 
 class QWidget;
 

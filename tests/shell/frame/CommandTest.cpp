@@ -6,9 +6,9 @@
 #include <QMenuBar>
 #include <gtest/gtest.h>
 
-#include "shell/frame/CommandActions.h"
-#include "shell/frame/CommandLinePath.h"
-#include "shell/frame/CommandTable.h"
+#include "shell/frame/CommandLine.h"
+#include "shell/frame/Commands.h"
+#include "shell/frame/FrameMenus.h"
 #include "shell/look/Icons.h"
 
 namespace {

@@ -1,10 +1,9 @@
-#include "shell/frame/DroppedFiles.h"
-
 #include <gtest/gtest.h>
 
 #include "common/Exceptions.h"
 #include "shell/dialogs/FileDialogs.h"
-#include "shell/frame/ProjectFile.h"
+#include "shell/frame/GalleryCommands.h"
+#include "shell/frame/ProjectPath.h"
 #include "support/ScratchFolder.h"
 
 TEST(DroppedFiles, PicturesAndThePicturesOfFoldersAreTaken)

@@ -6,8 +6,9 @@
 #include <gtest/gtest.h>
 
 #include "common/Settings.h"
+#include "shell/frame/FrameMenus.h"
 #include "shell/frame/MainFrameSettings.h"
-#include "shell/frame/RecentProjectsMenu.h"
+#include "shell/frame/ProjectPath.h"
 #include "support/ScratchFolder.h"
 
 namespace {

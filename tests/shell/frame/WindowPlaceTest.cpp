@@ -1,4 +1,3 @@
-#include "shell/frame/WindowPlace.h"
 
 #include <QLabel>
 #include <QMainWindow>

@@ -8,6 +8,7 @@
 
 #include "common/FileSystem.h"
 #include "shell/frame/MainFrame.h"
+#include "shell/frame/ProjectPath.h"
 #include "support/ProjectFixture.h"
 
 // A main window over a project of the test, with two layouts and two styles.

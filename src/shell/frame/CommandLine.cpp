@@ -1,4 +1,4 @@
-#include "shell/frame/CommandLineAnswer.h"
+#include "shell/frame/CommandLine.h"
 
 #include "common/ProgramIdentity.h"
 #include "resources/StringTable.h"
@@ -12,4 +12,10 @@ std::optional<QString> FindCommandLineAnswer(const QStringList& arguments)
         return QStringLiteral("vistorama %1\n").arg(GetProgramVersion());
     }
     return std::nullopt;
+}
+
+QString ParseCommandLinePath(const QString& commandLine)
+{
+    const QLatin1Char quote('"');
+    return commandLine.startsWith(quote) ? commandLine.mid(1).section(quote, 0, 0) : commandLine;
 }

@@ -1,20 +1,22 @@
-#include "shell/frame/RecentProjectsMenu.h"
+#include "shell/frame/FrameMenus.h"
 
 #include <QMenu>
+#include <QMenuBar>
 
-#include "shell/frame/CommandIds.h"
+#include "shell/frame/Commands.h"
+#include "shell/frame/ProjectPath.h"
 #include "shell/frame/RecentProjects.h"
 #include "shell/look/Icons.h"
 #include "shell/panes/pages/ViewPagesToolBar.h"
 
 namespace {
 
-constexpr int SettledItemCount = 6; // that always stand in the menu
+constexpr int LastingItemCount = 6; // that always stand in the menu
 constexpr int SeparatorPosition = 4;
 
 void RemoveFormerEntries(QMenu& menu)
 {
-    while (menu.actions().size() > SettledItemCount) {
+    while (menu.actions().size() > LastingItemCount) {
         QAction* const entry = menu.actions().at(SeparatorPosition);
         menu.removeAction(entry);
         entry->deleteLater();
@@ -33,6 +35,29 @@ QAction* MakeEntry(QMenu& menu, const QString& path, int commandId)
 }
 
 } // namespace
+
+FrameMenus::FrameMenus(QMenuBar& menuBar, const CCommandActions& actions, QMenu& layouts, QMenu& styles)
+{
+    file = menuBar.addMenu(Text(StringId::FileMenu));
+    file->addActions({actions.Get(CommandId::New), actions.Get(CommandId::Open), actions.Get(CommandId::Save),
+                      actions.Get(CommandId::SaveAs)});
+    file->addSeparator();
+    file->addAction(actions.Get(CommandId::Exit));
+    file->setToolTipsVisible(true);
+
+    QAction* const layoutItem = actions.Get(CommandId::LayoutMenu);
+    layoutItem->setMenu(&layouts);
+    QAction* const styleItem = actions.Get(CommandId::StyleMenu);
+    styleItem->setMenu(&styles);
+    menuBar.addMenu(Text(StringId::GalleryMenu))
+        ->addActions({actions.Get(CommandId::Deploy), layoutItem, styleItem});
+
+    menuBar.addMenu(Text(StringId::EffectsMenu))
+        ->addActions({actions.Get(CommandId::ImageWatermark), actions.Get(CommandId::ImageSignature),
+                      actions.Get(CommandId::Ads)});
+    menuBar.addMenu(Text(StringId::SourceMenu))->addAction(actions.Get(CommandId::OpenFolder));
+    menuBar.addMenu(Text(StringId::HelpMenu))->addAction(actions.Get(CommandId::About));
+}
 
 void UpdateRecentProjectsMenu(QMenu& menu, const CRecentProjects& projects,
                               const std::function<void(int commandId)>& chosen)

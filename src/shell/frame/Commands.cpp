@@ -1,4 +1,35 @@
-#include "shell/frame/CommandTable.h"
+#include "shell/frame/Commands.h"
+
+#include <QAction>
+#include <QWidget>
+
+#include "shell/look/Icons.h"
+
+namespace {
+
+// "New (Ctrl+N)"
+QString ToolTipOf(const QAction& action)
+{
+    QString text = action.text();
+    text.remove(QLatin1Char('&')).remove(QStringLiteral("..."));
+    const QString keys = action.shortcut().toString(QKeySequence::NativeText);
+    return keys.isEmpty() ? text : QStringLiteral("%1 (%2)").arg(text, keys);
+}
+
+QAction* MakeAction(const CommandRow& row, QWidget& window)
+{
+    auto* action = new QAction(LoadIcon(QString::fromLatin1(row.icon)), Text(row.text), &window);
+    action->setObjectName(QString::fromLatin1(row.name));
+    action->setShortcuts(KeysOf(row));
+    action->setToolTip(ToolTipOf(*action));
+    action->setStatusTip(Text(row.tip));
+    action->setData(static_cast<int>(row.id));
+    // The platform shall not guess a place for it by its text.
+    action->setMenuRole(QAction::NoRole);
+    return action;
+}
+
+} // namespace
 
 const std::vector<CommandRow>& GetCommandTable()
 {
@@ -39,4 +70,15 @@ QList<QKeySequence> KeysOf(const CommandRow& row)
     // An empty text would give one empty key.
     const QString keys = QString::fromLatin1(row.keys);
     return keys.isEmpty() ? QList<QKeySequence>() : QKeySequence::listFromString(keys);
+}
+
+CCommandActions::CCommandActions(QWidget& window, const std::function<void(int commandId)>& command)
+{
+    for (const CommandRow& row : GetCommandTable()) {
+        QAction* const action = MakeAction(row, window);
+        QObject::connect(action, &QAction::triggered, &window,
+                         [command, id = static_cast<int>(row.id)] { command(id); });
+        window.addAction(action);
+        actions[row.id] = action;
+    }
 }

@@ -2,7 +2,16 @@
 
 #include <QStringList>
 
+#include "shell/frame/Commands.h"
+
 class CGallery;
+class QWidget;
+
+// What commands and drops of the frame do to a gallery.
+
+// Lets a person edit the gallery's watermarks, signatures or advertisement blocks. True if something was
+// stored in the gallery.
+bool EditGallery(CommandId command, CGallery& gallery, QWidget* parent);
 
 // What of dropped files the program has a use for.
 struct DroppedFiles {

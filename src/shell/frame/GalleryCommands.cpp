@@ -1,10 +1,24 @@
-#include "shell/frame/DroppedFiles.h"
+#include "shell/frame/GalleryCommands.h"
 
 #include "common/FileSystem.h"
 #include "document/galleries/Gallery.h"
 #include "document/pictures/PictureFiles.h"
+#include "shell/dialogs/DlgAdvertisements.h"
+#include "shell/dialogs/DlgImageWatermark.h"
+#include "shell/dialogs/DlgTextStamp.h"
 
 namespace {
+
+bool EditAdvertisements(CGallery& gallery, QWidget* parent)
+{
+    auto& sections = gallery.GetVariables().GetAdvertisements()[gallery.GetLayout().GetTemplatePage()];
+    CDlgAdvertisements dialog(sections, parent);
+    if (dialog.exec() != QDialog::Accepted) {
+        return false;
+    }
+    sections = dialog.GetSections();
+    return true;
+}
 
 // A folder's listing leaves ".jpeg" out; one that is dropped by hand is meant.
 bool IsDroppedPicture(const QString& path)
@@ -13,6 +27,17 @@ bool IsDroppedPicture(const QString& path)
 }
 
 } // namespace
+
+bool EditGallery(CommandId command, CGallery& gallery, QWidget* parent)
+{
+    if (command == CommandId::ImageWatermark) {
+        return CDlgImageWatermark(gallery.GetImageStamps(), parent).exec() == QDialog::Accepted;
+    }
+    if (command == CommandId::ImageSignature) {
+        return CDlgTextStamp(gallery.GetTextStamps(), parent).exec() == QDialog::Accepted;
+    }
+    return EditAdvertisements(gallery, parent);
+}
 
 DroppedFiles SortDropped(const QStringList& paths)
 {
