@@ -9,7 +9,9 @@
 #include "shell/dialogs/FileDialogs.h"
 #include "shell/drag/DraggedPicture.h"
 #include "shell/look/WaitCursor.h"
+#include "shell/panes/folder/FolderLoader.h"
 #include "shell/panes/folder/FolderPages.h"
+#include "shell/panes/folder/ViewFolderImageIterator.h"
 
 namespace {
 
@@ -37,7 +39,13 @@ CViewFolder::CViewFolder(const Services& services, QWidget* parent)
                                      this)),
       htmlView(new CHTMLView(services.browser, this)),
       watcher([this] { Refresh(); }),
-      progressTarget(CEventLoopTarget<Progress>::Create([this](const Progress& p) { OnProgress(p); }))
+      imageIterator(std::make_unique<CViewFolderImageIterator>(pictures)),
+      loader(std::make_unique<CFolderLoader>(
+          CFolderLoader::Listener{.filled = [this] { notifier.Send(UpdateHint::FolderReady); },
+                                  .progressed =
+                                      [this](const FolderProgress& progress) {
+                                          OnProgress(progress);
+                                      }}))
 {
     setObjectName(QStringLiteral("FolderView"));
     SetToolBar(toolBar);
@@ -50,13 +58,9 @@ CViewFolder::CViewFolder(const Services& services, QWidget* parent)
     progressTimer.setSingleShot(true);
     progressTimer.setInterval(progressPause);
     connect(&progressTimer, &QTimer::timeout, this, &CViewFolder::ShowProgress);
-    Start();
 }
 
-CViewFolder::~CViewFolder()
-{
-    Quit();
-}
+CViewFolder::~CViewFolder() = default;
 
 // --- What a person does.
 
@@ -88,7 +92,7 @@ void CViewFolder::AddImage(const QString& id)
 
 void CViewFolder::Choose(int32_t index)
 {
-    imageIterator.HidePicture(index);
+    imageIterator->HidePicture(index);
     chosenPaths[index] = pictures[static_cast<size_t>(index)]->GetPath();
 }
 
@@ -96,14 +100,14 @@ void CViewFolder::AddPictureAt(int32_t index, const QString& path)
 {
     const bool stays = index >= 0 && static_cast<size_t>(index) < pictures.size() &&
                        pictures[static_cast<size_t>(index)]->GetPath() == path;
-    AddImage(QStringLiteral("i%1").arg(stays ? index : imageIterator.FindIndex(path)));
+    AddImage(QStringLiteral("i%1").arg(stays ? index : imageIterator->FindIndex(path)));
 }
 
 void CViewFolder::AddAllImages()
 {
     std::vector<int32_t> indices;
-    for (int32_t i = 0; loaded && i < imageIterator.GetPictureCount(); ++i) {
-        if (!imageIterator.IsHidden(i)) {
+    for (int32_t i = 0; loaded && i < imageIterator->GetPictureCount(); ++i) {
+        if (!imageIterator->IsHidden(i)) {
             indices.push_back(i);
             Choose(i);
         }
@@ -143,7 +147,7 @@ int32_t CViewFolder::FindIndex(const QString& id) const
     const int32_t index = id.mid(1).toInt(&isNumber);
     const bool isKnown = loaded && isNumber && id.startsWith(QLatin1Char('i')) && index >= 0 &&
                          static_cast<size_t>(index) < pictures.size();
-    return isKnown && !imageIterator.IsHidden(index) ? index : -1;
+    return isKnown && !imageIterator->IsHidden(index) ? index : -1;
 }
 
 // --- Changes of the document.
@@ -176,9 +180,9 @@ void CViewFolder::AddToGallery(const UpdateParameter& parameter, CGallery& galle
     std::vector<int32_t> added;
     for (const int32_t index : indices) {
         const QString path = TakeChosenPath(index);
-        const int32_t row = imageIterator.FindIndex(path);
+        const int32_t row = imageIterator->FindIndex(path);
         if (!path.isEmpty() && gallery.AddPicture(path) && row >= 0) {
-            imageIterator.HidePicture(row);
+            imageIterator->HidePicture(row);
             added.push_back(row);
         }
     }
@@ -203,8 +207,10 @@ void CViewFolder::UpdateView(UpdateHint hint, CGalleryProject& project)
     const CTraceScope scope("CViewFolder::UpdateView");
     if (ListsFolderAnew(hint)) {
         UpdateList(hint, project);
-    } else if (hint == UpdateHint::FolderReady && TakeFilled()) {
-        Display(project.GetCurrentGallery());
+    } else if (hint == UpdateHint::FolderReady) {
+        if (std::optional<FilledFolder> filled = loader->Take(folderPath)) {
+            Display(std::move(*filled), project.GetCurrentGallery());
+        }
     }
 }
 
@@ -231,20 +237,19 @@ QSize CViewFolder::GetCardSize() const
 void CViewFolder::StartLoading()
 {
     const bool isOther = folderPath != shownFolder || !loaded;
-    Cancel();
+    loader->Choose(folderPath, GetCardSize());
     if (isOther) {
         loaded = false;
         pictures.clear();
-        imageIterator.SetCollection();
+        imageIterator->SetCollection();
         isProgressPageShown = false;
-        waitingProgress = {};
+        waitingCount = 0;
+        waitingCards.clear();
         progressTimer.stop();
     }
-    job = {.number = job.number + 1, .folder = folderPath, .card = GetCardSize()};
     watcher.Watch(folderPath);
     isOutdated = false;
     if (folderPath.isEmpty()) {
-        isWorking = false;
         DisplayText(BuildTextPage(Text(StringId::NoFolderChosen), {Text(StringId::ChooseFolderAdvice)}));
         return;
     }
@@ -252,78 +257,31 @@ void CViewFolder::StartLoading()
         htmlView->LoadHtml(BuildLoadingPage());
         shownFolder = folderPath;
     }
-    isWorking = true;
-    Request();
+    loader->Request();
 }
 
 // A change while the worker is busy waits for it: what it has made by then is not lost, and a folder that is
 // being filled shows what has come.
 void CViewFolder::Refresh()
 {
-    if (isWorking && job.card == GetCardSize()) {
+    if (loader->IsWorking() && loader->GetCard() == GetCardSize()) {
         isOutdated = true;
     } else if (!folderPath.isEmpty()) {
         StartLoading();
     }
 }
 
-void CViewFolder::DoWork()
-{
-    Filled result{.number = job.number, .found = {}, .failure = {}};
-    try {
-        result.found = FillPicturesCollection(job.folder, job.card, *this);
-    } catch (const CExceptionBase& failure) {
-        result.failure = failure.GetCaption() + QLatin1Char('\n') + failure.GetDescription();
-    } catch (const std::exception& failure) {
-        result.failure = Widen(failure.what());
-    }
-    if (!IsRunning()) {
-        return;
-    }
-    {
-        const std::lock_guard lock(pictureLock);
-        filled = std::move(result);
-    }
-    notifier.Send(UpdateHint::FolderReady);
-}
-
-void CViewFolder::OnProgress(int count, const std::vector<FolderCard>& cards)
-{
-    progressTarget->Post({job.number, count, cards});
-}
-
-// False if it is not what was asked for last.
-bool CViewFolder::TakeFilled()
-{
-    Filled taken;
-    {
-        const std::lock_guard lock(pictureLock);
-        // Another folder may have been chosen already, and its hint be under way.
-        if (!isWorking || filled.number != job.number || job.folder != folderPath) {
-            return false;
-        }
-        taken = std::exchange(filled, {});
-    }
-    isWorking = false;
-    pictures = std::move(taken.found.pictures);
-    state = taken.found.state;
-    failure = taken.failure;
-    imageIterator.SetCollection();
-    watcher.WatchFiles(taken.found.unfinished);
-    return true;
-}
-
 // --- Pages.
 
-void CViewFolder::OnProgress(const Progress& progress)
+void CViewFolder::OnProgress(const FolderProgress& progress)
 {
-    if (loaded || progress.number != job.number) {
+    if (loaded || progress.number != loader->GetNumber()) {
         return;
     }
-    waitingProgress.count = progress.count;
+    waitingCount = progress.count;
     for (const FolderCard& card : progress.cards) {
         if (galleryPaths.count(Lower(card.path)) == 0) {
-            waitingProgress.cards.push_back(card);
+            waitingCards.push_back(card);
         }
     }
     if (!progressTimer.isActive()) {
@@ -333,31 +291,35 @@ void CViewFolder::OnProgress(const Progress& progress)
 
 void CViewFolder::ShowProgress()
 {
-    if (loaded || waitingProgress.count == 0) {
+    if (loaded || waitingCount == 0) {
         return;
     }
     if (!isProgressPageShown) {
         isProgressPageShown = true;
-        Load(BuildProgressPage(waitingProgress.count));
+        Load(BuildProgressPage(waitingCount));
     } else {
-        htmlView->RunScript(SetCountScript(waitingProgress.count));
+        htmlView->RunScript(SetCountScript(waitingCount));
     }
-    if (!waitingProgress.cards.empty()) {
-        htmlView->RunScript(AppendCardsScript(waitingProgress.cards));
+    if (!waitingCards.empty()) {
+        htmlView->RunScript(AppendCardsScript(waitingCards));
     }
-    waitingProgress = {};
+    waitingCount = 0;
+    waitingCards.clear();
     progressTimer.start();
 }
 
-void CViewFolder::Display(CGallery* gallery)
+void CViewFolder::Display(FilledFolder filled, CGallery* gallery)
 {
+    pictures = std::move(filled.found.pictures);
+    imageIterator->SetCollection();
+    watcher.WatchFiles(filled.found.unfinished);
     progressTimer.stop();
-    if (!failure.isEmpty()) {
-        DisplayText(BuildFailurePage(folderPath, {failure}));
-    } else if (state != FolderPictures::State::Listed) {
-        DisplayText(BuildStatePage(folderPath, state));
+    if (!filled.failure.isEmpty()) {
+        DisplayText(BuildFailurePage(folderPath, {filled.failure}));
+    } else if (filled.found.state != FolderPictures::State::Listed) {
+        DisplayText(BuildStatePage(folderPath, filled.found.state));
     } else {
-        imageIterator.SetGallery(gallery);
+        imageIterator->SetGallery(gallery);
         DisplayFolder();
     }
     if (isOutdated) {
@@ -369,7 +331,7 @@ void CViewFolder::DisplayFolder()
 {
     const CWaitCursor cursor;
     try {
-        Load(BuildListPage({.folder = folderPath, .card = job.card}, imageIterator));
+        Load(BuildListPage({.folder = folderPath, .card = loader->GetCard()}, *imageIterator));
         loaded = true;
     } catch (const CExceptionBase& error) {
         DisplayText(BuildFailurePage(folderPath, {error.GetCaption(), error.GetDescription()}));
@@ -379,7 +341,7 @@ void CViewFolder::DisplayFolder()
 void CViewFolder::DisplayText(const std::string& page)
 {
     pictures.clear();
-    imageIterator.SetCollection();
+    imageIterator->SetCollection();
     Load(page);
     loaded = true;
 }
@@ -396,7 +358,7 @@ void CViewFolder::resizeEvent(QResizeEvent* event)
 {
     CPanel::resizeEvent(event);
     // The page scales its cards meanwhile.
-    if (job.number > 0 && job.card != GetCardSize()) {
+    if (loader->GetNumber() > 0 && loader->GetCard() != GetCardSize()) {
         resizeTimer.start();
     }
 }

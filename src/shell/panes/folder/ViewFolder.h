@@ -1,35 +1,34 @@
 #pragma once
 
+#include <map>
 #include <memory>
-#include <mutex>
 #include <set>
 #include <vector>
 
 #include <QTimer>
 
-#include "common/BackgroundWorker.h"
-#include "common/EventLoopTarget.h"
-#include "content/FolderPictures.h"
 #include "document/project/GalleryProjectConsumer.h"
 #include "shell/look/Panel.h"
 #include "shell/panes/ViewNotification.h"
 #include "shell/panes/folder/FolderWatcher.h"
 #include "shell/panes/folder/ViewFolderExternalDispatch.h"
-#include "shell/panes/folder/ViewFolderImageIterator.h"
 #include "shell/panes/folder/ViewFolderToolBar.h"
 #include "shell/web/HTMLView.h"
 
+class CFilePictureInfo;
+class CFolderLoader;
 class CGallery;
+class CViewFolderImageIterator;
+struct FilledFolder;
+struct FolderCard;
+struct FolderProgress;
 
 // The panel of thumbnails of one folder of the disk, from which pictures are added to the current gallery. It
-// shows only what the gallery does not have yet. The thumbnails are made by a worker; everything else happens
-// on the screen's thread. Owned by the frame.
+// shows only what the gallery does not have yet. Owned by the frame; screen's thread.
 class CViewFolder final : public CPanel,
                           public CGalleryProjectConsumer,
                           public CViewFolderExternalDispatchCommands,
-                          public CContentURLLoader,
-                          private CBackgroundWorker,
-                          private CFolderPicturesListener {
+                          public CContentURLLoader {
 public:
     struct Services {
         CViewNotification notify; // the frame's way to UpdateProject
@@ -49,8 +48,7 @@ public:
     // The folder that is shown, without regard to case, is no new one.
     void SetFolder(const QString& folder);
     // Asks for the picture at that place of the list to be added to the current gallery, and takes its row
-    // away.
-    // The list may have become another one since: then the path counts.
+    // away. The list may have become another one since: then the path counts.
     void AddPictureAt(int32_t index, const QString& path);
 
     void UpdateProject(UpdateHint hint, const UpdateParameter& parameter, CGalleryProject& project) override;
@@ -66,34 +64,12 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    struct Job {
-        int number = 0; // of the request, from 1
-        QString folder;
-        QSize card;
-    };
-    struct Filled {
-        int number = 0; // that of the job
-        FolderPictures found;
-        QString failure; // empty: none
-    };
-    struct Progress {
-        int number = 0;
-        int count = 0;
-        std::vector<FolderCard> cards;
-    };
-
-    // On the worker's threads.
-    void DoWork() override;
-    bool IsWanted() const override { return IsRunning(); }
-    void OnProgress(int count, const std::vector<FolderCard>& cards) override;
-
     void UpdateList(UpdateHint hint, CGalleryProject& project);
     void StartLoading();
     void Refresh();
-    bool TakeFilled();
-    void OnProgress(const Progress& progress);
+    void OnProgress(const FolderProgress& progress);
     void ShowProgress();
-    void Display(CGallery* gallery);
+    void Display(FilledFolder filled, CGallery* gallery);
     void DisplayFolder();
     // In place of a list.
     void DisplayText(const std::string& page);
@@ -112,25 +88,18 @@ private:
     CFolderWatcher watcher;
     QTimer resizeTimer;
     QTimer progressTimer;
-    std::shared_ptr<CEventLoopTarget<Progress>> progressTarget;
 
     QString folderPath;
     QString shownFolder; // of the page on the screen
     bool loaded = false;
-    bool isWorking = false;  // a request has not been answered yet
-    bool isOutdated = false; // the folder has changed meanwhile
-    FolderPictures::State state = FolderPictures::State::Listed;
-    QString failure; // why the folder could not be listed; empty: none
-    CViewFolderImageIterator::Collection pictures;
-    CViewFolderImageIterator imageIterator{pictures};
+    bool isOutdated = false; // the folder has changed while the loader was at work
+    std::vector<std::unique_ptr<CFilePictureInfo>> pictures;
+    std::unique_ptr<CViewFolderImageIterator> imageIterator;
     std::map<int32_t, QString> chosenPaths; // by index, of those that the frame has not been asked for yet
     std::set<QString> galleryPaths;         // lower-cased, of the current gallery when the loading began
-    Progress waitingProgress;               // that the page does not show yet
+    int waitingCount = 0;                   // of thumbnails, that the page does not show yet
+    std::vector<FolderCard> waitingCards;   // likewise
     bool isProgressPageShown = false;
 
-    // Changed on the screen's thread, and only while the worker rests.
-    Job job;
-
-    std::mutex pictureLock;
-    Filled filled; // guarded by pictureLock: what the worker hands over
+    std::unique_ptr<CFolderLoader> loader; // goes first
 };
