@@ -4,7 +4,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
-#include "DialogTools.h"
+#include "shell_support/DialogTools.h"
 
 namespace {
 

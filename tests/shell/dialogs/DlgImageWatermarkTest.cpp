@@ -8,8 +8,8 @@
 #include <QRadioButton>
 #include <QSpinBox>
 
-#include "DialogTools.h"
 #include "shell/dialogs/StampValues.h"
+#include "shell_support/DialogTools.h"
 #include "support/ProjectFixture.h"
 
 namespace {
@@ -220,7 +220,7 @@ TEST_F(DlgImageWatermark, IsUsable)
     ExpectUsable(dialog, QStringLiteral("watermark"));
 }
 
-TEST_F(DlgImageWatermark, ItsButtonsAreSettled)
+TEST_F(DlgImageWatermark, ItsButtonsHaveTheirTexts)
 {
     const CDlgImageWatermark dialog(stamps, nullptr);
     EXPECT_EQ(Find<QPushButton>(dialog, "change").text(), QStringLiteral("&Change..."));

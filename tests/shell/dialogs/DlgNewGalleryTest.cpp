@@ -4,7 +4,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 
-#include "DialogTools.h"
+#include "shell_support/DialogTools.h"
 #include "support/ScratchFolder.h"
 
 TEST(GalleryNames, SplitsASuggestion)

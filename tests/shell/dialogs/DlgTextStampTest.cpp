@@ -10,7 +10,7 @@
 #include <QRadioButton>
 #include <QSpinBox>
 
-#include "DialogTools.h"
+#include "shell_support/DialogTools.h"
 
 namespace {
 
@@ -227,7 +227,7 @@ TEST_F(DlgTextStamp, IsUsable)
     ExpectUsable(dialog, QStringLiteral("signature"));
 }
 
-TEST_F(DlgTextStamp, ItsFontButtonIsSettled)
+TEST_F(DlgTextStamp, ItsFontButtonHasItsText)
 {
     const CDlgTextStamp dialog(stamps, nullptr);
     EXPECT_EQ(Find<QPushButton>(dialog, "font").text(), QStringLiteral("&Font..."));

@@ -2,7 +2,7 @@
 
 #include <QListWidget>
 
-#include "DialogTools.h"
+#include "shell_support/DialogTools.h"
 
 namespace {
 

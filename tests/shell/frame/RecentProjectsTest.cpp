@@ -1,14 +1,9 @@
 #include "shell/frame/RecentProjects.h"
 
-#include <QDir>
-#include <QMenu>
-#include <QTest>
 #include <gtest/gtest.h>
 
 #include "common/Settings.h"
-#include "shell/frame/FrameMenus.h"
 #include "shell/frame/MainFrameSettings.h"
-#include "shell/frame/ProjectPath.h"
 #include "support/ScratchFolder.h"
 
 namespace {
@@ -36,30 +31,6 @@ protected:
         return projects;
     }
 };
-
-QString Entry(const QMenu& menu, int position)
-{
-    const QAction* const action = menu.actions().at(position);
-    return action->isSeparator() ? QStringLiteral("-") : action->text();
-}
-
-QStringList EntriesOf(const QMenu& menu)
-{
-    QStringList entries;
-    for (int position = 0; position < menu.actions().size(); ++position) {
-        entries += Entry(menu, position);
-    }
-    return entries;
-}
-
-void AddSettledItems(QMenu& menu)
-{
-    for (const char* name : {"New", "Open", "Save", "Save As"}) {
-        menu.addAction(QString::fromLatin1(name));
-    }
-    menu.addSeparator();
-    menu.addAction(QStringLiteral("Exit"));
-}
 
 } // namespace
 
@@ -115,12 +86,6 @@ TEST_F(RecentProjects, ProjectsThatDifferInCaseAreTwo)
               (QStringList{QStringLiteral("/Trip.gallery"), QStringLiteral("/trip.gallery")}));
 }
 
-TEST_F(RecentProjects, RelativePathsAreThoseOfTheWorkingFolder)
-{
-    EXPECT_EQ(NormalisedProjectPath(QStringLiteral("a.gallery")),
-              QDir::current().absoluteFilePath(QStringLiteral("a.gallery")));
-}
-
 TEST_F(RecentProjects, TheListIsNotLongerThanTheSettingSays)
 {
     const struct {
@@ -151,54 +116,4 @@ TEST_F(RecentProjects, ACountOfOneKeepsOnlyTheFirstValue)
     EXPECT_EQ(settings->Read(User, Key, QStringLiteral("ProjectFileName")).value_or(QString()),
               QStringLiteral("/a.gallery"));
     EXPECT_FALSE(settings->Read(User, Key, QStringLiteral("ProjectFileName1")).has_value());
-}
-
-TEST_F(RecentProjects, ProjectsAreNamedByTheirFilesWithoutExtension)
-{
-    EXPECT_EQ(ProjectNameOf(QStringLiteral("/x.y/Trip.2024.gallery")), QStringLiteral("Trip.2024"));
-    EXPECT_EQ(ProjectNameOf(QStringLiteral("C:\\x\\Trip.gallery")), QStringLiteral("Trip"));
-    EXPECT_EQ(ProjectNameOf(QStringLiteral("/x/Trip")), QStringLiteral("Trip"));
-    EXPECT_EQ(ProjectNameOf(QStringLiteral("/x/.gallery")), QStringLiteral(".gallery"));
-}
-
-TEST_F(RecentProjects, TheMenuListsTheOthersByName)
-{
-    const CRecentProjects projects =
-        Load({QStringLiteral("/m.gallery"), QStringLiteral("/z/Alps.gallery"),
-              QStringLiteral("/you & me.gallery"), QStringLiteral("/a/beach.gallery")});
-    QMenu menu;
-    AddSettledItems(menu);
-    UpdateRecentProjectsMenu(menu, projects, [](int) {});
-    EXPECT_EQ(EntriesOf(menu).join(QLatin1Char('|')),
-              QStringLiteral("New|Open|Save|Save As|-|Alps|beach|you && me|-|Exit"));
-    // 32999 plus the place in the list, counted from 1.
-    EXPECT_EQ(menu.actions().at(5)->data().toInt(), 33001);
-    EXPECT_EQ(menu.actions().at(6)->data().toInt(), 33003);
-    EXPECT_EQ(menu.actions().at(7)->data().toInt(), 33002);
-    EXPECT_EQ(menu.actions().at(5)->statusTip(), QStringLiteral("/z/Alps.gallery"));
-}
-
-TEST_F(RecentProjects, OneProjectLeavesTheMenuAsItIs)
-{
-    QMenu menu;
-    AddSettledItems(menu);
-    const QStringList settled = EntriesOf(menu);
-    UpdateRecentProjectsMenu(menu, Load({QStringLiteral("/a.gallery"), QStringLiteral("/b.gallery")}),
-                             [](int) {});
-    EXPECT_EQ(menu.actions().size(), 8);
-    UpdateRecentProjectsMenu(menu, Load({QStringLiteral("/a.gallery")}), [](int) {});
-    EXPECT_EQ(EntriesOf(menu), settled);
-}
-
-// The menu changes while one of its entries is at work.
-TEST_F(RecentProjects, AnEntryGivesItsNumberOnceTheMenuIsThrough)
-{
-    const CRecentProjects projects = Load({QStringLiteral("/a.gallery"), QStringLiteral("/b.gallery")});
-    QMenu menu;
-    AddSettledItems(menu);
-    int chosen = 0;
-    UpdateRecentProjectsMenu(menu, projects, [&](int commandId) { chosen = commandId; });
-    menu.actions().at(5)->trigger();
-    EXPECT_EQ(chosen, 0);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return chosen == 33001; }));
 }

@@ -1,0 +1,130 @@
+#include <mutex>
+
+#include <QDialog>
+#include <QTest>
+
+#include "MainFrameFixture.h"
+#include "common/Trace.h"
+#include "document/project/GalleryProjectConsumer.h"
+#include "shell/panes/pages/ViewPages.h"
+#include "shell/web/HTMLView.h"
+#include "shell_support/DialogTools.h"
+
+// The main window's views among each other, and its dialogs.
+
+namespace {
+
+// The views that show a change, in their order.
+class CHeard {
+public:
+    CHeard()
+    {
+        SetTraceSink([lines = lines](const QString& line) {
+            const QString begin = QStringLiteral("Entering CView");
+            const QString end = QStringLiteral("::UpdateView");
+            if (line.startsWith(begin) && line.endsWith(end)) {
+                const std::lock_guard lock(lines->mutex);
+                lines->views += line.mid(begin.size()).chopped(end.size());
+            }
+        });
+    }
+    ~CHeard() { SetTraceSink(nullptr); }
+    QString Get() const
+    {
+        const std::lock_guard lock(lines->mutex);
+        return lines->views.join(QLatin1Char(' '));
+    }
+
+private:
+    struct Lines {
+        std::mutex mutex;
+        QStringList views;
+    };
+    const std::shared_ptr<Lines> lines = std::make_shared<Lines>();
+};
+
+using MainFrameViews = CMainFrameFixture;
+
+} // namespace
+
+TEST_F(MainFrameViews, EachViewTellsTheOthersInTheirOrder)
+{
+    Start(Path("a.gallery"));
+    const struct {
+        const char* sender;
+        const char* heard;
+    } rows[] = {{"FolderView", "Pages Folder Galleries"},
+                {"PagesView", "Folder Galleries"},
+                {"GalleriesView", "Galleries Pages Folder"}};
+    for (const auto& row : rows) {
+        auto* const sender = dynamic_cast<CGalleryProjectConsumer*>(
+            frame->findChild<QWidget*>(QString::fromLatin1(row.sender)));
+        ASSERT_NE(sender, nullptr) << row.sender;
+        const CHeard heard;
+        sender->CGalleryProjectConsumer::UpdateProject(UpdateHint::GalleryChosen, {}, frame->GetProject());
+        EXPECT_EQ(heard.Get(), QString::fromLatin1(row.heard)) << row.sender;
+    }
+}
+
+TEST_F(MainFrameViews, ThePageIsMadeAnewBehindAnEffectDialogThatWasAccepted)
+{
+    Start(Path("a.gallery"));
+    CHTMLView& page = frame->GetPagesView().GetHTMLView();
+    for (const int command : {32792, 32794}) {
+        for (const bool accepted : {false, true}) {
+            page.RunScript(QStringLiteral("window.isOld = true"));
+            const CModalAnswer answer([&](QWidget& dialog) {
+                auto& asked = static_cast<QDialog&>(dialog);
+                accepted ? asked.accept() : asked.reject();
+            });
+            frame->OnCommand(command);
+            EXPECT_TRUE(answer.WasAsked()) << command;
+            // A script waits for a page that is on its way.
+            QVariant isNew;
+            page.RunScript(QStringLiteral("!window.isOld"), [&](const QVariant& value) { isNew = value; });
+            ASSERT_TRUE(QTest::qWaitFor([&] { return isNew.isValid(); }, 60'000)) << command;
+            EXPECT_EQ(isNew.toBool(), accepted) << command;
+        }
+    }
+}
+
+TEST_F(MainFrameViews, EachDialogOfTheMenusOpens)
+{
+    Start(Path("a.gallery"));
+    const struct {
+        int command;
+        const char* title;
+    } rows[] = {
+        {57600, "New pictures gallery"}, {57601, "Open project"},    {57604, "Save project as"},
+        {57664, "About Vistorama"},      {32792, "Image watermark"}, {32794, "Image signature"},
+        {32797, "Advertisement blocks"}, {32780, "Deploy Wizard"},
+    };
+    for (const auto& row : rows) {
+        QString title;
+        CModalAnswer answer([&](QWidget& dialog) {
+            title = dialog.windowTitle();
+            static_cast<QDialog&>(dialog).reject();
+        });
+        frame->OnCommand(row.command);
+        EXPECT_TRUE(answer.WasAsked()) << row.command;
+        EXPECT_EQ(title, QString::fromLatin1(row.title)) << row.command;
+        EXPECT_EQ(frame->windowTitle(), QStringLiteral("Vistorama - a")) << row.command;
+    }
+}
+
+TEST_F(MainFrameViews, NothingThatIsDroppedIsTakenBehindADialog)
+{
+    Start(Path("a.gallery"));
+    const QString one = fixture.WritePicture(QStringLiteral("one.jpg"));
+    for (const int command : {32792, 32797}) {
+        const CModalAnswer answer([&](QWidget& dialog) {
+            frame->AddDropped({one});
+            frame->AddDropped({Path("b.gallery")});
+            static_cast<QDialog&>(dialog).reject();
+        });
+        frame->OnCommand(command);
+        EXPECT_TRUE(answer.WasAsked()) << command;
+        EXPECT_EQ(frame->windowTitle(), QStringLiteral("Vistorama - a")) << command;
+        EXPECT_EQ(frame->GetProject().GetCurrentGallery()->GetPictures().GetCount(), 0) << command;
+    }
+}

@@ -1,0 +1,449 @@
+#include "shell/panes/pages/ViewPages.h"
+
+#include <gmock/gmock.h>
+
+#include <QGuiApplication>
+#include <QMenu>
+#include <QTest>
+#include <QToolButton>
+#include <gtest/gtest.h>
+
+#include "PagesWindow.h"
+#include "common/FileSystem.h"
+
+using testing::ElementsAre;
+
+namespace {
+
+// Which pictures the page shows, by the first letters of their files.
+QString Shown(CPagesWindow& window)
+{
+    return Ask(window.GetPage(),
+               QStringLiteral("Array.from(document.images).filter(i => i.id.startsWith('photo') && "
+                              "!i.id.endsWith('_menu')).map(i => i.alt[0]).join('')"))
+        .toString();
+}
+
+int32_t AngleAt(CPagesWindow& window, int32_t position)
+{
+    return window.GetGallery().GetPictures().GetAt(position)->GetAngle();
+}
+
+QStringList Entries(QMenu& menu)
+{
+    QStringList entries;
+    for (const QAction* action : menu.actions()) {
+        entries += (action->isChecked() ? QStringLiteral("*") : QString()) + action->text() +
+                   QLatin1Char(' ') + QString::number(action->data().toInt());
+    }
+    return entries;
+}
+
+void Send(CPagesWindow& window, const char* call)
+{
+    const int before = window.GetShownCount();
+    window.GetPage().RunScript(QString::fromLatin1(call));
+    window.WaitForPageShown(before + 1);
+}
+
+} // namespace
+
+TEST(ViewPages, PicturesMoveUpAndDownAndAroundTheEnds)
+{
+    const struct {
+        int count;
+        UpdateHint hint;
+        int32_t position;
+        const char* order;
+        const char* page; // that is shown after it
+    } rows[] = {
+        {6, UpdateHint::PictureMovedUp, 1, "bacdef", "bacd"},
+        {6, UpdateHint::PictureMovedUp, 5, "abcdfe", "fe"},
+        {6, UpdateHint::PictureMovedUp, 4, "abcedf", "abce"},
+        {6, UpdateHint::PictureMovedUp, 0, "fbcdea", "fbcd"}, // the first goes to the end
+        {6, UpdateHint::PictureMovedDown, 0, "bacdef", "bacd"},
+        {6, UpdateHint::PictureMovedDown, 3, "abcedf", "df"},
+        {6, UpdateHint::PictureMovedDown, 5, "fbcdea", "ea"}, // the last goes to the front
+        {1, UpdateHint::PictureMovedUp, 0, "a", "a"},
+        {1, UpdateHint::PictureMovedDown, 0, "a", "a"},
+        {2, UpdateHint::PictureMovedUp, 0, "ba", "ba"},
+        {2, UpdateHint::PictureMovedUp, 2, "ab", "ab"}, // nothing is there
+        {2, UpdateHint::PictureMovedUp, -1, "ab", "ab"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(testing::Message()
+                     << row.count << ' ' << static_cast<int>(row.hint) << ' ' << row.position);
+        CPagesWindow window(row.count);
+        window.Do(row.hint, row.position);
+        EXPECT_EQ(window.GetOrder(), QString::fromLatin1(row.order));
+        EXPECT_EQ(Shown(window), QString::fromLatin1(row.page));
+        EXPECT_THAT(window.listener.hints, ElementsAre(row.hint));
+    }
+}
+
+TEST(ViewPages, APictureTurnsEitherWayAround)
+{
+    CPagesWindow window(2);
+    for (const int32_t angle : {1, 2, 3, 0}) {
+        window.Do(UpdateHint::PictureTurnedRight, 1);
+        EXPECT_EQ(AngleAt(window, 1), angle);
+    }
+    for (const int32_t angle : {3, 2, 1, 0}) {
+        window.Do(UpdateHint::PictureTurnedLeft, 1);
+        EXPECT_EQ(AngleAt(window, 1), angle);
+    }
+    EXPECT_EQ(AngleAt(window, 0), 0);
+    window.Do(UpdateHint::PictureTurnedRight, 1);
+    EXPECT_EQ(Ask(window.GetPage(), QStringLiteral("photo2.naturalWidth")).toInt(),
+              112); // 200 by 150, upright
+}
+
+TEST(ViewPages, ATurnedPictureOnAnotherPageComesIntoSight)
+{
+    CPagesWindow window(6);
+    window.Do(UpdateHint::PictureTurnedRight, 5);
+    EXPECT_EQ(Shown(window), QStringLiteral("ef"));
+}
+
+TEST(ViewPages, ADeletedPictureLeavesThePageOfItsPlace)
+{
+    const struct {
+        int count;
+        int32_t position;
+        const char* order;
+        const char* page;
+    } rows[] = {
+        {6, 1, "acdef", "acde"}, {6, 5, "abcde", "e"},
+        {5, 4, "abcd", "abcd"}, // the only one of the last page
+        {1, 0, "", ""},          {2, 7, "ab", "ab"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(testing::Message() << row.count << ' ' << row.position);
+        CPagesWindow window(row.count);
+        window.Do(UpdateHint::LinkFollowed, QStringLiteral("index1.html"));
+        window.Do(UpdateHint::PictureRemoved, row.position);
+        EXPECT_EQ(window.GetOrder(), QString::fromLatin1(row.order));
+        EXPECT_EQ(Shown(window), QString::fromLatin1(row.page));
+    }
+}
+
+TEST(ViewPages, TheGalleriesViewHearsOfAChangedCover)
+{
+    const struct {
+        UpdateHint hint;
+        int32_t position;
+        bool changed;
+    } rows[] = {
+        {UpdateHint::PictureTurnedRight, 0, true},  {UpdateHint::PictureTurnedRight, 3, true},
+        {UpdateHint::PictureTurnedRight, 4, false}, {UpdateHint::PictureMovedUp, 1, true},
+        {UpdateHint::PictureMovedUp, 5, false},     {UpdateHint::PictureMovedUp, 0, true},
+        {UpdateHint::PictureMovedDown, 5, true},    {UpdateHint::PictureRemoved, 0, true},
+        {UpdateHint::PictureRemoved, 5, false},
+    };
+    for (const auto& row : rows) {
+        CPagesWindow window(6);
+        window.Do(row.hint, row.position);
+        EXPECT_EQ(!window.notifications.empty(), row.changed)
+            << static_cast<int>(row.hint) << ' ' << row.position;
+        for (const UpdateHint hint : window.notifications) {
+            EXPECT_EQ(hint, UpdateHint::CoverChanged);
+        }
+    }
+}
+
+TEST(ViewPages, AStyleIsChosenByItsPlaceAmongThoseOfTheLayout)
+{
+    CPagesWindow window(2);
+    EXPECT_EQ(Entries(window.GetView().GetToolBar().GetStyleMenu()),
+              QStringList({QStringLiteral("*Amber 5200"), QStringLiteral("Blue 5201")}));
+    window.Do(UpdateHint::StyleChosen, 1);
+    EXPECT_EQ(window.GetGallery().GetLayout().GetStyle()->name, QStringLiteral("Blue"));
+    EXPECT_EQ(Entries(window.GetView().GetToolBar().GetStyleMenu()),
+              QStringList({QStringLiteral("Amber 5200"), QStringLiteral("*Blue 5201")}));
+    for (const int32_t place : {2, -1}) {
+        window.Do(UpdateHint::StyleChosen, place);
+        EXPECT_EQ(window.GetGallery().GetLayout().GetStyle()->name, QStringLiteral("Blue"));
+    }
+}
+
+TEST(ViewPages, ALayoutIsChosenByItsPlaceAndBringsItsStyles)
+{
+    CPagesWindow window(6);
+    CViewPagesToolBar& toolBar = window.GetView().GetToolBar();
+    EXPECT_EQ(Entries(toolBar.GetLayoutMenu()),
+              QStringList({QStringLiteral("*one 5000"), QStringLiteral("two 5001")}));
+    window.Do(UpdateHint::LayoutChosen, 1);
+    EXPECT_EQ(Entries(toolBar.GetLayoutMenu()),
+              QStringList({QStringLiteral("one 5000"), QStringLiteral("*two 5001")}));
+    // Groups compare exactly, case included.
+    EXPECT_EQ(Entries(toolBar.GetStyleMenu()), QStringList({QStringLiteral("Other 5200")}));
+    EXPECT_EQ(Shown(window), QStringLiteral("ab"));
+    EXPECT_TRUE(window.GetPageText().startsWith(QStringLiteral("Two")));
+    for (const int32_t place : {2, -1}) {
+        window.Do(UpdateHint::LayoutChosen, place);
+        EXPECT_EQ(window.GetGallery().GetLayout().GetTemplate()->GetName(), QStringLiteral("two"));
+    }
+}
+
+TEST(ViewPages, AChoiceInAMenuTravelsThroughTheFrame)
+{
+    CPagesWindow window(2);
+    CViewPagesToolBar& toolBar = window.GetView().GetToolBar();
+    toolBar.GetLayoutMenu().actions()[1]->trigger();
+    EXPECT_TRUE(window.notifications.empty()); // it waits for the event loop
+    EXPECT_TRUE(WaitUntil([&] { return !window.notifications.empty(); }));
+    EXPECT_EQ(window.GetGallery().GetLayout().GetTemplate()->GetName(), QStringLiteral("two"));
+    toolBar.GetStyleMenu().actions()[0]->trigger();
+    EXPECT_TRUE(WaitUntil([&] { return window.notifications.size() == 2; }));
+    EXPECT_THAT(window.notifications, ElementsAre(UpdateHint::LayoutChosen, UpdateHint::StyleChosen));
+}
+
+TEST(ViewPages, ALinkLeadsToAPageOfTheGallery)
+{
+    CPagesWindow window(6);
+    window.Do(UpdateHint::LinkFollowed, QStringLiteral("index1.html"));
+    EXPECT_EQ(Shown(window), QStringLiteral("ef"));
+    window.Do(UpdateHint::LinkFollowed, QStringLiteral("large2.html"));
+    EXPECT_EQ(Shown(window), QStringLiteral("c"));
+    EXPECT_THAT(window.listener.hints, ElementsAre(UpdateHint::LinkFollowed, UpdateHint::LinkFollowed));
+}
+
+TEST(ViewPages, ALinkThatLeadsElsewhereMakesNoNewPage)
+{
+    CPagesWindow window(6);
+    for (const char* link : {"nowhere.html", "", "http://example.org/", "mailto:a@example.org", "?", "%%%"}) {
+        window.Do(UpdateHint::LinkFollowed, QString::fromLatin1(link));
+    }
+    EXPECT_EQ(window.GetShownCount(), 1);
+    EXPECT_EQ(window.listener.hints.size(), 6u); // the other views hear of it all the same
+}
+
+TEST(ViewPages, ALinkToAnotherGalleryTellsAllViews)
+{
+    CPagesWindow window(2);
+    const int32_t child = window.GetProject().AddChildGallery(window.GetProject().GetRootGalleryIndex());
+    window.GetProject().SetCurrentGallery(window.GetProject().GetRootGalleryIndex());
+    window.GetProject().FindGallery(child)->SetTemplate(QStringLiteral("two.xml"));
+    window.Do(UpdateHint::LinkFollowed, QStringLiteral("%1/index.html").arg(child));
+    EXPECT_EQ(window.GetProject().GetCurrentGalleryIndex(), child);
+    EXPECT_THAT(window.listener.hints, ElementsAre(UpdateHint::GalleryChosen));
+    EXPECT_THAT(window.notifications, ElementsAre(UpdateHint::CoverChanged));
+    EXPECT_TRUE(window.GetPageText().startsWith(QStringLiteral("Two")));
+    EXPECT_EQ(Entries(window.GetView().GetToolBar().GetLayoutMenu()).last(), QStringLiteral("*two 5001"));
+}
+
+TEST(ViewPages, ALinkThatIsClickedIsFollowed)
+{
+    CPagesWindow window(6);
+    ClickMouse(window.GetPage(), RectOf(window.GetPage(), QStringLiteral("#photo3")).center().toPoint());
+    window.WaitForPageShown(2);
+    EXPECT_EQ(Shown(window), QStringLiteral("c"));
+    EXPECT_THAT(window.notifications, ElementsAre(UpdateHint::LinkFollowed));
+}
+
+TEST(ViewPages, AButtonOfAStripChangesTheDocument)
+{
+    const struct {
+        int button;
+        const char* order;
+        int32_t angle; // of the second picture
+    } rows[] = {{1, "bacd", 0}, {2, "acbd", 0}, {3, "acd", 0}, {4, "abcd", 1}, {5, "abcd", 3}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.button);
+        CPagesWindow window(4);
+        const QRectF picture = RectOf(window.GetPage(), QStringLiteral("#photo2"));
+        MoveMouse(window.GetPage(), picture.center().toPoint());
+        ASSERT_TRUE(
+            WaitForPage(window.GetPage(), QStringLiteral("photo2_menu[0].style.display == 'inline'")));
+        const QPoint button = (picture.topLeft() + QPointF(24 * row.button - 12, 12)).toPoint();
+        MoveMouse(window.GetPage(), button);
+        ASSERT_TRUE(WaitForPage(window.GetPage(),
+                                QStringLiteral("photo2_menu[%1].style.display == 'inline'").arg(row.button)));
+        ClickMouse(window.GetPage(), button);
+        window.WaitForPageShown(2);
+        EXPECT_EQ(window.GetOrder(), QString::fromLatin1(row.order));
+        EXPECT_EQ(AngleAt(window, 1), row.angle);
+    }
+}
+
+TEST(ViewPages, ACallOfThePageChangesNothingBeforeItReturns)
+{
+    CPagesWindow window(2);
+    window.GetView().RotateImageRight(QStringLiteral("photo1"));
+    EXPECT_EQ(AngleAt(window, 0), 0);
+    EXPECT_TRUE(window.notifications.empty());
+    EXPECT_TRUE(WaitUntil([&] { return AngleAt(window, 0) == 1; }));
+}
+
+TEST(ViewPages, AnIdThatIsNoPicturesSendsNothing)
+{
+    CPagesWindow window(2);
+    for (const char* id : {"photo9", "", "photo3", "nothing", "PHOTO"}) {
+        for (const char* method : {"MoveImageUp", "MoveImageDown", "DeleteImage", "RotateImageLeft"}) {
+            Ask(window.GetPage(),
+                QStringLiteral("external.%1('%2')").arg(QLatin1String(method), QLatin1String(id)));
+        }
+    }
+    Send(window, "external.RotateImageRight('photo2')");
+    EXPECT_THAT(window.notifications, testing::Contains(UpdateHint::PictureTurnedRight));
+    EXPECT_EQ(window.GetOrder(), QStringLiteral("ab"));
+    EXPECT_EQ(AngleAt(window, 1), 1);
+}
+
+TEST(ViewPages, AFloodOfCommandsLeavesTheProgramAtWork)
+{
+    CPagesWindow window(2);
+    window.GetPage().RunScript(
+        QStringLiteral("for (var i = 0; i < 10000; ++i) { external.RotateImageRight('photo1'); } 1"));
+    window.WaitForPageShown(2);
+    const int32_t angle = AngleAt(window, 0);
+    Send(window, "external.MoveImageUp('photo2')");
+    EXPECT_TRUE(WaitUntil([&] { return window.GetOrder() == QStringLiteral("ba"); }));
+    EXPECT_EQ(AngleAt(window, 1), angle);
+}
+
+TEST(ViewPages, HintsDoTheirWork)
+{
+    const struct {
+        UpdateHint hint;
+        bool newPage;
+        bool newTitle;
+    } rows[] = {
+        {UpdateHint::ProjectReplaced, true, true}, {UpdateHint::ProjectRenamed, false, true},
+        {UpdateHint::GalleryChosen, true, false},  {UpdateHint::GalleryRemoved, true, false},
+        {UpdateHint::PictureAdded, true, false},   {UpdateHint::PicturesAdded, true, false},
+        {UpdateHint::TextEdited, true, false},     {UpdateHint::CoverChanged, false, false},
+        {UpdateHint::FolderChosen, false, false},  {UpdateHint::FolderReady, false, false},
+        {UpdateHint::Deploy, false, false},
+    };
+    CPagesWindow window(2);
+    for (const auto& row : rows) {
+        SCOPED_TRACE(static_cast<int>(row.hint));
+        window.GetView().GetToolBar().SetTitle(QStringLiteral("old"));
+        const int before = window.GetShownCount();
+        window.GetView().UpdateView(row.hint, window.GetProject());
+        Ask(window.GetPage(), QStringLiteral("1"));
+        EXPECT_EQ(window.GetShownCount() - before, row.newPage ? 1 : 0);
+        EXPECT_EQ(window.GetView().GetToolBar().GetTitle() != QStringLiteral("old"), row.newTitle);
+    }
+}
+
+TEST(ViewPages, TheWizardIsOpenedForTheProject)
+{
+    CPagesWindow window(1);
+    window.Do(UpdateHint::Deploy);
+    EXPECT_EQ(window.deployments, 1);
+}
+
+TEST(ViewPages, TheScrollPlaceStaysOnThePageAndIsLeftOnAnother)
+{
+    CPagesWindow window(6);
+    Ask(window.GetPage(), QStringLiteral("window.scrollTo(0, 200)"));
+    for (const UpdateHint hint :
+         {UpdateHint::PictureTurnedRight, UpdateHint::PictureMovedUp, UpdateHint::TextEdited}) {
+        window.Do(hint, 2);
+        EXPECT_EQ(Ask(window.GetPage(), QStringLiteral("scrollY")).toInt(), 200) << static_cast<int>(hint);
+    }
+    window.Do(UpdateHint::LinkFollowed, QStringLiteral("index1.html"));
+    EXPECT_EQ(Ask(window.GetPage(), QStringLiteral("scrollY")).toInt(), 0);
+}
+
+TEST(ViewPages, ABrokenLayoutShowsItsErrorUntilItIsMended)
+{
+    CPagesWindow window(2);
+    const QString file = QStringLiteral("program/Templates/one/index.html");
+    const QByteArray good = window.fixture.scratch.Read(file);
+    window.fixture.scratch.Write(file, "line 1\nline 2 <%nonsense%> & more");
+    window.Do(UpdateHint::TextEdited);
+    const QString text = window.GetPageText();
+    EXPECT_TRUE(text.contains(QStringLiteral("Error occured during layout loading:"))) << qPrintable(text);
+    EXPECT_TRUE(text.contains(QStringLiteral("Unknown template section 'nonsense'.")));
+    EXPECT_TRUE(text.contains(window.fixture.scratch.Path(file)));
+    EXPECT_FALSE(text.contains(QStringLiteral("<%pageheader")));
+    // No command finds a picture there.
+    Ask(window.GetPage(), QStringLiteral("external.DeleteImage('photo1')"));
+    window.fixture.scratch.Write(file, good);
+    window.Do(UpdateHint::TextEdited);
+    EXPECT_EQ(Shown(window), QStringLiteral("ab"));
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+}
+
+TEST(ViewPages, ALayoutThatFailsAtItsEvaluationShowsItsErrorToo)
+{
+    CPagesWindow window(2);
+    window.fixture.WritePage(QStringLiteral("one"), QStringLiteral("index.html"),
+                             "<%textspan property=\"nopoint\" default=\"x\" name=\"y\"%>");
+    window.Do(UpdateHint::TextEdited);
+    EXPECT_TRUE(window.GetPageText().contains(QStringLiteral("Error occured during layout loading:")));
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+}
+
+TEST(ViewPages, APageFileThatIsGoneIsNamed)
+{
+    CPagesWindow window(2);
+    const QString path = window.fixture.scratch.Path(QStringLiteral("program/Templates/one/index.html"));
+    ASSERT_TRUE(QFile::remove(path));
+    window.Do(UpdateHint::TextEdited);
+    EXPECT_TRUE(window.GetPageText().contains(QStringLiteral("Could not open file ") + path))
+        << qPrintable(window.GetPageText());
+}
+
+TEST(ViewPages, ALayoutThatCannotBeChosenSaysWhyAndChangesNothing)
+{
+    CPagesWindow window(2);
+    ASSERT_TRUE(
+        QFile::remove(window.fixture.scratch.Path(QStringLiteral("program/Templates/two/index.html"))));
+    window.Do(UpdateHint::LayoutChosen, 1);
+    EXPECT_TRUE(window.GetPageText().contains(QStringLiteral("two/index.html")))
+        << qPrintable(window.GetPageText());
+    EXPECT_EQ(window.GetGallery().GetLayout().GetTemplate()->GetName(), QStringLiteral("one"));
+    EXPECT_EQ(Entries(window.GetView().GetToolBar().GetLayoutMenu()).first(), QStringLiteral("*one 5000"));
+    window.Do(UpdateHint::TextEdited);
+    EXPECT_EQ(Shown(window), QStringLiteral("ab"));
+}
+
+TEST(ViewPages, APictureWithoutItsFileLeavesTheOthersOnThePage)
+{
+    CPagesWindow window(3);
+    window.GetGallery().AppendPicture(window.fixture.scratch.Write(QStringLiteral("photos/x.png"), "broken"),
+                                      0);
+    window.Do(UpdateHint::PictureAdded);
+    EXPECT_EQ(Shown(window), QStringLiteral("abcx"));
+    EXPECT_EQ(Ask(window.GetPage(), QStringLiteral("photo1.naturalWidth + photo4.naturalWidth")).toInt(),
+              200);
+    // And it can be taken out.
+    Send(window, "external.DeleteImage('photo4')");
+    EXPECT_EQ(window.GetOrder(), QStringLiteral("abc"));
+}
+
+TEST(ViewPages, AProjectThatIsNotLoadedShowsNothingAndTakesNoCommand)
+{
+    CPagesWindow window(2);
+    window.GetProject().Clear();
+    window.Do(UpdateHint::ProjectReplaced);
+    EXPECT_EQ(window.GetPageText(), QString());
+    EXPECT_TRUE(window.GetView().GetToolBar().GetLayoutMenu().isEmpty());
+    Ask(window.GetPage(), QStringLiteral("external.DeleteImage('photo1'), "
+                                         "external.EditReference('a','b.c','d')"));
+    window.Do(UpdateHint::PictureMovedUp, 0);
+    window.Do(UpdateHint::LayoutChosen, 0);
+}
+
+TEST(ViewPages, TheToolBarTakesTheDocumentCommands)
+{
+    CPagesWindow window(1);
+    CViewPagesToolBar& toolBar = window.GetView().GetToolBar();
+    QAction open(QStringLiteral("Open"), &window.GetView());
+    open.setObjectName(QStringLiteral("OpenProject"));
+    QAction save(QStringLiteral("Save"), &window.GetView());
+    toolBar.AddDocumentCommands({&open, &save, nullptr});
+    EXPECT_EQ(toolBar.actions()[0], &open);
+    EXPECT_EQ(toolBar.actions()[1], &save);
+    toolBar.SetRecentProjects({{QStringLiteral("Alps & Lakes"), 1}, {QStringLiteral("Now"), 0}});
+    QMenu* const recent = qobject_cast<QToolButton*>(toolBar.widgetForAction(&open))->menu();
+    EXPECT_EQ(Entries(*recent),
+              QStringList({QStringLiteral("Alps && Lakes 57602"), QStringLiteral("*Now 57601")}));
+    recent->actions()[0]->trigger();
+    EXPECT_TRUE(WaitUntil([&] { return !window.notifications.empty(); }));
+    EXPECT_THAT(window.notifications, ElementsAre(UpdateHint::RecentProjectChosen));
+}
