@@ -286,7 +286,12 @@ TEST_F(ViewFolder, EndsInTheMiddleOfItsWork)
     fixture.GetProject().AddFolder(Folder("many"));
     fixture.GetProject().SetRecentFolder(Folder("many"));
     view->UpdateView(UpdateHint::ProjectReplaced, fixture.GetProject());
+    EXPECT_FALSE(view->IsLoaded());
     view.reset();
+    // Whatever was under way tells nobody any more.
+    QCoreApplication::sendPostedEvents();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(CountOf(UpdateHint::FolderReady), 0);
 }
 
 TEST_F(ViewFolder, ADraggedPictureIsAddedThoughTheListHasChangedMeanwhile)
