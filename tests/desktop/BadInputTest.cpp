@@ -38,11 +38,11 @@ TEST(BadInput, TheLastProjectCantBeReadAnyMore)
 {
     CDesktopProgram program;
     const QString broken = program.scratch.Write(QStringLiteral("broken.gallery"), "<project");
-    const QString settled = program.CopySample();
+    const QString whole = program.CopySample();
     // A project is in the default place already: it is not touched either.
     const QByteArray kept = "<project version=\"2.0\"/>";
     program.scratch.Write(QStringLiteral("home/Documents/Vistorama/My Vistorama.gallery"), kept);
-    program.WriteSettings("ProjectFileName=" + broken.toUtf8() + "\nProjectFileName1=" + settled.toUtf8() +
+    program.WriteSettings("ProjectFileName=" + broken.toUtf8() + "\nProjectFileName1=" + whole.toUtf8() +
                           '\n');
     program.StartWithMessage({}, Message);
     program.FocusWindow(Message);
@@ -54,7 +54,7 @@ TEST(BadInput, TheLastProjectCantBeReadAnyMore)
     EXPECT_EQ(program.scratch.Read(QStringLiteral("home/Documents/Vistorama/My Vistorama.gallery")), kept);
     const QByteArray settings = program.ReadSettings();
     EXPECT_TRUE(settings.contains("ProjectFileName1=" + broken.toUtf8()));
-    EXPECT_TRUE(settings.contains("ProjectFileName2=" + settled.toUtf8()));
+    EXPECT_TRUE(settings.contains("ProjectFileName2=" + whole.toUtf8()));
 }
 
 TEST(BadInput, AFileThatIsNoProjectIsNotOverwritten)

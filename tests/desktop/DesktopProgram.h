@@ -12,7 +12,7 @@
 #include "support/VirtualDisplay.h"
 
 // The desktop program as a person has it: the program itself on a display of its own, with a home of its own,
-// used by mouse and keyboard. Whatever is waited for has a deadline, behind which the test fails.
+// used by mouse and keyboard. Whatever is waited for has a deadline, after which the test fails.
 class CDesktopProgram {
 public:
     explicit CDesktopProgram(QSize screen = QSize(1440, 900));

@@ -5,7 +5,8 @@
 #include <QUrl>
 #include <QWidget>
 
-// Stands for a file manager: a small window, titled "Files", that files are dragged from.
+// Stands for a file manager: a small window, titled "Files", that files are dragged from. Ends by itself when
+// they have been dropped and the other program has fetched them; its exit code says whether they were taken.
 //
 //     drag_source X Y FILE ...
 
@@ -27,15 +28,18 @@ protected:
         if ((event->buttons() & Qt::LeftButton) != 0) {
             auto* const data = new QMimeData();
             data->setUrls(urls);
-            // Not on the stack: the other program asks for the data when the drag is over here.
+            // The other program asks for the data when the drag is over here; then the drag deletes itself.
             auto* const drag = new QDrag(this);
             drag->setMimeData(data);
-            drag->exec(Qt::CopyAction);
+            connect(drag, &QObject::destroyed, qApp,
+                    [this] { QApplication::exit(action == Qt::CopyAction ? EXIT_SUCCESS : EXIT_FAILURE); });
+            action = drag->exec(Qt::CopyAction);
         }
     }
 
 private:
     QList<QUrl> urls;
+    Qt::DropAction action = Qt::IgnoreAction; // that the drag has ended with
 };
 
 } // namespace

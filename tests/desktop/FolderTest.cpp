@@ -93,7 +93,7 @@ TEST_F(Folder, TheButtonsOfAThumbnailAddOneAndAll)
     for (const char* name : {"000.jpg", "001.jpg", "002.jpg", "003.jpg"}) {
         EXPECT_EQ(names.count(QString::fromLatin1(name)), 1) << name;
     }
-    // In order, behind the one that was added first.
+    // In order, after the one that was added first.
     EXPECT_LT(names.indexOf(QStringLiteral("000.jpg")), names.indexOf(QStringLiteral("003.jpg")));
 }
 
