@@ -36,8 +36,8 @@ public:
     // A layout of one page in that copy.
     void WriteLayout(const QString& name, const QByteArray& page) const;
 
-    // Starts the program and, unless a message comes up instead, waits for its page. The window fills the
-    // screen.
+    // Starts the program and, unless a message comes up instead, waits for its page. The window
+    // fills the screen.
     void Start(const QStringList& arguments);
     void StartWithMessage(const QStringList& arguments, const QString& messageTitle);
     void WaitForPage();

@@ -17,8 +17,8 @@ public:
     QString GetHeading();
     // The middle of an element, on the screen; the expression gives the element. Scrolls it into view.
     QPoint PlaceOf(const QString& elementExpression) { return page.PlaceOf(elementExpression); }
-    // The middle of an element's height, that many pixels from its left side, on the screen; x is an
-    // expression.
+    // The middle of an element's height, that many pixels from its left side, on the screen; x
+    // is an expression.
     QPoint PlaceInRect(const QString& elementExpression, const QString& x);
     // A place in the toolbar, that many pixels from its left side, on the screen.
     QPoint GetToolBarPlace(int x) { return page.ToScreen(QPoint(x, -18)); }

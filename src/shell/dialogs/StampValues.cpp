@@ -21,8 +21,8 @@ bool IsSlanted(const QString& family, const QString& style)
     return QFontDatabase::italic(family, style) || style.contains(QStringLiteral("Oblique"));
 }
 
-// The family's own name for a style ("Book", "Oblique"). Without it the font dialog would begin with any
-// style.
+// The family's own name for a style ("Book", "Oblique"). Without it the font dialog would begin
+// with any style.
 QString FindStyleName(const LogFont& font)
 {
     const int weight = font.weight > NormalWeight ? BoldWeight : NormalWeight;

@@ -15,9 +15,9 @@ struct FrameMenus {
     QMenu* file;
 };
 
-// Lists the recent projects, all but the current one, in the file menu: by their names, above the last
-// separator. The data of an entry's action is its command number, 33001 and up. chosen: called with that
-// number.
+// Lists the recent projects, all but the current one, in the file menu: by their names, above the
+// last separator. The data of an entry's action is its command number, 33001 and up. chosen: called
+// with that number.
 void UpdateRecentProjectsMenu(QMenu& menu, const CRecentProjects& projects,
                               const std::function<void(int commandId)>& chosen);
 

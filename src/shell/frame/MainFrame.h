@@ -18,8 +18,8 @@ class CViewGalleries;
 class CViewPages;
 struct FrameMenus;
 
-// The one window of the program: the menu and the three views between their bars. Owns the project. Screen's
-// thread.
+// The one window of the program: the menu and the three views between their bars. Owns the
+// project. Screen's thread.
 class CMainFrame final : public QMainWindow {
 public:
     using CRegistrySettings = CMainFrameSettings;
@@ -29,9 +29,9 @@ public:
     CMainFrame(const CProjectEnvironment& environment, const QString& commandLinePath);
     ~CMainFrame() override;
 
-    // Shows the window as it was left, in a first run maximised, and opens the first project. A project that
-    // can't be read is told of and left alone: a new one takes its place. Throws what CGalleryProject::New
-    // throws.
+    // Shows the window as it was left, in a first run maximised, and opens the first project. A
+    // project that can't be read is told of and left alone: a new one takes its place. Throws
+    // what CGalleryProject::New throws.
     void Start();
 
     // The commands of the menu and of the keys, by their numbers; see CommandIds.h. Other numbers do nothing.

@@ -31,8 +31,8 @@ QPushButton* MakeButton(const QString& label, const char* objectName, QWidget* p
 // A text of several lines to read, to select from and to copy.
 QPlainTextEdit* MakeReport(const QString& text, const char* objectName, const QString& label);
 
-// "OK" and "Cancel" ("ok" and "cancel") at the end of the layout, connected to the dialog's accept and
-// reject.
+// "OK" and "Cancel" ("ok" and "cancel") at the end of the layout, connected to the dialog's
+// accept and reject.
 QDialogButtonBox* AddOkAndCancel(QDialog& dialog, QBoxLayout& layout);
 
 // One button "OK", which Enter and Escape press as well.

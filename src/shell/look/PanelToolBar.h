@@ -4,8 +4,8 @@
 
 class QMenu;
 
-// A toolbar of a panel: what all of them look like, and buttons by description. Owned by its panel; screen's
-// thread.
+// A toolbar of a panel: what all of them look like, and buttons by description. Owned by its
+// panel; screen's thread.
 class CToolBarDescriptor : public QToolBar {
 public:
     struct Button {

@@ -33,8 +33,8 @@ public:
     // page on the screen have to be among them until the next one is there.
     void SetShownFolders(const QStringList& folders);
 
-    // page: the bytes of a whole page. A page without a charset of its own is in the code page of the option
-    // Default_CodePage.
+    // page: the bytes of a whole page. A page without a charset of its own is in the code page of
+    // the option Default_CodePage.
     void LoadHtml(const std::string& page, ScrollPlace place = ScrollPlace::Top);
 
     // Called each time a page has come onto the screen.
@@ -49,6 +49,6 @@ private:
     std::unique_ptr<CHTMLViewHost> host;
 };
 
-// Names the schemes of the pages to the browser. Its sandbox stays on, except for root, for whom it can't
-// work.
+// Names the schemes of the pages to the browser. Its sandbox stays on, except for root, for whom
+// it can't work.
 void PrepareHTMLViews();

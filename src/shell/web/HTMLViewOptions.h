@@ -19,8 +19,8 @@ enum class HTMLScrollPlace { Top, Keep };
 // only borrows it. Called on the screen's thread.
 class CContentURLLoader {
 public:
-    // The address as the page wrote it, without the page's own address before it and without what stands from
-    // "#".
+    // The address as the page wrote it, without the page's own address before it and without what
+    // stands from "#".
     virtual void LoadURL(const QString& url) = 0;
 
 protected:

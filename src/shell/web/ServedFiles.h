@@ -6,9 +6,9 @@
 #include <QDateTime>
 #include <QString>
 
-// The files that the pages of one view have shown. The browser keeps what it has read of a file for the next
-// page, so a file that has changed since gets another address in it. Owned by the view's host; screen's
-// thread.
+// The files that the pages of one view have shown. The browser keeps what it has read of a file for
+// the next page, so a file that has changed since gets another address in it. Owned by the view's
+// host; screen's thread.
 class CServedFiles {
 public:
     void Note(const QString& path);

@@ -39,8 +39,8 @@ public:
 protected:
     explicit CWizardPage(DeployWizardState& state) : state(state) {}
 
-    // An exterior page has the wizard's side picture, an interior one a header with a subtitle and a small
-    // picture.
+    // An exterior page has the wizard's side picture, an interior one a header with a subtitle and
+    // a small picture.
     void MakeExterior(const QString& title);
     void MakeInterior(const QString& title, const QString& subtitle);
 

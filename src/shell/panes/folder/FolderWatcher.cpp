@@ -56,8 +56,8 @@ void CFolderWatcher::WatchFiles(const QStringList& paths)
     }
 }
 
-// The system tells of a folder's content, not of the folder itself being moved or of a disk that is taken
-// out.
+// The system tells of a folder's content, not of the folder itself being moved or of a disk that
+// is taken out.
 void CFolderWatcher::LookForFolder()
 {
     if (FolderExists(folder) != isThere) {

@@ -10,9 +10,9 @@
 
 class CGallery;
 
-// Walks over the thumbnails of a folder for the generator of its page, past those that are hidden because the
-// gallery has their pictures. What only a gallery can tell is empty. Owned by the folder view; screen's
-// thread.
+// Walks over the thumbnails of a folder for the generator of its page, past those that are hidden
+// because the gallery has their pictures. What only a gallery can tell is empty. Owned by the folder
+// view; screen's thread.
 class CViewFolderImageIterator final : public CImageIterator {
 public:
     using Collection = std::vector<std::unique_ptr<CFilePictureInfo>>;

@@ -29,8 +29,8 @@ struct GalleryCell {
     std::string GetUrlId() const { return "gl_" + std::to_string(galleryId); }
 };
 
-// Menu 0 has all buttons; menu 1, without the one that deletes, is for a root whose place no child could
-// take.
+// Menu 0 has all buttons; menu 1, without the one that deletes, is for a root whose place no
+// child could take.
 using GalleryMenus = std::array<CPictureMenu, 2>;
 
 // Writes the cells of the galleries' table: a cover in a frame whose bars and small bitmaps join those of its

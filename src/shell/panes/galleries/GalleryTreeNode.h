@@ -19,9 +19,9 @@ public:
     int32_t galleryId = 0;
 };
 
-// The tree as it is at the moment: built afresh for every drawing, no link to the document stays. Siblings
-// stand in the order of their indexes. A gallery that several others list stands under the one nearest to the
-// root.
+// The tree as it is at the moment: built afresh for every drawing, no link to the document stays.
+// Siblings stand in the order of their indexes. A gallery that several others list stands under the one
+// nearest to the root.
 class CGalleryTree {
 public:
     explicit CGalleryTree(const CGalleryProject& project);

@@ -139,8 +139,8 @@ void CViewGalleries::UpdateProject(UpdateHint hint, const UpdateParameter& param
         return;
     }
     CGalleryProjectConsumer::UpdateProject(hint, parameter, project);
-    // Menus and the list of the folder go by the current gallery, which a removal or a new parent changes
-    // too.
+    // Menus and the list of the folder go by the current gallery, which a removal or a new
+    // parent changes too.
     const int32_t current = project.GetCurrentGalleryIndex();
     if (hint != UpdateHint::GalleryChosen && gallery && current != currentBefore) {
         notifier.Send(UpdateHint::GalleryChosen, current);

@@ -25,7 +25,7 @@ std::string Paragraph(const QString& text)
 }
 
 // The page file of the gallery's current page with the place of the error.
-std::string BuildTemplateErrorPage(const CTemplateParsingException& error, CGallery& gallery)
+std::string BuildTemplateErrorPage(const CTemplateParsingException& error, const CGallery& gallery)
 {
     const CGalleryTemplate* const layout = gallery.GetLayout().GetTemplate();
     const QString page = gallery.GetLayout().GetTemplatePage();
@@ -98,18 +98,18 @@ std::string CShownPage::GeneratePage()
     return tree.GenerateToString(*iterator, generator);
 }
 
-int32_t CShownPage::FindPictureIndex(const QString& id)
+int32_t CShownPage::FindPictureIndex(const QString& id) const
 {
     return iterator ? iterator->FindPictureIndex(id) : -1;
 }
 
-QString CShownPage::GetPicturePath(int32_t position)
+QString CShownPage::GetPicturePath(int32_t position) const
 {
     CPictureInfo* const picture = gallery ? gallery->GetPictures().GetAt(position) : nullptr;
     return picture ? picture->GetPath() : QString();
 }
 
-std::optional<QString> CShownPage::ReadVariable(const QString& property)
+std::optional<QString> CShownPage::ReadVariable(const QString& property) const
 {
     try {
         const CTemplateVariableName name(property);

@@ -28,11 +28,11 @@ public:
     // False without a gallery, and for a page that could not be made: then no name means anything.
     bool HasNames() const { return iterator != nullptr; }
     // The position in the gallery of an element's id, or -1.
-    int32_t FindPictureIndex(const QString& id);
+    int32_t FindPictureIndex(const QString& id) const;
     // Empty for a position outside the gallery.
-    QString GetPicturePath(int32_t position);
+    QString GetPicturePath(int32_t position) const;
     // property: "object.variable". Nothing if it has no value.
-    std::optional<QString> ReadVariable(const QString& property);
+    std::optional<QString> ReadVariable(const QString& property) const;
     void WriteVariable(const QString& property, const QString& text);
 
 private:

@@ -14,9 +14,9 @@
 
 class CGallery;
 
-// The large panel of the main window: the current page of the current gallery as it will be deployed, with
-// the buttons that edit it, and the toolbar that chooses layout and style. Owned by the frame; screen's
-// thread.
+// The large panel of the main window: the current page of the current gallery as it will be
+// deployed, with the buttons that edit it, and the toolbar that chooses layout and style. Owned by
+// the frame; screen's thread.
 class CViewPages final : public CPanel,
                          public CGalleryProjectConsumer,
                          public CViewPagesExternalDispatchCommands,

@@ -114,7 +114,7 @@ QString CViewPagesToolBar::GetTitle() const
     return title->GetTitle();
 }
 
-void CViewPagesToolBar::UpdateLayoutMenu(CGallery* gallery)
+void CViewPagesToolBar::UpdateLayoutMenu(const CGallery* gallery)
 {
     QStringList names;
     qsizetype current = -1;
@@ -131,7 +131,7 @@ void CViewPagesToolBar::UpdateLayoutMenu(CGallery* gallery)
     ShowChoice(layoutMenu);
 }
 
-void CViewPagesToolBar::UpdateStyleMenu(CGallery* gallery)
+void CViewPagesToolBar::UpdateStyleMenu(const CGallery* gallery)
 {
     QStringList names;
     qsizetype current = -1;
@@ -149,7 +149,7 @@ void CViewPagesToolBar::UpdateStyleMenu(CGallery* gallery)
     ShowChoice(styleMenu);
 }
 
-std::vector<QString> GetStylesOfCurrentLayout(CGallery& gallery)
+std::vector<QString> GetStylesOfCurrentLayout(const CGallery& gallery)
 {
     const CGalleryTemplate* const layout = gallery.GetLayout().GetTemplate();
     const QString group = layout ? layout->GetGroup() : QString();

@@ -46,8 +46,8 @@ public:
     QString GetTitle() const;
 
     // Null: the menus become empty.
-    void UpdateLayoutMenu(CGallery* gallery);
-    void UpdateStyleMenu(CGallery* gallery);
+    void UpdateLayoutMenu(const CGallery* gallery);
+    void UpdateStyleMenu(const CGallery* gallery);
 
 private:
     Commands commands;
@@ -60,4 +60,4 @@ private:
 
 // The keys of the styles that go with the gallery's layout, in the order of the menu: those whose group is
 // exactly that of the layout, in the order of their keys.
-std::vector<QString> GetStylesOfCurrentLayout(CGallery& gallery);
+std::vector<QString> GetStylesOfCurrentLayout(const CGallery& gallery);
