@@ -34,7 +34,7 @@ public:
     // what CGalleryProject::New throws.
     void Start();
 
-    // The commands of the menu and of the keys, by their numbers; see CommandIds.h. Other numbers do nothing.
+    // The commands of the menu and of the keys, by their numbers; see Commands.h. Other numbers do nothing.
     void OnCommand(int commandId);
 
     // Opening and saving; paths need not be normalised.
