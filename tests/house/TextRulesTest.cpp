@@ -1,3 +1,5 @@
+#include <set>
+
 #include <QDirIterator>
 #include <QRegularExpression>
 
@@ -44,10 +46,15 @@ QStringList FindFiles(const QString& folder, const QStringList& patterns)
     return files;
 }
 
-std::vector<SourceLiteral> FindTextsOutside()
+QStringList FindSources()
+{
+    return FindFiles(QString(), {QStringLiteral("*.h"), QStringLiteral("*.cpp")});
+}
+
+std::vector<SourceLiteral> ReadTextsOutside()
 {
     std::vector<SourceLiteral> found;
-    for (const QString& file : FindFiles(QString(), {QStringLiteral("*.h"), QStringLiteral("*.cpp")})) {
+    for (const QString& file : FindSources()) {
         if (file.startsWith(Table)) {
             continue;
         }
@@ -58,6 +65,12 @@ std::vector<SourceLiteral> FindTextsOutside()
         }
     }
     return found;
+}
+
+const std::vector<SourceLiteral>& TextsOutside()
+{
+    static const std::vector<SourceLiteral> texts = ReadTextsOutside();
+    return texts;
 }
 
 bool IsMeant(const Exception& exception, const SourceLiteral& literal)
@@ -79,7 +92,7 @@ bool IsFound(const char* line)
 
 TEST(TextRules, TextsForPeopleStandInTheStringTable)
 {
-    for (const SourceLiteral& literal : FindTextsOutside()) {
+    for (const SourceLiteral& literal : TextsOutside()) {
         const bool isMeant =
             std::any_of(std::begin(Exceptions), std::end(Exceptions),
                         [&](const Exception& exception) { return IsMeant(exception, literal); });
@@ -90,7 +103,7 @@ TEST(TextRules, TextsForPeopleStandInTheStringTable)
 
 TEST(TextRules, EveryExceptionIsNeeded)
 {
-    const auto found = FindTextsOutside();
+    const auto& found = TextsOutside();
     for (const Exception& exception : Exceptions) {
         EXPECT_TRUE(std::any_of(found.begin(), found.end(),
                                 [&](const SourceLiteral& literal) { return IsMeant(exception, literal); }))
@@ -100,13 +113,16 @@ TEST(TextRules, EveryExceptionIsNeeded)
 
 TEST(TextRules, EveryTextIsUsed)
 {
-    QString sources;
-    for (const QString& file : FindFiles(QString(), {QStringLiteral("*.h"), QStringLiteral("*.cpp")})) {
-        sources += ReadText(Root + file);
+    static const QRegularExpression use(QStringLiteral("\\bStringId::(\\w+)"));
+    std::set<QString> used;
+    for (const QString& file : FindSources()) {
+        auto uses = use.globalMatch(ReadText(Root + file));
+        while (uses.hasNext()) {
+            used.insert(uses.next().captured(1));
+        }
     }
     for (const TextRow& row : GetTextRows()) {
-        const QRegularExpression use(QStringLiteral("StringId::%1\\b").arg(QLatin1String(row.name)));
-        EXPECT_TRUE(use.match(sources).hasMatch()) << row.name;
+        EXPECT_TRUE(used.contains(QString::fromLatin1(row.name))) << row.name;
     }
 }
 
