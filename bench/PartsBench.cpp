@@ -96,8 +96,8 @@ void GeneratePage(benchmark::State& state)
     CNobody nobody;
     CStopSignal stop;
     CImageProduction production(nobody, stop);
-    CContentGeneratorFolder generator(
-        {.targetFolder = TheProject().Path("site"), .precise = false, .bannerServer = {}}, production);
+    CContentGeneratorFolder generator({.targetFolder = TheProject().Path("site"), .bannerServer = {}},
+                                      production);
     CGalleryIterator iterator;
     iterator.Init(*TheProject().Get().GetRootGallery());
     for (auto _ : state) {

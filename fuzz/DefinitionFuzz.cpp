@@ -1,7 +1,6 @@
 #include "Check.h"
 #include "Workshop.h"
-#include "document/catalogue/GalleryStyle.h"
-#include "document/catalogue/GalleryTemplate.h"
+#include "document/catalogue/Definitions.h"
 
 namespace {
 

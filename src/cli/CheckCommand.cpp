@@ -10,7 +10,7 @@
 #include "cli/CommandLine.h"
 #include "common/Exceptions.h"
 #include "common/xmldomutils.h"
-#include "document/catalogue/GalleryTemplate.h"
+#include "document/catalogue/Definitions.h"
 #include "template/contracts/ContentGeneratorStringConverter.h"
 #include "template/contracts/TemplateObserver.h"
 #include "template/parser/ErrorPage.h"

@@ -9,11 +9,10 @@
 
 #include "cli/CommandLine.h"
 #include "cli/ProjectSession.h"
-#include "document/catalogue/GalleryStyle.h"
-#include "document/catalogue/GalleryTemplate.h"
+#include "document/catalogue/Definitions.h"
 #include "document/clusters/PictureClusters.h"
 #include "document/galleries/Gallery.h"
-#include "document/pictures/GalleryPictureInfo.h"
+#include "document/pictures/PictureInfo.h"
 
 namespace {
 

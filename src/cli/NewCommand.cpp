@@ -11,8 +11,7 @@
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
 #include "common/Text.h"
-#include "document/catalogue/GalleryStyle.h"
-#include "document/catalogue/GalleryTemplate.h"
+#include "document/catalogue/Definitions.h"
 #include "document/galleries/Gallery.h"
 #include "document/pictures/PictureFiles.h"
 

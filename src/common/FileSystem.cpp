@@ -238,6 +238,12 @@ QString ExtractFolder(const QString& path)
     return path.left(LastSeparator(path) + 1);
 }
 
+DottedName CutAtFirstDot(const QString& name)
+{
+    const qsizetype dot = name.indexOf(QLatin1Char('.'));
+    return dot < 0 ? DottedName{name, QString()} : DottedName{name.left(dot), name.mid(dot)};
+}
+
 QString WithTrailingSeparator(const QString& folder)
 {
     return !folder.isEmpty() && IsSeparator(folder.back()) ? folder : folder + QDir::separator();

@@ -14,6 +14,14 @@ QString ExtractLastName(const QString& path);
 // The text up to and including the last separator; empty if there is none.
 QString ExtractFolder(const QString& path);
 
+// The name of a page or a project, cut at its first dot: "index.old.html" gives "index" and ".old.html".
+// Without a dot everything is the stem and the rest is null.
+struct DottedName {
+    QString stem;
+    QString rest; // with its dot
+};
+DottedName CutAtFirstDot(const QString& name);
+
 // folder + one separator + name. Keeps a separator that folder already ends in.
 QString JoinPath(const QString& folder, const QString& name);
 

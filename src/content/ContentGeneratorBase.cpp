@@ -103,7 +103,7 @@ std::string CContentGeneratorBase::TextSpanText(const TextSpanAttributes& span, 
         return span.defaultText;
     }
     if (ConsistsOfBlanks(text)) {
-        // Without the semicolon: published pages have always had it so, and browsers read it.
+        // Odd on purpose: without the semicolon. Browsers read it, and the published bytes must not move.
         return Narrow(QStringLiteral("&nbsp").repeated(text.size()));
     }
     return Narrow(text);
@@ -216,12 +216,12 @@ QSize CContentGeneratorBase::StoreSourceSize(CImageIterator& iterator, const QSt
     return size;
 }
 
-bool CContentGeneratorBase::IsImageOverwriteForced()
+bool CContentGeneratorBase::IsImageOverwriteForced() const
 {
     return false;
 }
 
-QString CContentGeneratorBase::GetImageFolder(const QString& sourcePath)
+QString CContentGeneratorBase::GetImageFolder(const QString& sourcePath) const
 {
     QString folder = FindTemporaryFolder();
     QString sourceFolder = ExtractFolder(sourcePath);
@@ -234,7 +234,7 @@ QString CContentGeneratorBase::GetImageFolder(const QString& sourcePath)
     return folder;
 }
 
-QString CContentGeneratorBase::GetImageUrl(const QString& filePath)
+QString CContentGeneratorBase::GetImageUrl(const QString& filePath) const
 {
     return filePath;
 }

@@ -23,7 +23,7 @@ public:
                                std::ostream& out) override;
     void GenerateAdvertisement(CImageIterator& iterator, const std::string& name, std::ostream& out) override;
 
-    // Names the file of a picture behind a chain of effects and has it made if it is missing or if the
+    // Names the file that a chain of effects makes of a picture and has it made if it is missing or if the
     // setting forces it. Returns what a page writes in "src". Throws CExceptionBase if the image work fails.
     QString GetImageName(const QString& sourcePath, std::shared_ptr<const CImageEffect> effect);
 
@@ -35,13 +35,12 @@ protected:
     virtual void WriteAdvertisementBody(const QString& text, std::ostream& out) = 0;
     // Writes a script expression for the address of the page.
     virtual void WriteCurrentUrl(CImageIterator& iterator, std::ostream& out) = 0;
-    virtual bool IsImageOverwriteForced();
+    virtual bool IsImageOverwriteForced() const;
     // The folder for the image of this source, with a trailing separator. Here: a folder of the views, below
-    // the user's temporary folder, named after the source's folder. Two folders of the same last name share
-    // one.
-    virtual QString GetImageFolder(const QString& sourcePath);
+    // the user's temporary folder, named after the source's folder. Folders of the same last name share one.
+    virtual QString GetImageFolder(const QString& sourcePath) const;
     // What a page writes for a file. Here: the path itself.
-    virtual QString GetImageUrl(const QString& filePath);
+    virtual QString GetImageUrl(const QString& filePath) const;
     virtual void BeforePicture(std::ostream& out, const std::string& id);
     virtual void WritePictureAttributes(std::ostream& out, const std::string& id);
     // spanId: object and variable of the span's property, joined by "_".

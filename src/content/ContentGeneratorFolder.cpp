@@ -5,7 +5,7 @@
 #include "content/ImageProduction.h"
 
 CContentGeneratorFolder::CContentGeneratorFolder(const Options& options, CImageProduction& production)
-    : precise(options.precise), bannerServer(Narrow(options.bannerServer)), production(production)
+    : bannerServer(Narrow(options.bannerServer)), production(production)
 {
     SetOutputFolder(options.targetFolder);
 }
@@ -33,17 +33,17 @@ void CContentGeneratorFolder::WriteCurrentUrl(CImageIterator&, std::ostream& out
     out << " new String( document.location )";
 }
 
-bool CContentGeneratorFolder::IsImageOverwriteForced()
+bool CContentGeneratorFolder::IsImageOverwriteForced() const
 {
     return true;
 }
 
-QString CContentGeneratorFolder::GetImageFolder(const QString&)
+QString CContentGeneratorFolder::GetImageFolder(const QString&) const
 {
     return WithTrailingSeparator(JoinPath(folder, QStringLiteral("pictures")));
 }
 
-QString CContentGeneratorFolder::GetImageUrl(const QString& filePath)
+QString CContentGeneratorFolder::GetImageUrl(const QString& filePath) const
 {
     return QStringLiteral("pictures/") + ExtractLastName(filePath);
 }

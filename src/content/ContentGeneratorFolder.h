@@ -10,7 +10,6 @@ class CContentGeneratorFolder final : public CContentGeneratorBase {
 public:
     struct Options {
         QString targetFolder;
-        bool precise = false; // the project's choice; images are overwritten in either case
         QString bannerServer; // address of the frame that a banner shows
     };
 
@@ -25,15 +24,13 @@ public:
 protected:
     void WriteAdvertisementBody(const QString& text, std::ostream& out) override;
     void WriteCurrentUrl(CImageIterator& iterator, std::ostream& out) override;
-    bool IsImageOverwriteForced() override;
-    QString GetImageFolder(const QString& sourcePath) override;
-    QString GetImageUrl(const QString& filePath) override;
+    bool IsImageOverwriteForced() const override;
+    QString GetImageFolder(const QString& sourcePath) const override;
+    QString GetImageUrl(const QString& filePath) const override;
     void ProduceImage(const ImageRequest& request) override;
 
 private:
     QString folder;
-    // Odd but settled: stored, and nothing reads it. Fast and precise deployments write the same files.
-    [[maybe_unused]] const bool precise;
     const std::string bannerServer;
     CImageProduction& production;
 };

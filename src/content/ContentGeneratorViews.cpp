@@ -4,7 +4,7 @@
 #include "common/FileSystem.h"
 #include "common/Text.h"
 #include "common/Trace.h"
-#include "content/PictureMenu.h"
+#include "content/PictureMenuCommandGenerator.h"
 #include "template/contracts/ImageIterator.h"
 
 namespace {
@@ -30,6 +30,51 @@ std::string ScriptString(const QString& text)
     return result + '"';
 }
 
+const std::vector<CPictureMenu::Row>& PictureRows()
+{
+    static const std::vector<CPictureMenu::Row> rows = {
+        {278, 295, StringId::MoveUp},
+        {281, 288, StringId::MoveDown},
+        {280, 287, StringId::Delete},
+        {285, 292, StringId::RotateClockwise},
+        {286, 293, StringId::RotateCounterClockwise},
+    };
+    return rows;
+}
+
+const std::vector<CPictureMenu::Row>& TextSpanRows()
+{
+    static const std::vector<CPictureMenu::Row> rows = {{277, 294, StringId::EditText}};
+    return rows;
+}
+
+const std::vector<CPictureMenu::Row>& ReferenceRows()
+{
+    static const std::vector<CPictureMenu::Row> rows = {{284, 291, StringId::EditReference}};
+    return rows;
+}
+
+const std::vector<CPictureMenu::Row>& FolderRows()
+{
+    static const std::vector<CPictureMenu::Row> rows = {
+        {282, 289, StringId::AddPicture},
+        {283, 290, StringId::AddAllPictures},
+    };
+    return rows;
+}
+
+// textProperty: of what the reference shows.
+template <class ReferenceAttributes>
+CPreviewCommandGenerator ReferenceCommands(const ReferenceAttributes& reference,
+                                           const std::string& textProperty)
+{
+    CPreviewCommandGenerator commands;
+    commands.argument1 = &reference.name;
+    commands.argument2 = &reference.hrefProperty;
+    commands.argument3 = &textProperty;
+    return commands;
+}
+
 } // namespace
 
 void CContentGeneratorViews::GeneratePageHeader(CImageIterator& iterator, std::ostream& out)
@@ -47,7 +92,7 @@ void CContentGeneratorViews::WriteCurrentUrl(CImageIterator& iterator, std::ostr
     out << ScriptString(iterator.GetGalleryFileStem());
 }
 
-QString CContentGeneratorViews::GetImageUrl(const QString& filePath)
+QString CContentGeneratorViews::GetImageUrl(const QString& filePath) const
 {
     return AddressOfFile(filePath);
 }
@@ -69,4 +114,84 @@ void CContentGeneratorViews::ProduceImage(const ImageRequest& request)
     } catch (const CExceptionBase& failure) {
         Trace(failure.GetCaption() + QLatin1Char(' ') + failure.GetDescription());
     }
+}
+
+CContentGeneratorPreview::CContentGeneratorPreview(const QString& temporaryFolder)
+    : pictureMenu(temporaryFolder, PictureRows()),
+      imageReferenceMenu(temporaryFolder, ReferenceRows()),
+      textSpanMenu(temporaryFolder, TextSpanRows()),
+      textReferenceMenu(temporaryFolder, ReferenceRows())
+{}
+
+void CContentGeneratorPreview::WritePictureMenu(std::ostream& out, const std::string& id)
+{
+    pictureMenu.WriteMenuImages(out, id, CPreviewCommandGenerator());
+}
+
+void CContentGeneratorPreview::BeforeTextSpan(std::ostream& out, const std::string& spanId,
+                                              const TextSpanAttributes& span)
+{
+    CPreviewCommandGenerator commands;
+    commands.argument1 = &span.name;
+    commands.argument2 = &span.property;
+    commands.multiline = span.multiline;
+    textSpanMenu.WriteMenuImages(out, spanId, commands);
+}
+
+void CContentGeneratorPreview::WriteTextSpanAttributes(std::ostream& out, const std::string& spanId)
+{
+    CPictureMenu::WriteMenuAttributes(out, spanId);
+}
+
+void CContentGeneratorPreview::BeforeImageReference(std::ostream& out,
+                                                    const ImageReferenceAttributes& reference)
+{
+    imageReferenceMenu.WriteMenuImages(out, reference.id,
+                                       ReferenceCommands(reference, reference.altProperty));
+}
+
+void CContentGeneratorPreview::WriteImageReferenceAttributes(std::ostream& out, const std::string& id)
+{
+    CPictureMenu::WriteMenuAttributes(out, id);
+}
+
+void CContentGeneratorPreview::BeforeTextReference(std::ostream& out,
+                                                   const TextReferenceAttributes& reference)
+{
+    textReferenceMenu.WriteMenuImages(out, reference.id, ReferenceCommands(reference, reference.text));
+}
+
+void CContentGeneratorPreview::WriteTextReferenceAttributes(std::ostream& out, const std::string& id)
+{
+    CPictureMenu::WriteMenuAttributes(out, id);
+}
+
+CContentGeneratorFolderView::CContentGeneratorFolderView(const QString& temporaryFolder)
+    : pictureMenu(temporaryFolder, FolderRows())
+{}
+
+void CContentGeneratorFolderView::GeneratePicture(CImageIterator& iterator, const PictureAttributes& picture,
+                                                  std::ostream& out)
+{
+    const std::string& id = picture.id;
+    QString path;
+    iterator.GetPicturePath(path);
+    out << "<tr id=\"" << id << "_row\"><td colspan=2>";
+    BeforePicture(out, id);
+    if (!picture.href.empty()) {
+        // Odd on purpose: the quote at the end of the tag is doubled. Browsers read over it.
+        out << "<a  onclick=\"hideObject(" << id << "_row);\" href=\"" << picture.href << "\" id=\"" << id
+            << "_href\"\">";
+    }
+    out << "<img id=\"" << id << "\" src=\"" << Narrow(GetImageUrl(path)) << '"';
+    if (picture.alt) {
+        out << " alt=\"" << *picture.alt << '"';
+    }
+    WritePictureAttributes(out, id);
+    out << "/>" << (picture.href.empty() ? "" : "</a>") << "</td></tr>";
+}
+
+void CContentGeneratorFolderView::WritePictureMenu(std::ostream& out, const std::string& id)
+{
+    pictureMenu.WriteMenuImages(out, id, CFolderViewCommandGenerator());
 }

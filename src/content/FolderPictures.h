@@ -7,7 +7,7 @@
 #include <QString>
 #include <QStringList>
 
-#include "document/pictures/FilePictureInfo.h"
+#include "document/pictures/PictureInfo.h"
 
 // The pictures of a folder, with a thumbnail of each: a card of one size with the date of the file on it.
 // Cards are kept from run to run in the user's own folder for temporary files. A card's name tells the state

@@ -2,11 +2,9 @@
 
 #include "common/FileSystem.h"
 #include "common/StopSignal.h"
-#include "content/GalleryTemplatesProcessor.h"
-#include "document/catalogue/GalleryTemplate.h"
+#include "document/content/PageName.h"
 #include "document/galleries/Gallery.h"
 #include "document/galleries/GalleryIterator.h"
-#include "document/galleries/PageName.h"
 #include "document/project/GalleryProject.h"
 #include "template/sections/CompoundTemplateSection.h"
 

@@ -4,16 +4,29 @@
 
 #include <QString>
 
+class CCompoundTemplateSection;
 class CContentGenerator;
 class CGallery;
 class CGalleryProject;
 struct CGalleryTemplatePage;
-class CGalleryTemplatesProcessor;
+class CImageIterator;
 class CStopSignal;
 
+// What happens at each page of a walk through a gallery tree.
+class CGalleryTemplatesProcessor {
+public:
+    virtual ~CGalleryTemplatesProcessor() = default;
+
+    // tree: the bound sections of one layout page; iterator: on the gallery. False stops the walk.
+    virtual bool ProcessPage(CCompoundTemplateSection& tree, CImageIterator& iterator, bool multipage) = 0;
+    // Once for each gallery, before its pages. subFolder: empty for the root, else a separator and the
+    // gallery's index; every gallery lies directly below the target, whatever its depth in the tree.
+    virtual void ProcessGallery(const QString& subFolder, const CGallery& gallery) = 0;
+};
+
 // Walks a gallery tree depth first: a gallery's pages in the order of its layout, then its children by
-// ascending index. Each gallery's current page is set while its pages are in work and is set back on every
-// road.
+// ascending index. Each gallery's current page is set while its pages are in work and is set back in the end,
+// whatever happens.
 class CGalleryWalk {
 public:
     // All are borrowed and outlive the walk.

@@ -7,7 +7,6 @@
 #include "content/ContentGeneratorFolder.h"
 #include "content/GalleryWalk.h"
 #include "content/ImageProduction.h"
-#include "content/PagesCounter.h"
 #include "content/PagesGenerator.h"
 #include "document/project/GalleryProject.h"
 
@@ -54,10 +53,8 @@ GenerationResult GeneratePages(CGalleryProject& project, const GenerationTarget&
     }
     CPageTally tally(progress);
     CImageProduction production(tally, runStop, target.record);
-    CContentGeneratorFolder generator({.targetFolder = target.folder,
-                                       .precise = project.GetDeploySettings().redeploy_mode == 1,
-                                       .bannerServer = project.GetBannerServer()},
-                                      production);
+    CContentGeneratorFolder generator(
+        {.targetFolder = target.folder, .bannerServer = project.GetBannerServer()}, production);
     CGalleryWalk walk(project, generator, runStop);
 
     int32_t total = 0;

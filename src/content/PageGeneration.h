@@ -9,8 +9,8 @@ class CDeploymentRecord;
 class CGalleryProject;
 class CStopSignal;
 
-// Receives the progress of a run. Called on the generation thread and on the image workers, one call at a
-// time.
+// Receives the progress of a run, one call at a time. Called on the thread of the generation and on
+// those of the images.
 class CGenerationProgress {
 public:
     virtual ~CGenerationProgress() = default;

@@ -12,7 +12,15 @@
 #include "template/contracts/ImageIterator.h"
 #include "template/sections/CompoundTemplateSection.h"
 
-void CPagesGenerator::ProcessGallery(const QString& galleryFolder, CGallery& gallery)
+bool CPagesCounter::ProcessPage(CCompoundTemplateSection&, CImageIterator& iterator, bool multipage)
+{
+    count += multipage ? iterator.GetPageCount() : 1;
+    return true;
+}
+
+void CPagesCounter::ProcessGallery(const QString&, const CGallery&) {}
+
+void CPagesGenerator::ProcessGallery(const QString& galleryFolder, const CGallery& gallery)
 {
     run.production.StartAsked();
     for (const QString& directory : gallery.GetStyleDirectories()) {

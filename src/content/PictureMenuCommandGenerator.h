@@ -5,7 +5,7 @@
 
 #include <QString>
 
-// Writes the script expression of a button: the call of window.external behind its point. The commands are
+// Writes the script expression of a button: the call of window.external, after its point. The commands are
 // the numbers of the buttons. Stateless or a record of arguments; lives on the stack of one element.
 class CPictureMenuCommandGenerator {
 public:

@@ -6,7 +6,6 @@
 
 #include "common/StopSignal.h"
 #include "content/PageGeneration.h"
-#include "deploy/DeployError.h"
 #include "deploy/DeployMessages.h"
 #include "deploy/FTPUploadItemsFiller.h"
 #include "document/project/DeploySettings.h"

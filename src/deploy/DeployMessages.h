@@ -3,9 +3,18 @@
 #include <cstdint>
 #include <variant>
 
+#include <QString>
+
 #include "common/MessageTarget.h"
 
-// What a deployment tells the page or program that started it. The numbers are those of the settled messages.
+// The three texts of a failed deployment.
+struct DeployError {
+    QString description;
+    QString reason;
+    QString solution;
+};
+
+// What a deployment tells the page or program that started it.
 
 // One more page was generated.
 struct DEPLOY_PROGRESS {

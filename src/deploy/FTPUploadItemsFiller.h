@@ -7,8 +7,7 @@
 
 class CStopSignal;
 
-// Walks a generated site into an upload map. An empty directory has no item, so it does not come to be on the
-// server.
+// Walks a generated site into an upload map. An empty directory has no item and is not made there.
 class CFTPUploadItemsFiller final : public CDirectoryProcessor {
 public:
     // map and stop are borrowed. rootLength: how many characters to cut from the head of a full path to get

@@ -40,8 +40,8 @@ void CSiteUpload::OnMessage(const FTPMessage& message)
 }
 
 // A server makes one level at a time, so a refusal may mean that the level above is missing. Beyond that
-// nobody looks at what comes of it: the directory may well exist, and if it can't be entered, the upload says
-// so.
+// nobody looks at what comes of it: the directory may well exist, and the upload tells if it can't be
+// entered.
 void CSiteUpload::OnCreated(const CTaskResult& created)
 {
     if (cancelled) {

@@ -6,7 +6,7 @@
 
 #include <QStringList>
 
-#include "deploy/DeployError.h"
+#include "deploy/DeployMessages.h"
 #include "ftpengine/FTPEngine.h"
 
 // The second half of a deployment to a server: makes the target directory, then sends the files that a job
@@ -20,8 +20,7 @@ public:
 
     // Returns at once.
     void Start(const FTPUploadMap& items, const CFTPEngine::Target& target);
-    // Nothing new is begun from now on; a file in progress is sent to its end. IsFinished tells the end as
-    // usual.
+    // Nothing new is begun from now on; a file in progress is sent to its end. IsFinished tells the end.
     void Cancel();
 
     void OnMessage(const FTPMessage& message);

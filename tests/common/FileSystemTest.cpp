@@ -69,6 +69,25 @@ TEST(FileSystem, PathsAreCutAtEitherSeparator)
     }
 }
 
+TEST(FileSystem, ANameIsCutAtItsFirstDot)
+{
+    const struct {
+        const char* name;
+        const char* stem;
+        const char* rest;
+    } rows[] = {
+        {"index.html", "index", ".html"}, {"index.old.html", "index", ".old.html"},
+        {".html", "", ".html"},           {"index.", "index", "."},
+        {"index", "index", ""},           {"", "", ""},
+    };
+    for (const auto& row : rows) {
+        const DottedName cut = CutAtFirstDot(QString::fromLatin1(row.name));
+        EXPECT_EQ(cut.stem, QString::fromLatin1(row.stem)) << row.name;
+        EXPECT_EQ(cut.rest, QString::fromLatin1(row.rest)) << row.name;
+    }
+    EXPECT_TRUE(CutAtFirstDot(QStringLiteral("index")).rest.isNull());
+}
+
 TEST(FileSystem, JoiningPutsExactlyOneSeparator)
 {
     EXPECT_EQ(JoinPath(QStringLiteral("/a"), QStringLiteral("b")), QStringLiteral("/a/b"));

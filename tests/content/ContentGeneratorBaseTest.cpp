@@ -271,26 +271,11 @@ TEST_F(ContentGeneratorBase, TheHooksStandBeforeEachElementAndInItsTag)
               "{before gallery_t Title}<span id=\"gallery_t\"{in gallery_t}>x</span>");
 
     std::ostringstream image;
-    generator.GenerateImageReference(Iterator(),
-                                     {.id = "i",
-                                      .name = "n",
-                                      .src = "s",
-                                      .hrefProperty = "gallery.h",
-                                      .defaultHref = "d",
-                                      .altProperty = "gallery.a",
-                                      .defaultAlt = "e"},
-                                     image);
+    generator.GenerateImageReference(Iterator(), SampleImageReference(), image);
     EXPECT_EQ(image.str(), "{before i n}<a href=\"d\"><img src=\"s\" alt=\"e\" {in i}/></a>");
 
     std::ostringstream text;
-    generator.GenerateTextReference(Iterator(),
-                                    {.id = "i",
-                                     .name = "n",
-                                     .hrefProperty = "gallery.h",
-                                     .defaultHref = "d",
-                                     .text = "gallery.t",
-                                     .defaultText = "e"},
-                                    text);
+    generator.GenerateTextReference(Iterator(), SampleTextReference(), text);
     EXPECT_EQ(text.str(), "{before i n}<a href=\"d\" {in i} >e</a>");
 }
 

@@ -23,7 +23,6 @@ protected:
     ContentGeneratorFolder()
         : production(listener, stop),
           generator({.targetFolder = fixture.scratch.Path(QStringLiteral("site")),
-                     .precise = false,
                      .bannerServer = QStringLiteral("http://banner.example/?a=1")},
                     production)
     {

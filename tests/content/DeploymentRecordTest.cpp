@@ -1,8 +1,8 @@
 #include "content/DeploymentRecord.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 
+#include <QDataStream>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -117,16 +117,6 @@ protected:
         return count;
     }
 
-    // Does it to the file, and sets the times back to what they were.
-    void KeepingTimes(const QString& path, const std::function<void()>& change)
-    {
-        struct stat before {};
-        ASSERT_EQ(::stat(QFile::encodeName(path).constData(), &before), 0);
-        change();
-        const timespec times[] = {before.st_atim, before.st_mtim};
-        ASSERT_EQ(::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, 0), 0);
-    }
-
     QString Path(const char* name) const { return fixture.scratch.Path(QLatin1String(name)); }
 
     std::unique_ptr<CTempFolder> runFolder;
@@ -180,7 +170,7 @@ TEST_F(DeploymentRecord, AChangedPhotographOfTheSameSizeAndTimeIsMadeAnew)
     const QString path = Path("photos/two.jpg");
     const QByteArray old = fixture.scratch.Read(QStringLiteral("photos/two.jpg"));
     KeepingTimes(path, [&] {
-        // Padded to the size of the old one behind the picture's end.
+        // Padded to the size of the old one after the picture's end.
         QByteArray other = fixture.scratch.Read(
             QStringLiteral("photos/") + fixture.WritePicture(QStringLiteral("x.jpg"), QSize(40, 30), 0x991122)
                                             .section(QLatin1Char('/'), -1));
@@ -410,4 +400,64 @@ TEST_F(DeploymentRecord, TheRecordIsForItsOwnerAlone)
     struct stat status {};
     ASSERT_EQ(::stat(QFile::encodeName(Path("records")).constData(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777, 0700u);
+}
+
+// Field by field as docs/formats.md tells it.
+TEST_F(DeploymentRecord, IsWrittenAsThePageOfFormatsTells)
+{
+    const QString source = Path("source");
+    const QString image = fixture.scratch.Write(QStringLiteral("site/a.jpg"), "image");
+    const QString file = fixture.scratch.Write(QStringLiteral("site/b.html"), "page");
+    const CDeploymentRecord::Origin origin = {.sourcePath = source,
+                                              .source = {.size = 1, .modified = 2, .changed = 3, .sample = 4},
+                                              .key = QStringLiteral("chain")};
+    CDeploymentRecord record(Path("record"), Path("site"), std::chrono::milliseconds(0));
+    record.NoteImage(image, {origin, false});
+    record.NoteFile(file);
+    record.Save();
+
+    const QByteArray bytes = fixture.scratch.Read(QStringLiteral("record"));
+    QDataStream stream(bytes);
+    stream.setVersion(QDataStream::Qt_6_4);
+    const auto read32 = [&] {
+        quint32 number = 0;
+        stream >> number;
+        return number;
+    };
+    const auto read64 = [&] {
+        quint64 number = 0;
+        stream >> number;
+        return number;
+    };
+    const auto readText = [&] {
+        QString text;
+        stream >> text;
+        return text;
+    };
+    const auto readFlag = [&] {
+        quint8 flag = 9;
+        stream >> flag;
+        return int{flag};
+    };
+    EXPECT_EQ(read32(), 0x56445231u);
+    EXPECT_EQ(read32(), 1u);
+    EXPECT_EQ(readText(), Path("site/"));
+    ASSERT_EQ(read32(), 2u);
+    for (const QString& path : {image, file}) {
+        const auto stamp = FileStamp::Of(path);
+        EXPECT_EQ(readText(), ExtractLastName(path));
+        EXPECT_EQ(read64(), static_cast<quint64>(stamp->size));
+        EXPECT_EQ(read64(), static_cast<quint64>(stamp->modified));
+        EXPECT_EQ(readFlag(), path == image ? 1 : 0);
+        if (path == image) {
+            EXPECT_EQ(readText(), source);
+            for (const quint64 expected : {1u, 2u, 3u, 4u}) {
+                EXPECT_EQ(read64(), expected);
+            }
+            EXPECT_EQ(readText(), QStringLiteral("chain"));
+            EXPECT_EQ(readFlag(), 0);
+        }
+    }
+    EXPECT_TRUE(stream.atEnd());
+    EXPECT_EQ(stream.status(), QDataStream::Ok);
 }

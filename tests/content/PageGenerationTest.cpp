@@ -10,7 +10,6 @@
 #include "common/FileSystem.h"
 #include "common/StopSignal.h"
 #include "content/ContentGeneratorFolder.h"
-#include "content/GalleryTemplatesProcessor.h"
 #include "content/GalleryWalk.h"
 #include "content/ImageProduction.h"
 #include "content/PagesGenerator.h"
@@ -119,7 +118,7 @@ public:
         calls += iterator.GetPageFileName(0) + (multipage ? QStringLiteral("*") : QString());
         return calls.size() != stopAt;
     }
-    void ProcessGallery(const QString& subFolder, CGallery&) override
+    void ProcessGallery(const QString& subFolder, const CGallery&) override
     {
         calls += QStringLiteral("[%1]").arg(subFolder);
     }
@@ -196,7 +195,7 @@ TEST_F(PageGeneration, EveryGalleryLiesDirectlyBelowTheTarget)
     expected += QStringLiteral("%1/pictures/12020.png").arg(grandchild);
     // A child is shown in its parent by its cover.
     const auto pageImageOfCover = [&](int32_t index) {
-        QString name = ExtractLastName(project.FindGallery(index)->GetCoverName());
+        QString name = ExtractLastName(project.FindGallery(index)->GetCover().GetName());
         return QStringLiteral("pictures/") +
                name.insert(name.lastIndexOf(QLatin1Char('.')), QStringLiteral("2020"));
     };
@@ -357,7 +356,7 @@ TEST_F(PageGeneration, ACancelWhileStylesAreCopiedLeavesTheGalleryWithoutPages)
     WriteLayout("<page file=\"index.html\"/>", {{QStringLiteral("index.html"), 0}});
     CGalleryProject& project = fixture.NewProject();
     project.AddChildGallery(project.GetRootGalleryIndex());
-    // The root's only page is done before the child's styles are copied; the signal is then seen behind the
+    // The root's only page is done before the child's styles are copied; the signal is then seen after the
     // first of them.
     cancelAt = 1;
     EXPECT_EQ(Generate().pages, 1);
@@ -365,7 +364,7 @@ TEST_F(PageGeneration, ACancelWhileStylesAreCopiedLeavesTheGalleryWithoutPages)
     EXPECT_FALSE(FolderExists(fixture.scratch.Path(QStringLiteral("site/1/pictures"))));
 }
 
-TEST_F(PageGeneration, ACancelInAMultipageSetEndsItBehindThePageInProgress)
+TEST_F(PageGeneration, ACancelInAMultipageSetEndsItAfterThePageInProgress)
 {
     WriteLayout("<page file=\"p.html\" multipage=\"1\"/>", {{QStringLiteral("p.html"), 1}});
     fixture.NewProject();
@@ -374,8 +373,7 @@ TEST_F(PageGeneration, ACancelInAMultipageSetEndsItBehindThePageInProgress)
     const QString site = fixture.scratch.Path(QStringLiteral("site"));
     CNoListener listener;
     CImageProduction production(listener, stop);
-    CContentGeneratorFolder generator({.targetFolder = site, .precise = false, .bannerServer = QString()},
-                                      production);
+    CContentGeneratorFolder generator({.targetFolder = site, .bannerServer = QString()}, production);
     CPagesGenerator writer({site, generator, production, stop, nullptr});
     CStoppingPage page(stop);
     CGalleryIterator iterator;

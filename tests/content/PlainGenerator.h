@@ -15,7 +15,7 @@ public:
 
     using CContentGeneratorBase::GetImageUrl;
     using CContentGeneratorBase::WriteResourceScript;
-    QString GetImageFolder(const QString& sourcePath) override
+    QString GetImageFolder(const QString& sourcePath) const override
     {
         return imageFolder.isEmpty() ? CContentGeneratorBase::GetImageFolder(sourcePath) : imageFolder;
     }
@@ -74,3 +74,25 @@ private:
         }
     }
 };
+
+// References whose properties have no values in a new gallery.
+inline ImageReferenceAttributes SampleImageReference()
+{
+    return {.id = "i",
+            .name = "n",
+            .src = "s",
+            .hrefProperty = "gallery.h",
+            .defaultHref = "d",
+            .altProperty = "gallery.a",
+            .defaultAlt = "e"};
+}
+
+inline TextReferenceAttributes SampleTextReference()
+{
+    return {.id = "i",
+            .name = "n",
+            .hrefProperty = "gallery.h",
+            .defaultHref = "d",
+            .text = "gallery.t",
+            .defaultText = "e"};
+}

@@ -129,7 +129,7 @@ void ReplaceUnseen(const QString& path, const QString& other)
 {
     struct stat before {};
     ASSERT_EQ(::stat(QFile::encodeName(path).constData(), &before), 0);
-    // Padded behind the picture's end.
+    // Padded after the picture's end.
     const QByteArray bytes = ReadWholeFile(other).leftJustified(before.st_size, '\0');
     ASSERT_EQ(bytes.size(), before.st_size);
     QFile file(path);

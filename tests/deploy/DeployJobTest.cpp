@@ -221,7 +221,7 @@ TEST_F(DeployJob, ATargetThatIsGoneIsNoDanger)
     EXPECT_EQ(job.GetResult().pages, 2);
 }
 
-TEST_F(DeployJob, AJobCanRunAgainBehindAnError)
+TEST_F(DeployJob, AJobCanRunAgainAfterAnError)
 {
     fixture.GetRoot().AddPicture(fixture.scratch.Write(QStringLiteral("photos/bad.jpg"), "text"));
     CDeployJob job(fixture.GetProject());

@@ -94,7 +94,7 @@ QStringList PathsIn(const QString& name)
 TEST(Documents, AreAllThere)
 {
     for (const char* name : {"README.md", "CONTRIBUTING.md", "CHANGELOG.md", "docs/architecture.md",
-                             "docs/guide.md", "docs/layouts.md"}) {
+                             "docs/formats.md", "docs/guide.md", "docs/layouts.md"}) {
         EXPECT_TRUE(Documents().contains(QLatin1String(name))) << name;
     }
 }

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "common/FileSystem.h"
-#include "document/pictures/GalleryPictureInfo.h"
+#include "document/pictures/PictureInfo.h"
 
 namespace {
 
@@ -100,7 +100,7 @@ QString CTestProject::Entries(CGallery& gallery)
 {
     QStringList names;
     for (int32_t position = 0; position < gallery.GetPictures().GetCount(); ++position) {
-        CPictureInfo* const record = gallery.GetPictures().GetAt(position);
+        const CPictureInfo* const record = gallery.GetPictures().GetAt(position);
         if (const auto* child = dynamic_cast<const CGalleryPictureInfo*>(record)) {
             names += QStringLiteral("<%1>").arg(child->GetGalleryIndex());
         } else {
@@ -112,11 +112,10 @@ QString CTestProject::Entries(CGallery& gallery)
 
 QString CTestProject::ValueOf(CGallery& gallery, const QString& object, const QString& name)
 {
-    CVariant value;
-    const bool found = gallery.GetObjectVariable(object, name, value);
-    QString text = Described(value);
+    const std::optional<CVariant> value = gallery.GetObjectVariable(object, name);
+    QString text = Described(value.value_or(CVariant()));
     text.replace(scratch.Path(), QStringLiteral("~/"));
-    return found ? text : QStringLiteral("not found, ") + text;
+    return value ? text : QStringLiteral("not found, ") + text;
 }
 
 QString Described(const CVariant& value)

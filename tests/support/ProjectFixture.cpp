@@ -1,5 +1,9 @@
 #include "support/ProjectFixture.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <QFile>
 #include <gtest/gtest.h>
 
 #include "common/FileSystem.h"
@@ -87,4 +91,13 @@ CGalleryProject& CProjectFixture::OpenProject(const QString& path, const CProjec
 CGallery& CProjectFixture::GetRoot()
 {
     return *project->GetGallery(project->GetRootGalleryIndex());
+}
+
+void KeepingTimes(const QString& path, const std::function<void()>& change)
+{
+    struct stat before {};
+    ASSERT_EQ(::stat(QFile::encodeName(path).constData(), &before), 0);
+    change();
+    const timespec times[] = {before.st_atim, before.st_mtim};
+    ASSERT_EQ(::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, 0), 0);
 }

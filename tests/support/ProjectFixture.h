@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include <QSize>
@@ -41,3 +42,6 @@ public:
 private:
     std::unique_ptr<CGalleryProject> project;
 };
+
+// Does it to the file, and sets its times back to what they were.
+void KeepingTimes(const QString& path, const std::function<void()>& change);

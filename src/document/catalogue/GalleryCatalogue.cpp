@@ -5,7 +5,6 @@
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
 #include "common/Text.h"
-#include "document/catalogue/DefinitionFolder.h"
 
 namespace {
 
@@ -21,7 +20,7 @@ void LoadDefinitions(Map& map, const QString& folder)
 }
 
 template <class Map>
-typename Map::iterator Choose(Map& map, const QString& path)
+typename Map::const_iterator Choose(const Map& map, const QString& path)
 {
     const auto exact = map.find(path);
     if (exact != map.end()) {
@@ -34,37 +33,30 @@ typename Map::iterator Choose(Map& map, const QString& path)
     return moved != map.end() ? moved : map.begin();
 }
 
-QString TemplatesIn(const QString& folder)
-{
-    return JoinPath(folder, QStringLiteral("Templates"));
-}
-
-QString StylesIn(const QString& folder)
-{
-    return JoinPath(folder, QStringLiteral("Styles"));
-}
+const QString TemplatesFolder = QStringLiteral("Templates");
+const QString StylesFolder = QStringLiteral("Styles");
 
 } // namespace
 
 void CGalleryCatalogue::LoadTemplates()
 {
-    LoadDefinitions(templates, TemplatesIn(programFolder));
+    LoadDefinitions(templates, JoinPath(programFolder, TemplatesFolder));
 }
 
 void CGalleryCatalogue::LoadTemplates(const QString& projectPath)
 {
-    LoadDefinitions(templates, TemplatesIn(AbsoluteFolderOf(projectPath)));
+    LoadDefinitions(templates, JoinPath(AbsoluteFolderOf(projectPath), TemplatesFolder));
     LoadTemplates();
 }
 
 void CGalleryCatalogue::LoadStyles()
 {
-    LoadDefinitions(styles, StylesIn(programFolder));
+    LoadDefinitions(styles, JoinPath(programFolder, StylesFolder));
 }
 
 void CGalleryCatalogue::LoadStyles(const QString& projectPath)
 {
-    LoadDefinitions(styles, StylesIn(AbsoluteFolderOf(projectPath)));
+    LoadDefinitions(styles, JoinPath(AbsoluteFolderOf(projectPath), StylesFolder));
     LoadStyles();
 }
 
@@ -74,7 +66,7 @@ void CGalleryCatalogue::Clear()
     styles.clear();
 }
 
-CGalleryTemplate& CGalleryCatalogue::FindTemplate(const QString& key)
+const CGalleryTemplate& CGalleryCatalogue::FindTemplate(const QString& key) const
 {
     const auto exact = templates.find(key);
     if (exact != templates.end()) {
@@ -86,17 +78,17 @@ CGalleryTemplate& CGalleryCatalogue::FindTemplate(const QString& key)
     return templates.begin()->second;
 }
 
-CGalleryCatalogue::Templates::iterator CGalleryCatalogue::ChooseTemplate(const QString& path)
+CGalleryCatalogue::Templates::const_iterator CGalleryCatalogue::ChooseTemplate(const QString& path) const
 {
     return Choose(templates, path);
 }
 
-CGalleryCatalogue::Styles::iterator CGalleryCatalogue::ChooseStyle(const QString& path)
+CGalleryCatalogue::Styles::const_iterator CGalleryCatalogue::ChooseStyle(const QString& path) const
 {
     return Choose(styles, path);
 }
 
-CGalleryCatalogue::Styles::iterator CGalleryCatalogue::ChooseDefaultStyle()
+CGalleryCatalogue::Styles::const_iterator CGalleryCatalogue::ChooseDefaultStyle() const
 {
     const auto marked =
         std::find_if(styles.begin(), styles.end(), [](const auto& entry) { return entry.second.isDefault; });

@@ -4,8 +4,7 @@
 
 #include <QString>
 
-#include "document/catalogue/GalleryStyle.h"
-#include "document/catalogue/GalleryTemplate.h"
+#include "document/catalogue/Definitions.h"
 
 // The layouts and styles that a project can choose from. Keys are lower-cased full paths of definition files,
 // so two files of one name in two folders lie side by side. Owned by the project; its galleries keep
@@ -30,18 +29,18 @@ public:
     // No gallery may hold a position when this is called.
     void Clear();
 
-    Templates& GetTemplates() { return templates; }
-    Styles& GetStyles() { return styles; }
+    const Templates& GetTemplates() const { return templates; }
+    const Styles& GetStyles() const { return styles; }
 
     // The layout of that key, else the first one. Throws CUnexpectedException if there is none at all.
-    CGalleryTemplate& FindTemplate(const QString& key);
+    const CGalleryTemplate& FindTemplate(const QString& key) const;
 
     // By exact key; else the first whose definition has the same file name, without regard to case; else the
     // first. The end only if there are none.
-    Templates::iterator ChooseTemplate(const QString& path);
-    Styles::iterator ChooseStyle(const QString& path);
+    Templates::const_iterator ChooseTemplate(const QString& path) const;
+    Styles::const_iterator ChooseStyle(const QString& path) const;
     // The first style that is marked as default, else the first.
-    Styles::iterator ChooseDefaultStyle();
+    Styles::const_iterator ChooseDefaultStyle() const;
 
 private:
     const QString programFolder;

@@ -26,20 +26,20 @@ bool IsSameMonth(const QDate& day, const QDate& neighbour)
 // The order of the questions counts: each takes for granted that those before it were answered with no.
 LabelKind ChooseKind(const PictureClusterDays& days)
 {
-    const auto& [first, last, lastBefore, firstBehind] = days;
+    const auto& [first, last, lastBefore, firstAfter] = days;
     if (first == last) {
         return LabelKind::Day;
     }
-    if (IsSameMonth(first, lastBefore) || IsSameMonth(last, firstBehind)) {
+    if (IsSameMonth(first, lastBefore) || IsSameMonth(last, firstAfter)) {
         return LabelKind::Days;
     }
     // Odd on purpose: the neighbours' months count without their years, so that a March next to the March of
     // another year is called by its year.
     if (IsSameMonth(first, last) && MonthOf(lastBefore) != first.month() &&
-        MonthOf(firstBehind) != first.month()) {
+        MonthOf(firstAfter) != first.month()) {
         return LabelKind::Month;
     }
-    if (YearOf(lastBefore) == first.year() || YearOf(firstBehind) == last.year()) {
+    if (YearOf(lastBefore) == first.year() || YearOf(firstAfter) == last.year()) {
         return LabelKind::Months;
     }
     return first.year() != last.year() ? LabelKind::Years : LabelKind::Year;

@@ -8,7 +8,7 @@ struct PictureClusterDays {
     QDate first;
     QDate last;
     QDate lastBefore; // the last day of the cluster in front
-    QDate firstBehind;
+    QDate firstAfter;
 };
 
 // As short as it can be without being mistaken for a neighbour: a day, a span of days, a month, a span of

@@ -31,7 +31,7 @@ public:
         return true;
     }
 
-    // Merges what is small with a neighbour of any size. False if a small cluster is left behind the first.
+    // Merges what is small with a neighbour of any size. False if a small cluster is left after the first.
     bool SweepRest()
     {
         bool result = true;
@@ -56,7 +56,7 @@ private:
     bool IsSmall(Position cluster) const { return static_cast<int64_t>(cluster->second.size()) < maxSize; }
     bool IsSimilar(Position current) const { return comparator.AreSimilar(current->first, previous->first); }
 
-    // The cluster behind the merged one. Each picture moves once in a sweep, whatever the sizes.
+    // The cluster after the merged one. Each picture moves once in a sweep, whatever the sizes.
     Position MergeIntoPrevious(Position current)
     {
         previous->second.merge(current->second);
@@ -107,15 +107,30 @@ QDate LastDay(const CPictureList& pictures, const std::set<int32_t>& cluster)
 QString MakeLabel(const CPictureList& pictures, const PictureClusterMap& map,
                   PictureClusterMap::const_iterator cluster)
 {
-    const auto behind = std::next(cluster);
+    const auto after = std::next(cluster);
     return MakePictureClusterLabel(
         {.first = FirstDay(pictures, cluster->second),
          .last = LastDay(pictures, cluster->second),
          .lastBefore = cluster != map.begin() ? LastDay(pictures, std::prev(cluster)->second) : QDate(),
-         .firstBehind = behind != map.end() ? FirstDay(pictures, behind->second) : QDate()});
+         .firstAfter = after != map.end() ? FirstDay(pictures, after->second) : QDate()});
 }
 
 } // namespace
+
+bool CPicturesClusterKeyComparator::AreSimilar(const QDate&, const QDate&) const
+{
+    return true;
+}
+
+bool CPicturesClusterKeyComparatorMY::AreSimilar(const QDate& keyA, const QDate& keyB) const
+{
+    return keyA.year() == keyB.year() && keyA.month() == keyB.month();
+}
+
+bool CPicturesClusterKeyComparatorY::AreSimilar(const QDate& keyA, const QDate& keyB) const
+{
+    return keyA.year() == keyB.year();
+}
 
 bool MergeClusters(PictureClusterMap& map, const CPicturesClusterKeyComparator& comparator, int32_t maxSize,
                    CPictureClustersCanceller& canceller)

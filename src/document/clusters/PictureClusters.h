@@ -9,8 +9,6 @@
 #include <QDate>
 #include <QString>
 
-#include "document/clusters/PicturesClusterKeyComparator.h"
-
 class CPictureList;
 
 // The label for people, and positions in the list of pictures.
@@ -27,6 +25,26 @@ public:
     virtual bool IsCancelled() = 0;
 };
 
+// Says which clusters of pictures may become one, by the day that each is kept under. This one: any two.
+// Without state, so any thread may use it.
+class CPicturesClusterKeyComparator {
+public:
+    virtual ~CPicturesClusterKeyComparator() = default;
+    virtual bool AreSimilar(const QDate& keyA, const QDate& keyB) const;
+};
+
+// Those of one month.
+class CPicturesClusterKeyComparatorMY final : public CPicturesClusterKeyComparator {
+public:
+    bool AreSimilar(const QDate& keyA, const QDate& keyB) const override;
+};
+
+// Those of one year.
+class CPicturesClusterKeyComparatorY final : public CPicturesClusterKeyComparator {
+public:
+    bool AreSimilar(const QDate& keyA, const QDate& keyB) const override;
+};
+
 // Groups pictures by date: by day, and where the days are small by month, by year, or across years. Replaces
 // what is in clusters; in the order of dates, each picture in one of them, child galleries by their earliest
 // picture. A picture without a date belongs to 30 December 1899, one with a date that no calendar has to no
@@ -37,6 +55,6 @@ void BuildPictureClusters(std::vector<PictureCluster>& clusters, const CPictureL
                           int32_t maxSize, CPictureClustersCanceller& canceller);
 
 // One pass: merges small clusters with the one in front of it where the comparator agrees. True if no small
-// cluster is left behind the first one, and when it was cancelled.
+// cluster is left after the first one, and when it was cancelled.
 bool MergeClusters(PictureClusterMap& map, const CPicturesClusterKeyComparator& comparator, int32_t maxSize,
                    CPictureClustersCanceller& canceller);

@@ -10,8 +10,8 @@
 #include "common/FileSystem.h"
 #include "common/TempFolder.h"
 #include "document/cover/CoverCache.h"
-#include "document/galleries/Gallery.h"
-#include "document/pictures/GalleryPictureInfo.h"
+#include "document/pictures/PictureInfo.h"
+#include "document/pictures/PictureList.h"
 
 namespace {
 
@@ -24,19 +24,21 @@ int64_t NextRevision()
 
 } // namespace
 
-CGalleryCover::CGalleryCover(CGallery& gallery) : gallery(gallery), revision(NextRevision()) {}
+CGalleryCover::CGalleryCover(int32_t galleryIndex, CPictureList& pictures, CCoverSite& site)
+    : galleryIndex(galleryIndex), pictures(pictures), site(site), revision(NextRevision()), path(PathOf({}))
+{}
 
 QString CGalleryCover::GetPath()
 {
     if (!isMade) {
-        MakeAll({&gallery});
+        MakeAll({this});
     }
-    return GetName();
+    return path;
 }
 
-CGallery* CGalleryCover::FindUnmade()
+CGalleryCover* CGalleryCover::FindUnmade()
 {
-    const std::vector<std::vector<CGallery*>> waves = WavesOf({&gallery});
+    const std::vector<std::vector<CGalleryCover*>> waves = WavesOf({this});
     return waves.empty() ? nullptr : waves.front().front();
 }
 
@@ -50,7 +52,7 @@ void CGalleryCover::Accept(int64_t recipeRevision, const MadeCover& cover)
 {
     const QByteArray from = QFile::encodeName(cover.file);
     if (isMade || recipeRevision != revision ||
-        std::rename(from.constData(), QFile::encodeName(GetName()).constData()) != 0) {
+        std::rename(from.constData(), QFile::encodeName(path).constData()) != 0) {
         std::remove(from.constData());
         return;
     }
@@ -59,77 +61,65 @@ void CGalleryCover::Accept(int64_t recipeRevision, const MadeCover& cover)
 }
 
 // The threads see a document that nobody changes meanwhile: the caller waits for them.
-void CGalleryCover::MakeAll(const std::vector<CGallery*>& galleries)
+void CGalleryCover::MakeAll(const std::vector<CGalleryCover*>& covers)
 {
-    for (const std::vector<CGallery*>& wave : WavesOf(galleries)) {
-        for (CGallery* next : wave) {
-            next->GetCover().GetName(); // before several threads ask for it
-        }
-        OnAllCores(wave.size(), [&](size_t i) { wave[i]->GetCover().Make(); });
+    for (const std::vector<CGalleryCover*>& wave : WavesOf(covers)) {
+        OnAllCores(wave.size(), [&](size_t i) { wave[i]->Make(); });
     }
 }
 
-// Those that are not made, each once, with the children that they show. The covers of a wave show covers of
+// Those that are not made, each once, with the covers that they show. The covers of a wave show covers of
 // earlier waves only.
-std::vector<std::vector<CGallery*>> CGalleryCover::WavesOf(const std::vector<CGallery*>& galleries)
+std::vector<std::vector<CGalleryCover*>> CGalleryCover::WavesOf(const std::vector<CGalleryCover*>& covers)
 {
-    std::vector<std::vector<CGallery*>> waves;
-    std::map<const CGallery*, size_t> waveOf;
+    std::vector<std::vector<CGalleryCover*>> waves;
+    std::map<const CGalleryCover*, size_t> waveOf;
     // A stack instead of recursion: a hand-made project may be a line of thousands of galleries.
     struct Step {
-        CGallery* gallery;
-        bool hasChildrenDone = false;
+        CGalleryCover* cover;
+        bool areShownDone = false;
     };
     std::vector<Step> open;
-    for (CGallery* gallery : galleries) {
-        open.push_back({gallery});
+    for (CGalleryCover* cover : covers) {
+        open.push_back({cover});
     }
     while (!open.empty()) {
         const Step step = open.back();
-        CGalleryCover& cover = step.gallery->GetCover();
-        if (cover.isMade || waveOf.count(step.gallery) != 0) {
+        if (step.cover->isMade || waveOf.count(step.cover) != 0) {
             open.pop_back();
             continue;
         }
-        if (!step.hasChildrenDone) {
-            open.back().hasChildrenDone = true;
-            for (CGallery* child : cover.GetShownChildren()) {
-                open.push_back({child});
+        if (!step.areShownDone) {
+            open.back().areShownDone = true;
+            for (CGalleryCover* shown : step.cover->GetShownCovers()) {
+                open.push_back({shown});
             }
             continue;
         }
         size_t wave = 0;
-        for (const CGallery* child : cover.GetShownChildren()) {
-            const auto found = waveOf.find(child);
+        for (const CGalleryCover* shown : step.cover->GetShownCovers()) {
+            const auto found = waveOf.find(shown);
             wave = found != waveOf.end() ? std::max(wave, found->second + 1) : wave;
         }
         waves.resize(std::max(waves.size(), wave + 1));
-        waves[wave].push_back(step.gallery);
-        waveOf[step.gallery] = wave;
+        waves[wave].push_back(step.cover);
+        waveOf[step.cover] = wave;
         open.pop_back();
     }
     return waves;
 }
 
-QString CGalleryCover::GetName()
-{
-    if (path.isEmpty()) {
-        path = PathOf({});
-    }
-    return path;
-}
-
 void CGalleryCover::Update(int32_t changedPosition)
 {
-    CGallery* changed = &gallery;
+    CGalleryCover* changed = this;
     while (changed && changedPosition < PictureCount) {
-        const QString oldPath = changed->GetCover().GetName();
-        if (!changed->GetCover().Choose()) {
+        const QString oldPath = changed->path;
+        if (!changed->Choose()) {
             return;
         }
-        CGallery* const parent = changed->GetParent();
+        CGalleryCover* const parent = site.FindParentCover(changed->galleryIndex);
         if (parent) {
-            changedPosition = parent->GetCover().RekeyChild(*changed, oldPath);
+            changedPosition = parent->RekeyChild(changed->galleryIndex, oldPath);
         }
         changed = parent;
     }
@@ -142,7 +132,7 @@ bool CGalleryCover::Choose()
     if (isHeld) {
         return false;
     }
-    shownCount = CountOfCoverPictures(gallery.GetPictures().GetCount());
+    shownCount = CountOfCoverPictures(pictures.GetCount());
     const QString newPath = PathOf(GetShownPictures());
     const bool isNews = isMade || isHandedOut || newPath != path;
     path = newPath;
@@ -155,17 +145,24 @@ bool CGalleryCover::Choose()
 
 void CGalleryCover::OnChildChanged(const QString& oldPath)
 {
-    CPictureList& pictures = gallery.GetPictures();
     if (const CPictureInfo* record = pictures.FindRecord(oldPath)) {
         pictures.Rekey(oldPath);
         Update(PositionOf(record));
     }
 }
 
-int32_t CGalleryCover::RekeyChild(const CGallery& child, const QString& oldPath)
+// Returns where the child stands; PictureCount if it can't show.
+int32_t CGalleryCover::RekeyChild(int32_t childIndex, const QString& oldPath)
 {
-    gallery.GetPictures().Rekey(oldPath);
-    return PositionOf(gallery.FindChildPicture(child.GetIndex()));
+    pictures.Rekey(oldPath);
+    int32_t position = 0;
+    for (; position < PictureCount; ++position) {
+        const auto* child = dynamic_cast<const CGalleryPictureInfo*>(pictures.GetAt(position));
+        if (child && child->GetGalleryIndex() == childIndex) {
+            break;
+        }
+    }
+    return position;
 }
 
 void CGalleryCover::Release()
@@ -178,7 +175,7 @@ void CGalleryCover::Release()
 int32_t CGalleryCover::PositionOf(const CPictureInfo* record) const
 {
     int32_t position = 0;
-    while (position < PictureCount && gallery.GetPictures().GetAt(position) != record) {
+    while (position < PictureCount && pictures.GetAt(position) != record) {
         ++position;
     }
     return position;
@@ -188,14 +185,14 @@ std::vector<CoverPicture> CGalleryCover::GetShownPictures() const
 {
     std::vector<CoverPicture> shown;
     for (int32_t position = 0; position < shownCount; ++position) {
-        CPictureInfo* const record = gallery.GetPictures().GetAt(position);
+        const CPictureInfo* const record = pictures.GetAt(position);
         if (const auto* child = dynamic_cast<const CGalleryPictureInfo*>(record)) {
-            const QString cover = child->GetGallery().GetCoverName();
-            shown.push_back({.path = cover,
-                             .namedBy = ExtractLastName(cover),
+            const CGalleryCover& cover = *site.FindCover(child->GetGalleryIndex());
+            shown.push_back({.path = cover.path,
+                             .namedBy = ExtractLastName(cover.path),
                              .angle = record->GetAngle(),
                              .isCover = true,
-                             .coverKey = child->GetGallery().GetCover().key});
+                             .coverKey = cover.key});
         } else {
             shown.push_back(
                 {.path = record->GetPath(), .namedBy = record->GetPath(), .angle = record->GetAngle()});
@@ -204,21 +201,20 @@ std::vector<CoverPicture> CGalleryCover::GetShownPictures() const
     return shown;
 }
 
-std::vector<CGallery*> CGalleryCover::GetShownChildren() const
+std::vector<CGalleryCover*> CGalleryCover::GetShownCovers() const
 {
-    std::vector<CGallery*> children;
+    std::vector<CGalleryCover*> covers;
     for (int32_t position = 0; position < shownCount; ++position) {
-        const CPictureInfo* const record = gallery.GetPictures().GetAt(position);
-        if (const auto* child = dynamic_cast<const CGalleryPictureInfo*>(record)) {
-            children.push_back(&child->GetGallery());
+        if (const auto* child = dynamic_cast<const CGalleryPictureInfo*>(pictures.GetAt(position))) {
+            covers.push_back(site.FindCover(child->GetGalleryIndex()));
         }
     }
-    return children;
+    return covers;
 }
 
-QString CGalleryCover::PathOf(const std::vector<CoverPicture>& pictures) const
+QString CGalleryCover::PathOf(const std::vector<CoverPicture>& shown) const
 {
-    return gallery.GetManager().GetTempFolder().GetPath() + CoverFileName(gallery.GetIndex(), pictures);
+    return site.GetTempFolder().GetPath() + CoverFileName(galleryIndex, shown);
 }
 
 void CGalleryCover::Make()
@@ -226,6 +222,6 @@ void CGalleryCover::Make()
     if (isMade) {
         return;
     }
-    key = gallery.GetManager().GetCoverCache().MakeCover(GetName(), GetShownPictures());
+    key = site.GetCoverCache().MakeCover(path, GetShownPictures());
     isMade = true;
 }

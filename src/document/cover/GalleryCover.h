@@ -8,8 +8,26 @@
 
 #include "document/cover/CoverComposition.h"
 
-class CGallery;
+class CCoverCache;
+class CGalleryCover;
 class CPictureInfo;
+class CPictureList;
+class CTempFolder;
+
+// The project as the covers of its galleries see it.
+class CCoverSite {
+public:
+    // Null for an index that names no gallery.
+    virtual CGalleryCover* FindCover(int32_t galleryIndex) = 0;
+    // Of the gallery that lists this one; null for the root and for a gallery that no other lists.
+    virtual CGalleryCover* FindParentCover(int32_t galleryIndex) = 0;
+    // Takes the files of covers.
+    virtual const CTempFolder& GetTempFolder() const = 0;
+    virtual CCoverCache& GetCoverCache() = 0;
+
+protected:
+    ~CCoverSite() = default;
+};
 
 // The picture that stands for a gallery in its parent: made from the gallery's first pictures, in the
 // temporary folder of the run. Its name is known at once; its pixels are made when somebody asks for the
@@ -19,20 +37,22 @@ public:
     // As many pictures can show.
     static constexpr int32_t PictureCount = 4;
 
-    explicit CGalleryCover(CGallery& gallery);
+    // pictures: those of the gallery. Both are borrowed.
+    CGalleryCover(int32_t galleryIndex, CPictureList& pictures, CCoverSite& site);
     CGalleryCover(const CGalleryCover&) = delete;
     CGalleryCover& operator=(const CGalleryCover&) = delete;
 
-    // The file, made if need be, together with those that it shows. If none of the pictures can be read, it
-    // holds the picture of an empty gallery under the same name. Throws CExceptionBase if it can't be
-    // written.
+    // The file, made if need be, together with those that it shows. It holds
+    // the picture of an empty gallery if none of the pictures can be read. Throws CExceptionBase if it can't
+    // be written.
     QString GetPath();
 
     // Makes the files of several covers that are not there yet, on all cores.
-    static void MakeAll(const std::vector<CGallery*>& galleries);
+    static void MakeAll(const std::vector<CGalleryCover*>& covers);
 
     // The same path, with no file made.
-    QString GetName();
+    const QString& GetName() const { return path; }
+    int32_t GetGalleryIndex() const { return galleryIndex; }
 
     // --- For making the file on another thread, from values that no longer know the document.
 
@@ -43,7 +63,7 @@ public:
         std::vector<CoverPicture> pictures;
     };
     // The first cover that has to be made before this one can be, or this one; null if its file is there.
-    CGallery* FindUnmade();
+    CGalleryCover* FindUnmade();
     Recipe HandOut();
     // A file that CCoverCache::MakeCover has written, and what it has answered.
     struct MadeCover {
@@ -55,7 +75,7 @@ public:
     void Accept(int64_t recipeRevision, const MadeCover& cover);
     int64_t GetRevision() const { return revision; }
 
-    // Behind a change of the gallery's content at that position: chooses name and pictures anew, and likewise
+    // After a change of the gallery's content at that position: chooses name and pictures anew, and likewise
     // in all galleries above that show this one.
     void Update(int32_t changedPosition);
 
@@ -70,16 +90,18 @@ public:
 private:
     bool Choose();
     int32_t PositionOf(const CPictureInfo* record) const;
-    int32_t RekeyChild(const CGallery& child, const QString& oldPath);
+    int32_t RekeyChild(int32_t childIndex, const QString& oldPath);
     std::vector<CoverPicture> GetShownPictures() const;
-    std::vector<CGallery*> GetShownChildren() const;
-    static std::vector<std::vector<CGallery*>> WavesOf(const std::vector<CGallery*>& galleries);
-    QString PathOf(const std::vector<CoverPicture>& pictures) const;
+    std::vector<CGalleryCover*> GetShownCovers() const;
+    static std::vector<std::vector<CGalleryCover*>> WavesOf(const std::vector<CGalleryCover*>& covers);
+    QString PathOf(const std::vector<CoverPicture>& shown) const;
     void Make();
 
-    CGallery& gallery;
+    const int32_t galleryIndex;
+    CPictureList& pictures;
+    CCoverSite& site;
     int64_t revision;
-    QString path;           // empty until first asked for
+    QString path;
     int32_t shownCount = 0; // pictures from the gallery's front
     QByteArray key;         // what the file that was made is kept under between runs; null for none
     bool isMade = false;

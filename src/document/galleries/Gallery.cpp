@@ -4,13 +4,8 @@
 
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
-#include "document/galleries/GalleryIterator.h"
-#include "document/galleries/GalleryLinks.h"
-#include "document/galleries/GalleryTree.h"
-#include "document/pictures/GalleryPictureInfo.h"
-#include "template/contracts/ContentGeneratorStringConverter.h"
+#include "document/links/GalleryVariables.h"
 #include "template/parser/TemplateParsingException.h"
-#include "template/sections/CompoundTemplateSection.h"
 
 namespace {
 
@@ -21,12 +16,13 @@ bool IsChild(const CPictureInfo* record)
 
 } // namespace
 
-CGallery::CGallery(CGalleryManager& manager, CGalleryCatalogue& catalogue, int32_t index)
-    : manager(manager), index(index), layout(catalogue), variables(*this), cover(*this)
+CGallery::CGallery(CGalleryManager& manager, const CGalleryCatalogue& catalogue, int32_t index)
+    : CGalleryContent(catalogue, index), manager(manager), cover(index, GetPictures(), manager)
 {}
 
 void CGallery::SetTemplate(const QString& path)
 {
+    CGalleryLayout& layout = GetLayout();
     const CGalleryLayout before = layout;
     try {
         if (layout.ChooseTemplate(path)) {
@@ -41,8 +37,9 @@ void CGallery::SetTemplate(const QString& path)
 // The page number at which the new page shows the picture that the old one showed.
 int32_t CGallery::ScaledPageNumber(const CGalleryLayout& before)
 {
-    CGalleryTemplate* const oldTemplate = before.GetTemplate();
-    CGalleryTemplate* const newTemplate = layout.GetTemplate();
+    const CGalleryLayout& layout = GetLayout();
+    const CGalleryTemplate* const oldTemplate = before.GetTemplate();
+    const CGalleryTemplate* const newTemplate = layout.GetTemplate();
     if (!oldTemplate || !oldTemplate->HasPage(before.GetTemplatePage()) ||
         !newTemplate->HasPage(layout.GetTemplatePage())) {
         return 0;
@@ -63,7 +60,7 @@ int32_t CGallery::ScaledPageNumber(const CGalleryLayout& before)
 
 void CGallery::SelectMultipageTemplate()
 {
-    for (const auto& [key, candidate] : layout.GetCatalogue().GetTemplates()) {
+    for (const auto& [key, candidate] : GetLayout().GetCatalogue().GetTemplates()) {
         const auto& pages = candidate.GetPages();
         if (std::any_of(pages.begin(), pages.end(), [](const auto& page) { return page.multipage; })) {
             SetTemplate(key);
@@ -72,15 +69,15 @@ void CGallery::SelectMultipageTemplate()
     }
 }
 
-int32_t CGallery::GetPicturesPerPage(CGalleryTemplate& layoutTemplate, const QString& page)
+int32_t CGallery::GetPicturesPerPage(const CGalleryTemplate& layoutTemplate, const QString& page)
 {
-    CGalleryTemplatePage& record = layoutTemplate.GetPage(page);
+    const CGalleryTemplatePage& record = layoutTemplate.GetPage(page);
     if (record.picturesPerPage != 0 || record.isBeingCounted) {
         return record.picturesPerPage;
     }
     record.isBeingCounted = true;
     try {
-        record.picturesPerPage = CountPictures(layoutTemplate, record.file);
+        record.picturesPerPage = manager.CountPictures(*this, layoutTemplate, record.file);
     } catch (const CTemplateParsingException&) {
         record.picturesPerPage = 0;
     } catch (...) {
@@ -91,28 +88,16 @@ int32_t CGallery::GetPicturesPerPage(CGalleryTemplate& layoutTemplate, const QSt
     return record.picturesPerPage;
 }
 
-int32_t CGallery::CountPictures(CGalleryTemplate& layoutTemplate, const QString& page)
-{
-    CCompoundTemplateSection tree;
-    layoutTemplate.LoadPage(page, tree);
-    const qsizetype dot = page.indexOf(QLatin1Char('.'));
-    CGalleryIterator iterator;
-    iterator.Init(*this, page.left(dot), dot < 0 ? QStringLiteral("") : page.mid(dot), 0);
-    iterator.Reset();
-    CContentGeneratorStringConverter generator;
-    tree.Bind(iterator, generator);
-    return iterator.GetPicturesPerPage();
-}
-
 void CGallery::SetCurrentPicture(int32_t position)
 {
-    CGalleryTemplate* const layoutTemplate = layout.GetTemplate();
+    CGalleryLayout& layout = GetLayout();
+    const CGalleryTemplate* const layoutTemplate = layout.GetTemplate();
     const int32_t perPage =
         layoutTemplate ? GetPicturesPerPage(*layoutTemplate, layout.GetTemplatePage()) : 0;
     layout.SetPageNumber(perPage > 0 && position > 0 ? position / perPage : 0);
 }
 
-std::vector<QString> CGallery::GetStyleDirectories()
+std::vector<QString> CGallery::GetStyleDirectories() const
 {
     std::vector<QString> directories;
     const auto addOnce = [&](const QString& directory) {
@@ -121,7 +106,7 @@ std::vector<QString> CGallery::GetStyleDirectories()
             directories.push_back(directory);
         }
     };
-    for (const QString& directory : layout.GetStyleDirectories()) {
+    for (const QString& directory : GetLayout().GetStyleDirectories()) {
         addOnce(directory);
     }
     addOnce(manager.GetProgramFolder() + QStringLiteral("Styles/Common"));
@@ -130,7 +115,7 @@ std::vector<QString> CGallery::GetStyleDirectories()
 
 CPictureInfo* CGallery::AddPicture(const QString& path)
 {
-    return AddFile({.path = path, .angle = 0, .atFront = layout.IsAddedAtFront()});
+    return AddFile({.path = path, .angle = 0, .atFront = GetLayout().IsAddedAtFront()});
 }
 
 CPictureInfo* CGallery::AppendPicture(const QString& path, int32_t angle)
@@ -141,17 +126,17 @@ CPictureInfo* CGallery::AppendPicture(const QString& path, int32_t angle)
 CPictureInfo* CGallery::AddFile(const NewFile& file)
 {
     // A cover is shown through its gallery's entry, which must not be replaced by a plain picture.
-    if (IsChild(pictures.FindRecord(file.path))) {
+    if (IsChild(GetPictures().FindRecord(file.path))) {
         return nullptr;
     }
-    CPictureInfo* const record = pictures.AddFile(file.path, file.angle, file.atFront);
+    CPictureInfo* const record = GetPictures().AddFile(file.path, file.angle, file.atFront);
     UpdateCover(PositionOfAdded(record));
     return record;
 }
 
 void CGallery::RemovePicture(int32_t position)
 {
-    const CPictureInfo* const record = pictures.GetAt(position);
+    const CPictureInfo* const record = GetPictures().GetAt(position);
     if (!record) {
         return;
     }
@@ -159,21 +144,21 @@ void CGallery::RemovePicture(int32_t position)
         manager.RemoveGallery(child->GetGalleryIndex());
         return;
     }
-    pictures.Remove(position);
+    GetPictures().Remove(position);
     UpdateCover(position);
 }
 
 void CGallery::MovePicture(int32_t a, int32_t b)
 {
-    if (pictures.GetAt(a) && pictures.GetAt(b)) {
-        pictures.Swap(a, b);
+    if (GetPictures().GetAt(a) && GetPictures().GetAt(b)) {
+        GetPictures().Swap(a, b);
         UpdateCover(std::min(a, b));
     }
 }
 
 void CGallery::RotatePicture(int32_t position, bool clockwise)
 {
-    CPictureInfo* const record = pictures.GetAt(position);
+    CPictureInfo* const record = GetPictures().GetAt(position);
     if (!record) {
         return;
     }
@@ -184,6 +169,7 @@ void CGallery::RotatePicture(int32_t position, bool clockwise)
 
 void CGallery::MakeChildFromPicture(int32_t position)
 {
+    CPictureList& pictures = GetPictures();
     if (!pictures.GetAt(position) || IsChild(pictures.GetAt(position))) {
         return;
     }
@@ -191,67 +177,71 @@ void CGallery::MakeChildFromPicture(int32_t position)
     const int32_t childIndex = manager.AddGallery();
     const CGalleryPictureInfo* const entry = AddChild(childIndex);
     // The child's own cover is not made anew: it stays that of a new gallery until a later change.
-    manager.GetGallery(childIndex)->pictures.Add(std::move(record), layout.IsAddedAtFront());
+    manager.GetGallery(childIndex)->GetPictures().Add(std::move(record), GetLayout().IsAddedAtFront());
     pictures.MoveTo(entry, position);
     UpdateCover(std::min(position, pictures.GetCount() - 1));
 }
 
-CGalleryPictureInfo* CGallery::AddChild(int32_t childIndex)
+const CGalleryPictureInfo* CGallery::AddChild(int32_t childIndex)
 {
-    if (CGalleryPictureInfo* listed = FindChildPicture(childIndex)) {
-        return listed;
+    if (const CGalleryPictureInfo* known = FindChildPicture(childIndex)) {
+        return known;
     }
     CGallery* const child = manager.FindGallery(childIndex);
-    if (!child || IsAtOrAbove(*child, *this)) {
+    if (!child || child->IsAtOrAbove(*this)) {
         return nullptr;
     }
-    auto record = std::make_unique<CGalleryPictureInfo>(*child, childIndex);
-    CGalleryPictureInfo* const entry = record.get();
-    pictures.Add(std::move(record), layout.IsAddedAtFront());
-    childPictures[childIndex] = entry;
-    child->parentIndexes.insert(index);
+    CListedGallery& listed = *child;
+    const CGalleryPictureInfo* const entry =
+        ListChild(std::make_unique<CGalleryPictureInfo>(listed, childIndex));
+    child->parentIndexes.insert(GetIndex());
     UpdateCover(PositionOfAdded(entry));
     return entry;
 }
 
+// True if this is the gallery itself or any gallery above it, however they are linked.
+bool CGallery::IsAtOrAbove(const CGallery& gallery) const
+{
+    if (!HasChildren()) {
+        return this == &gallery;
+    }
+    std::set<const CGallery*> seen;
+    std::vector<const CGallery*> open = {&gallery};
+    while (!open.empty()) {
+        const CGallery* const next = open.back();
+        open.pop_back();
+        if (next == this) {
+            return true;
+        }
+        for (const int32_t parentIndex : next->parentIndexes) {
+            const CGallery* const parent = manager.FindGallery(parentIndex);
+            if (parent && seen.insert(parent).second) {
+                open.push_back(parent);
+            }
+        }
+    }
+    return false;
+}
+
 void CGallery::RemoveChild(int32_t childIndex)
 {
-    CGalleryPictureInfo* const entry = FindChildPicture(childIndex);
-    if (!entry) {
-        return;
+    if (const CGalleryPictureInfo* entry = FindChildPicture(childIndex)) {
+        manager.FindGallery(childIndex)->parentIndexes.erase(GetIndex());
+        UpdateCover(UnlistChild(*entry));
     }
-    entry->GetGallery().parentIndexes.erase(index);
-    childPictures.erase(childIndex);
-    const int32_t position = pictures.FindPosition(entry);
-    pictures.Remove(position);
-    UpdateCover(position);
-}
-
-std::set<int32_t> CGallery::GetChildren() const
-{
-    std::set<int32_t> children;
-    for (const auto& [childIndex, entry] : childPictures) {
-        children.insert(children.end(), childIndex);
-    }
-    return children;
-}
-
-CGalleryPictureInfo* CGallery::FindChildPicture(int32_t childIndex) const
-{
-    const auto found = childPictures.find(childIndex);
-    return found != childPictures.end() ? found->second : nullptr;
 }
 
 void CGallery::ForgetChildren()
 {
-    for (const auto& [childIndex, entry] : childPictures) {
-        entry->GetGallery().parentIndexes.erase(index);
+    for (const int32_t childIndex : GetChildren()) {
+        manager.FindGallery(childIndex)->parentIndexes.erase(GetIndex());
     }
 }
 
 // A new record stands at one of the ends; only one that replaces another has to be looked for.
 int32_t CGallery::PositionOfAdded(const CPictureInfo* record) const
 {
+    const CPictureList& pictures = GetPictures();
     const int32_t last = pictures.GetCount() - 1;
     if (pictures.GetAt(last) == record) {
         return last;
@@ -259,59 +249,58 @@ int32_t CGallery::PositionOfAdded(const CPictureInfo* record) const
     return pictures.GetAt(0) == record ? 0 : pictures.FindPosition(record);
 }
 
-QString CGallery::GetDisplayName()
+std::optional<QString> CGallery::GetPageUrl(int32_t position, const QString& pageName)
 {
-    return variables.GetDisplayName();
+    if (const auto* child = dynamic_cast<const CGalleryPictureInfo*>(GetPictures().GetAt(position))) {
+        return GetChildUrl(*this, manager, child->GetGalleryIndex());
+    }
+    return FindPictureUrl(GetLayout(),
+                          {.position = position, .pageName = pageName, .countPicturesPerPage = [&] {
+                               return GetPicturesPerPage(*GetLayout().GetTemplate(), pageName);
+                           }});
 }
 
-QString CGallery::GetParentPath()
+std::optional<CVariant> CGallery::GetObjectVariable(const QString& object, const QString& name)
 {
-    return ::GetParentPath(*this);
+    if (EqualsIgnoreCase(object, QStringLiteral("advertisement"))) {
+        GetTexts().advertisements[GetLayout().GetTemplatePage()].try_emplace(name, QStringLiteral(""));
+    }
+    return CGalleryVariables(*this, manager).FindObjectVariable(object, name);
 }
 
-bool CGallery::GetPageUrl(int32_t position, const QString& pageName, QString& url)
+std::optional<CVariant> CGallery::GetPageVariable(const QString& pageName, int32_t pageNumber,
+                                                  const QString& name) const
 {
-    return ::GetPageUrl(*this, {.position = position, .pageName = pageName}, url);
+    return CGalleryVariables(*this, manager).FindPageVariable({pageName, pageNumber}, name);
 }
 
-bool CGallery::GetObjectVariable(const QString& object, const QString& name, CVariant& out)
+CVariant CGallery::FindGalleryVariable(const QString& name) const
 {
-    return variables.GetObjectVariable(object, name, out);
+    return CGalleryVariables(*this, manager).FindGalleryVariable(name);
 }
 
-void CGallery::SetObjectVariable(const QString& object, const QString& name, const CVariant& value)
+void CGallery::SetGalleryVariable(const QString& name, const CVariant& value)
 {
-    variables.SetObjectVariable(object, name, value);
-}
-
-bool CGallery::GetPageVariable(const QString& pageName, int32_t pageNumber, const QString& name,
-                               CVariant& out)
-{
-    return variables.GetPageVariable({pageName, pageNumber}, name, out);
-}
-
-void CGallery::SetPageVariable(const QString& pageName, int32_t pageNumber, const QString& name,
-                               const CVariant& value)
-{
-    variables.SetPageVariable({pageName, pageNumber}, name, value);
+    SetObjectVariable(QStringLiteral("gallery"), name, value);
 }
 
 bool CGallery::FollowLink(const QString& url, bool& styleChanged, bool& galleryChanged)
 {
-    return ::FollowLink(*this, url, {styleChanged, galleryChanged});
+    if (NavigateToGallery(url)) {
+        styleChanged = true;
+        galleryChanged = true;
+        return true;
+    }
+    const std::optional<bool> followed = FollowPageLink(*this, url);
+    styleChanged = followed.value_or(false);
+    return followed.has_value();
 }
 
 bool CGallery::NavigateToGallery(const QString& url)
 {
-    return ::NavigateToGallery(manager, url);
-}
-
-void CGallery::SetVisibilityMap(const CPageVisibility::Elements& map)
-{
-    visibility.SetElements(layout.GetTemplatePage(), map);
-}
-
-bool CGallery::IsElementVisibleOnPage(const QString& name)
-{
-    return visibility.IsVisible(layout.GetTemplatePage(), name);
+    const std::optional<int32_t> index = FindGalleryOfUrl(url, manager.GetRootGalleryIndex());
+    if (index) {
+        manager.SetCurrentGallery(*index);
+    }
+    return index.has_value();
 }

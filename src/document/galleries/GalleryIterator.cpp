@@ -4,11 +4,13 @@
 #include <limits>
 
 #include "common/Exceptions.h"
+#include "common/FileSystem.h"
 #include "document/galleries/Gallery.h"
-#include "document/pictures/GalleryPictureInfo.h"
 #include "effects/ImageEffectCompound.h"
 #include "effects/ImageEffectGraphicsStamp.h"
 #include "effects/ImageEffectTextStamp.h"
+#include "template/contracts/ContentGeneratorStringConverter.h"
+#include "template/sections/CompoundTemplateSection.h"
 
 namespace {
 
@@ -17,6 +19,15 @@ int32_t Clamped(int64_t number)
 {
     return static_cast<int32_t>(std::clamp<int64_t>(number, std::numeric_limits<int32_t>::min(),
                                                     std::numeric_limits<int32_t>::max()));
+}
+
+// False, and out as it was, if there is no value.
+bool Store(const std::optional<CVariant>& value, CVariant& out)
+{
+    if (value) {
+        out = *value;
+    }
+    return value.has_value();
 }
 
 } // namespace
@@ -80,28 +91,33 @@ void CGalleryIterator::BindPictureReference(const QString& id, int32_t offset, i
     Bind(id, {.offset = offset, .modulo = modulo, .isReference = true});
 }
 
-int32_t CGalleryIterator::GetPicturesPerPage()
+int32_t CGalleryIterator::CountPlaces() const
 {
     return static_cast<int32_t>(bindings.size()) - referenceCount;
 }
 
-int32_t CGalleryIterator::GetPictureIndex(int32_t offset, int32_t modulo)
+int32_t CGalleryIterator::GetPicturesPerPage()
 {
-    int64_t index = static_cast<int64_t>(GetPicturesPerPage()) * pageIndex;
+    return CountPlaces();
+}
+
+int32_t CGalleryIterator::GetPictureIndex(int32_t offset, int32_t modulo) const
+{
+    int64_t index = static_cast<int64_t>(CountPlaces()) * pageIndex;
     if (modulo != 0) {
         index -= index % modulo;
     }
     return Clamped(index + offset);
 }
 
-int32_t CGalleryIterator::FindPictureIndex(const QString& id)
+int32_t CGalleryIterator::FindPictureIndex(const QString& id) const
 {
     const auto binding = bindings.find(Lower(id));
     if (binding == bindings.end()) {
         return -1;
     }
     const int32_t index = GetPictureIndex(binding->second.offset, binding->second.modulo);
-    return index >= 0 && index < GetPictureCount() ? index : -1;
+    return index >= 0 && index < gallery->GetPictures().GetCount() ? index : -1;
 }
 
 CPictureInfo* CGalleryIterator::GetCurrentPicture()
@@ -126,15 +142,15 @@ QString CGalleryIterator::GetPicturePath(QString& out)
 
 void CGalleryIterator::PreparePictures()
 {
-    std::vector<CGallery*> children;
+    std::vector<CGalleryCover*> covers;
     for (const auto& [id, binding] : bindings) {
-        CPictureInfo* const picture = gallery->GetPictures().GetAt(FindPictureIndex(id));
+        const CPictureInfo* const picture = gallery->GetPictures().GetAt(FindPictureIndex(id));
         if (const auto* child = dynamic_cast<const CGalleryPictureInfo*>(picture);
             child && !binding.isReference) {
-            children.push_back(&child->GetGallery());
+            covers.push_back(gallery->GetManager().FindCover(child->GetGalleryIndex()));
         }
     }
-    CGalleryCover::MakeAll(children);
+    CGalleryCover::MakeAll(covers);
 }
 
 int32_t CGalleryIterator::GetPictureCount()
@@ -172,26 +188,28 @@ bool CGalleryIterator::IsElementVisible(const QString& name)
 
 bool CGalleryIterator::GetPageProperty(int32_t pageNumber, const QString& name, CVariant& out)
 {
-    return gallery->GetPageVariable(pageBaseName, pageNumber, name, out);
+    return Store(gallery->GetPageVariable(pageBaseName, pageNumber, name), out);
 }
 
-bool CGalleryIterator::GetOwnPageVariable(const QString& name, CVariant& out)
+std::optional<CVariant> CGalleryIterator::FindOwnPageVariable(const QString& name)
 {
     const QString property = Lower(name);
     if (property == QStringLiteral("number")) {
-        out = CVariant(Clamped(static_cast<int64_t>(pageIndex) + 1));
-    } else if (property == QStringLiteral("total_pages_count")) {
-        out = CVariant(GetPageCount());
-    } else if (property == QStringLiteral("index")) {
-        out = CVariant(pageIndex);
-    } else if (property == QStringLiteral("file_name")) {
-        out = CVariant(GetPageFileName(pageIndex));
-    } else if (property == QStringLiteral("file_name_base")) {
-        out = CVariant(pageBaseName);
-    } else {
-        return gallery->GetPageVariable(pageBaseName, pageIndex, name, out);
+        return CVariant(Clamped(static_cast<int64_t>(pageIndex) + 1));
     }
-    return true;
+    if (property == QStringLiteral("total_pages_count")) {
+        return CVariant(GetPageCount());
+    }
+    if (property == QStringLiteral("index")) {
+        return CVariant(pageIndex);
+    }
+    if (property == QStringLiteral("file_name")) {
+        return CVariant(GetPageFileName(pageIndex));
+    }
+    if (property == QStringLiteral("file_name_base")) {
+        return CVariant(pageBaseName);
+    }
+    return gallery->GetPageVariable(pageBaseName, pageIndex, name);
 }
 
 bool CGalleryIterator::GetVariable(const QString& object, const QString& name, CVariant& out)
@@ -204,12 +222,12 @@ bool CGalleryIterator::GetVariable(const QString& object, const QString& name, C
         return false;
     }
     if (EqualsIgnoreCase(object, QStringLiteral("page"))) {
-        return GetOwnPageVariable(name, out);
+        return Store(FindOwnPageVariable(name), out);
     }
     if (bindings.count(Lower(object)) != 0) {
         return GetPictureProperty(FindPictureIndex(object), name, out);
     }
-    if (gallery->GetObjectVariable(object, name, out)) {
+    if (Store(gallery->GetObjectVariable(object, name), out)) {
         return true;
     }
     out = CVariant(Text(StringId::InvalidObjectName, object));
@@ -218,16 +236,15 @@ bool CGalleryIterator::GetVariable(const QString& object, const QString& name, C
 
 bool CGalleryIterator::GetPictureProperty(int32_t index, const QString& name, CVariant& out)
 {
-    CPictureInfo* const picture = gallery->GetPictures().GetAt(index);
+    const CPictureInfo* const picture = gallery->GetPictures().GetAt(index);
     if (!picture) {
         return false;
     }
     if (!name.startsWith(QLatin1Char('#'))) {
-        return picture->GetVariable(name, out);
+        return Store(picture->GetVariable(name), out);
     }
-    QString url;
-    if (gallery->GetPageUrl(index, name.mid(1), url)) {
-        out = CVariant(url);
+    if (const auto url = gallery->GetPageUrl(index, name.mid(1))) {
+        out = CVariant(*url);
     }
     // Odd on purpose: callers take the URL and do not look at the answer.
     return false;
@@ -247,4 +264,17 @@ void CGalleryIterator::SetVariable(const QString& object, const QString& name, c
     } else {
         gallery->SetObjectVariable(object, name, value);
     }
+}
+
+int32_t CountPictures(CGallery& gallery, const CGalleryTemplate& layout, const QString& page)
+{
+    CCompoundTemplateSection tree;
+    layout.LoadPage(page, tree);
+    const DottedName name = CutAtFirstDot(page);
+    CGalleryIterator iterator;
+    iterator.Init(gallery, name.stem, name.rest, 0);
+    iterator.Reset();
+    CContentGeneratorStringConverter generator;
+    tree.Bind(iterator, generator);
+    return iterator.GetPicturesPerPage();
 }

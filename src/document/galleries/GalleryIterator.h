@@ -1,11 +1,13 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <vector>
 
 #include "template/contracts/ImageIterator.h"
 
 class CGallery;
+class CGalleryTemplate;
 
 // The iterator over a gallery: cuts its pictures into pages by the number of picture sections that a page
 // has. Made for one pass over one page: construct, Init, Reset, bind the page, SetPageIndex, generate.
@@ -38,12 +40,12 @@ public:
     QString GetGalleryFileStem() override { return fileStem; }
 
     // The position in the gallery that a bound id points at from the current page; may lie outside it.
-    int32_t GetPictureIndex(int32_t offset, int32_t modulo);
+    int32_t GetPictureIndex(int32_t offset, int32_t modulo) const;
     // False for an index outside the gallery and for a name that the picture does not know. A name "#PAGE"
     // puts the URL of that page with the picture into out, and the answer is false all the same.
     bool GetPictureProperty(int32_t index, const QString& name, CVariant& out);
     // The position of a bound id, -1 for an id that is not bound or points outside the gallery.
-    int32_t FindPictureIndex(const QString& id);
+    int32_t FindPictureIndex(const QString& id) const;
 
 private:
     struct Binding {
@@ -53,7 +55,8 @@ private:
     };
 
     void Bind(const QString& id, Binding binding);
-    bool GetOwnPageVariable(const QString& name, CVariant& out);
+    int32_t CountPlaces() const;
+    std::optional<CVariant> FindOwnPageVariable(const QString& name);
     void MakeStampEffects();
 
     int32_t cursor = 0; // position in boundIds of the next picture section; while binding, the next place
@@ -66,3 +69,7 @@ private:
     QString pageExtension;
     QString fileStem;
 };
+
+// Binds the page for the gallery and counts the places that it has for pictures. Throws what
+// CGalleryTemplate::LoadPage and the page itself throw.
+int32_t CountPictures(CGallery& gallery, const CGalleryTemplate& layout, const QString& page);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include <QString>
 
@@ -14,12 +15,12 @@ public:
     virtual ~CPictureInfo() = default;
 
     // The file to show. It exists when this returns, unless the user has taken it away.
-    virtual QString GetPath() = 0;
+    virtual QString GetPath() const = 0;
     // Empty for a record without a thumbnail of its own.
-    virtual QString GetThumbnailPath() { return QString(); }
-    virtual DateValue GetDate() = 0;
-    // A property or variable, by a name without regard to case. False if there is none, and for a null name.
-    virtual bool GetVariable(const QString& name, CVariant& out) = 0;
+    virtual QString GetThumbnailPath() const { return QString(); }
+    virtual DateValue GetDate() const = 0;
+    // A property or variable, by a name without regard to case. Nothing if there is none or the name is null.
+    virtual std::optional<CVariant> GetVariable(const QString& name) const = 0;
     virtual void SetVariable(const QString& name, const CVariant& value) = 0;
     // Quarter turns clockwise, 0 to 3.
     virtual int32_t GetAngle() const = 0;
@@ -28,5 +29,80 @@ public:
     virtual CVariableMap& GetVariables() = 0;
 
     // The lower-cased path under which a list keeps the record. Unlike GetPath it never makes a file.
-    virtual QString GetKey() { return Lower(GetPath()); }
+    virtual QString GetKey() const { return Lower(GetPath()); }
+};
+
+// A picture file. Nothing of it is read but its last write time.
+class CFilePictureInfo final : public CPictureInfo {
+public:
+    CFilePictureInfo(const QString& path, int32_t angle) : path(path), angle(angle) {}
+
+    QString GetPath() const override { return path; }
+    QString GetThumbnailPath() const override { return thumbnailPath; }
+    // 0 for a file that could not be queried.
+    DateValue GetDate() const override { return date; }
+    std::optional<CVariant> GetVariable(const QString& name) const override;
+    void SetVariable(const QString& name, const CVariant& value) override { variables.Set(name, value); }
+    int32_t GetAngle() const override { return angle; }
+    void SetAngle(int32_t newAngle) override { angle = newAngle; }
+    const CVariableMap& GetVariables() const override { return variables; }
+    CVariableMap& GetVariables() override { return variables; }
+
+    void SetThumbnailPath(const QString& newPath) { thumbnailPath = newPath; }
+    void SetDate(DateValue newDate) { date = newDate; }
+
+private:
+    const QString path;
+    QString thumbnailPath;
+    CVariableMap variables;
+    DateValue date = 0;
+    int32_t angle;
+};
+
+// A gallery as the entry that stands for it in its parent sees it.
+class CListedGallery {
+public:
+    // The name of the cover's file, whether it is made or not; GetCoverPath makes it if need be.
+    virtual QString GetCoverName() const = 0;
+    virtual QString GetCoverPath() = 0;
+    // Of its pictures; 0 for none.
+    virtual DateValue GetEarliestDate() const = 0;
+    virtual DateValue GetLatestDate() const = 0;
+    // Of the object "gallery". Empty for a name without a value.
+    virtual CVariant FindGalleryVariable(const QString& name) const = 0;
+    virtual void SetGalleryVariable(const QString& name, const CVariant& value) = 0;
+
+protected:
+    ~CListedGallery() = default;
+};
+
+// The entry that stands for a child gallery among its parent's pictures; it shows the child's cover. Its
+// variables live in the child gallery.
+class CGalleryPictureInfo final : public CPictureInfo {
+public:
+    // The gallery is borrowed and stays in the project for as long as this entry is listed.
+    CGalleryPictureInfo(CListedGallery& gallery, int32_t galleryIndex)
+        : gallery(gallery), galleryIndex(galleryIndex)
+    {}
+
+    int32_t GetGalleryIndex() const { return galleryIndex; }
+
+    // The child's cover, made if need be.
+    QString GetPath() const override { return gallery.GetCoverPath(); }
+    // The date of the child's oldest picture; 0 if it has none.
+    DateValue GetDate() const override { return gallery.GetEarliestDate(); }
+    std::optional<CVariant> GetVariable(const QString& name) const override;
+    void SetVariable(const QString& name, const CVariant& value) override;
+    // Kept, though a cover is shown upright.
+    int32_t GetAngle() const override { return angle; }
+    void SetAngle(int32_t newAngle) override { angle = newAngle; }
+    // Always empty.
+    const CVariableMap& GetVariables() const override;
+    CVariableMap& GetVariables() override;
+    QString GetKey() const override { return Lower(gallery.GetCoverName()); }
+
+private:
+    CListedGallery& gallery;
+    const int32_t galleryIndex;
+    int32_t angle = 0;
 };

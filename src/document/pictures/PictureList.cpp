@@ -4,8 +4,6 @@
 
 #include <QFileInfo>
 
-#include "document/pictures/FilePictureInfo.h"
-
 namespace {
 
 // 0 for a file that can't be queried.
@@ -55,12 +53,17 @@ CPictureInfo* CPictureList::Add(std::unique_ptr<CPictureInfo> record, bool atFro
     return added;
 }
 
-CPictureInfo* CPictureList::GetAt(int32_t position) const
+const CPictureInfo* CPictureList::GetAt(int32_t position) const
 {
     return position >= 0 && position < GetCount() ? entries[static_cast<size_t>(position)] : nullptr;
 }
 
-CPictureInfo* CPictureList::FindRecord(const QString& path) const
+CPictureInfo* CPictureList::GetAt(int32_t position)
+{
+    return position >= 0 && position < GetCount() ? entries[static_cast<size_t>(position)] : nullptr;
+}
+
+const CPictureInfo* CPictureList::FindRecord(const QString& path) const
 {
     const auto found = byPath.find(Lower(path));
     return found != byPath.end() ? found->second.get() : nullptr;
@@ -136,19 +139,21 @@ void CPictureList::Clear()
     variables.Clear();
 }
 
-bool CPictureList::GetVariable(const QString& name, CVariant& out) const
+CVariant CPictureList::GetVariable(const QString& name) const
 {
     const QString property = Lower(name);
     if (property == QStringLiteral("images_count")) {
-        out = CVariant(GetCount());
-    } else if (property == QStringLiteral("min_creation_date")) {
-        out = CVariant::Date(minDate);
-    } else if (property == QStringLiteral("max_creation_date")) {
-        out = CVariant::Date(maxDate);
-    } else {
-        variables.Get(name, out);
+        return CVariant(GetCount());
     }
-    return true;
+    if (property == QStringLiteral("min_creation_date")) {
+        return CVariant::Date(minDate);
+    }
+    if (property == QStringLiteral("max_creation_date")) {
+        return CVariant::Date(maxDate);
+    }
+    CVariant value;
+    variables.Get(name, value);
+    return value;
 }
 
 void CPictureList::CountDate(DateValue date)
@@ -161,12 +166,12 @@ void CPictureList::CountDate(DateValue date)
     }
 }
 
-// Counts the entries of child galleries too, which adding them never did.
+// Odd on purpose: counts the entries of child galleries too, which adding them does not.
 void CPictureList::RecountAfter(DateValue removed)
 {
     if (removed == minDate) {
         minDate = 0;
-        for (CPictureInfo* entry : entries) {
+        for (const CPictureInfo* entry : entries) {
             const DateValue date = entry->GetDate();
             if (minDate == 0 || date < minDate) {
                 minDate = date;
@@ -175,7 +180,7 @@ void CPictureList::RecountAfter(DateValue removed)
     }
     if (removed == maxDate) {
         maxDate = 0;
-        for (CPictureInfo* entry : entries) {
+        for (const CPictureInfo* entry : entries) {
             maxDate = std::max(maxDate, entry->GetDate());
         }
     }

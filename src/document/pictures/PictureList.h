@@ -25,11 +25,12 @@ public:
     CPictureInfo* Add(std::unique_ptr<CPictureInfo> record, bool atFront);
 
     // Null for a position outside the list.
-    CPictureInfo* GetAt(int32_t position) const;
+    const CPictureInfo* GetAt(int32_t position) const;
+    CPictureInfo* GetAt(int32_t position);
     int32_t GetCount() const { return static_cast<int32_t>(entries.size()); }
 
     // The record of a path; null if there is none. A look-up, no scan.
-    CPictureInfo* FindRecord(const QString& path) const;
+    const CPictureInfo* FindRecord(const QString& path) const;
     // The position of a path, or -1.
     int32_t Find(const QString& path) const;
     int32_t FindPosition(const CPictureInfo* record) const;
@@ -39,19 +40,23 @@ public:
 
     // Positions outside the list change nothing.
     void Swap(int32_t a, int32_t b);
-    // Towards the end only; a record that stands at or behind the position stays where it is.
+    // Towards the end only; a record that stands at the position or after it stays where it is.
     void MoveTo(const CPictureInfo* record, int32_t position);
-    // To be called with the old path behind a change of a record's path.
+    // To be called with the old path after a change of a record's path.
     void Rekey(const QString& path);
     // Keeps the dates.
     void Clear();
 
-    // images_count, min_creation_date, max_creation_date and the list's own variables. Always true, also for
-    // a name that is not there.
-    bool GetVariable(const QString& name, CVariant& out) const;
+    // images_count, min_creation_date, max_creation_date and the list's own variables. Empty for a name that
+    // is not there.
+    CVariant GetVariable(const QString& name) const;
     void SetVariable(const QString& name, const CVariant& value) { variables.Set(name, value); }
     const CVariableMap& GetVariables() const { return variables; }
     CVariableMap& GetVariables() { return variables; }
+
+    // Of its files; 0 if none has a date.
+    DateValue GetMinDate() const { return minDate; }
+    DateValue GetMaxDate() const { return maxDate; }
 
 private:
     void CountDate(DateValue date);

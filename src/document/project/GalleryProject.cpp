@@ -6,11 +6,9 @@
 
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
-#include "document/catalogue/DefinitionFolder.h"
-#include "document/galleries/GalleryTree.h"
-#include "document/pictures/PictureFinder.h"
-#include "document/project/GalleryReader.h"
-#include "document/project/GalleryWriter.h"
+#include "document/galleries/GalleryIterator.h"
+#include "document/pictures/PictureFiles.h"
+#include "document/project/GalleryElement.h"
 
 namespace {
 
@@ -18,11 +16,6 @@ CProjectEnvironment WithTrailingSeparators(CProjectEnvironment environment)
 {
     environment.programFolder = WithTrailingSeparator(environment.programFolder);
     return environment;
-}
-
-QString BeforeFirstDot(const QString& text)
-{
-    return text.left(text.indexOf(QLatin1Char('.')));
 }
 
 } // namespace
@@ -118,10 +111,10 @@ void CGalleryProject::ClearContent()
 
 void CGalleryProject::SetName(const QString& path)
 {
-    name = BeforeFirstDot(ExtractLastName(path));
+    name = CutAtFirstDot(ExtractLastName(path)).stem;
     if (deploySettings.folder.isEmpty()) {
         // Cut at the first dot anywhere, a folder's too.
-        deploySettings.folder = BeforeFirstDot(path);
+        deploySettings.folder = CutAtFirstDot(path).stem;
     }
 }
 
@@ -154,7 +147,7 @@ void CGalleryProject::ReadGalleries(CXmlDocument& document)
     std::vector<CXmlElement> elements = root.GetChildren("gallery");
     CPictureFinder finder(AbsoluteFolderOf(document.GetPath()));
     if (elements.empty()) {
-        // An old file: the root itself is the element of the one gallery.
+        // A file of the single-gallery kind: the root itself is the element of the one gallery.
         currentGalleryIndex = rootGalleryIndex;
         ReadGallery(CreateGallery(rootGalleryIndex), root, finder);
         return;
@@ -172,7 +165,7 @@ void CGalleryProject::ReadGalleries(CXmlDocument& document)
     for (const CXmlElement& element : elements) {
         ReadGallery(*FindGallery(GetAttributeLong(element, "index")), element, finder);
     }
-    for (CGallery* gallery : ChildrenBeforeParents(galleries)) {
+    for (CGallery* gallery : ChildrenBeforeParents()) {
         gallery->GetCover().Release();
     }
 }
@@ -205,17 +198,41 @@ CGallery& CGalleryProject::CreateGallery(int32_t index)
     return *gallery;
 }
 
-CGallery* CGalleryProject::FindGallery(int32_t index) const
+const CGallery* CGalleryProject::FindGallery(int32_t index) const
 {
     const auto found = galleries.find(index);
     return found != galleries.end() ? found->second.get() : nullptr;
 }
 
+CGallery* CGalleryProject::FindGallery(int32_t index)
+{
+    const auto found = galleries.find(index);
+    return found != galleries.end() ? found->second.get() : nullptr;
+}
+
+// All galleries there are, each after its children.
+std::vector<CGallery*> CGalleryProject::ChildrenBeforeParents()
+{
+    std::vector<CGallery*> ordered;
+    for (const auto& [index, gallery] : galleries) {
+        if (gallery && gallery->GetParentIndexes().empty()) {
+            ordered.push_back(gallery.get());
+        }
+    }
+    for (size_t i = 0; i < ordered.size(); ++i) {
+        for (const int32_t child : ordered[i]->GetChildren()) {
+            ordered.push_back(FindGallery(child));
+        }
+    }
+    std::reverse(ordered.begin(), ordered.end());
+    return ordered;
+}
+
 int32_t CGalleryProject::AddGallery()
 {
     // Negative indexes stand only in hand-made files; -1 means "none" elsewhere.
-    const int64_t behindLast = galleries.empty() ? 0 : int64_t{galleries.rbegin()->first} + 1;
-    int64_t index = std::max<int64_t>(behindLast, 0);
+    const int64_t afterLast = galleries.empty() ? 0 : int64_t{galleries.rbegin()->first} + 1;
+    int64_t index = std::max<int64_t>(afterLast, 0);
     if (index > std::numeric_limits<int32_t>::max()) {
         index = 0;
         while (galleries.count(static_cast<int32_t>(index)) != 0) {
@@ -315,7 +332,7 @@ void CGalleryProject::SetCurrentGallery(int32_t index)
     }
 }
 
-int32_t CGalleryProject::GetGalleryIndex(const CGallery* gallery)
+int32_t CGalleryProject::GetGalleryIndex(const CGallery* gallery) const
 {
     const auto found = std::find_if(galleries.begin(), galleries.end(), [&](const auto& entry) {
         return entry.second && entry.second.get() == gallery;
@@ -323,13 +340,42 @@ int32_t CGalleryProject::GetGalleryIndex(const CGallery* gallery)
     return found != galleries.end() ? found->first : -1;
 }
 
-CGallery* CGalleryProject::GetParentGallery(int32_t index)
+std::optional<int32_t> CGalleryProject::FindParentIndex(int32_t index) const
 {
     const CGallery* const gallery = FindGallery(index);
     if (!gallery || index == rootGalleryIndex || gallery->GetParentIndexes().empty()) {
-        return nullptr;
+        return std::nullopt;
     }
-    return FindGallery(*gallery->GetParentIndexes().begin());
+    return *gallery->GetParentIndexes().begin();
+}
+
+CGallery* CGalleryProject::GetParentGallery(int32_t index)
+{
+    const std::optional<int32_t> parent = FindParentIndex(index);
+    return parent ? FindGallery(*parent) : nullptr;
+}
+
+const CGalleryContent* CGalleryProject::FindParentContent(int32_t index) const
+{
+    const std::optional<int32_t> parent = FindParentIndex(index);
+    return parent ? FindGallery(*parent) : nullptr;
+}
+
+CGalleryCover* CGalleryProject::FindCover(int32_t galleryIndex)
+{
+    CGallery* const gallery = FindGallery(galleryIndex);
+    return gallery ? &gallery->GetCover() : nullptr;
+}
+
+CGalleryCover* CGalleryProject::FindParentCover(int32_t galleryIndex)
+{
+    const std::optional<int32_t> parent = FindParentIndex(galleryIndex);
+    return parent ? FindCover(*parent) : nullptr;
+}
+
+int32_t CGalleryProject::CountPictures(CGallery& gallery, const CGalleryTemplate& layout, const QString& page)
+{
+    return ::CountPictures(gallery, layout, page);
 }
 
 bool CGalleryProject::AddFolder(const QString& path)
@@ -337,12 +383,12 @@ bool CGalleryProject::AddFolder(const QString& path)
     return recentFolders.Add(path, settings.GetDWord(QStringLiteral("RecentFoldersCount")));
 }
 
-QString CGalleryProject::GetBannerServer()
+QString CGalleryProject::GetBannerServer() const
 {
     return settings.GetString(QStringLiteral("BannerServer"));
 }
 
-QString CGalleryProject::GetBannerFeed()
+QString CGalleryProject::GetBannerFeed() const
 {
     return settings.GetString(QStringLiteral("BannerFeed"));
 }

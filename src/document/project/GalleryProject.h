@@ -2,6 +2,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include <QString>
@@ -13,8 +14,17 @@
 #include "document/galleries/Gallery.h"
 #include "document/galleries/GalleryManager.h"
 #include "document/project/DeploySettings.h"
-#include "document/project/ProjectEnvironment.h"
 #include "document/project/RecentFolders.h"
+
+// What a project needs of the machine that it is opened on. The pointers are borrowed, are not null and
+// outlive the project.
+struct CProjectEnvironment {
+    QString programFolder;  // holds Templates, Styles and banner.swf; with or without a trailing separator
+    QString picturesFolder; // the user's own; the first folder of a new project
+    CSettingsStore* settings = nullptr;
+    CTempFolder* tempFolder = nullptr; // takes the covers
+    CCoverCache::Options covers = {};  // where they are kept between runs
+};
 
 // The document: one project, a tree of galleries, with the layouts and styles that they choose from. Owned by
 // the program's frame for as long as it runs. Main thread, or the one thread that generates pages while
@@ -54,8 +64,11 @@ public:
     // Each listing is in ascending index order. An entry may be null, see CGalleryManager::GetGallery.
     const std::map<int32_t, std::unique_ptr<CGallery>>& GetGalleries() const { return galleries; }
     int32_t GetCurrentGalleryIndex() const { return currentGalleryIndex; }
-    CGallery* GetCurrentGallery() const { return FindGallery(currentGalleryIndex); }
-    CGallery* GetRootGallery() const { return FindGallery(rootGalleryIndex); }
+    const CGallery* GetCurrentGallery() const { return FindGallery(currentGalleryIndex); }
+    CGallery* GetCurrentGallery() { return FindGallery(currentGalleryIndex); }
+    const CGallery* GetRootGallery() const { return FindGallery(rootGalleryIndex); }
+    CGallery* GetRootGallery() { return FindGallery(rootGalleryIndex); }
+    const CGallery* FindGallery(int32_t index) const;
     // -1: a child of the current gallery. Returns the new index, or -1 if there is no such parent.
     int32_t AddChildGallery(int32_t parentIndex);
     // Puts a new gallery, which becomes the current one, between the gallery and its parent. Returns its
@@ -70,29 +83,37 @@ public:
     void SetRecentFolder(const QString& path) { recentFolders.Select(path); }
     const std::vector<QString>& GetFolders() const { return recentFolders.GetFolders(); }
     const QString& GetRecentFolder() const { return recentFolders.GetSelected(); }
-    CGalleryCatalogue& GetCatalogue() { return catalogue; }
+    const CGalleryCatalogue& GetCatalogue() const { return catalogue; }
     // The layout of that key, else the first. Throws CUnexpectedException if there is none at all.
-    CGalleryTemplate& FindTemplate(const QString& key) { return catalogue.FindTemplate(key); }
+    const CGalleryTemplate& FindTemplate(const QString& key) const { return catalogue.FindTemplate(key); }
     void SetPreviewMode(bool isPreview) { previewMode = isPreview; }
+    const CDeploySettings& GetDeploySettings() const { return deploySettings; }
     CDeploySettings& GetDeploySettings() { return deploySettings; }
 
-    // --- CGalleryManager.
+    // --- CGalleryManager, with what the links and covers of its galleries see.
 
-    bool IsPreviewMode() override { return previewMode; }
-    QString GetName() override { return name; }
     CGallery* GetGallery(int32_t index) override { return galleries[index].get(); }
+    CGallery* FindGallery(int32_t index) override;
+    CGallery* GetParentGallery(int32_t index) override;
+    int32_t GetGalleryIndex(const CGallery* gallery) const override;
     int32_t AddGallery() override;
     void RemoveGallery(int32_t index) override;
     void SetCurrentGallery(int32_t index) override;
-    int32_t GetGalleryIndex(const CGallery* gallery) override;
-    int32_t GetRootGalleryIndex() override { return rootGalleryIndex; }
-    CGallery* GetParentGallery(int32_t index) override;
-    CGallery* FindGallery(int32_t index) const override;
-    QString GetProgramFolder() override { return environment.programFolder; }
-    CTempFolder& GetTempFolder() override { return *environment.tempFolder; }
+    int32_t CountPictures(CGallery& gallery, const CGalleryTemplate& layout, const QString& page) override;
+
+    bool IsPreviewMode() const override { return previewMode; }
+    QString GetName() const override { return name; }
+    int32_t GetRootGalleryIndex() const override { return rootGalleryIndex; }
+    const CGalleryContent* FindContent(int32_t index) const override { return FindGallery(index); }
+    const CGalleryContent* FindParentContent(int32_t index) const override;
+    QString GetProgramFolder() const override { return environment.programFolder; }
+    QString GetBannerServer() const override;
+    QString GetBannerFeed() const override;
+
+    CGalleryCover* FindCover(int32_t galleryIndex) override;
+    CGalleryCover* FindParentCover(int32_t galleryIndex) override;
+    const CTempFolder& GetTempFolder() const override { return *environment.tempFolder; }
     CCoverCache& GetCoverCache() override { return coverCache; }
-    QString GetBannerServer() override;
-    QString GetBannerFeed() override;
 
 private:
     void SetName(const QString& path);
@@ -102,6 +123,8 @@ private:
     void ReadGalleries(CXmlDocument& document);
     void WriteDocument(CXmlDocument& document) const;
     CGallery& CreateGallery(int32_t index);
+    std::vector<CGallery*> ChildrenBeforeParents();
+    std::optional<int32_t> FindParentIndex(int32_t index) const;
     void MoveChildrenUp(CGallery& gallery);
     void EraseGallery(int32_t index);
 

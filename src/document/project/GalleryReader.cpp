@@ -1,9 +1,6 @@
-#include "document/project/GalleryReader.h"
-
 #include "document/galleries/Gallery.h"
-#include "document/pictures/GalleryPictureInfo.h"
-#include "document/pictures/PictureFinder.h"
-#include "document/project/VariableElements.h"
+#include "document/pictures/PictureFiles.h"
+#include "document/project/GalleryElement.h"
 
 namespace {
 
@@ -78,15 +75,15 @@ void ReadPictures(CGallery& gallery, const CXmlElement& element, CPictureFinder&
     ReadVariables(list, "picture_list_variable", gallery.GetPictures().GetVariables());
 }
 
-void ReadPages(CGallery& gallery, const CXmlElement& element)
+void ReadPages(const CXmlElement& element, GalleryTexts& texts)
 {
     for (const CXmlElement& page : element.GetChildren("page")) {
-        const CGalleryVariables::PageKey key(TextOf(page, "name"), GetAttributeLong(page, "index"));
-        ReadVariables(page, "page_variable", gallery.GetVariables().GetPageVariables()[key]);
+        const GalleryTexts::PageKey key(TextOf(page, "name"), GetAttributeLong(page, "index"));
+        ReadVariables(page, "page_variable", texts.pages[key]);
     }
 }
 
-void ReadVisibility(CGallery& gallery, const CXmlElement& element)
+void ReadVisibility(CGalleryContent& gallery, const CXmlElement& element)
 {
     for (const CXmlElement& page : element.GetChildren("page_visibility")) {
         for (const CXmlElement& state : page.GetChildren("visible_element")) {
@@ -96,7 +93,7 @@ void ReadVisibility(CGallery& gallery, const CXmlElement& element)
     }
 }
 
-void ReadPageStyles(CGallery& gallery, const CXmlElement& element)
+void ReadPageStyles(CGalleryContent& gallery, const CXmlElement& element)
 {
     for (const CXmlElement& page : element.GetChildren("page_style")) {
         if (HasAttribute(page, "name") && HasAttribute(page, "style")) {
@@ -107,7 +104,7 @@ void ReadPageStyles(CGallery& gallery, const CXmlElement& element)
 
 // The slot's common fields; null for an index that names no slot.
 template <class Params>
-Params* ReadStampSlot(const CXmlElement& stamp, std::array<Params, CGallery::StampCount>& stamps)
+Params* ReadStampSlot(const CXmlElement& stamp, std::array<Params, CGalleryContent::StampCount>& stamps)
 {
     const int32_t slot = GetAttributeLong(stamp, "index");
     if (slot < 0 || static_cast<size_t>(slot) >= stamps.size()) {
@@ -126,7 +123,7 @@ void ReadTextIfThere(const CXmlElement& element, const char* name, QString& fiel
     }
 }
 
-void ReadImageStamps(CGallery& gallery, const CXmlElement& element)
+void ReadImageStamps(CGalleryContent& gallery, const CXmlElement& element)
 {
     for (const CXmlElement& stamp : element.GetChildren("image_stamp")) {
         if (CImageStampParams* params = ReadStampSlot(stamp, gallery.GetImageStamps())) {
@@ -136,7 +133,7 @@ void ReadImageStamps(CGallery& gallery, const CXmlElement& element)
     }
 }
 
-void ReadTextStamps(CGallery& gallery, const CXmlElement& element)
+void ReadTextStamps(CGalleryContent& gallery, const CXmlElement& element)
 {
     for (const CXmlElement& stamp : element.GetChildren("text_stamp")) {
         if (CTextStampParams* params = ReadStampSlot(stamp, gallery.GetTextStamps())) {
@@ -149,9 +146,9 @@ void ReadTextStamps(CGallery& gallery, const CXmlElement& element)
     }
 }
 
-void ReadAdvertisements(CGallery& gallery, const CXmlElement& element)
+void ReadAdvertisements(CGalleryContent& gallery, const CXmlElement& element)
 {
-    auto& advertisements = gallery.GetVariables().GetAdvertisements();
+    auto& advertisements = gallery.GetTexts().advertisements;
     for (const CXmlElement& advertisement : element.GetChildren("advertisement")) {
         const QString name = TextOf(advertisement, "name");
         const QString value = TextOf(advertisement, "value");
@@ -172,8 +169,8 @@ void ReadGallery(CGallery& gallery, const CXmlElement& element, CPictureFinder& 
     // The layout comes first: it says where children land and which pages advertisements belong to.
     ReadStyle(gallery, element);
     ReadPictures(gallery, element, finder);
-    ReadPages(gallery, element);
-    ReadVariables(element, "project_variable", gallery.GetVariables().GetOwn());
+    ReadPages(element, gallery.GetTexts());
+    ReadVariables(element, "project_variable", gallery.GetTexts().own);
     ReadVisibility(gallery, element);
     ReadPageStyles(gallery, element);
     ReadImageStamps(gallery, element);

@@ -1,8 +1,5 @@
-#include "document/project/GalleryWriter.h"
-
-#include "document/galleries/Gallery.h"
-#include "document/pictures/GalleryPictureInfo.h"
-#include "document/project/VariableElements.h"
+#include "document/content/GalleryContent.h"
+#include "document/project/GalleryElement.h"
 
 namespace {
 
@@ -19,7 +16,7 @@ void WritePictures(const CPictureList& pictures, CXmlElement& element)
 {
     CXmlElement list = element.AppendChild("picture_list");
     for (int32_t position = 0; position < pictures.GetCount(); ++position) {
-        CPictureInfo* const record = pictures.GetAt(position);
+        const CPictureInfo* const record = pictures.GetAt(position);
         CXmlElement picture = list.AppendChild("picture");
         if (const auto* child = dynamic_cast<const CGalleryPictureInfo*>(record)) {
             picture.SetAttribute("index", child->GetGalleryIndex());
@@ -32,8 +29,8 @@ void WritePictures(const CPictureList& pictures, CXmlElement& element)
     WriteVariables(list, "picture_list_variable", pictures.GetVariables());
 }
 
-// A loop of a layout leaves empty variables behind on every page that it was rendered for. They are not
-// written, as they would not be read, so that looking at a page doesn't change the project's file.
+// A loop of a layout leaves empty variables on every page that it was rendered for. They are not written, as
+// they would not be read, so that looking at a page doesn't change the project's file.
 CVariableMap WithoutEmpty(const CVariableMap& variables)
 {
     CVariableMap result;
@@ -45,7 +42,7 @@ CVariableMap WithoutEmpty(const CVariableMap& variables)
     return result;
 }
 
-void WritePages(const CGalleryVariables::PageVariables& pages, CXmlElement& element)
+void WritePages(const GalleryTexts::Pages& pages, CXmlElement& element)
 {
     for (const auto& [key, allVariables] : pages) {
         const CVariableMap variables = WithoutEmpty(allVariables);
@@ -91,15 +88,15 @@ CXmlElement WriteStamp(CXmlElement& element, const char* tag, size_t slot, const
 }
 
 // All slots, used or not.
-void WriteStamps(CGallery& gallery, CXmlElement& element)
+void WriteStamps(const CGalleryContent& gallery, CXmlElement& element)
 {
-    for (size_t slot = 0; slot < CGallery::StampCount; ++slot) {
+    for (size_t slot = 0; slot < CGalleryContent::StampCount; ++slot) {
         const CImageStampParams& params = gallery.GetImageStamps()[slot];
         CXmlElement stamp = WriteStamp(element, "image_stamp", slot, params);
         stamp.SetAttribute("file", params.file);
         stamp.SetAttribute("transparency", params.transparency);
     }
-    for (size_t slot = 0; slot < CGallery::StampCount; ++slot) {
+    for (size_t slot = 0; slot < CGalleryContent::StampCount; ++slot) {
         const CTextStampParams& params = gallery.GetTextStamps()[slot];
         CXmlElement stamp = WriteStamp(element, "text_stamp", slot, params);
         stamp.SetAttribute("font", params.font);
@@ -110,7 +107,7 @@ void WriteStamps(CGallery& gallery, CXmlElement& element)
     }
 }
 
-void WriteAdvertisements(const CGalleryVariables::Advertisements& advertisements, CXmlElement& element)
+void WriteAdvertisements(const GalleryTexts::Advertisements& advertisements, CXmlElement& element)
 {
     for (const auto& [page, texts] : advertisements) {
         for (const auto& [name, value] : texts) {
@@ -124,16 +121,16 @@ void WriteAdvertisements(const CGalleryVariables::Advertisements& advertisements
 
 } // namespace
 
-void WriteGallery(CGallery& gallery, CXmlElement& project)
+void WriteGallery(const CGalleryContent& gallery, CXmlElement& project)
 {
     CXmlElement element = project.AppendChild("gallery");
     element.SetAttribute("index", gallery.GetIndex());
     WriteStyle(gallery.GetLayout(), element);
     WritePictures(gallery.GetPictures(), element);
-    WritePages(gallery.GetVariables().GetPageVariables(), element);
-    WriteVariables(element, "project_variable", gallery.GetVariables().GetOwn());
+    WritePages(gallery.GetTexts().pages, element);
+    WriteVariables(element, "project_variable", gallery.GetTexts().own);
     WriteVisibility(gallery.GetVisibility(), element);
     WritePageStyles(gallery.GetLayout(), element);
     WriteStamps(gallery, element);
-    WriteAdvertisements(gallery.GetVariables().GetAdvertisements(), element);
+    WriteAdvertisements(gallery.GetTexts().advertisements, element);
 }

@@ -1,7 +1,8 @@
-#include "document/project/VariableElements.h"
-
 #include <charconv>
 #include <cmath>
+
+#include "common/Variant.h"
+#include "document/project/GalleryElement.h"
 
 namespace {
 

@@ -9,7 +9,7 @@ namespace {
 
 bool EditAdvertisements(CGallery& gallery, QWidget* parent)
 {
-    auto& sections = gallery.GetVariables().GetAdvertisements()[gallery.GetLayout().GetTemplatePage()];
+    auto& sections = gallery.GetTexts().advertisements[gallery.GetLayout().GetTemplatePage()];
     CDlgAdvertisements dialog(sections, parent);
     if (dialog.exec() != QDialog::Accepted) {
         return false;

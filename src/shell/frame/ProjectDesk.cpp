@@ -193,8 +193,7 @@ void CProjectDesk::AddRecent(const QString& path)
 QString CProjectDesk::GetTitle() const
 {
     // Cut at the first dot, as the project's own name is that its pages show.
-    const QString file = ExtractLastName(keeper.GetPath());
-    const QString name = file.left(file.indexOf(QLatin1Char('.')));
+    const QString name = CutAtFirstDot(ExtractLastName(keeper.GetPath())).stem;
     return keeper.IsReadOnly() ? Text(StringId::ReadOnlyProject, name) : name;
 }
 

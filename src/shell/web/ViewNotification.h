@@ -4,7 +4,7 @@
 
 #include <QObject>
 
-#include "document/project/UpdateHints.h"
+#include "document/project/GalleryProjectConsumer.h"
 
 // The three views of the frame. The numbers are those of their panels' controls.
 enum class ViewId : int { Folder = 200, Galleries = 201, Pages = 202 };

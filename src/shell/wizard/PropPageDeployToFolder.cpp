@@ -6,7 +6,7 @@
 #include <QVBoxLayout>
 
 #include "common/FileSystem.h"
-#include "document/catalogue/GalleryTemplate.h"
+#include "document/catalogue/Definitions.h"
 #include "document/project/GalleryProject.h"
 #include "resources/StringTable.h"
 #include "shell/look/DialogParts.h"

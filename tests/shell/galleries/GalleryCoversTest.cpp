@@ -67,7 +67,7 @@ TEST_F(GalleryCovers, AreScaledIntoTheBoxBesideTheCover)
     OrderAndWait({0});
     EXPECT_TRUE(covers.IsReady(Gallery(0), box));
     EXPECT_TRUE(covers.IsFinished());
-    EXPECT_EQ(ExtractFolder(Path(0)), ExtractFolder(Gallery(0).GetCoverName()));
+    EXPECT_EQ(ExtractFolder(Path(0)), ExtractFolder(Gallery(0).GetCover().GetName()));
     EXPECT_TRUE(Path(0).endsWith(QStringLiteral("7239.jpg"))) << qPrintable(Path(0));
     const QSize size = CImage::FromFile(Path(0)).GetSize();
     EXPECT_TRUE(size.width() == 72 || size.height() == 39) << size.width() << 'x' << size.height();
@@ -99,7 +99,7 @@ TEST_F(GalleryCovers, ThatShowOtherCoversComeBehindThem)
     OrderAndWait({0});
     for (const int gallery : {0, 1, 2, 3}) {
         // The files are there and as they would be had they been asked for.
-        const QString cover = Gallery(gallery).GetCoverName();
+        const QString cover = Gallery(gallery).GetCover().GetName();
         ASSERT_TRUE(FileExists(cover)) << gallery;
         EXPECT_EQ(Gallery(gallery).GetCover().FindUnmade(), nullptr);
         const QByteArray made = ReadWholeFile(cover);
@@ -146,7 +146,7 @@ TEST_F(GalleryCovers, OfAChangeInTheMiddleShowTheLastState)
     OrderAndWait({0, 1});
     for (const int gallery : {0, 1}) {
         EXPECT_TRUE(covers.IsReady(Gallery(gallery), box));
-        const QByteArray made = ReadWholeFile(Gallery(gallery).GetCoverName());
+        const QByteArray made = ReadWholeFile(Gallery(gallery).GetCover().GetName());
         Gallery(gallery).UpdateCover(0);
         EXPECT_EQ(ReadWholeFile(Gallery(gallery).GetCoverPath()), made) << gallery;
     }

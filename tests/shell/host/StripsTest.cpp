@@ -7,7 +7,7 @@
 #include "ViewWindow.h"
 #include "common/FileSystem.h"
 #include "common/Platform.h"
-#include "content/ContentGeneratorPreview.h"
+#include "content/ContentGeneratorViews.h"
 #include "document/galleries/Gallery.h"
 #include "document/galleries/GalleryIterator.h"
 #include "support/ProjectFixture.h"

@@ -49,9 +49,9 @@ void Call(CPagesWindow& window, const char* call, const std::function<bool(QDial
 
 QString Variable(CPagesWindow& window, const char* name)
 {
-    CVariant value;
-    window.GetGallery().GetObjectVariable(QStringLiteral("gallery"), QString::fromLatin1(name), value);
-    return value.GetString();
+    return window.GetGallery()
+        .GetObjectVariable(QStringLiteral("gallery"), QString::fromLatin1(name))
+        ->GetString();
 }
 
 template <class Control>
@@ -126,9 +126,8 @@ TEST(ViewPagesDialogs, ATextOfSeveralLinesKeepsItsLineBreaks)
         return true;
     });
     window.WaitForPageShown(2);
-    CVariant title;
-    window.GetGallery().GetPictures().GetAt(0)->GetVariable(QStringLiteral("title"), title);
-    EXPECT_EQ(title.GetString(), QStringLiteral("one</br>two"));
+    EXPECT_EQ(window.GetGallery().GetPictures().GetAt(0)->GetVariable(QStringLiteral("title")),
+              CVariant(QStringLiteral("one</br>two")));
     Call(window, call, [](QDialog& dialog) {
         EXPECT_EQ(Find<QPlainTextEdit>(dialog, "text")->toPlainText(), QStringLiteral("one\ntwo"));
         return false;

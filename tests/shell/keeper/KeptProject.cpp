@@ -45,9 +45,8 @@ int main(int argumentCount, char** arguments)
     CGallery& gallery = *project.GetCurrentGallery();
     const QString object = QStringLiteral("gallery");
     gallery.SetObjectVariable(object, QStringLiteral("words"), CVariant(QString(300'000, QLatin1Char('w'))));
-    CVariant count;
-    gallery.GetObjectVariable(object, QStringLiteral("count"), count);
-    int number = count.GetType() == CVariant::Type::Integer ? count.GetInteger() : 0;
+    // 0 before the first.
+    int number = gallery.GetObjectVariable(object, QStringLiteral("count"))->GetInteger();
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
         gallery.SetObjectVariable(object, QStringLiteral("count"), CVariant(++number));

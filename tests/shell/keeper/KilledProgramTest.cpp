@@ -61,10 +61,9 @@ protected:
     {
         CGalleryProject project(fixture.GetEnvironment());
         project.Load(path);
-        CVariant count;
-        project.GetCurrentGallery()->GetObjectVariable(QStringLiteral("gallery"), QStringLiteral("count"),
-                                                       count);
-        return count.GetType() == CVariant::Type::Integer ? count.GetInteger() : 0;
+        const auto count = project.GetCurrentGallery()->GetObjectVariable(QStringLiteral("gallery"),
+                                                                          QStringLiteral("count"));
+        return count->GetInteger(); // 0 before the first
     }
 
     QStringList Leftovers() const

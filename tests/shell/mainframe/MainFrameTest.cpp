@@ -38,11 +38,11 @@ TEST_F(MainFrame, FilesDroppedOnACoverGoIntoItsGallery)
     MakeDirectoryPath(Path("photos/more"));
     const QString one = fixture.WritePicture(QStringLiteral("one.jpg"));
     fixture.WritePicture(QStringLiteral("more/deep.png"));
-    const QString cover = project.FindGallery(child)->GetCoverName();
+    const QString cover = project.FindGallery(child)->GetCover().GetName();
     frame->AddDropped({one, Path("photos/more"), Path("nothing.txt")}, child);
     EXPECT_EQ(project.FindGallery(child)->GetPictures().GetCount(), 2);
     EXPECT_EQ(project.GetRootGallery()->GetPictures().GetCount(), 1); // the child
-    EXPECT_NE(project.FindGallery(child)->GetCoverName(), cover);
+    EXPECT_NE(project.FindGallery(child)->GetCover().GetName(), cover);
     EXPECT_EQ(project.GetCurrentGallery(), project.GetRootGallery());
     // The gallery may be gone by the time of the drop.
     frame->AddDropped({one}, 99);

@@ -9,7 +9,7 @@
 #include "common/FileSystem.h"
 #include "common/Platform.h"
 #include "common/Text.h"
-#include "content/ContentGeneratorFolderView.h"
+#include "content/ContentGeneratorViews.h"
 #include "resources/Resources.h"
 #include "resources/StringTable.h"
 #include "shell/panes/folder/ViewFolderImageIterator.h"

@@ -5,7 +5,7 @@
 #include <set>
 #include <vector>
 
-#include "document/pictures/FilePictureInfo.h"
+#include "document/pictures/PictureInfo.h"
 #include "template/contracts/ImageIterator.h"
 
 class CGallery;

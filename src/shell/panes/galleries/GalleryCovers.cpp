@@ -34,7 +34,7 @@ CGalleryCovers::CGalleryCovers(Listener listener)
 
 QString CGalleryCovers::GetPath(CGallery& gallery, QSize box)
 {
-    return ScaledInto(box).GetResultFileName(gallery.GetCoverName());
+    return ScaledInto(box).GetResultFileName(gallery.GetCover().GetName());
 }
 
 bool CGalleryCovers::IsReady(CGallery& gallery, QSize box) const
@@ -72,29 +72,28 @@ void CGalleryCovers::Continue()
 // False if the gallery's picture can't be made.
 bool CGalleryCovers::Begin(CGallery& gallery)
 {
-    CGallery* const unmade = gallery.GetCover().FindUnmade();
-    CGallery& next = unmade ? *unmade : gallery;
-    if (failed.count(next.GetIndex()) != 0) {
+    CGalleryCover* const unmade = gallery.GetCover().FindUnmade();
+    CGalleryCover& next = unmade ? *unmade : gallery.GetCover();
+    if (failed.count(next.GetGalleryIndex()) != 0) {
         return false;
     }
-    if (begun.count({next.GetIndex(), !unmade}) != 0) {
+    if (begun.count({next.GetGalleryIndex(), !unmade}) != 0) {
         return true;
     }
     Work work;
     work.order = *order;
-    work.gallery = next.GetIndex();
-    const QString cover = next.GetCoverName();
+    work.gallery = next.GetGalleryIndex();
     if (unmade) {
-        CGalleryCover::Recipe recipe = next.GetCover().HandOut();
+        CGalleryCover::Recipe recipe = next.HandOut();
         work.revision = recipe.revision;
         work.pictures = std::move(recipe.pictures);
-        work.cache = &next.GetManager().GetCoverCache();
+        work.cache = &gallery.GetManager().GetCoverCache();
         // Its own name, until it is known that it still counts.
-        work.path = WithSuffix(cover, QStringLiteral("~%1").arg(++fileCount));
+        work.path = WithSuffix(next.GetName(), QStringLiteral("~%1").arg(++fileCount));
     } else {
-        work.revision = next.GetCover().GetRevision();
-        work.path = GetPath(next, box);
-        work.cover = cover;
+        work.revision = next.GetRevision();
+        work.path = GetPath(gallery, box);
+        work.cover = next.GetName();
         work.box = box;
     }
     Post(std::move(work));

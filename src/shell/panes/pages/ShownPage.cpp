@@ -4,7 +4,7 @@
 #include "common/Platform.h"
 #include "common/TempFolder.h"
 #include "common/Trace.h"
-#include "content/ContentGeneratorPreview.h"
+#include "content/ContentGeneratorViews.h"
 #include "document/galleries/Gallery.h"
 #include "document/galleries/GalleryIterator.h"
 #include "document/galleries/GalleryManager.h"

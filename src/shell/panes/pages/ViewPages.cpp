@@ -246,7 +246,7 @@ void CViewPages::ApplyChoice(Change& change, int32_t place, CGallery& gallery)
                 gallery.SetStyle(styles[static_cast<size_t>(place)]);
             }
         } else {
-            CGalleryCatalogue::Templates& layouts = gallery.GetLayout().GetCatalogue().GetTemplates();
+            const CGalleryCatalogue::Templates& layouts = gallery.GetLayout().GetCatalogue().GetTemplates();
             if (place >= 0 && static_cast<size_t>(place) < layouts.size()) {
                 gallery.SetTemplate(std::next(layouts.begin(), place)->first);
             }

@@ -1,0 +1,289 @@
+#include "document/pictures/PictureList.h"
+
+#include <QFile>
+
+#include "TestProject.h"
+
+namespace {
+
+QString Names(const CPictureList& list)
+{
+    QStringList names;
+    for (int32_t position = 0; position < list.GetCount(); ++position) {
+        names += list.GetAt(position)->GetPath();
+    }
+    return names.join(QLatin1Char(' '));
+}
+
+std::unique_ptr<CFilePictureInfo> Record(const QString& path, DateValue date = 0)
+{
+    auto record = std::make_unique<CFilePictureInfo>(path, 0);
+    record->SetDate(date);
+    return record;
+}
+
+QString Value(const CPictureList& list, const char* name)
+{
+    return Described(list.GetVariable(QString::fromUtf8(name)));
+}
+
+QString Property(const CPictureInfo& record, const QString& name)
+{
+    const std::optional<CVariant> value = record.GetVariable(name);
+    return value ? Described(*value) : QStringLiteral("not found");
+}
+
+// A record whose path changes, as a child gallery's does with its cover.
+class CMovingRecord final : public CPictureInfo {
+public:
+    explicit CMovingRecord(const QString& path) : path(path) {}
+    QString GetPath() const override { return path; }
+    DateValue GetDate() const override { return 0; }
+    std::optional<CVariant> GetVariable(const QString&) const override { return std::nullopt; }
+    void SetVariable(const QString&, const CVariant&) override {}
+    int32_t GetAngle() const override { return 0; }
+    void SetAngle(int32_t) override {}
+    const CVariableMap& GetVariables() const override { return variables; }
+    CVariableMap& GetVariables() override { return variables; }
+
+    QString path;
+
+private:
+    CVariableMap variables;
+};
+
+constexpr double Day2020 = 43831.5; // 1 January 2020, noon
+
+} // namespace
+
+TEST(PictureList, AddsAtTheEndOrAtTheFront)
+{
+    CPictureList list;
+    list.AddFile(QStringLiteral("a"), 0, false);
+    list.AddFile(QStringLiteral("b"), 0, false);
+    list.AddFile(QStringLiteral("c"), 3, true);
+    EXPECT_EQ(Names(list), QStringLiteral("c a b"));
+    EXPECT_EQ(list.GetAt(0)->GetAngle(), 3);
+    EXPECT_EQ(list.GetAt(-1), nullptr);
+    EXPECT_EQ(list.GetAt(3), nullptr);
+}
+
+TEST(PictureList, KeepsAThumbnailPathOnlyWhereOneIsGiven)
+{
+    CPictureList list;
+    EXPECT_EQ(list.AddFile(QStringLiteral("a"), QStringLiteral("t"), 1, false)->GetThumbnailPath(),
+              QStringLiteral("t"));
+    EXPECT_TRUE(list.AddFile(QStringLiteral("b"), 0, false)->GetThumbnailPath().isEmpty());
+    EXPECT_TRUE(CMovingRecord(QStringLiteral("c")).GetThumbnailPath().isEmpty());
+}
+
+TEST(PictureList, APathInOtherCapitalsReplacesTheRecordInPlaceAndLosesItsVariables)
+{
+    CPictureList list;
+    list.AddFile(QStringLiteral("/p/A.jpg"), 0, false)
+        ->SetVariable(QStringLiteral("title"), CVariant(QStringLiteral("old")));
+    list.AddFile(QStringLiteral("/p/b.jpg"), 0, false);
+    CPictureInfo* const added = list.AddFile(QStringLiteral("/P/a.JPG"), 2, true);
+    EXPECT_EQ(Names(list), QStringLiteral("/P/a.JPG /p/b.jpg"));
+    EXPECT_EQ(list.GetAt(0), added);
+    EXPECT_EQ(Property(*added, QStringLiteral("title")), QStringLiteral("not found"));
+}
+
+TEST(PictureList, ANewFileRecordCarriesItsDateAndTheTimeOfItsAddition)
+{
+    CTestProject test;
+    CPictureList list;
+    const DateValue before = DateFromLocalTime(QDateTime::currentDateTime());
+    CPictureInfo& record =
+        *list.AddFile(test.MakePicture(QStringLiteral("a.jpg"), QDate(2020, 1, 1)), 0, false);
+    const DateValue after = DateFromLocalTime(QDateTime::currentDateTime());
+    EXPECT_EQ(record.GetDate(), Day2020);
+    const CVariant addition = record.GetVariable(QStringLiteral("addition_date")).value_or(CVariant());
+    EXPECT_EQ(addition.GetType(), CVariant::Type::Date);
+    EXPECT_GE(addition.GetNumber(), before);
+    EXPECT_LE(addition.GetNumber(), after);
+}
+
+TEST(PictureList, RemovingTheOldestOrTheLatestCountsTheDatesAnew)
+{
+    CTestProject test;
+    CPictureList list;
+    list.AddFile(test.MakePicture(QStringLiteral("b"), QDate(2020, 1, 2)), 0, false);
+    list.AddFile(test.MakePicture(QStringLiteral("a"), QDate(2020, 1, 1)), 0, false);
+    list.AddFile(test.MakePicture(QStringLiteral("c"), QDate(2020, 1, 3)), 0, false);
+    EXPECT_EQ(Value(list, "min_creation_date"), QStringLiteral("date:43831.5"));
+    EXPECT_EQ(Value(list, "max_creation_date"), QStringLiteral("date:43833.5"));
+    list.Remove(1);
+    EXPECT_EQ(Value(list, "min_creation_date"), QStringLiteral("date:43832.5"));
+    list.Remove(1);
+    EXPECT_EQ(Value(list, "max_creation_date"), QStringLiteral("date:43832.5"));
+    list.Remove(0);
+    EXPECT_EQ(Value(list, "min_creation_date"), QStringLiteral("date:0"));
+    EXPECT_EQ(Value(list, "max_creation_date"), QStringLiteral("date:0"));
+}
+
+TEST(PictureList, AFileThatCanNotBeQueriedHasNoDateAndLeavesTheDatesAlone)
+{
+    CTestProject test;
+    CPictureList list;
+    list.AddFile(test.Path(QStringLiteral("missing.jpg")), 0, false);
+    EXPECT_EQ(list.GetAt(0)->GetDate(), 0);
+    EXPECT_EQ(Value(list, "min_creation_date"), QStringLiteral("date:0"));
+    list.AddFile(test.MakePicture(QStringLiteral("a.jpg")), 0, false);
+    EXPECT_EQ(Value(list, "min_creation_date"), QStringLiteral("date:43831.5"));
+    list.Remove(0);
+    EXPECT_EQ(Value(list, "min_creation_date"), QStringLiteral("date:43831.5"));
+}
+
+TEST(PictureList, RemovingARecordWithoutDateRecountsOnlyWhereThereIsNoOldestYet)
+{
+    CPictureList list;
+    list.Add(Record(QStringLiteral("none")), false);
+    list.Add(Record(QStringLiteral("dated"), 7), false); // added by hand: not counted
+    EXPECT_EQ(Value(list, "min_creation_date"), QStringLiteral("date:0"));
+    list.Remove(0);
+    EXPECT_EQ(Value(list, "min_creation_date"), QStringLiteral("date:7"));
+    EXPECT_EQ(Value(list, "max_creation_date"), QStringLiteral("date:7"));
+}
+
+TEST(PictureList, ARecordCanBeTakenOutWithoutBeingDeleted)
+{
+    CPictureList list;
+    CPictureInfo* const record = list.AddFile(QStringLiteral("a"), 0, false);
+    const std::unique_ptr<CPictureInfo> taken = list.Remove(0);
+    EXPECT_EQ(taken.get(), record);
+    EXPECT_EQ(list.GetCount(), 0);
+    EXPECT_EQ(list.Find(QStringLiteral("a")), -1);
+    EXPECT_EQ(list.Remove(0), nullptr);
+    EXPECT_EQ(list.Remove(-1), nullptr);
+}
+
+TEST(PictureList, FindsByPathWithoutRegardToCase)
+{
+    CPictureList list;
+    list.AddFile(QStringLiteral("/p/A.jpg"), 0, false);
+    list.AddFile(QStringLiteral("/p/B.jpg"), 0, false);
+    EXPECT_EQ(list.Find(QStringLiteral("/P/b.JPG")), 1);
+    EXPECT_EQ(list.Find(QStringLiteral("/p/c.jpg")), -1);
+}
+
+TEST(PictureList, MovesTowardsTheEndOnly)
+{
+    const struct {
+        int from;
+        int to;
+        const char* expected;
+    } rows[] = {
+        {0, 2, "b c a d"}, {0, 3, "b c d a"}, {1, 2, "a c b d"}, {2, 2, "a b c d"},
+        {3, 0, "a b c d"}, {2, 1, "a b c d"}, {0, 9, "b c d a"}, {1, -1, "a b c d"},
+    };
+    for (const auto& row : rows) {
+        CPictureList list;
+        for (const char* name : {"a", "b", "c", "d"}) {
+            list.AddFile(QString::fromUtf8(name), 0, false);
+        }
+        list.MoveTo(list.GetAt(row.from), row.to);
+        EXPECT_EQ(Names(list), QString::fromUtf8(row.expected)) << row.from << " to " << row.to;
+    }
+}
+
+TEST(PictureList, SwapsTwoEntriesAndIgnoresPlacesOutsideTheList)
+{
+    CPictureList list;
+    for (const char* name : {"a", "b", "c"}) {
+        list.AddFile(QString::fromUtf8(name), 0, false);
+    }
+    list.Swap(0, 2);
+    EXPECT_EQ(Names(list), QStringLiteral("c b a"));
+    list.Swap(0, 3);
+    list.Swap(-1, 0);
+    EXPECT_EQ(Names(list), QStringLiteral("c b a"));
+    EXPECT_EQ(list.Find(QStringLiteral("a")), 2);
+}
+
+TEST(PictureList, RekeyFindsARecordUnderItsNewPath)
+{
+    CPictureList list;
+    auto record = std::make_unique<CMovingRecord>(QStringLiteral("Old"));
+    CMovingRecord& moving = *record;
+    list.Add(std::move(record), false);
+    moving.path = QStringLiteral("New");
+    list.Rekey(QStringLiteral("OLD"));
+    EXPECT_EQ(list.Find(QStringLiteral("new")), 0);
+    EXPECT_EQ(list.Find(QStringLiteral("old")), -1);
+    list.Rekey(QStringLiteral("unknown"));
+    EXPECT_EQ(list.GetCount(), 1);
+}
+
+TEST(PictureList, RekeyDoesNotPushOutTheRecordThatHasThePath)
+{
+    CPictureList list;
+    auto record = std::make_unique<CMovingRecord>(QStringLiteral("old"));
+    CMovingRecord& moving = *record;
+    list.Add(std::move(record), false);
+    list.AddFile(QStringLiteral("taken"), 0, false);
+    moving.path = QStringLiteral("taken");
+    list.Rekey(QStringLiteral("old"));
+    EXPECT_EQ(list.Find(QStringLiteral("taken")), 1);
+    EXPECT_EQ(list.Remove(0).get(), &moving);
+    EXPECT_EQ(list.GetCount(), 1);
+    EXPECT_EQ(list.Find(QStringLiteral("taken")), 0);
+}
+
+TEST(PictureList, ClearKeepsTheDates)
+{
+    CTestProject test;
+    CPictureList list;
+    list.AddFile(test.MakePicture(QStringLiteral("a.jpg")), 0, false);
+    list.SetVariable(QStringLiteral("x"), CVariant(1));
+    list.Clear();
+    EXPECT_EQ(list.GetCount(), 0);
+    EXPECT_EQ(list.Find(test.Path(QStringLiteral("pictures/a.jpg"))), -1);
+    EXPECT_EQ(Value(list, "x"), QStringLiteral("empty"));
+    EXPECT_EQ(Value(list, "min_creation_date"), QStringLiteral("date:43831.5"));
+}
+
+TEST(PictureList, AnswersItsPropertiesAndEveryOtherName)
+{
+    CPictureList list;
+    list.AddFile(QStringLiteral("a"), 0, false);
+    list.SetVariable(QStringLiteral("Title"), CVariant(QStringLiteral("t")));
+    EXPECT_EQ(Value(list, "Images_Count"), QStringLiteral("#1"));
+    EXPECT_EQ(Value(list, "tITLE"), QStringLiteral("t"));
+    EXPECT_EQ(Value(list, "unknown"), QStringLiteral("empty"));
+}
+
+TEST(PictureList, AListByDateKeepsEqualDatesInTheOrderOfArrivalAndIgnoresTheFront)
+{
+    CPictureList list(CPictureList::Order::ByDate);
+    list.Add(Record(QStringLiteral("c"), 3), false);
+    list.Add(Record(QStringLiteral("a"), 1), false);
+    list.Add(Record(QStringLiteral("b1"), 2), true);
+    list.Add(Record(QStringLiteral("b2"), 2), true);
+    list.Add(Record(QStringLiteral("b3"), 2), false);
+    EXPECT_EQ(Names(list), QStringLiteral("a b1 b2 b3 c"));
+}
+
+TEST(PictureList, ARecordWithoutDateBeginsTheSearchForTheOldestAnew)
+{
+    const struct {
+        std::vector<DateValue> dates;
+        const char* oldest;
+        const char* latest;
+    } rows[] = {
+        {{7, 0, 9}, "date:9", "date:9"},
+        {{7, 0}, "date:0", "date:7"},
+        {{0, 7}, "date:7", "date:7"},
+        {{9, 7}, "date:7", "date:9"},
+    };
+    for (const auto& row : rows) {
+        CPictureList list;
+        list.Add(Record(QStringLiteral("removed")), false);
+        for (const DateValue date : row.dates) {
+            list.Add(Record(QString::number(date), date), false);
+        }
+        list.Remove(0);
+        EXPECT_EQ(Value(list, "min_creation_date"), QString::fromUtf8(row.oldest));
+        EXPECT_EQ(Value(list, "max_creation_date"), QString::fromUtf8(row.latest));
+    }
+}
