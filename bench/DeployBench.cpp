@@ -34,6 +34,7 @@
 #include "content/PageGeneration.h"
 #include "document/pictures/PictureFiles.h"
 #include "document/project/GalleryProject.h"
+#include "imaging/Image.h"
 #include "imaging/ImageFile.h"
 #include "imaging/codecs/JpegDecoder.h"
 
