@@ -17,7 +17,7 @@
 #include "effects/GeometricEffects.h"
 #include "effects/ImageEffect.h"
 #include "effects/ImageEffectTextStamp.h"
-#include "ftpengine/commands/FTPDirectoryContent.h"
+#include "ftpengine/messages/FTPDirectoryContent.h"
 #include "template/parser/CompoundTemplateSection.h"
 
 namespace {

@@ -8,7 +8,7 @@
 
 #include "cli/Answers.h"
 #include "cli/ProjectSession.h"
-#include "common/EventLoopTarget.h"
+#include "common/MessageTarget.h"
 #include "common/Platform.h"
 #include "resources/StringTable.h"
 

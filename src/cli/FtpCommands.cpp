@@ -8,10 +8,10 @@
 #include "cli/Commands.h"
 #include "cli/Interrupts.h"
 #include "cli/ServerLogin.h"
-#include "common/EventLoopTarget.h"
 #include "common/Exceptions.h"
-#include "ftpengine/EngineStatus.h"
+#include "common/MessageTarget.h"
 #include "ftpengine/FTPEngine.h"
+#include "ftpengine/messages/EngineStatus.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "ftpengine/destinations/FTPDestinationConnection.h"
+#include "ftpengine/destinations/FTPDestination.h"
 
 struct FtpUrl;
 

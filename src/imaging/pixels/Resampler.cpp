@@ -4,9 +4,9 @@
 #include <array>
 #include <cmath>
 #include <list>
-#include <mutex>
 #include <numbers>
 
+#include "common/ThreadSafety.h"
 #include "imaging/pixels/DecodingStop.h"
 #include "imaging/pixels/ResamplerKernels.h"
 
@@ -152,10 +152,10 @@ Geometry MakeGeometry(const GeometryKey& key)
 std::shared_ptr<const Geometry> FindGeometry(const GeometryKey& key)
 {
     constexpr size_t kept = 16;
-    static std::mutex mutex;
+    static CMutex mutex;
     static std::list<std::pair<GeometryKey, std::shared_ptr<const Geometry>>> latest;
     {
-        const std::lock_guard lock(mutex);
+        const CMutexLock lock(mutex);
         const auto found = std::find_if(latest.begin(), latest.end(),
                                         [&key](const auto& each) { return each.first == key; });
         if (found != latest.end()) {
@@ -164,7 +164,7 @@ std::shared_ptr<const Geometry> FindGeometry(const GeometryKey& key)
         }
     }
     auto made = std::make_shared<const Geometry>(MakeGeometry(key));
-    const std::lock_guard lock(mutex);
+    const CMutexLock lock(mutex);
     latest.emplace_front(key, made);
     latest.resize(std::min(latest.size(), kept));
     return made;

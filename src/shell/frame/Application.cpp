@@ -14,7 +14,7 @@
 #include "common/Settings.h"
 #include "common/TempFolder.h"
 #include "common/Text.h"
-#include "ftpengine/Trace.h"
+#include "common/Trace.h"
 #include "shell/dialogs/FailureBox.h"
 #include "shell/frame/CommandLine.h"
 #include "shell/frame/MainFrame.h"

@@ -6,8 +6,8 @@
 #include <QStyle>
 #include <QVBoxLayout>
 
-#include "ftpengine/EngineStatus.h"
-#include "ftpengine/TaskResult.h"
+#include "ftpengine/messages/EngineStatus.h"
+#include "ftpengine/messages/FTPMessages.h"
 #include "resources/StringTable.h"
 #include "shell/look/DialogParts.h"
 

@@ -3,7 +3,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 
-#include "ftpengine/TaskResult.h"
+#include "ftpengine/messages/FTPMessages.h"
 #include "shell_support/DialogTools.h"
 
 namespace {

@@ -43,7 +43,7 @@ void CFolderLoader::DoWork()
         return;
     }
     {
-        const std::lock_guard lock(pictureLock);
+        const CMutexLock lock(pictureLock);
         filled = std::move(result);
     }
     listener.filled();
@@ -56,7 +56,7 @@ void CFolderLoader::OnProgress(int count, const std::vector<FolderCard>& cards)
 
 std::optional<FilledFolder> CFolderLoader::Take(const QString& folder)
 {
-    const std::lock_guard lock(pictureLock);
+    const CMutexLock lock(pictureLock);
     // Another folder may have been chosen already, and its notice be under way.
     if (!isWorking || filled.number != job.number || job.folder != folder) {
         return std::nullopt;

@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <vector>
 
@@ -10,7 +9,8 @@
 #include <QString>
 
 #include "common/BackgroundWorker.h"
-#include "common/EventLoopTarget.h"
+#include "common/MessageTarget.h"
+#include "common/ThreadSafety.h"
 #include "content/FolderPictures.h"
 
 // What has been made of a folder.
@@ -70,6 +70,6 @@ private:
     // Changed on the screen's thread, and only while the worker rests.
     Job job;
 
-    std::mutex pictureLock;
-    FilledFolder filled; // guarded by pictureLock: what the worker hands over
+    CMutex pictureLock;
+    FilledFolder filled VISTORAMA_GUARDED_BY(pictureLock); // what the worker hands over
 };

@@ -204,7 +204,7 @@ QString CViewFolder::TakeChosenPath(int32_t index)
 
 void CViewFolder::UpdateView(UpdateHint hint, CGalleryProject& project)
 {
-    const CTraceScope scope("CViewFolder::UpdateView");
+    const TraceScope scope(QStringLiteral("CViewFolder::UpdateView"));
     if (ListsFolderAnew(hint)) {
         UpdateList(hint, project);
     } else if (hint == UpdateHint::FolderReady) {
