@@ -62,7 +62,8 @@ class SourceTree:
 
         def floor_of(library, way):
             if library in way:
-                raise HouseError("The lists MAY_INCLUDE make a circle: " + " -> ".join([*way, library]))
+                ring = [*way[way.index(library) :], library]
+                raise HouseError("The lists MAY_INCLUDE make a circle: " + " -> ".join(ring))
             if library not in self.lists:
                 raise HouseError(f"{way[-1]} lists {library}, which is no folder of the house")
             if library not in floors:

@@ -76,7 +76,7 @@ prepare_root "$builder"
 mkdir -p "$folder/ccache" "$builder/ccache"
 mount --bind "$folder/ccache" "$builder/ccache"
 rm -rf "$builder/vistorama"
-git clone -q . "$builder/vistorama"
+git -c safe.directory="*" clone -q . "$builder/vistorama"
 chroot "$builder" env -i HOME=/root PATH="$PATH" LC_ALL=C.UTF-8 CCACHE_DIR=/ccache bash -euo pipefail -c '
     cd /vistorama
     source packaging/prepare.sh
