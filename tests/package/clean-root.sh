@@ -44,8 +44,11 @@ write_package_sources() {
         awk -v own="$own" -v release="$release" \
             '$1 == "Packages" && $2 == "Debian" { sub("^" own, release, $4); print "deb", $3, $4, $5 }' |
         sort -u >"$base/etc/apt/sources.list"
-    # How packages are fetched here: proxies, dates, languages.
-    cp -a /etc/apt/apt.conf.d "$base/etc/apt/"
+    # How packages are fetched here, such as proxies; what a package has brought would come into its way there.
+    local file
+    for file in /etc/apt/apt.conf.d/*; do
+        dpkg-query -S "$file" >/dev/null 2>&1 || cp -a "$file" "$base/etc/apt/apt.conf.d/"
+    done
     [ -s "$base/etc/apt/sources.list" ] || fail "this machine has no package sources of Debian"
 }
 
