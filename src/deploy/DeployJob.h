@@ -30,8 +30,8 @@ public:
     CDeploySettings settings;
     // Empty for a deployment to a folder. If set, the site is generated there and listed for the upload.
     QString temporaryFolder;
-    // Where records of deployments to folders are kept, so that the next one makes only what has changed. Empty: none
-    // is kept, and all images are made anew.
+    // Where records of deployments to folders are kept, so that the next one makes only what has changed.
+    // Empty: none is kept, and all images are made anew.
     QString recordsFolder;
 
     // Starts the thread: the site goes to the temporary folder if there is one, else to settings.folder.

@@ -24,8 +24,8 @@ struct ShownPage {
     QString extension;
 };
 
-// The page that a link to a gallery leads to: its current one or, as long as none was chosen, the first page of
-// its layout, on which every look-up of a page lands.
+// The page that a link to a gallery leads to: its current one or, as long as none was chosen, the first page
+// of its layout, on which every look-up of a page lands.
 ShownPage PageShownBy(const CGalleryLayout& layout)
 {
     const CGalleryTemplate* const layoutTemplate = layout.GetTemplate();

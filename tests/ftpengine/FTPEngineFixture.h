@@ -9,8 +9,8 @@
 #include <gtest/gtest.h>
 
 #include "ResourceGuard.h"
-#include "support/ScriptedServer.h"
 #include "ftpengine/FTPEngine.h"
+#include "support/ScriptedServer.h"
 
 // Short, so that a test of a silent server takes little time, and long enough for a busy machine.
 inline FTPTimeouts ShortTimeouts()

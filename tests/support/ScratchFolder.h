@@ -24,8 +24,8 @@ private:
     QTemporaryDir directory;
 };
 
-// For its lifetime the calling thread may do with files what any user may, and no more; without effect for a user
-// who is no administrator. Scratch folders that are to be looked into are opened to all first.
+// For its lifetime the calling thread may do with files what any user may, and no more; without effect for a
+// user who is no administrator. Scratch folders that are to be looked into are opened to all first.
 class COrdinaryRights {
 public:
     explicit COrdinaryRights(const CScratchFolder& folder);
