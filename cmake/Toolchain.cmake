@@ -17,6 +17,8 @@ if(MOLD)
 endif()
 
 add_compile_options(-Wall -Wextra -Werror)
+# Only clang knows which mutex guards which field.
+add_compile_options($<$<COMPILE_LANG_AND_ID:CXX,Clang>:-Wthread-safety>)
 
 # What Debian asks of programs: all symbols bound at the start and read-only from then on, checked copies in libc.
 add_link_options(-Wl,-z,relro,-z,now)

@@ -27,7 +27,7 @@ public:
     // Null for a stamp of a picture that is there already.
     QString GetKey() const override;
 
-    CStampParams GetStampParams() const override { return params; }
+    CStampParams GetStampParams() const override { return static_cast<const CStampParams&>(params); }
     QSize GetStampSize(const CCanvas& canvas) const override;
     void DrawStamp(CCanvas& canvas, const QRect& rectangle) const override;
 

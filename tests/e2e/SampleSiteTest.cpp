@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 
 #include <QCryptographicHash>
@@ -7,6 +8,7 @@
 
 #include "Site.h"
 #include "imaging/Image.h"
+#include "support/GoldenFile.h"
 #include "support/QtPrinters.h"
 
 // The site of the sample project, which another test has deployed.
@@ -94,18 +96,29 @@ bool AreAlike(const QString& line, const QString& other)
     return true;
 }
 
+// Lines that are alike stay as they were.
+QByteArray Renewed(QStringList actual, const QStringList& golden)
+{
+    for (QString& line : actual) {
+        const auto old = std::find_if(golden.begin(), golden.end(),
+                                      [&line](const QString& other) { return AreAlike(line, other); });
+        line = old == golden.end() ? line : *old;
+    }
+    return actual.join(QLatin1Char('\n')).toUtf8() + '\n';
+}
+
 } // namespace
 
-// Whatever is made faster or tidier, the published files stay as they are. Where they are to change, the file
-// of what has come out takes the place of the golden one, once it was looked at.
-TEST(SampleSite, IsAsItAlwaysWas)
+// Whatever is made faster or tidier, the published files stay as they are.
+TEST(SampleSite, IsAsTheGoldenFileTells)
 {
     const QStringList actual = Described(Site());
-    QFile actualFile(QStringLiteral(ACTUAL_FILE));
-    ASSERT_TRUE(actualFile.open(QIODevice::WriteOnly));
-    actualFile.write(actual.join(QLatin1Char('\n')).toUtf8() + '\n');
     const QStringList golden =
         QString::fromUtf8(ReadFile(QStringLiteral(GOLDEN_FILE))).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    if (RenewsGoldenFiles()) {
+        RenewGoldenFile(QStringLiteral(GOLDEN_FILE), Renewed(actual, golden));
+        GTEST_SKIP() << GoldenFilesAreRenewed;
+    }
     ASSERT_EQ(actual.size(), golden.size());
     for (qsizetype i = 0; i < golden.size(); ++i) {
         EXPECT_TRUE(AreAlike(actual[i], golden[i])) << qPrintable(actual[i]) << '\n' << qPrintable(golden[i]);

@@ -1,5 +1,7 @@
 #include "support/FtpServer.h"
 
+#include <cerrno>
+#include <cstring>
 #include <grp.h>
 #include <pwd.h>
 #include <sys/stat.h>
@@ -7,6 +9,7 @@
 
 #include <QDeadlineTimer>
 #include <QDir>
+#include <gtest/gtest.h>
 
 #include "common/Text.h"
 #include "support/ScriptedServer.h"
@@ -32,6 +35,18 @@ QString OwnGroupName()
 {
     const group* const own = ::getgrgid(::getegid());
     return own ? QString::fromLocal8Bit(own->gr_name) : QString();
+}
+
+void SetMode(const QString& path, mode_t mode)
+{
+    EXPECT_EQ(::chmod(Narrow(path).c_str(), mode), 0) << qPrintable(path) << ": " << std::strerror(errno);
+}
+
+// The user's group has the same number.
+void SetOwner(const QString& path, unsigned user)
+{
+    EXPECT_EQ(::chown(Narrow(path).c_str(), user, user), 0)
+        << qPrintable(path) << ": " << std::strerror(errno);
 }
 
 bool CanConnect(uint16_t port)
@@ -117,7 +132,7 @@ void CFtpServer::WriteConfiguration()
                                  .arg(::getegid())
                                  .arg(GetRoot());
         const QString users = scratch.Write(QStringLiteral("users"), Narrow(user).c_str());
-        ::chmod(Narrow(users).c_str(), S_IRUSR | S_IWUSR);
+        SetMode(users, S_IRUSR | S_IWUSR);
         scratch.Write(QStringLiteral("server.conf"), Narrow(WriteProFtpdConfiguration()).c_str());
         break;
     }
@@ -152,8 +167,8 @@ QString CFtpServer::WriteProFtpdConfiguration() const
 
 void CFtpServer::WritePureFtpdUsers()
 {
-    ::chmod(Narrow(scratch.Path(QString())).c_str(), S_IRWXU | S_IXGRP | S_IXOTH);
-    ::chown(Narrow(GetRoot()).c_str(), nobody, nobody);
+    SetMode(scratch.Path(QString()), S_IRWXU | S_IXGRP | S_IXOTH);
+    SetOwner(GetRoot(), nobody);
     const QString user = QStringLiteral("photo:%1:%2:%2::%3./::::::::::::\n")
                              .arg(QLatin1String(PasswordHash))
                              .arg(nobody)
