@@ -48,7 +48,9 @@ QByteArray DecodePercents(const QByteArray& text, const QString& part)
 
 QString Decode(const QString& text, const QString& part)
 {
-    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    // A mark at the start (U+FEFF) belongs to the name.
+    QStringDecoder utf8(QStringDecoder::Utf8,
+                        QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
     const QString decoded = utf8(DecodePercents(text.toUtf8(), part));
     if (utf8.hasError()) {
         Refuse(Text(StringId::AddressPartNotUtf8, part));

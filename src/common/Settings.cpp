@@ -11,8 +11,10 @@
 
 #include "common/Descriptor.h"
 #include "common/Exceptions.h"
+#include "common/FileIdentity.h"
 #include "common/FileSystem.h"
 #include "common/Platform.h"
+#include "common/SerialisedValues.h"
 #include "common/ThreadSafety.h"
 
 namespace {
@@ -44,7 +46,7 @@ public:
         const QString prefix = PrefixOf(key);
         const CMutexLock lock(mutex);
         QStringList names;
-        for (const QString& entry : ReaderOf(Locate(scope, key)).allKeys()) {
+        for (const QString& entry : ReadFrom(Locate(scope, key)).allKeys()) {
             if (entry.startsWith(prefix) && entry.indexOf(QLatin1Char('/'), prefix.size()) >= 0) {
                 names += entry.mid(prefix.size()).section(QLatin1Char('/'), 0, 0);
             }
@@ -66,19 +68,22 @@ public:
 
     bool RemoveValue(Scope scope, const QString& key, const QString& name) override
     {
-        return !ReadVariant(scope, key, name).isValid() ||
+        return !MayHold(scope, key, name) ||
                Change(scope, key, [&](QSettings& file) { file.remove(EntryOf(key, name)); });
     }
 
     bool RemoveKey(Scope scope, const QString& key) override
     {
-        return !HoldsAnything(scope, key) ||
+        return !MayHoldAnything(scope, key) ||
                Change(scope, key, [&](QSettings& file) { file.remove(GroupOf(key)); });
     }
 
     bool CanWrite(Scope scope, const QString& key) const override
     {
         const QString path = Locate(scope, key);
+        if (!IsFit(scope, key)) {
+            return false;
+        }
         if (FileExists(path) &&
             CDescriptor(::open(QFile::encodeName(path).constData(), O_RDWR | O_CLOEXEC)).Get() < 0) {
             return false;
@@ -101,27 +106,64 @@ public:
 private:
     // Kept open, since each new one would parse its file anew. It is never changed itself; it sees what this
     // and other programs have written.
-    const QSettings& ReaderOf(const QString& path) const VISTORAMA_REQUIRES(mutex)
+    struct Reader {
+        std::unique_ptr<QSettings> file;
+        std::optional<FileStamp> checked; // of the file when isFit was found out
+        bool isFit = true;                // for QSettings
+    };
+
+    Reader& ReaderOf(const QString& path) const VISTORAMA_REQUIRES(mutex)
     {
-        std::unique_ptr<QSettings>& reader = readers[path];
-        if (!reader) {
-            reader = std::make_unique<QSettings>(path, QSettings::IniFormat);
+        Reader& reader = readers[path];
+        const std::optional<FileStamp> now = FileStamp::Of(path);
+        if (now != reader.checked) {
+            reader.checked = now;
+            QFile file(path);
+            reader.isFit = !file.open(QIODevice::ReadOnly) || !HoldsSerialisedValues(file.readAll());
         }
-        reader->sync();
-        return *reader;
+        return reader;
+    }
+
+    // An empty one for a file that isn't fit.
+    const QSettings& ReadFrom(const QString& path) const VISTORAMA_REQUIRES(mutex)
+    {
+        Reader& reader = ReaderOf(path);
+        if (!reader.isFit) {
+            return nothing;
+        }
+        if (!reader.file) {
+            reader.file = std::make_unique<QSettings>(path, QSettings::IniFormat);
+        }
+        reader.file->sync();
+        return *reader.file;
+    }
+
+    bool IsFit(Scope scope, const QString& key) const
+    {
+        const CMutexLock lock(mutex);
+        return ReaderOf(Locate(scope, key)).isFit;
     }
 
     QVariant ReadVariant(Scope scope, const QString& key, const QString& name) const
     {
         const CMutexLock lock(mutex);
-        return ReaderOf(Locate(scope, key)).value(EntryOf(key, name));
+        return ReadFrom(Locate(scope, key)).value(EntryOf(key, name));
     }
 
-    bool HoldsAnything(Scope scope, const QString& key) const
+    // Nobody knows of a file that isn't fit.
+    bool MayHold(Scope scope, const QString& key, const QString& name) const
     {
+        return !IsFit(scope, key) || ReadVariant(scope, key, name).isValid();
+    }
+
+    bool MayHoldAnything(Scope scope, const QString& key) const
+    {
+        if (!IsFit(scope, key)) {
+            return true;
+        }
         const QString prefix = PrefixOf(key);
         const CMutexLock lock(mutex);
-        const QStringList entries = ReaderOf(Locate(scope, key)).allKeys();
+        const QStringList entries = ReadFrom(Locate(scope, key)).allKeys();
         return std::any_of(entries.begin(), entries.end(),
                            [&](const QString& entry) { return entry.startsWith(prefix); });
     }
@@ -131,11 +173,12 @@ private:
     {
         const CMutexLock lock(mutex);
         const QString path = Locate(scope, key);
-        if (!PrepareFile(path, scope == Scope::User ? UserFileMode : MachineFileMode)) {
+        if (!ReaderOf(path).isFit ||
+            !PrepareFile(path, scope == Scope::User ? UserFileMode : MachineFileMode)) {
             return false;
         }
         // Lines that are none of an INI file get lost in the writing; a copy keeps them.
-        if (ReaderOf(path).status() == QSettings::FormatError) {
+        if (ReadFrom(path).status() == QSettings::FormatError) {
             QFile::copy(path, path + QStringLiteral(".damaged"));
         }
         QSettings file(path, QSettings::IniFormat);
@@ -199,7 +242,8 @@ private:
     const QString machineFolder;
 
     mutable CMutex mutex;
-    mutable std::map<QString, std::unique_ptr<QSettings>> readers VISTORAMA_GUARDED_BY(mutex); // by path
+    mutable std::map<QString, Reader> readers VISTORAMA_GUARDED_BY(mutex); // by path
+    const QSettings nothing{QStringLiteral("/dev/null"), QSettings::IniFormat};
 };
 
 } // namespace

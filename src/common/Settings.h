@@ -44,7 +44,9 @@ public:
 
 // The store in INI files, one for each first part of a key: FOLDER/Corvane.ini. Both folders are given, so
 // that a test has its own. A file of the user's scope gets mode 0600 before anything is written: stored
-// passwords are in it. One of the machine's scope can be read by everybody.
+// passwords are in it. One of the machine's scope can be read by everybody. A file with serialised
+// objects (SerialisedValues.h) is neither read nor written: this program writes none, and they can be
+// harmful.
 std::unique_ptr<CSettingsStore> CreateIniSettings(const QString& userFolder, const QString& machineFolder);
 
 // The store of the running program: the user's settings folder, and /etc/xdg for the machine.

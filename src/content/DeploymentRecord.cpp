@@ -199,8 +199,8 @@ void CDeploymentRecord::Load()
         if (foundVersion != productionVersion) {
             entry.image.reset();
         }
-        // A damaged record must not lead out of the target.
-        if (!relative.isEmpty() && QDir::cleanPath(relative) == relative &&
+        // A damaged record must not lead out of the target, nor to the target itself.
+        if (!relative.isEmpty() && relative != QLatin1String(".") && QDir::cleanPath(relative) == relative &&
             !relative.startsWith(QLatin1String("..")) && QDir::isRelativePath(relative)) {
             loaded[relative] = std::move(entry);
         }

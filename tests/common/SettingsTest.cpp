@@ -252,6 +252,51 @@ TEST(Settings, ADamagedFileIsWrittenAndACopyKeepsItsLines)
               QFile::ReadOwner | QFile::WriteOwner);
 }
 
+TEST(Settings, AFileWithSerialisedValuesIsLeftAlone)
+{
+    // A list that claims to have 4 billion entries, and one of lists of lists.
+    const QByteArray list = "\\0\\0\\0\\x9\\xff\\xff\\xff\\xff)";
+    const QByteArray nested = QByteArray("\\0\\0\\0\\x9\\0\\0\\0\\x1").repeated(50'000) + ')';
+    const QString key = QStringLiteral("Corvane/FTPDestinations/1");
+    const QString name = QStringLiteral("Server");
+    for (const QByteArray& value :
+         {"@Variant(" + list, "@Variant(" + nested, "@DateTime(" + list, "\"@Variant(" + list + '"',
+          "\\x40Va\\x72iant(" + list, "\\100Varian\\164(" + list, "@Var\\\r\niant(" + list,
+          "@V\\qariant(" + list, "\\x10040Variant(" + list, "a, @Variant(" + list, "@\"Var\"iant(" + list}) {
+        const CScratchFolder scratch;
+        const QByteArray file = "[FTPDestinations]\n1\\Server=host\n2\\Server=" + value + '\n';
+        scratch.Write(QStringLiteral("user/Corvane.ini"), file);
+        const auto store =
+            CreateIniSettings(scratch.Path(QStringLiteral("user")), scratch.Path(QStringLiteral("machine")));
+        EXPECT_EQ(store->Read(Scope::User, key, name), std::nullopt) << value.left(30).constData();
+        EXPECT_EQ(store->ListSubKeys(Scope::User, QStringLiteral("Corvane")), QStringList());
+        EXPECT_FALSE(store->CanWrite(Scope::User, key));
+        EXPECT_FALSE(store->Write(Scope::User, key, name, QStringLiteral("other")));
+        EXPECT_FALSE(store->RemoveValue(Scope::User, key, name));
+        EXPECT_FALSE(store->RemoveKey(Scope::User, key));
+        EXPECT_EQ(scratch.Read(QStringLiteral("user/Corvane.ini")), file);
+        EXPECT_EQ(scratch.ListFiles(), QStringList{QStringLiteral("user/Corvane.ini")});
+        // Once somebody has mended it, it is read again.
+        scratch.Write(QStringLiteral("user/Corvane.ini"), "[FTPDestinations]\n1\\Server=host\n");
+        EXPECT_EQ(store->Read(Scope::User, key, name), QStringLiteral("host"));
+    }
+}
+
+TEST(Settings, TextsThatLookLikeSerialisedValuesComeBack)
+{
+    for (const QString& text :
+         {QStringLiteral("@Variant(x)"), QStringLiteral("@DateTime(x)"), QStringLiteral("@@Variant(x)"),
+          QStringLiteral("anna@Variant.example"), QStringLiteral("@ByteArray(x)"), QStringLiteral("@")}) {
+        const CScratchFolder scratch;
+        const auto store =
+            CreateIniSettings(scratch.Path(QStringLiteral("user")), scratch.Path(QStringLiteral("machine")));
+        const QString key = QStringLiteral("Corvane/Vistorama");
+        EXPECT_TRUE(store->Write(Scope::User, key, QStringLiteral("a"), text));
+        EXPECT_EQ(store->Read(Scope::User, key, QStringLiteral("a")), text);
+        EXPECT_TRUE(store->Write(Scope::User, key, QStringLiteral("b"), text));
+    }
+}
+
 TEST(Settings, WhatAnotherProgramWritesIsSeen)
 {
     const TestStore test;

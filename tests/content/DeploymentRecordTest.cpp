@@ -273,6 +273,22 @@ TEST_F(DeploymentRecord, ADamagedOneDoesNotLeadOutOfTheTarget)
     EXPECT_TRUE(FileExists(Path("mine")));
 }
 
+TEST_F(DeploymentRecord, ADamagedOneDoesNotNameTheTargetItself)
+{
+    fixture.scratch.Write(QStringLiteral("site/p"), "a page");
+    CDeploymentRecord record(Path("record"), Path("site"));
+    record.Save();
+    const QByteArray empty = fixture.scratch.Read(QStringLiteral("record"));
+    record.NoteFile(Path("site/p"));
+    record.Save();
+    const QByteArray name("\0\0\0\2\0p", 6);
+    QByteArray damaged = fixture.scratch.Read(QStringLiteral("record"));
+    ASSERT_EQ(damaged.count(name), 1);
+    fixture.scratch.Write(QStringLiteral("record"), damaged.replace(name, QByteArray("\0\0\0\2\0.", 6)));
+    CDeploymentRecord(Path("record"), Path("site")).Save();
+    EXPECT_EQ(fixture.scratch.Read(QStringLiteral("record")), empty);
+}
+
 TEST_F(DeploymentRecord, ARemovedGalleryTakesItsFolderAlong)
 {
     const int32_t index = fixture.GetProject().AddChildGallery(fixture.GetRoot().GetIndex());

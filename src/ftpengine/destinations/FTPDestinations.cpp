@@ -144,8 +144,9 @@ void CFTPDestinations::AppendAll(bool allUsers, std::vector<CFTPDestination>& de
 {
     for (const QString& name : store.ListSubKeys(ScopeOf(allUsers), RootKey())) {
         const int32_t key = name.toInt();
-        // "Options" is none, and neither is "007": no key leads to it.
-        if (key != 0 && name == QString::number(key)) {
+        // "Options" is none, and neither is "007", "-1" or a number of the other scope: no key leads to it,
+        // or the key leads to another one.
+        if (key > 0 && name == QString::number(key) && IsForAllUsers(key) == allUsers) {
             destinations.push_back(LoadFrom(allUsers, key));
         }
     }

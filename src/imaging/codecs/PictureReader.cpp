@@ -141,13 +141,22 @@ VImage CPictureReader::OpenByMagick(VipsFailOn failOn) const
     try {
         return LoadBytes(bytes, failOn);
     } catch (const VError&) {
-        if (failOn != VIPS_FAIL_ON_NONE || ClaimedBytes() == 0) {
+        if (failOn != VIPS_FAIL_ON_NONE || !IsWorthLengthening(bytes)) {
             throw;
         }
     }
     vips_error_clear();
     bytes.append(ClaimedBytes(), '\0');
     return LoadBytes(bytes, failOn);
+}
+
+// A few bytes that claim a large picture hold nothing to be seen, and the zeros would fill the memory. No
+// whole file claims more: run lengths make at most 504 pixels of 2 bytes (PCX of one bit).
+bool CPictureReader::IsWorthLengthening(const QByteArray& bytes) const
+{
+    constexpr qsizetype mostPerByte = 1024;
+    const qsizetype claimed = ClaimedBytes();
+    return claimed > 0 && claimed / mostPerByte <= bytes.size();
 }
 
 // What BMP or PCX say of their size, as bytes of pixels: 0 for an absurd one.

@@ -39,6 +39,7 @@ private:
     vips::VImage LoadBytes(const QByteArray& bytes, VipsFailOn failOn) const;
     vips::VImage OpenByMagick(VipsFailOn failOn) const;
     qsizetype ClaimedBytes() const;
+    bool IsWorthLengthening(const QByteArray& bytes) const;
 
     const QString path;
     const CDescriptor file;

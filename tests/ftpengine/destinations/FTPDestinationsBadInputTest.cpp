@@ -23,6 +23,22 @@ TEST(FTPDestinations, WhatIsNoNumberIsNoDestination)
     EXPECT_FALSE(test.destinations.Enumerate().front().loaded);
 }
 
+TEST(FTPDestinations, WhatItsNumberDoesNotLeadToIsNoDestination)
+{
+    TestDestinations test;
+    for (const char* key : {"-1", "-7", "1", "65535", "65536", "70000"}) {
+        for (const Scope scope : {Scope::User, Scope::Machine}) {
+            test.Write(scope, QString::fromLatin1(key), "Dispname",
+                       scope == Scope::User ? QStringLiteral("user") : QStringLiteral("machine"));
+        }
+    }
+    EXPECT_EQ(test.EnumeratedKeys(), QList<int>({1, 65535, 65536, 70000}));
+    for (const CFTPDestination& destination : test.destinations.Enumerate()) {
+        EXPECT_EQ(destination.connection.displayName,
+                  test.destinations.Load(destination.key).connection.displayName);
+    }
+}
+
 TEST(FTPDestinations, AKeyThatIsNotThereIsNotLoaded)
 {
     TestDestinations test;
