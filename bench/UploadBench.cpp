@@ -13,7 +13,7 @@
 
 // Sends a file of 300 MB, and 500 files of 4 KiB, to a vsftpd of its own on the loopback interface: by the
 // program's FTP client, by lftp over one connection, and the large file by curl. Prints seconds, and the
-// ratio to lftp. The fixed second of silence behind the greeting is shown apart.
+// ratio to lftp. The fixed second of silence after the greeting is shown apart.
 
 namespace {
 

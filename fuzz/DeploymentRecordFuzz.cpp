@@ -74,7 +74,7 @@ private:
     const QTemporaryDir directory;
 };
 
-// The last byte chooses: the bytes are the whole file, or what stands behind the name of its target, which
+// The last byte chooses: the bytes are the whole file, or what stands after the name of its target, which
 // is another one in each run.
 QByteArray RecordFile(QByteArray input, const QString& target)
 {

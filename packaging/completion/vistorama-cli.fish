@@ -21,7 +21,7 @@ function __vistorama_cli_no_command
     test (count (commandline -opc)) -eq 1
 end
 
-# The words behind the command, options with their values aside, are as many as that.
+# The words after the command, options with their values aside, are as many as that.
 function __vistorama_cli_command_and
     set -l words (commandline -opc)
     test "$words[2]" = $argv[1]; and test (count $words) -eq $argv[2]

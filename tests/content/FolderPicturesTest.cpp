@@ -132,7 +132,7 @@ TEST_F(FolderPicturesTest, ListsFiveExtensionsInNameOrder)
     for (const char* name : {"d.gif", "b.png", "E.BMP", "a.JPG", "c.pcx"}) {
         Add(name);
     }
-    // Settled: a ".jpeg" file is not listed.
+    // A ".jpeg" file is not listed.
     for (const char* name : {"f.jpeg", "g.tif", "h.webp", "jpg", "i.jpg.txt", ".hidden.jpg", "j"}) {
         Add(name);
     }

@@ -142,7 +142,7 @@ TEST_F(NavigationTable, TheRowFollowsTheCurrentPage)
 TEST_F(NavigationTable, VeryShortRowsKeepTheirOddPlaces)
 {
     AddPictures(5);
-    // Settled: a row of one page shows the neighbour on the left, not the current page.
+    // Layouts rely on it: a row of one page shows the neighbour on the left, not the current page.
     EXPECT_EQ(Row(1, 3), "2");
     EXPECT_EQ(Row(2, 3), "[] 4");
 }

@@ -37,7 +37,7 @@ public:
     {
         EXPECT_EQ(::grantpt(master), 0);
         EXPECT_EQ(::unlockpt(master), 0);
-        // Held open: without it the terminal's modes could not be asked behind the program's end.
+        // Held open: without it the terminal's modes could not be asked after the program's end.
         slave = ::open(::ptsname(master), O_RDWR | O_NOCTTY | O_CLOEXEC);
     }
     ~CTerminal()

@@ -62,7 +62,7 @@ protected:
     }
 };
 
-// As QSettings writes the bytes of UTF-16: a digit behind an escaped zero has to be escaped as well.
+// As QSettings writes the bytes of UTF-16: a digit after an escaped zero has to be escaped as well.
 QByteArray InSettings(const QByteArray& text)
 {
     QByteArray escaped;

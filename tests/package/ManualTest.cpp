@@ -28,7 +28,7 @@ QString Help(const QString& program)
     return RunTool(Installed(QStringLiteral("bin/") + program), {QStringLiteral("--help")}).output;
 }
 
-// "new", "destination add" and so on, of lines that begin with the program's name. The first word behind a
+// "new", "destination add" and so on, of lines that begin with the program's name. The first word after a
 // command of one word is an argument in capitals, a choice in brackets or an option.
 QStringList CommandsIn(const QString& text)
 {
