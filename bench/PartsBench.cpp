@@ -18,7 +18,7 @@
 #include "effects/ImageEffectResize.h"
 #include "effects/ImageEffectRotate.h"
 #include "effects/ImageEffectTextStamp.h"
-#include "ftpengine/commands/FTPDirectoryContent.h"
+#include "ftpengine/messages/FTPDirectoryContent.h"
 #include "template/sections/CompoundTemplateSection.h"
 
 namespace {

@@ -1,6 +1,5 @@
 #include "Check.h"
-#include "ftpengine/net/FTPReply.h"
-#include "ftpengine/net/ReplyLines.h"
+#include "ftpengine/messages/FTPReply.h"
 
 // Bytes of a control connection: replies, greetings, and where a server has finished speaking.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size)

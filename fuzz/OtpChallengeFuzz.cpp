@@ -1,5 +1,5 @@
 #include "Check.h"
-#include "ftpengine/EngineStatus.h"
+#include "ftpengine/messages/EngineStatus.h"
 #include "ftpengine/secrets/OneTimePassword.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size)

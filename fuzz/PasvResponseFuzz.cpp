@@ -1,6 +1,6 @@
 #include "Check.h"
-#include "ftpengine/EngineStatus.h"
 #include "ftpengine/commands/PasvResponse.h"
+#include "ftpengine/messages/EngineStatus.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size)
 {

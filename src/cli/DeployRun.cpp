@@ -7,7 +7,7 @@
 
 #include "cli/CommandLine.h"
 #include "cli/ProjectSession.h"
-#include "common/EventLoopTarget.h"
+#include "common/MessageTarget.h"
 #include "common/Platform.h"
 
 CDeployRun::CDeployRun(CProjectSession& session, Options options)

@@ -5,7 +5,7 @@
 #include "cli/ServerAddress.h"
 #include "cli/TerminalText.h"
 #include "common/Exceptions.h"
-#include "ftpengine/EngineStatus.h"
+#include "ftpengine/messages/EngineStatus.h"
 
 namespace {
 

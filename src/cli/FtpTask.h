@@ -5,7 +5,7 @@
 #include <QEventLoop>
 
 #include "cli/Interrupts.h"
-#include "common/EventLoopTarget.h"
+#include "common/MessageTarget.h"
 #include "ftpengine/FTPEngine.h"
 
 // Runs one task of the FTP engine to its end, on the event loop of the program's first thread. The first

@@ -1,7 +1,7 @@
 #include <QCoreApplication>
 
 #include "cli/CommandLine.h"
-#include "ftpengine/Trace.h"
+#include "common/Trace.h"
 
 int main(int argumentCount, char** arguments)
 {

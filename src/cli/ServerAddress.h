@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "ftpengine/destinations/FTPDestinationConnection.h"
+#include "ftpengine/destinations/FTPDestination.h"
 
 // Whether an argument is meant as an FTP address and not as a folder.
 bool IsFtpAddress(const QString& argument);

@@ -9,70 +9,67 @@ CBackgroundWorker::~CBackgroundWorker()
 
 void CBackgroundWorker::Start()
 {
-    exitEvent.Reset();
-    try {
-        thread = std::thread([this] { Run(); });
-    } catch (...) {
-        exitEvent.Set();
-        throw;
-    }
+    thread = std::thread([this] { Run(); });
 }
 
 void CBackgroundWorker::Request()
 {
-    Cancel();
-    if (ChangeState(Idle, Requested)) {
-        wakeEvent.Set();
+    const CMutexLock lock(mutex);
+    CancelAndRest();
+    if (state == State::Idle) {
+        state = State::Requested;
+        changed.NotifyAll();
     }
 }
 
 void CBackgroundWorker::Cancel()
 {
-    ChangeState(Requested, Idle);
-    // Also if the state was idle: the worker may be between its last test of the state and its end.
-    restEvent.Wait();
+    const CMutexLock lock(mutex);
+    CancelAndRest();
 }
 
 void CBackgroundWorker::Quit()
 {
-    do {
-        Cancel();
-    } while (!ChangeState(Idle, Quitting) && state.load() != Quitting);
-    wakeEvent.Set();
-    exitEvent.Wait();
+    {
+        const CMutexLock lock(mutex);
+        CancelAndRest();
+        state = State::Quitting;
+        changed.NotifyAll();
+    }
     if (thread.joinable()) {
         thread.join();
     }
 }
 
-bool CBackgroundWorker::ChangeState(State from, State to)
+void CBackgroundWorker::CancelAndRest()
 {
-    int32_t expected = from;
-    return state.compare_exchange_strong(expected, to);
+    if (state == State::Requested) {
+        state = State::Idle;
+    }
+    // Also if it was idle already: the work may be between its last look at the state and its end.
+    while (isWorking) {
+        changed.Wait(mutex);
+    }
 }
 
 void CBackgroundWorker::Run()
 {
     Trace(QStringLiteral("The background worker begins"));
-    while (state.load() != Quitting) {
-        if (state.load() == Idle) {
-            wakeEvent.Wait();
-        } else {
-            DoRequestedWork();
+    CMutexLock lock(mutex);
+    while (state != State::Quitting) {
+        if (state == State::Idle) {
+            changed.Wait(mutex);
+            continue;
         }
-    }
-    exitEvent.Set();
-}
-
-void CBackgroundWorker::DoRequestedWork()
-{
-    // The rest ends before the state is looked at: a Cancel that still found it has made the state idle by
-    // then. What is asked for from now on waits for the next rest, so that it is this request and no newer
-    // one that is ended here.
-    restEvent.Reset();
-    if (IsRunning()) {
+        isWorking = true;
+        lock.Unlock();
         DoWork();
-        ChangeState(Requested, Idle);
+        lock.Lock();
+        isWorking = false;
+        // No newer request can be there: who makes one waits for the rest first.
+        if (state == State::Requested) {
+            state = State::Idle;
+        }
+        changed.NotifyAll();
     }
-    restEvent.Set();
 }

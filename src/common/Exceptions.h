@@ -53,7 +53,7 @@ QString SystemErrorText(int errorNumber);
 // system's own text for its error, and the advice follows from that error.
 class CWin32Exception : public CGenericException {
 public:
-    // errorNumber: a value of errno, taken right behind the failed call.
+    // errorNumber: a value of errno, taken right after the failed call.
     CWin32Exception(int errorNumber, const QString& message);
 
     int GetErrorNumber() const { return errorNumber; }

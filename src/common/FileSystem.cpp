@@ -1,12 +1,11 @@
 #include "common/FileSystem.h"
 
 #include <algorithm>
-#include <array>
 #include <atomic>
 #include <cerrno>
 #include <csignal>
-#include <cstring>
 #include <fcntl.h>
+#include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -121,55 +120,36 @@ size_t ReadUpTo(const CDescriptor& file, char* bytes, size_t count)
     return total;
 }
 
-// Both are ordinary files of the same bytes. Much cheaper than writing the second one again: no blocks are
-// given back and taken.
-bool IsCopyOf(const QByteArray& source, const QByteArray& copy)
+// Nothing, and the reason in errno, if it can't be read.
+std::optional<QByteArray> ReadBytes(const QByteArray& name)
 {
-    const int64_t size = OrdinarySize(source);
-    if (size < 0 || OrdinarySize(copy) != size) {
-        return false;
-    }
-    const CDescriptor one(::open(source.constData(), O_RDONLY | O_CLOEXEC));
-    const CDescriptor other(::open(copy.constData(), O_RDONLY | O_CLOEXEC));
-    std::array<char, 16 * 1024> ofOne;
-    std::array<char, 16 * 1024> ofOther;
-    for (int64_t left = size; left > 0;) {
-        const auto count = static_cast<size_t>(std::min<int64_t>(left, ofOne.size()));
-        if (ReadUpTo(one, ofOne.data(), count) != count || ReadUpTo(other, ofOther.data(), count) != count ||
-            std::memcmp(ofOne.data(), ofOther.data(), count) != 0) {
-            return false;
+    const CDescriptor file(::open(name.constData(), O_RDONLY | O_CLOEXEC));
+    QByteArray bytes;
+    std::vector<char> buffer(256 * 1024);
+    for (;;) {
+        const ssize_t count = file.Get() < 0 ? -1 : ::read(file.Get(), buffer.data(), buffer.size());
+        if (count < 0 && errno == EINTR && file.Get() >= 0) {
+            continue;
         }
-        left -= static_cast<int64_t>(count);
+        if (count < 0) {
+            return std::nullopt;
+        }
+        if (count == 0) {
+            return bytes;
+        }
+        bytes.append(buffer.data(), static_cast<qsizetype>(count));
     }
-    return true;
 }
 
 void CopyFileOver(const QString& source, const QString& destination)
 {
-    if (IsCopyOf(QFile::encodeName(source), QFile::encodeName(destination))) {
+    const std::optional<QByteArray> bytes = ReadBytes(QFile::encodeName(source));
+    // Reading is much cheaper than writing a file again: no blocks are given back and taken.
+    if (bytes && IsFileOf(destination, *bytes)) {
         return;
     }
-    CDescriptor input(::open(QFile::encodeName(source).constData(), O_RDONLY | O_CLOEXEC));
-    if (input.Get() < 0) {
-        throw CWin32Exception(errno, Text(StringId::FileNotCopied, source, destination));
-    }
-    QByteArray bytes;
-    std::vector<char> buffer(256 * 1024);
-    for (;;) {
-        const ssize_t count = ::read(input.Get(), buffer.data(), buffer.size());
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count < 0) {
-            throw CWin32Exception(errno, Text(StringId::FileNotCopied, source, destination));
-        }
-        if (count == 0) {
-            break;
-        }
-        bytes.append(buffer.data(), static_cast<qsizetype>(count));
-    }
     // What is there may be a link to the source, and stays whole if the disk is full.
-    const int error = ReplaceFile(destination, bytes, Durability::Plain);
+    const int error = bytes ? ReplaceFile(destination, *bytes, Durability::Plain) : errno;
     if (error != 0) {
         throw CWin32Exception(error, Text(StringId::FileNotCopied, source, destination));
     }
@@ -363,20 +343,9 @@ void WriteFileAtomically(const QString& path, const QByteArray& bytes)
 
 QByteArray ReadWholeFile(const QString& path)
 {
-    CDescriptor file(::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC));
-    QByteArray bytes;
-    std::vector<char> buffer(64 * 1024);
-    for (;;) {
-        const ssize_t count = file.Get() < 0 ? -1 : ::read(file.Get(), buffer.data(), buffer.size());
-        if (count < 0 && errno == EINTR && file.Get() >= 0) {
-            continue;
-        }
-        if (count < 0) {
-            throw CWin32Exception(errno, Text(StringId::FileNotRead, path));
-        }
-        if (count == 0) {
-            return bytes;
-        }
-        bytes.append(buffer.data(), static_cast<qsizetype>(count));
+    const std::optional<QByteArray> bytes = ReadBytes(QFile::encodeName(path));
+    if (!bytes) {
+        throw CWin32Exception(errno, Text(StringId::FileNotRead, path));
     }
+    return *bytes;
 }

@@ -8,7 +8,7 @@
 // Paths are kept with native separators; the helpers that cut them accept "/" and "\", so that a project made
 // on another system still finds its pictures by name. All functions are thread-safe.
 
-// The text behind the last separator; the whole text if there is none.
+// The text after the last separator; the whole text if there is none.
 QString ExtractLastName(const QString& path);
 
 // The text up to and including the last separator; empty if there is none.

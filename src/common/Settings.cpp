@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <fcntl.h>
-#include <mutex>
 #include <sys/stat.h>
 
 #include <QDir>
@@ -14,6 +13,7 @@
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
 #include "common/Platform.h"
+#include "common/ThreadSafety.h"
 
 namespace {
 
@@ -42,7 +42,7 @@ public:
     QStringList ListSubKeys(Scope scope, const QString& key) const override
     {
         const QString prefix = PrefixOf(key);
-        const std::lock_guard lock(mutex);
+        const CMutexLock lock(mutex);
         QStringList names;
         for (const QString& entry : ReaderOf(Locate(scope, key)).allKeys()) {
             if (entry.startsWith(prefix) && entry.indexOf(QLatin1Char('/'), prefix.size()) >= 0) {
@@ -100,8 +100,8 @@ public:
 
 private:
     // Kept open, since each new one would parse its file anew. It is never changed itself; it sees what this
-    // and other programs have written. Under the mutex only.
-    const QSettings& ReaderOf(const QString& path) const
+    // and other programs have written.
+    const QSettings& ReaderOf(const QString& path) const VISTORAMA_REQUIRES(mutex)
     {
         std::unique_ptr<QSettings>& reader = readers[path];
         if (!reader) {
@@ -113,14 +113,14 @@ private:
 
     QVariant ReadVariant(Scope scope, const QString& key, const QString& name) const
     {
-        const std::lock_guard lock(mutex);
+        const CMutexLock lock(mutex);
         return ReaderOf(Locate(scope, key)).value(EntryOf(key, name));
     }
 
     bool HoldsAnything(Scope scope, const QString& key) const
     {
         const QString prefix = PrefixOf(key);
-        const std::lock_guard lock(mutex);
+        const CMutexLock lock(mutex);
         const QStringList entries = ReaderOf(Locate(scope, key)).allKeys();
         return std::any_of(entries.begin(), entries.end(),
                            [&](const QString& entry) { return entry.startsWith(prefix); });
@@ -129,7 +129,7 @@ private:
     template <class Action>
     bool Change(Scope scope, const QString& key, const Action& action)
     {
-        const std::lock_guard lock(mutex);
+        const CMutexLock lock(mutex);
         const QString path = Locate(scope, key);
         if (!PrepareFile(path, scope == Scope::User ? UserFileMode : MachineFileMode)) {
             return false;
@@ -198,10 +198,8 @@ private:
     const QString userFolder;
     const QString machineFolder;
 
-    mutable std::mutex mutex;
-
-    // Guarded by mutex. By path.
-    mutable std::map<QString, std::unique_ptr<QSettings>> readers;
+    mutable CMutex mutex;
+    mutable std::map<QString, std::unique_ptr<QSettings>> readers VISTORAMA_GUARDED_BY(mutex); // by path
 };
 
 } // namespace

@@ -1,17 +1,25 @@
 #include "common/Trace.h"
 
-#include <memory>
-#include <mutex>
+#include <chrono>
+#include <cstdio>
+#include <fcntl.h>
+
+#include "common/Descriptor.h"
 
 namespace {
 
 using Sink = std::function<void(const QString& line)>;
 
+QString TraceKey()
+{
+    return QStringLiteral("NimbleXfer/Trace");
+}
+
 // Where the lines go. A worker that was abandoned may trace while another sink is set, so that each line
 // keeps its sink alive; and it may do so when the program has ended, so that this is never destroyed.
 struct SinkPlace {
-    std::mutex lock;
-    std::shared_ptr<const Sink> sink;
+    CMutex mutex;
+    std::shared_ptr<const Sink> sink VISTORAMA_GUARDED_BY(mutex);
 };
 
 SinkPlace& Place()
@@ -22,20 +30,12 @@ SinkPlace& Place()
 
 } // namespace
 
-void SetTraceSink(std::function<void(const QString& line)> sink)
-{
-    auto next = sink ? std::make_shared<const Sink>(std::move(sink)) : nullptr;
-    SinkPlace& place = Place();
-    const std::lock_guard guard(place.lock);
-    place.sink.swap(next);
-}
-
 void Trace(const QString& text)
 {
     SinkPlace& place = Place();
     std::shared_ptr<const Sink> sink;
     {
-        const std::lock_guard guard(place.lock);
+        const CMutexLock lock(place.mutex);
         sink = place.sink;
     }
     if (sink != nullptr) {
@@ -43,12 +43,68 @@ void Trace(const QString& text)
     }
 }
 
-CTraceScope::CTraceScope(const char* name) : name(name)
+TraceScope::TraceScope(const QString& text) : text(text)
 {
-    Trace(QStringLiteral("Entering ") + QLatin1String(name));
+    Trace(text + QStringLiteral(" entering"));
 }
 
-CTraceScope::~CTraceScope()
+TraceScope::~TraceScope()
 {
-    Trace(QStringLiteral("Exiting ") + QLatin1String(name));
+    Trace(text + QStringLiteral(" exiting"));
+}
+
+void SetTraceSink(std::function<void(const QString& line)> sink)
+{
+    auto next = sink ? std::make_shared<const Sink>(std::move(sink)) : nullptr;
+    SinkPlace& place = Place();
+    const CMutexLock lock(place.mutex);
+    place.sink.swap(next);
+}
+
+CTrace::CTrace(const CSettingsStore& store) : store(store) {}
+
+void CTrace::Trace(const QString& text)
+{
+    const CMutexLock lock(mutex);
+    if (!on) {
+        constexpr auto user = CSettingsStore::Scope::User;
+        if (!store.ListSubKeys(user, QStringLiteral("NimbleXfer")).contains(QStringLiteral("Trace"))) {
+            return;
+        }
+        TurnOn();
+    }
+    using namespace std::chrono;
+    const auto ticks = duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
+    const QByteArray line = QStringLiteral("%1\t%2").arg(ticks).arg(text).toUtf8();
+    std::fputs(line.constData(), stderr);
+    if (!text.endsWith(QLatin1Char('\n'))) {
+        std::fputs("\r\n", stderr);
+    }
+    if (file.isOpen()) {
+        const QString fileLine = text + QStringLiteral("\r\n");
+        file.write(reinterpret_cast<const char*>(fileLine.utf16()),
+                   fileLine.size() * qsizetype(sizeof(char16_t)));
+    }
+}
+
+void CTrace::TurnOn()
+{
+    on = true;
+    const QString path =
+        store.Read(CSettingsStore::Scope::User, TraceKey(), QStringLiteral("File")).value_or(QString());
+    if (path.isEmpty()) {
+        return;
+    }
+    file.setFileName(path);
+    // It tells what the user does, and with which servers; one that is there keeps its rights.
+    const CDescriptor made(
+        ::open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+    file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered);
+}
+
+void InstallTrace(std::shared_ptr<const CSettingsStore> store)
+{
+    auto trace = std::make_shared<CTrace>(*store);
+    SetTraceSink(
+        [store = std::move(store), trace = std::move(trace)](const QString& line) { trace->Trace(line); });
 }

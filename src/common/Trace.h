@@ -1,25 +1,55 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 
+#include <QFile>
 #include <QString>
 
+#include "common/Settings.h"
+#include "common/ThreadSafety.h"
+
 // Trace lines for developers. They have no effect on behaviour; without a sink they go nowhere.
+void Trace(const QString& text);
+
+// Writes a line when a scope is entered and when it is left: "CViewPages::UpdateView entering", "...
+// exiting".
+class TraceScope {
+public:
+    explicit TraceScope(const QString& text);
+    ~TraceScope();
+    TraceScope(const TraceScope&) = delete;
+    TraceScope& operator=(const TraceScope&) = delete;
+
+private:
+    const QString text;
+};
 
 // Takes each line; may be called on any thread, and still for lines on their way when another sink has been
 // set: what it uses it has to own. Thread-safe.
 void SetTraceSink(std::function<void(const QString& line)> sink);
 
-void Trace(const QString& text);
-
-// Writes a line when a scope is entered and when it is left.
-class CTraceScope {
+// Writes trace lines for the program that has one: to standard error, and to a file if there is one. To be
+// set as the sink. Safe for all threads; failures are ignored.
+class CTrace {
 public:
-    explicit CTraceScope(const char* name);
-    ~CTraceScope();
-    CTraceScope(const CTraceScope&) = delete;
-    CTraceScope& operator=(const CTraceScope&) = delete;
+    // Tracing is on while the user's key "NimbleXfer/Trace" is there; its value "File", if it isn't empty,
+    // names the file. store is borrowed.
+    explicit CTrace(const CSettingsStore& store);
+
+    // To standard error as "milliseconds<tab>text", to the file as text alone, in UTF-16.
+    void Trace(const QString& text);
 
 private:
-    const char* const name;
+    void TurnOn() VISTORAMA_REQUIRES(mutex);
+
+    const CSettingsStore& store;
+
+    CMutex mutex;
+    bool on VISTORAMA_GUARDED_BY(mutex) = false; // once found, it stays
+    QFile file VISTORAMA_GUARDED_BY(mutex);
 };
+
+// Makes a CTrace the sink of all trace lines, for as long as the process lives: workers that were abandoned
+// may trace until its end.
+void InstallTrace(std::shared_ptr<const CSettingsStore> store);

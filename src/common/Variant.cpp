@@ -1,5 +1,36 @@
 #include "common/Variant.h"
 
+#include <cmath>
+
+namespace {
+
+const QDate& Epoch()
+{
+    static const QDate epoch(1899, 12, 30);
+    return epoch;
+}
+
+constexpr double MillisecondsOfDay = 24.0 * 60 * 60 * 1000;
+
+} // namespace
+
+DateValue DateFromLocalTime(const QDateTime& moment)
+{
+    const QDateTime local = moment.toLocalTime();
+    return static_cast<double>(Epoch().daysTo(local.date())) +
+           local.time().msecsSinceStartOfDay() / MillisecondsOfDay;
+}
+
+QDate DayOfDate(DateValue date)
+{
+    constexpr double farthestDay = 700'000'000.0; // about two million years, well inside QDate
+    const double day = std::floor(date);
+    if (!(std::abs(day) <= farthestDay)) {
+        return QDate();
+    }
+    return Epoch().addDays(static_cast<qint64>(day));
+}
+
 CVariant::Type CVariant::GetType() const
 {
     if (std::holds_alternative<int32_t>(value)) {
@@ -29,12 +60,15 @@ QString CVariant::GetString() const
     return string ? *string : QString();
 }
 
-bool CVariableMap::Get(const QString& name, CVariant& out) const
+std::optional<CVariant> CVariableMap::Find(const QString& name) const
 {
     const auto entry = entries.find(Lower(name));
-    if (entry == entries.end()) {
-        return false;
-    }
-    out = entry->second;
-    return true;
+    return entry == entries.end() ? std::nullopt : std::optional(entry->second);
+}
+
+bool CVariableMap::Get(const QString& name, CVariant& out) const
+{
+    const auto found = Find(name);
+    out = found.value_or(out);
+    return found.has_value();
 }

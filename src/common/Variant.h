@@ -2,12 +2,23 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <variant>
 
+#include <QDateTime>
 #include <QString>
 
-#include "common/Date.h"
 #include "common/Text.h"
+
+// A moment as the document keeps it: days since 30 December 1899 in local time, the time of day being the
+// fraction. 0 means "no date".
+using DateValue = double;
+
+DateValue DateFromLocalTime(const QDateTime& moment);
+
+// The day of a date; a time of day before the epoch belongs to the earlier day (floor, not truncation).
+// Invalid for a value that is no number or lies outside QDate's range.
+QDate DayOfDate(DateValue date);
 
 // A value of the document: empty, or one of the four types that a project file keeps.
 class CVariant {
@@ -47,6 +58,7 @@ class CVariableMap {
 public:
     using Entries = std::map<QString, CVariant>;
 
+    std::optional<CVariant> Find(const QString& name) const;
     // False, and out untouched, if there is no such variable.
     bool Get(const QString& name, CVariant& out) const;
     void Set(const QString& name, const CVariant& value) { entries[Lower(name)] = value; }

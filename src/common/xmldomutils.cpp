@@ -12,7 +12,7 @@
 
 namespace {
 
-// The place that the error texts of this module have always named.
+// The place that the error texts of this module name, whatever line finds the error: people report it.
 constexpr const char* SourceFile = "xmldomutils";
 constexpr int SourceLine = 32;
 

@@ -40,7 +40,7 @@ public:
     CXmlElement FindChild(const char* tag) const;
     std::vector<CXmlElement> GetChildren(const char* tag) const;
 
-    // New elements and attributes go behind those that are there.
+    // New elements and attributes go after those that are there.
     CXmlElement AppendChild(const char* tag);
     void SetAttribute(const char* name, const QString& value);
     void SetAttribute(const char* name, int32_t value);

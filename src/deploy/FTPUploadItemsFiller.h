@@ -3,7 +3,7 @@
 #include <QString>
 
 #include "common/DirectoryProcessor.h"
-#include "ftpengine/FTPUploadItem.h"
+#include "ftpengine/messages/FTPMessages.h"
 
 class CStopSignal;
 

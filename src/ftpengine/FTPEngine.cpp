@@ -1,7 +1,6 @@
 #include "ftpengine/FTPEngine.h"
 
-#include "ftpengine/tasks/FTPTaskRunner.h"
-#include "ftpengine/tasks/FTPTaskUpload.h"
+#include "ftpengine/tasks/FTPTask.h"
 #include "ftpengine/tasks/FTPTasks.h"
 #include "ftpengine/tasks/WindowTaskWaiter.h"
 

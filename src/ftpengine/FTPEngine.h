@@ -5,9 +5,8 @@
 
 #include <QString>
 
-#include "ftpengine/FTPMessages.h"
-#include "ftpengine/FTPUploadItem.h"
-#include "ftpengine/destinations/FTPDestinationConnection.h"
+#include "ftpengine/destinations/FTPDestination.h"
+#include "ftpengine/messages/FTPMessages.h"
 #include "ftpengine/net/FTPTimeouts.h"
 
 class CFTPTask;

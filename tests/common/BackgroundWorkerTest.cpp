@@ -10,27 +10,33 @@ public:
     explicit CTestWorker(std::function<void(CTestWorker&)> work = {}) : work(std::move(work)) {}
     ~CTestWorker() override { Quit(); }
 
+    void AwaitBegun(int times) { Await(begun, times); }
+    void AwaitEnded(int times) { Await(ended, times); }
+
     std::atomic<int> begun = 0;
     std::atomic<int> ended = 0;
-    CThreadEvent hasBegun{CThreadEvent::ResetMode::Auto, false};
-    CThreadEvent hasEnded{CThreadEvent::ResetMode::Auto, false};
-    int shared = 0; // by no lock: who reads it behind Cancel must be alone
+    int shared = 0; // by no lock: who reads it after Cancel must be alone
 
 protected:
     void DoWork() override
     {
-        ++begun;
         ++shared;
-        hasBegun.Set();
+        ++begun;
         if (work) {
             work(*this);
         }
         ++shared;
         ++ended;
-        hasEnded.Set();
     }
 
 private:
+    static void Await(const std::atomic<int>& count, int times)
+    {
+        while (count < times) {
+            std::this_thread::yield();
+        }
+    }
+
     const std::function<void(CTestWorker&)> work;
 };
 
@@ -58,7 +64,7 @@ TEST(BackgroundWorker, WorksOnceForEachRequestThatIsNotCancelled)
     worker.Start();
     for (int i = 1; i <= 100; ++i) {
         worker.Request();
-        worker.hasEnded.Wait();
+        worker.AwaitEnded(i);
         EXPECT_EQ(worker.ended, i);
     }
     worker.Cancel();
@@ -72,7 +78,7 @@ TEST(BackgroundWorker, TellsTheWorkThatItIsRunning)
     CTestWorker worker([&](CTestWorker& self) { whileWorking = self.IsRunning(); });
     worker.Start();
     worker.Request();
-    worker.hasEnded.Wait();
+    worker.AwaitEnded(1);
     worker.Cancel();
     EXPECT_TRUE(whileWorking);
 }
@@ -82,7 +88,7 @@ TEST(BackgroundWorker, CancelReturnsWhenTheWorkHasEnded)
     CTestWorker worker(WorkUntilCancelled);
     worker.Start();
     worker.Request();
-    worker.hasBegun.Wait();
+    worker.AwaitBegun(1);
     EXPECT_TRUE(worker.IsRunning());
     worker.Cancel();
     EXPECT_EQ(worker.ended, 1);
@@ -96,7 +102,7 @@ TEST(BackgroundWorker, ARequestEndsTheWorkInProgressAndHasItDoneAnew)
     worker.Start();
     for (int i = 1; i <= 50; ++i) {
         worker.Request();
-        worker.hasBegun.Wait();
+        worker.AwaitBegun(i);
         EXPECT_EQ(worker.begun, i);
         EXPECT_EQ(worker.ended, i - 1);
     }
@@ -114,9 +120,8 @@ TEST(BackgroundWorker, CancelBetweenWakingAndWorkingLeavesNothingBehind)
     }
     // It still takes work, and exactly that.
     const int before = worker.begun;
-    worker.hasBegun.Reset();
     worker.Request();
-    worker.hasBegun.Wait();
+    worker.AwaitBegun(before + 1);
     worker.Cancel();
     EXPECT_EQ(worker.begun, before + 1);
 }
@@ -129,10 +134,9 @@ TEST(BackgroundWorker, RequestsInARowNeverLoseTheLastOne)
         worker.Request();
         worker.Request();
         worker.Cancel();
-        worker.hasEnded.Reset();
         const int before = worker.ended;
         worker.Request();
-        worker.hasEnded.Wait();
+        worker.AwaitEnded(before + 1);
         EXPECT_EQ(worker.ended, before + 1);
     }
     worker.Cancel();
@@ -157,13 +161,13 @@ TEST(BackgroundWorker, QuitsInEveryState)
         CTestWorker working(WorkUntilCancelled);
         working.Start();
         working.Request();
-        working.hasBegun.Wait();
+        working.AwaitBegun(1);
     }
     {
         CTestWorker done;
         done.Start();
         done.Request();
-        done.hasEnded.Wait();
+        done.AwaitEnded(1);
     }
     CTestWorker cancelled(WorkUntilCancelled);
     cancelled.Start();
@@ -190,33 +194,7 @@ TEST(BackgroundWorker, ARequestBeforeTheStartIsDoneAtTheStart)
     CTestWorker worker;
     worker.Request();
     worker.Start();
-    worker.hasEnded.Wait();
+    worker.AwaitEnded(1);
     worker.Cancel();
     EXPECT_EQ(worker.ended, 1);
-}
-
-TEST(ThreadEvent, AnAutomaticOneEndsOneWait)
-{
-    CThreadEvent event(CThreadEvent::ResetMode::Auto, true);
-    event.Wait();
-    int value = 0;
-    std::thread other([&] {
-        value = 1;
-        event.Set();
-    });
-    event.Wait();
-    EXPECT_EQ(value, 1);
-    other.join();
-}
-
-TEST(ThreadEvent, AManualOneStaysSignalled)
-{
-    CThreadEvent event(CThreadEvent::ResetMode::Manual, false);
-    event.Set();
-    event.Wait();
-    event.Wait();
-    event.Reset();
-    std::thread other([&] { event.Set(); });
-    event.Wait();
-    other.join();
 }

@@ -45,6 +45,14 @@ public:
     std::function<void()> onProgress;
 };
 
+template <class Condition>
+void AwaitThat(const Condition& condition)
+{
+    while (!condition()) {
+        std::this_thread::yield();
+    }
+}
+
 class FolderPicturesTest : public testing::Test {
 protected:
     FolderPicturesTest()
@@ -385,9 +393,9 @@ TEST_F(FolderPicturesTest, AWorkerIsCancelledAndAskedAnewInTheMiddle)
         explicit CWorker(const QString& folder) : folder(folder) {}
         ~CWorker() override { Quit(); }
         bool IsWanted() const override { return IsRunning(); }
-        void OnProgress(int, const std::vector<FolderCard>&) override { progress.Set(); }
-        CThreadEvent progress{CThreadEvent::ResetMode::Auto, false};
-        CThreadEvent ready{CThreadEvent::ResetMode::Auto, false};
+        void OnProgress(int, const std::vector<FolderCard>&) override { ++progress; }
+        std::atomic<int> progress = 0;
+        std::atomic<bool> ready = false;
         size_t count = 0;
 
     protected:
@@ -396,7 +404,7 @@ TEST_F(FolderPicturesTest, AWorkerIsCancelledAndAskedAnewInTheMiddle)
             const FolderPictures found = FillPicturesCollection(folder, Card, *this);
             if (IsRunning()) {
                 count = found.pictures.size();
-                ready.Set();
+                ready = true;
             }
         }
 
@@ -406,12 +414,13 @@ TEST_F(FolderPicturesTest, AWorkerIsCancelledAndAskedAnewInTheMiddle)
     CWorker worker(Photos());
     worker.Start();
     for (int i = 0; i < 5; ++i) {
+        const int before = worker.progress;
         worker.Request();
-        worker.progress.Wait();
+        AwaitThat([&] { return worker.progress > before; });
         worker.Cancel();
     }
     worker.Request();
-    worker.ready.Wait();
+    AwaitThat([&] { return worker.ready.load(); });
     worker.Cancel();
     EXPECT_EQ(worker.count, 30u);
 }

@@ -4,7 +4,7 @@
 #include <limits>
 
 #include "TestProject.h"
-#include "common/Date.h"
+#include "common/Variant.h"
 #include "document/clusters/PictureClusterLabel.h"
 #include "document/pictures/FilePictureInfo.h"
 

@@ -80,10 +80,10 @@ TEST(GalleryProjectConsumer, TellsItsConsumersInOrderAndTracesEachCall)
     source.AddConsumer(first);
     source.AddConsumer(second);
     source.UpdateProject(UpdateHint::GalleryChosen, 3, test.project);
-    EXPECT_EQ(log, (QStringList{QStringLiteral("Entering CGalleryProjectConsumer::UpdateProject"),
+    EXPECT_EQ(log, (QStringList{QStringLiteral("CGalleryProjectConsumer::UpdateProject entering"),
                                 QStringLiteral("UpdateView with hint 29720"), QStringLiteral("first 29720"),
                                 QStringLiteral("UpdateView with hint 29720"), QStringLiteral("second 29720"),
-                                QStringLiteral("Exiting CGalleryProjectConsumer::UpdateProject")}));
+                                QStringLiteral("CGalleryProjectConsumer::UpdateProject exiting")}));
 }
 
 TEST(GalleryProjectConsumer, ARingOfConsumersDoesNotRunInCircles)

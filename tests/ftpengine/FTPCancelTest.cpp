@@ -1,6 +1,6 @@
 #include "FTPEngineFixture.h"
-#include "TraceRecorder.h"
 #include "support/ScratchFolder.h"
+#include "support/TraceRecorder.h"
 
 // A cancel in each stage of a task.
 

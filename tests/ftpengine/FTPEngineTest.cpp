@@ -4,9 +4,9 @@
 #include <unistd.h>
 
 #include "FTPEngineFixture.h"
-#include "TraceRecorder.h"
 #include "common/Text.h"
 #include "support/ScratchFolder.h"
+#include "support/TraceRecorder.h"
 
 namespace {
 
@@ -387,7 +387,9 @@ TEST_F(FTPEngine, EndsWithAStatusWhenTheSystemHasNoDescriptorsLeft)
 
 TEST_F(FTPEngine, IsMadeAndDestroyedWithoutWork)
 {
+    const CResourceGuard without; // no thread and no descriptor is left behind
     const CFTPEngine engine;
+    EXPECT_TRUE(without.AwaitThreads());
 }
 
 TEST_F(FTPEngine, MessagesAboutAFileHaveItsKeyAndProgressItsLocalPath)
@@ -414,7 +416,7 @@ TEST_F(FTPEngine, MessagesAboutAFileHaveItsKeyAndProgressItsLocalPath)
     EXPECT_EQ(FTP_UPLOAD_PROGRESS::Number, 0x80A);
 }
 
-TEST(FTPTimeouts, TheDefaultsAreSettled)
+TEST(FTPTimeouts, TheDefaultsSuitSlowServers)
 {
     const FTPTimeouts timeouts;
     EXPECT_EQ(timeouts.send, milliseconds(30000));

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "ftpengine/net/Wait.h"
+#include "ftpengine/net/Event.h"
 
 sockaddr_in LoopbackAddress(uint16_t port)
 {

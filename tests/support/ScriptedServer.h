@@ -8,7 +8,7 @@
 #include <thread>
 #include <vector>
 
-#include "ftpengine/destinations/FTPDestinationConnection.h"
+#include "ftpengine/destinations/FTPDestination.h"
 #include "ftpengine/net/Event.h"
 #include "ftpengine/net/Socket.h"
 

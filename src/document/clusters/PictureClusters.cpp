@@ -1,6 +1,6 @@
 #include "document/clusters/PictureClusters.h"
 
-#include "common/Date.h"
+#include "common/Variant.h"
 #include "document/clusters/PictureClusterLabel.h"
 #include "document/pictures/PictureList.h"
 

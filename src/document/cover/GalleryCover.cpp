@@ -6,9 +6,9 @@
 
 #include <QFile>
 
-#include "common/AllCores.h"
 #include "common/FileSystem.h"
 #include "common/TempFolder.h"
+#include "common/WorkerPool.h"
 #include "document/cover/CoverCache.h"
 #include "document/galleries/Gallery.h"
 #include "document/pictures/GalleryPictureInfo.h"

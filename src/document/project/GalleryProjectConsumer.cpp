@@ -4,7 +4,7 @@
 
 void CGalleryProjectConsumer::UpdateProject(UpdateHint hint, const UpdateParameter&, CGalleryProject& project)
 {
-    const CTraceScope scope("CGalleryProjectConsumer::UpdateProject");
+    const TraceScope scope(QStringLiteral("CGalleryProjectConsumer::UpdateProject"));
     for (CGalleryProjectConsumer* consumer : consumers) {
         Trace(QStringLiteral("UpdateView with hint ") + QString::number(static_cast<int32_t>(hint)));
         consumer->UpdateView(hint, project);

@@ -1,7 +1,6 @@
 #include "ftpengine/commands/FTPCommand.h"
 
-#include "ftpengine/EngineStatus.h"
-#include "ftpengine/Trace.h"
+#include "ftpengine/messages/EngineStatus.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "ftpengine/messages/FTPReply.h"
 #include "ftpengine/net/Event.h"
-#include "ftpengine/net/FTPReply.h"
 #include "ftpengine/net/SocketStream.h"
 
 // One exchange of a command and its reply. Used once, on the task's thread; lives on the stack of its

@@ -1,10 +1,9 @@
 #include "ftpengine/commands/FTPCommandList.h"
 
-#include "ftpengine/EngineStatus.h"
-#include "ftpengine/Trace.h"
+#include "ftpengine/messages/EngineStatus.h"
+#include "ftpengine/net/Event.h"
 #include "ftpengine/net/Socket.h"
 #include "ftpengine/net/SocketBuffer.h"
-#include "ftpengine/net/Wait.h"
 
 // What the worker works on. The buffer may be read when the worker has ended.
 class CListReceiver {
@@ -62,8 +61,8 @@ void CListReceiver::Connect(const CEvent& abortEvent)
 void CListReceiver::ReceiveListing(const CEvent& abortEvent)
 {
     while (const std::size_t count = ReceiveOnce(abortEvent)) {
-        // Odd, but settled: only a full receive moves the position, and a short one would be overwritten by
-        // the next. ReceiveOnce comes short at the end only.
+        // Only a full receive moves the position, and a short one would be overwritten by the next;
+        // ReceiveOnce comes short at the end only.
         if (count == CSocketBuffer::ReceiveSize) {
             if (buffer.GetCapacity() >= maximalListingSize) {
                 ThrowTraced("List, WSARecv throws: ", EngineStatus::MessageTooLong);

@@ -6,8 +6,8 @@
 
 #include <QString>
 
-#include "ftpengine/FTPMessages.h"
 #include "ftpengine/commands/FTPCommand.h"
+#include "ftpengine/messages/FTPMessages.h"
 #include "ftpengine/net/ThreadDriver.h"
 
 class CFileSender;

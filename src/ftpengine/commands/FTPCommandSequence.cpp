@@ -4,8 +4,7 @@
 #include <utility>
 
 #include "common/Text.h"
-#include "ftpengine/EngineStatus.h"
-#include "ftpengine/Trace.h"
+#include "ftpengine/messages/EngineStatus.h"
 
 CFTPCommandSequence::CFTPCommandSequence(CSocketStream& stream, const std::shared_ptr<CEvent>& abortEvent,
                                          Transcript& transcript)

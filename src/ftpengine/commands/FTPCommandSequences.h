@@ -1,8 +1,12 @@
 #pragma once
 
-#include "ftpengine/commands/FTPCommandSequence.h"
+#include <netinet/in.h>
+#include <string_view>
 
-// The sequences that need no data connection. Paths here have "\" between their names, whatever the server
+#include "ftpengine/commands/FTPCommandSequence.h"
+#include "ftpengine/messages/FTPMessages.h"
+
+// All sequences. Paths here have "\" between their names, whatever the server
 // uses, unless said otherwise; empty names in them are passed over. For what Run throws see
 // CFTPCommandSequence.
 
@@ -64,4 +68,36 @@ class CFTPCommandSequenceTypeA final : public CFTPCommandSequence {
 public:
     using CFTPCommandSequence::CFTPCommandSequence;
     FTPReply Run();
+};
+
+// Base of the sequences with a data connection, in passive mode; each begins with a PASV of its own. Run also
+// throws an int, 11004, for an unreadable reply to PASV.
+class CFTPTransferSequence : public CFTPCommandSequence {
+public:
+    using CFTPCommandSequence::CFTPCommandSequence;
+
+protected:
+    sockaddr_in AskForDataAddress();
+    FTPReply ExecuteList(std::string_view verb, QString& listing);
+};
+
+class CFTPCommandSequenceList final : public CFTPTransferSequence {
+public:
+    using CFTPTransferSequence::CFTPTransferSequence;
+    FTPReply Run(QString& listing);
+};
+
+// Names alone.
+class CFTPCommandSequenceNlst final : public CFTPTransferSequence {
+public:
+    using CFTPTransferSequence::CFTPTransferSequence;
+    FTPReply Run(QString& listing);
+};
+
+class CFTPCommandSequenceStor final : public CFTPTransferSequence {
+public:
+    using CFTPTransferSequence::CFTPTransferSequence;
+    // progressTarget: gets FTP_UPLOAD_PROGRESS; may be none.
+    FTPReply Run(const QString& localPath, const QString& remoteName,
+                 const std::weak_ptr<CFTPTarget>& progressTarget);
 };

@@ -7,14 +7,13 @@
 #include <cstring>
 #include <optional>
 
-#include "ftpengine/EngineStatus.h"
-#include "ftpengine/Trace.h"
+#include "ftpengine/messages/EngineStatus.h"
 
 namespace {
 
 using Numbers = std::array<uint8_t, 6>;
 
-// Blanks may stand before a number, a comma stands right behind it.
+// Blanks may stand before a number, a comma follows at once.
 std::optional<Numbers> ReadNumbers(std::string_view text)
 {
     Numbers numbers{};

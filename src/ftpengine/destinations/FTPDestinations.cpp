@@ -208,7 +208,7 @@ bool CFTPDestinations::SkipsProtection() const
 QString GetURL(const FTPDestinationConnection& record)
 {
     const QString start = QStringLiteral("ftp://") + record.server;
-    // Odd on purpose: behind the ":" of another port the text has always ended. No dialog sets a port.
+    // Odd on purpose: with another port the text ends after the ":". No dialog sets a port.
     return record.port == DefaultPort ? start + QLatin1Char('/') + record.directory
                                       : start + QLatin1Char(':');
 }

@@ -7,8 +7,7 @@
 #include <sys/socket.h>
 
 #include "common/Text.h"
-#include "ftpengine/EngineStatus.h"
-#include "ftpengine/Trace.h"
+#include "ftpengine/messages/EngineStatus.h"
 
 void OpenConnection(const FTPDestinationConnection& destination, const std::shared_ptr<CEvent>& abortEvent,
                     CSocketStream& stream)

@@ -5,7 +5,7 @@
 
 #include <QString>
 
-#include "ftpengine/destinations/FTPDestinationConnection.h"
+#include "ftpengine/destinations/FTPDestination.h"
 #include "ftpengine/net/Event.h"
 #include "ftpengine/net/SocketStream.h"
 

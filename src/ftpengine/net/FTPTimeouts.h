@@ -5,7 +5,8 @@
 // A wait that ends only by what is waited for.
 inline constexpr std::chrono::milliseconds NoLimit = std::chrono::milliseconds::max();
 
-// How long the engine waits for what. The defaults are settled; tests shorten them.
+// How long the engine waits for what. Servers and networks are slow: tests alone shorten
+// them.
 struct FTPTimeouts {
     using Milliseconds = std::chrono::milliseconds;
 

@@ -6,8 +6,8 @@
 #include <unistd.h>
 #include <utility>
 
-#include "ftpengine/EngineStatus.h"
-#include "ftpengine/net/Wait.h"
+#include "ftpengine/messages/EngineStatus.h"
+#include "ftpengine/net/Event.h"
 
 namespace {
 

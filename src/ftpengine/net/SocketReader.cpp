@@ -2,9 +2,9 @@
 
 #include <new>
 
-#include "ftpengine/EngineStatus.h"
-#include "ftpengine/Trace.h"
-#include "ftpengine/net/Wait.h"
+#include "common/Trace.h"
+#include "ftpengine/messages/EngineStatus.h"
+#include "ftpengine/net/Event.h"
 
 namespace {
 
@@ -46,7 +46,7 @@ void CSocketReader::ReceiveCycle(CSocketBuffer& buffer)
         // The name of the text, not the text: so no trace shows what a server and a user say to each other.
         Trace(QStringLiteral("CA2CT(buf.bufstart)"));
         char* const bytes = buffer.GetReceivePosition();
-        // Odd, but settled: a full receive also ends a chunk if the last byte but one is a carriage return,
+        // Odd on purpose: a full receive also ends a chunk if the last byte but one is a carriage return,
         // whatever the last one is.
         if (count != size || bytes[size - 1] == '\n' || bytes[size - 2] == '\r') {
             bytes[count] = '\0';
@@ -95,7 +95,7 @@ std::size_t CSocketReader::ReceiveOnce(CSocketBuffer& buffer, CReplyLines& lines
 
 void CSocketReader::Append(const CSocketBuffer& chunk)
 {
-    const std::lock_guard guard(queueLock);
+    const CMutexLock lock(queueLock);
     chunks.push_back(chunk);
     ended = peerClosed;
     dataEvent.Set();
@@ -106,7 +106,7 @@ void CSocketReader::Append(const CSocketBuffer& chunk)
 
 void CSocketReader::Fail(int error)
 {
-    const std::lock_guard guard(queueLock);
+    const CMutexLock lock(queueLock);
     status = error;
     dataEvent.Set();
 }
@@ -120,7 +120,7 @@ void CSocketReader::WaitForRoom()
 
 CSocketBuffer CSocketReader::TakeChunk()
 {
-    const std::lock_guard guard(queueLock);
+    const CMutexLock lock(queueLock);
     if (status == 0 && chunks.empty()) {
         status = EngineStatus::ConnectionReset;
     }

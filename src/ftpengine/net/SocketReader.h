@@ -2,11 +2,11 @@
 
 #include <list>
 #include <memory>
-#include <mutex>
 
+#include "common/ThreadSafety.h"
+#include "ftpengine/messages/FTPReply.h"
 #include "ftpengine/net/Event.h"
 #include "ftpengine/net/FTPTimeouts.h"
-#include "ftpengine/net/ReplyLines.h"
 #include "ftpengine/net/Socket.h"
 #include "ftpengine/net/SocketBuffer.h"
 
@@ -49,9 +49,9 @@ private:
     // Reader thread only.
     bool peerClosed = false;
 
-    // Guarded by queueLock, and so are the changes of dataEvent and roomEvent.
-    std::mutex queueLock;
-    std::list<CSocketBuffer> chunks;
-    int status = 0;     // the reader's failure; once set it stays
-    bool ended = false; // no chunk will follow
+    // The two events of the queue are changed with it held only.
+    CMutex queueLock;
+    std::list<CSocketBuffer> chunks VISTORAMA_GUARDED_BY(queueLock);
+    int status VISTORAMA_GUARDED_BY(queueLock) = 0;     // the reader's failure; once set it stays
+    bool ended VISTORAMA_GUARDED_BY(queueLock) = false; // no chunk will follow
 };

@@ -1,9 +1,9 @@
 #include "ftpengine/net/SocketStream.h"
 
-#include "ftpengine/EngineStatus.h"
-#include "ftpengine/Trace.h"
+#include "common/Trace.h"
+#include "ftpengine/messages/EngineStatus.h"
+#include "ftpengine/net/Event.h"
 #include "ftpengine/net/SocketReader.h"
-#include "ftpengine/net/Wait.h"
 
 CSocketStream::CSocketStream(const FTPTimeouts& timeouts) : timeouts(timeouts), driver(timeouts.stopWorker) {}
 

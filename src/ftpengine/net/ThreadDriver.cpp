@@ -2,75 +2,96 @@
 
 #include <deque>
 #include <system_error>
-#include <thread>
-
-#include "ftpengine/net/FTPTimeouts.h"
 
 struct CThreadDriver::Worker {
     CEvent finished;
-    std::thread thread; // used under the start lock only
 
-    // Guarded by the queue's lock.
-    bool stopSignalled = false;
+    // Of its thread alone once that runs.
+    Work item;
     std::shared_ptr<CEvent> itemStop = std::make_shared<CEvent>();
 };
 
-struct CThreadDriver::Queue {
-    mutable std::mutex lock;
-
-    // Guarded by lock.
-    std::deque<Work> items;
-    std::shared_ptr<Worker> current;
-
-    bool IsRunning() const { return current && !current->stopSignalled; }
-
-    Work TakeItem()
+// What is to be done, and who does it: the current worker is the one that takes the next item. One that is
+// told to stop, or finds nothing, is not current any more.
+class CThreadDriver::CQueue {
+public:
+    bool IsRunning() const
     {
-        const std::lock_guard guard(lock);
-        if (items.empty()) {
-            return {};
-        }
-        Work item = std::move(items.front());
-        items.pop_front();
-        return item;
+        const CMutexLock lock(mutex);
+        return current != nullptr;
     }
 
-    // Whether the worker goes on; if it does, it has a fresh stop event.
-    bool GoesOn(Worker& worker)
+    // False, and nothing queued, if no worker is running. Takes the item only then.
+    bool Append(Work& item)
     {
-        const std::lock_guard guard(lock);
-        if (items.empty() || worker.stopSignalled) {
-            worker.stopSignalled = true;
+        const CMutexLock lock(mutex);
+        if (current) {
+            items.push_back(std::move(item));
+        }
+        return current != nullptr;
+    }
+
+    // Makes the worker the current one, with the oldest item. start: starts its thread; what it throws leaves
+    // the queue as it was.
+    template <class Starting>
+    void Begin(const std::shared_ptr<Worker>& worker, Work item, const Starting& start)
+    {
+        // Held meanwhile, so that a stop signal finds the new worker or comes before it.
+        const CMutexLock lock(mutex);
+        items.push_back(std::move(item));
+        worker->item = std::move(items.front());
+        try {
+            start();
+        } catch (...) {
+            items.front() = std::move(worker->item);
+            items.pop_back();
+            throw;
+        }
+        items.pop_front();
+        current = worker;
+        currentStop = worker->itemStop;
+    }
+
+    // Gives the worker its next item, with a fresh stop event. False if it is to end.
+    bool GoOn(Worker& worker)
+    {
+        const CMutexLock lock(mutex);
+        if (current.get() != &worker) {
             return false;
         }
+        if (items.empty()) {
+            current = nullptr;
+            return false;
+        }
+        worker.item = std::move(items.front());
+        items.pop_front();
         try {
             worker.itemStop = std::make_shared<CEvent>();
         } catch (int) {
             worker.itemStop->Reset(); // no descriptor left: the next best
         }
+        currentStop = worker.itemStop;
         return true;
     }
 
-    std::shared_ptr<CEvent> GetItemStop(const Worker& worker) const
+    void SignalStop()
     {
-        const std::lock_guard guard(lock);
-        return worker.itemStop;
+        const CMutexLock lock(mutex);
+        if (current) {
+            current = nullptr;
+            currentStop->Set();
+        }
     }
 
-    static void Run(const std::shared_ptr<Queue>& queue, const std::shared_ptr<Worker>& worker)
-    {
-        do {
-            // The item is destroyed before the end of the worker shows.
-            if (const Work item = queue->TakeItem()) {
-                item(queue->GetItemStop(*worker));
-            }
-        } while (queue->GoesOn(*worker));
-        worker->finished.Set();
-    }
+private:
+    mutable CMutex mutex;
+    std::deque<Work> items VISTORAMA_GUARDED_BY(mutex);
+    std::shared_ptr<Worker> current VISTORAMA_GUARDED_BY(mutex);
+    std::shared_ptr<CEvent> currentStop VISTORAMA_GUARDED_BY(mutex); // of the current worker's item
 };
 
 CThreadDriver::CThreadDriver(std::chrono::milliseconds stopWait)
-    : stopWait(stopWait), queue(std::make_shared<Queue>())
+    : stopWait(stopWait), queue(std::make_shared<CQueue>())
 {}
 
 CThreadDriver::~CThreadDriver()
@@ -80,64 +101,62 @@ CThreadDriver::~CThreadDriver()
 
 CThreadDriver::StartResult CThreadDriver::Start(Work work, bool queueIfRunning)
 {
-    const std::lock_guard startGuard(startLock);
+    const CMutexLock lock(startLock);
     JoinFinishedWorkers();
-    {
-        const std::lock_guard guard(queue->lock);
-        if (queue->IsRunning()) {
-            if (!queueIfRunning) {
-                return StartResult::Refused;
-            }
-            queue->items.push_back(std::move(work));
-            return StartResult::Queued;
-        }
+    if (!queueIfRunning && queue->IsRunning()) {
+        return StartResult::Refused;
     }
-    return StartWorker(std::move(work));
+    return queue->Append(work) ? StartResult::Queued : StartWorker(std::move(work));
 }
 
 CThreadDriver::StartResult CThreadDriver::StartWorker(Work work)
 {
-    std::shared_ptr<Worker> worker;
     try {
-        worker = std::make_shared<Worker>();
-        const std::lock_guard guard(queue->lock);
-        // Under the lock, so that the new worker finds its item, and an old one doesn't find it without a
-        // new.
-        worker->thread = std::thread([queue = queue, worker] { Queue::Run(queue, worker); });
-        queue->items.push_back(std::move(work));
-        queue->current = worker;
-    } catch (int) {
-        return StartResult::Failed;
-    } catch (const std::system_error&) {
+        const auto worker = std::make_shared<Worker>();
+        workers.push_back({worker, {}});
+        try {
+            queue->Begin(worker, std::move(work), [&thread = workers.back().thread, queue = queue, worker] {
+                thread = std::thread([queue, worker] { Run(*queue, *worker); });
+            });
+        } catch (const std::system_error&) {
+            workers.pop_back();
+            return StartResult::Failed;
+        }
+    } catch (int) { // no descriptor for the worker's events
         return StartResult::Failed;
     }
-    workers.push_back(worker);
     return StartResult::Started;
+}
+
+void CThreadDriver::Run(CQueue& queue, Worker& worker)
+{
+    do {
+        worker.item(worker.itemStop);
+        // Destroyed before the end of the worker shows.
+        worker.item = {};
+    } while (queue.GoOn(worker));
+    worker.finished.Set();
 }
 
 void CThreadDriver::SignalStop()
 {
-    const std::lock_guard guard(queue->lock);
-    if (queue->IsRunning()) {
-        queue->current->stopSignalled = true;
-        queue->current->itemStop->Set();
-    }
+    queue->SignalStop();
 }
 
 bool CThreadDriver::Stop()
 {
     using Clock = std::chrono::steady_clock;
-    const std::lock_guard startGuard(startLock);
+    const CMutexLock lock(startLock);
     SignalStop();
     const Clock::time_point begin = Clock::now();
     bool abandoned = false;
-    for (const std::shared_ptr<Worker>& worker : workers) {
+    for (WorkerThread& each : workers) {
         const auto used = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin);
         const auto left = stopWait == NoLimit ? NoLimit : std::max(stopWait - used, {});
-        if (worker->finished.Wait(left)) {
-            worker->thread.join();
+        if (each.worker->finished.Wait(left)) {
+            each.thread.join();
         } else {
-            worker->thread.detach();
+            each.thread.detach();
             abandoned = true;
         }
     }
@@ -147,16 +166,15 @@ bool CThreadDriver::Stop()
 
 bool CThreadDriver::IsRunning() const
 {
-    const std::lock_guard guard(queue->lock);
     return queue->IsRunning();
 }
 
 void CThreadDriver::JoinFinishedWorkers()
 {
-    workers.remove_if([](const std::shared_ptr<Worker>& worker) {
-        const bool finished = worker->finished.IsSet();
+    workers.remove_if([](WorkerThread& each) {
+        const bool finished = each.worker->finished.IsSet();
         if (finished) {
-            worker->thread.join();
+            each.thread.join();
         }
         return finished;
     });

@@ -4,8 +4,9 @@
 #include <functional>
 #include <list>
 #include <memory>
-#include <mutex>
+#include <thread>
 
+#include "common/ThreadSafety.h"
 #include "ftpengine/net/Event.h"
 
 // Runs work on a thread of its own, one item after the other, and ends that thread when there is none left.
@@ -19,7 +20,7 @@ public:
 
     enum class StartResult {
         Started, // a new worker
-        Queued,  // behind the running item
+        Queued,  // after the running item
         Refused, // a worker is running, and nothing was to be queued
         Failed,  // the system has no thread or descriptor left
     };
@@ -47,15 +48,19 @@ public:
 
 private:
     struct Worker;
-    struct Queue;
+    class CQueue;
+    struct WorkerThread {
+        std::shared_ptr<Worker> worker;
+        std::thread thread;
+    };
 
-    StartResult StartWorker(Work work);
-    void JoinFinishedWorkers();
+    StartResult StartWorker(Work work) VISTORAMA_REQUIRES(startLock);
+    void JoinFinishedWorkers() VISTORAMA_REQUIRES(startLock);
+    static void Run(CQueue& queue, Worker& worker);
 
     const std::chrono::milliseconds stopWait;
-    const std::shared_ptr<Queue> queue; // shared with the workers; its lock is taken after startLock
+    const std::shared_ptr<CQueue> queue; // shared with the workers; its mutex is taken after startLock
 
-    // Guarded by startLock.
-    std::mutex startLock;
-    std::list<std::shared_ptr<Worker>> workers;
+    CMutex startLock;
+    std::list<WorkerThread> workers VISTORAMA_GUARDED_BY(startLock);
 };

@@ -2,11 +2,10 @@
 
 #include <array>
 
+#include <QCryptographicHash>
+
 #include "common/Text.h"
-#include "ftpengine/EngineStatus.h"
-#include "ftpengine/Trace.h"
-#include "ftpengine/secrets/Md5.h"
-#include "ftpengine/secrets/OneTimePasswordWords.h"
+#include "ftpengine/messages/EngineStatus.h"
 
 namespace {
 
@@ -18,10 +17,12 @@ using Key = std::array<uint8_t, 8>;
 // RFC 2289, appendix A: the 16 bytes of the digest become 8.
 Key FoldedDigest(std::string_view message)
 {
-    const std::array<uint8_t, 16> digest = Md5(message);
+    const QByteArray digest = QCryptographicHash::hash(
+        QByteArray(message.data(), static_cast<qsizetype>(message.size())), QCryptographicHash::Md5);
     Key key{};
     for (std::size_t i = 0; i < key.size(); ++i) {
-        key[i] = digest[i] ^ digest[i + key.size()];
+        const auto at = static_cast<qsizetype>(i);
+        key[i] = static_cast<uint8_t>(digest[at] ^ digest[at + digest.size() / 2]);
     }
     return key;
 }
@@ -58,7 +59,7 @@ std::string WordsOf(const Key& key)
 
 std::optional<OtpChallenge> FindOtpChallenge(std::string_view reply)
 {
-    constexpr std::size_t prefixLength = 8; // "otp-md5" and the blank behind it
+    constexpr std::size_t prefixLength = 8; // "otp-md5" and the blank after it
     const std::size_t position = reply.find("otp-md5");
     if (position == std::string_view::npos) {
         return std::nullopt;

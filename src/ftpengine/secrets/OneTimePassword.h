@@ -22,3 +22,7 @@ std::string MakeOtpResponse(const OtpChallenge& challenge, std::string_view pass
 // What to send as the password in answer to this reply: the password itself if there is no challenge in it.
 // Throws an int, 6, for a sequence number beyond all reason, which would keep this thread busy for long.
 std::string AnswerPasswordRequest(std::string_view reply, std::string_view password);
+
+// The standard dictionary of RFC 2289, appendix D: each word stands for 11 bits, its index. Words of up to
+// four letters, filled with zeros.
+extern const char OneTimePasswordWords[2048][5];

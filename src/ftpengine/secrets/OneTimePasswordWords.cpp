@@ -1,5 +1,5 @@
 // clang-format off
-#include "ftpengine/secrets/OneTimePasswordWords.h"
+#include "ftpengine/secrets/OneTimePassword.h"
 
 const char OneTimePasswordWords[2048][5] = {
     "A", "ABE", "ACE", "ACT", "AD", "ADA", "ADD", "AGO", "AID", "AIM", "AIR", "ALL",

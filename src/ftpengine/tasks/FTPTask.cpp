@@ -2,14 +2,13 @@
 
 #include <algorithm>
 
-#include "ftpengine/EngineStatus.h"
-#include "ftpengine/Trace.h"
 #include "ftpengine/commands/FTPCommandSequences.h"
+#include "ftpengine/messages/EngineStatus.h"
 #include "ftpengine/net/Connection.h"
 
 namespace {
 
-// RFC 959, 4.1: a line end ends a command, so what stands behind one would be a command of its own.
+// RFC 959, 4.1: a line end ends a command, so what stands after one would be a command of its own.
 bool BreaksLine(const QString& name)
 {
     return name.contains(QLatin1Char('\r')) || name.contains(QLatin1Char('\n')) || name.contains(QChar(0));
@@ -90,5 +89,15 @@ void CFTPTask::CheckNames() const
                               << destination.userName << destination.password << destination.directory;
     if (std::any_of(names.begin(), names.end(), BreaksLine)) {
         ThrowTraced("CheckNames throws: ", EngineStatus::InvalidName);
+    }
+}
+
+void CFTPTaskRunner::Start(std::shared_ptr<CFTPTask> task)
+{
+    const auto run = [task](const std::shared_ptr<CEvent>& stop) {
+        task->Execute(stop);
+    };
+    if (driver.Start(run, true) == CThreadDriver::StartResult::Failed) {
+        task->Fail(EngineStatus::NoBufferSpace);
     }
 }

@@ -5,11 +5,12 @@
 #include <QString>
 #include <QStringList>
 
-#include "ftpengine/FTPMessages.h"
-#include "ftpengine/destinations/FTPDestinationConnection.h"
+#include "ftpengine/commands/FTPCommandSequence.h"
+#include "ftpengine/destinations/FTPDestination.h"
+#include "ftpengine/messages/FTPMessages.h"
 #include "ftpengine/net/Event.h"
-#include "ftpengine/net/FTPConversation.h"
 #include "ftpengine/net/FTPTimeouts.h"
+#include "ftpengine/net/ThreadDriver.h"
 
 // One job: connects, logs in, does its work, logs out, and reports by messages. Made on the caller's thread,
 // executed and destroyed on the engine's worker; owned by the worker's queue and then by the worker alone.
@@ -51,4 +52,17 @@ private:
     void Converse(CSocketStream& stream, const std::shared_ptr<CEvent>& abortEvent, CTaskResult& result);
 
     Setting setting;
+};
+
+// The engine's worker: runs tasks one at a time from its queue. Owned by the engine and used on its thread.
+// Its destruction cancels the running task and drops the queued ones.
+class CFTPTaskRunner {
+public:
+    explicit CFTPTaskRunner(std::chrono::milliseconds stopWait) : driver(stopWait) {}
+
+    void Start(std::shared_ptr<CFTPTask> task);
+    void Cancel() { driver.SignalStop(); }
+
+private:
+    CThreadDriver driver;
 };

@@ -1,8 +1,7 @@
 #include "ftpengine/tasks/FTPTasks.h"
 
-#include "ftpengine/Trace.h"
 #include "ftpengine/commands/FTPCommandSequences.h"
-#include "ftpengine/commands/FTPTransferSequences.h"
+#include "ftpengine/messages/EngineStatus.h"
 
 FTPMessage CFTPTaskTestConnection::MakeFinishedMessage(CTaskResult result)
 {
@@ -57,6 +56,43 @@ void CFTPTaskRenameDirectory::DoWork(FTPConversation& conversation)
     conversation.Run<CFTPCommandSequenceRenameDir>(oldName, newName);
 }
 
+CFTPTaskUpload::CFTPTaskUpload(Setting setting, const QString& title, const FTPUploadMap& items)
+    : CFTPTask(std::move(setting)), title(title), items(items)
+{}
+
+FTPMessage CFTPTaskUpload::MakeFinishedMessage(CTaskResult result)
+{
+    return FTP_UPLOAD_FINISHED{.result = std::move(result), .title = title};
+}
+
+QStringList CFTPTaskUpload::GetNames() const
+{
+    QStringList names;
+    for (const auto& [key, item] : items) {
+        names << item.directory << item.name;
+    }
+    return names;
+}
+
+void CFTPTaskUpload::DoWork(FTPConversation& conversation)
+{
+    conversation.Run<CFTPCommandSequenceTypeI>();
+    QString current; // relative to the destination's directory
+    for (const auto& [key, item] : items) {
+        Post(FTP_UPLOAD_FILE_STARTED{.localPath = key, .title = title});
+        if (item.directory != current) {
+            if (const QString back = WayBackFrom(current); !back.isEmpty()) {
+                conversation.Run<CFTPCommandSequenceOpenDir>(back);
+            }
+            conversation.Run<CFTPCommandSequenceOpenDir>(item.directory);
+        }
+        conversation.Run<CFTPCommandSequenceStor>(item.localPath, item.name, GetTarget());
+        current = item.directory;
+        Post(FTP_UPLOAD_FILE_FINISHED{.localPath = key, .title = title});
+    }
+    conversation.Run<CFTPCommandSequenceTypeA>();
+}
+
 FTPReply ChangeDirWithFallback(FTPDestinationConnection& destination, CFTPCommandSequenceChangeDir& sequence)
 {
     constexpr int32_t noSuchDirectory = 550;
@@ -79,4 +115,10 @@ FTPReply ChangeDirWithFallback(FTPDestinationConnection& destination, CFTPComman
     }
     destination.directory = path;
     return reply;
+}
+
+QString WayBackFrom(const QString& directory)
+{
+    const qsizetype names = directory.split(QLatin1Char('\\'), Qt::SkipEmptyParts).size();
+    return QStringList(names, QStringLiteral("..")).join(QLatin1Char('\\'));
 }

@@ -6,8 +6,6 @@
 
 class CFTPCommandSequenceChangeDir;
 
-// The tasks that move no files.
-
 // The login and the change to the destination's directory are the test.
 class CFTPTaskTestConnection final : public CFTPTask {
 public:
@@ -63,7 +61,27 @@ private:
     const QString newName;
 };
 
+// Sends the files of an upload map, in its order, below the destination's directory. The first failure of any
+// step ends it; nothing is tried again.
+class CFTPTaskUpload final : public CFTPTask {
+public:
+    CFTPTaskUpload(Setting setting, const QString& title, const FTPUploadMap& items);
+
+protected:
+    FTPMessage MakeStartedMessage() const override { return FTP_UPLOAD_STARTED{.title = title}; }
+    FTPMessage MakeFinishedMessage(CTaskResult result) override;
+    QStringList GetNames() const override;
+    void DoWork(FTPConversation& conversation) override;
+
+private:
+    const QString title;
+    const FTPUploadMap items;
+};
+
 // Changes to the deepest directory of the destination's path, with "/" between its names, that exists, and
 // stores its path in the destination. Throws the server's refusal if it isn't 550, or if there is nothing
 // left to try; and an int.
 FTPReply ChangeDirWithFallback(FTPDestinationConnection& destination, CFTPCommandSequenceChangeDir& sequence);
+
+// The road from a directory to the root, with "\" between its names: "a\b" gives "..\..".
+QString WayBackFrom(const QString& directory);

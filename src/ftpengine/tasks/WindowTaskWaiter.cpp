@@ -8,7 +8,7 @@
 #include <QSocketNotifier>
 #include <QTimer>
 
-#include "ftpengine/EngineStatus.h"
+#include "ftpengine/messages/EngineStatus.h"
 
 void CWindowTaskWaiter::Post(FTPMessage message)
 {
@@ -21,7 +21,7 @@ void CWindowTaskWaiter::Post(FTPMessage message)
 
 void CWindowTaskWaiter::Complete(CTaskResult taken)
 {
-    const std::lock_guard guard(lock);
+    const CMutexLock lock(mutex);
     result = std::move(taken);
     completed.Set();
 }
@@ -34,7 +34,7 @@ CTaskResult CWindowTaskWaiter::Wait(std::chrono::milliseconds timeout)
         late.status = EngineStatus::TimedOut;
         return late;
     }
-    const std::lock_guard guard(lock);
+    const CMutexLock lock(mutex);
     return result;
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <chrono>
-#include <mutex>
 
-#include "ftpengine/FTPMessages.h"
+#include "common/ThreadSafety.h"
+#include "ftpengine/messages/FTPMessages.h"
 #include "ftpengine/net/Event.h"
 
 // Stands in as the target of a task for a caller who waits for its result. One for each wait, so that a
@@ -22,7 +22,6 @@ private:
 
     CEvent completed;
 
-    // Guarded by lock.
-    std::mutex lock;
-    CTaskResult result;
+    CMutex mutex;
+    CTaskResult result VISTORAMA_GUARDED_BY(mutex);
 };

@@ -14,7 +14,7 @@
 #include "common/Settings.h"
 #include "common/TempFolder.h"
 #include "common/Text.h"
-#include "ftpengine/Trace.h"
+#include "common/Trace.h"
 #include "shell/frame/CommandLineAnswer.h"
 #include "shell/frame/CommandLinePath.h"
 #include "shell/frame/FailureBox.h"

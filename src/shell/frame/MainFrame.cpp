@@ -181,12 +181,12 @@ void CMainFrame::OnViewChanged(ViewId view, UpdateHint hint, const UpdateParamet
     projects.GetKeeper().MarkChanged();
     switch (view) {
     case ViewId::Folder: {
-        const CTraceScope scope("CMainFrame::OnFolderViewChanged");
+        const TraceScope scope(QStringLiteral("CMainFrame::OnFolderViewChanged"));
         folderView->UpdateProject(hint, parameter, project);
         return;
     }
     case ViewId::Galleries: {
-        const CTraceScope scope("CMainFrame::OnGalleriesViewChanged");
+        const TraceScope scope(QStringLiteral("CMainFrame::OnGalleriesViewChanged"));
         galleriesView->UpdateProject(hint, parameter, project);
         return;
     }

@@ -8,9 +8,9 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
-#include "common/EventLoopTarget.h"
-#include "ftpengine/EngineStatus.h"
+#include "common/MessageTarget.h"
 #include "ftpengine/destinations/FTPDestinations.h"
+#include "ftpengine/messages/EngineStatus.h"
 #include "resources/StringTable.h"
 #include "shell/ftpdialogs/DlgTroubleshootList.h"
 #include "shell/ftpdialogs/EngineRetirement.h"

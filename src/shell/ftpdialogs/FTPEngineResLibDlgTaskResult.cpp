@@ -6,7 +6,7 @@
 #include <QStyle>
 #include <QVBoxLayout>
 
-#include "ftpengine/TaskResult.h"
+#include "ftpengine/messages/FTPMessages.h"
 #include "resources/StringTable.h"
 #include "shell/ftpdialogs/TaskResultText.h"
 #include "shell/look/DialogParts.h"

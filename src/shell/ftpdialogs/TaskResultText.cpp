@@ -1,7 +1,7 @@
 #include "shell/ftpdialogs/TaskResultText.h"
 
-#include "ftpengine/EngineStatus.h"
-#include "ftpengine/TaskResult.h"
+#include "ftpengine/messages/EngineStatus.h"
+#include "ftpengine/messages/FTPMessages.h"
 #include "resources/StringTable.h"
 
 namespace {

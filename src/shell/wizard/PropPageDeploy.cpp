@@ -7,7 +7,7 @@
 #include <QVBoxLayout>
 #include <QWizard>
 
-#include "common/EventLoopTarget.h"
+#include "common/MessageTarget.h"
 #include "resources/StringTable.h"
 #include "shell/look/DialogParts.h"
 

@@ -6,9 +6,9 @@
 #include <QProgressBar>
 #include <QVBoxLayout>
 
-#include "common/EventLoopTarget.h"
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
+#include "common/MessageTarget.h"
 #include "document/project/GalleryProject.h"
 #include "ftpengine/destinations/FTPDestinations.h"
 #include "resources/StringTable.h"

@@ -8,7 +8,7 @@
 #include <QVBoxLayout>
 #include <QWizard>
 
-#include "common/EventLoopTarget.h"
+#include "common/MessageTarget.h"
 #include "ftpengine/destinations/FTPDestinations.h"
 #include "resources/StringTable.h"
 #include "shell/ftpdialogs/EngineRetirement.h"

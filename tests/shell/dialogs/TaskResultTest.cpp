@@ -1,9 +1,8 @@
-#include "ftpengine/TaskResult.h"
-
 #include <QLabel>
 #include <QPlainTextEdit>
 
 #include "DialogTools.h"
+#include "ftpengine/messages/FTPMessages.h"
 #include "shell/ftpdialogs/DlgTroubleshootList.h"
 #include "shell/ftpdialogs/FTPEngineResLibDlgTaskResult.h"
 #include "shell/ftpdialogs/TaskResultText.h"

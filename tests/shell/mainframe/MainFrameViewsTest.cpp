@@ -20,8 +20,8 @@ public:
     CHeard()
     {
         SetTraceSink([lines = lines](const QString& line) {
-            const QString begin = QStringLiteral("Entering CView");
-            const QString end = QStringLiteral("::UpdateView");
+            const QString begin = QStringLiteral("CView");
+            const QString end = QStringLiteral("::UpdateView entering");
             if (line.startsWith(begin) && line.endsWith(end)) {
                 const std::lock_guard lock(lines->mutex);
                 lines->views += line.mid(begin.size()).chopped(end.size());

@@ -15,7 +15,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto resizePause = 400ms;   // behind the last change of the size
+constexpr auto resizePause = 400ms;   // after the last change of the size
 constexpr auto progressPause = 100ms; // between two changes of the progress page
 
 bool ListsFolderAnew(UpdateHint hint)
@@ -200,7 +200,7 @@ QString CViewFolder::TakeChosenPath(int32_t index)
 
 void CViewFolder::UpdateView(UpdateHint hint, CGalleryProject& project)
 {
-    const CTraceScope scope("CViewFolder::UpdateView");
+    const TraceScope scope(QStringLiteral("CViewFolder::UpdateView"));
     if (ListsFolderAnew(hint)) {
         UpdateList(hint, project);
     } else if (hint == UpdateHint::FolderReady && TakeFilled()) {
@@ -281,7 +281,7 @@ void CViewFolder::DoWork()
         return;
     }
     {
-        const std::lock_guard lock(pictureLock);
+        const CMutexLock lock(pictureLock);
         filled = std::move(result);
     }
     notifier.Send(UpdateHint::FolderReady);
@@ -297,7 +297,7 @@ bool CViewFolder::TakeFilled()
 {
     Filled taken;
     {
-        const std::lock_guard lock(pictureLock);
+        const CMutexLock lock(pictureLock);
         // Another folder may have been chosen already, and its hint be under way.
         if (!isWorking || filled.number != job.number || job.folder != folderPath) {
             return false;

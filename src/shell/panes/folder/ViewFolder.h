@@ -1,14 +1,14 @@
 #pragma once
 
 #include <memory>
-#include <mutex>
 #include <set>
 #include <vector>
 
 #include <QTimer>
 
 #include "common/BackgroundWorker.h"
-#include "common/EventLoopTarget.h"
+#include "common/MessageTarget.h"
+#include "common/ThreadSafety.h"
 #include "content/FolderPictures.h"
 #include "document/project/GalleryProjectConsumer.h"
 #include "shell/look/Panel.h"
@@ -132,6 +132,6 @@ private:
     // Changed on the screen's thread, and only while the worker rests.
     Job job;
 
-    std::mutex pictureLock;
-    Filled filled; // guarded by pictureLock: what the worker hands over
+    CMutex pictureLock;
+    Filled filled VISTORAMA_GUARDED_BY(pictureLock); // what the worker hands over
 };

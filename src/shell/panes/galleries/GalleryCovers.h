@@ -12,9 +12,9 @@
 #include <QSize>
 #include <QString>
 
-#include "common/EventLoopTarget.h"
+#include "common/MessageTarget.h"
+#include "common/WorkerPool.h"
 #include "document/cover/CoverComposition.h"
-#include "shell/panes/galleries/CoverWorkers.h"
 
 class CGallery;
 class CCoverCache;
@@ -82,5 +82,5 @@ private:
     // Shared with the work: of the order that counts.
     const std::shared_ptr<std::atomic<int>> order = std::make_shared<std::atomic<int>>(0);
     std::shared_ptr<CEventLoopTarget<Result>> target;
-    CCoverWorkers workers; // goes first
+    CWorkerPool workers; // goes first
 };

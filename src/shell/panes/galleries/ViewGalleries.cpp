@@ -153,7 +153,7 @@ void CViewGalleries::UpdateView(UpdateHint hint, CGalleryProject& project)
     if (!ConcernsGalleriesView(hint) || isPaused) {
         return;
     }
-    const CTraceScope scope("CViewGalleries::UpdateView");
+    const TraceScope scope(QStringLiteral("CViewGalleries::UpdateView"));
     const CWaitCursor cursor;
     resizing.stop();
     page = ArrangeGalleries(CGalleryTree(project), project.GetCurrentGalleryIndex(), CountGalleries(project));

@@ -183,7 +183,7 @@ void CViewPages::LoadURL(const QString& url)
 
 void CViewPages::UpdateProject(UpdateHint hint, const UpdateParameter& parameter, CGalleryProject& project)
 {
-    const CTraceScope scope("CViewPages::UpdateProject");
+    const TraceScope scope(QStringLiteral("CViewPages::UpdateProject"));
     if (hint == UpdateHint::Deploy && services.deploy) {
         services.deploy(project);
     }
@@ -340,7 +340,7 @@ bool CViewPages::ChooseVisibility(CGallery& gallery)
 
 void CViewPages::UpdateView(UpdateHint hint, CGalleryProject& project)
 {
-    const CTraceScope scope("CViewPages::UpdateView");
+    const TraceScope scope(QStringLiteral("CViewPages::UpdateView"));
     if (hint == UpdateHint::ProjectReplaced || hint == UpdateHint::ProjectRenamed) {
         toolBar->SetTitle(project.GetName());
     }

@@ -1,0 +1,66 @@
+#include "ftpengine/messages/FTPReply.h"
+
+#include <algorithm>
+
+#include "common/Text.h"
+
+namespace {
+
+constexpr std::size_t codeLength = 3;
+
+int32_t CodeAt(std::string_view line)
+{
+    return ParseInteger(line.substr(0, codeLength));
+}
+
+bool IsCode(std::string_view text)
+{
+    return text.size() == codeLength &&
+           std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+} // namespace
+
+FTPReply ReadReply(std::string_view chunk)
+{
+    constexpr std::string_view lineEnd = "\r\n";
+    std::string_view line = chunk;
+    for (;;) {
+        const std::size_t end = line.find(lineEnd);
+        // A last line without its end counts as well.
+        if (end == std::string_view::npos || end + lineEnd.size() == line.size()) {
+            return {.code = CodeAt(line), .text = Widen(line)};
+        }
+        line.remove_prefix(end + lineEnd.size());
+    }
+}
+
+FTPReply ReadGreeting(std::string_view chunk)
+{
+    return {.code = CodeAt(chunk), .text = Widen(chunk)};
+}
+
+void CReplyLines::Feed(std::string_view bytes)
+{
+    for (const char byte : bytes) {
+        atEnd = false;
+        if (byte == '\n') {
+            EndLine();
+        } else if (head.size() <= codeLength) {
+            head += byte;
+        }
+    }
+}
+
+void CReplyLines::EndLine()
+{
+    const std::string code = head.substr(0, codeLength);
+    const bool announcesMore = head.size() > codeLength && head[codeLength] == '-';
+    if (openCode.empty() && IsCode(code) && announcesMore) {
+        openCode = code;
+    } else if (code == openCode && !announcesMore) {
+        openCode.clear();
+    }
+    atEnd = openCode.empty();
+    head.clear();
+}

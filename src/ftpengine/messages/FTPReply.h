@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include <QString>
+
+// A server's reply to one command (RFC 959, 4.2). Thrown by value when the server refuses.
+struct FTPReply {
+    int32_t code = 200;
+    QString text; // with its line end
+
+    int32_t GetGroup() const { return code / 100; }
+};
+
+// The reply in the bytes of one chunk. The last line decides, and its head alone: whether a line says that
+// others follow ("230-") is not looked at. No bytes, or no number at the head of the last line: code 0.
+// "230-Hello\r\n230 OK\r\n" gives 230 and "230 OK\r\n".
+FTPReply ReadReply(std::string_view chunk);
+
+// The greeting in the last chunk of it: its first three bytes, and all of its text.
+FTPReply ReadGreeting(std::string_view chunk);
+
+// Follows the lines of replies as their bytes arrive, to know where a server has finished speaking (RFC 959,
+// 4.2): a line "230-..." opens a reply of several lines, and "230 ..." closes it. A value.
+class CReplyLines {
+public:
+    void Feed(std::string_view bytes);
+
+    // True if the last byte ended a line after which nothing is announced.
+    bool IsAtEnd() const { return atEnd; }
+
+private:
+    void EndLine();
+
+    std::string head;     // at most the first four bytes of the line
+    std::string openCode; // of the reply that is not closed yet
+    bool atEnd = false;
+};
