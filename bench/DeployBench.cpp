@@ -30,6 +30,7 @@
 #include "common/Settings.h"
 #include "common/StopSignal.h"
 #include "common/TempFolder.h"
+#include "common/WorkerPool.h"
 #include "content/DeploymentRecord.h"
 #include "content/PageGeneration.h"
 #include "document/pictures/PictureFiles.h"
@@ -185,23 +186,6 @@ double ScaleInBox(QSize size)
 unsigned CoreCount()
 {
     return std::max(1u, std::thread::hardware_concurrency());
-}
-
-// Does the work for each number below count, on all cores.
-void OnAllCores(size_t count, const std::function<void(size_t)>& work)
-{
-    std::atomic<size_t> next = 0;
-    std::vector<std::thread> workers;
-    for (unsigned i = 0; i < CoreCount(); ++i) {
-        workers.emplace_back([&] {
-            for (size_t at = next++; at < count; at = next++) {
-                work(at);
-            }
-        });
-    }
-    for (std::thread& worker : workers) {
-        worker.join();
-    }
 }
 
 JpegPicture Decode(const QString& path, int shrink)

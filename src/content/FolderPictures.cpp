@@ -1,15 +1,10 @@
 #include "content/FolderPictures.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
-#include <exception>
 #include <fcntl.h>
-#include <mutex>
 #include <set>
 #include <sys/stat.h>
-#include <system_error>
-#include <thread>
 
 #include <QCryptographicHash>
 #include <QDateTime>
@@ -22,7 +17,9 @@
 #include "common/FileSystem.h"
 #include "common/Platform.h"
 #include "common/Text.h"
+#include "common/ThreadSafety.h"
 #include "common/Trace.h"
+#include "common/WorkerPool.h"
 #include "document/pictures/PictureFiles.h"
 #include "effects/FileNames.h"
 #include "effects/ImageEffectCompound.h"
@@ -109,23 +106,11 @@ public:
     void Run(const QString& cardFolder)
     {
         folder = cardFolder;
-        const size_t count =
-            std::min<size_t>(std::max(1u, std::thread::hardware_concurrency()), paths.size());
-        std::vector<std::thread> others;
-        try {
-            for (size_t i = 1; i < count; ++i) {
-                others.emplace_back([this] { TryToWork(); });
+        OnAllCores(paths.size(), [this](size_t at) {
+            if (listener.IsWanted()) {
+                Work(at);
             }
-        } catch (const std::system_error&) {
-            // With as many threads as the system has left.
-        }
-        TryToWork();
-        for (std::thread& other : others) {
-            other.join();
-        }
-        if (thrown) {
-            std::rethrow_exception(thrown);
-        }
+        });
     }
 
     FolderPictures Finish()
@@ -141,26 +126,13 @@ public:
     }
 
 private:
-    void TryToWork()
-    {
-        try {
-            Work();
-        } catch (...) {
-            const std::lock_guard lock(mutex);
-            thrown = std::current_exception();
-            next = paths.size();
-        }
-    }
-
-    void Work()
+    void Work(size_t at)
     {
         const CDecodingStop stop([this] { return !listener.IsWanted(); });
-        for (size_t at = next++; at < paths.size() && listener.IsWanted(); at = next++) {
-            pictures[at] = std::make_unique<CFilePictureInfo>(paths[at], 0);
-            pictures[at]->SetThumbnailPath(MakeCard(at));
-            if (listener.IsWanted()) {
-                Note(at);
-            }
+        pictures[at] = std::make_unique<CFilePictureInfo>(paths[at], 0);
+        pictures[at]->SetThumbnailPath(MakeCard(at));
+        if (listener.IsWanted()) {
+            Note(at);
         }
     }
 
@@ -207,7 +179,7 @@ private:
 
     void Note(size_t at)
     {
-        const std::lock_guard lock(mutex);
+        const CMutexLock lock(mutex);
         ++count;
         cards.push_back({static_cast<int>(at), paths[at], pictures[at]->GetThumbnailPath()});
         if (count % progressStep == 0) {
@@ -223,17 +195,14 @@ private:
     CFolderPicturesListener& listener;
     const QLocale locale = QLocale::system();
     QString folder;
-    std::atomic<size_t> next = 0;
 
     // Each place belongs to the thread that works at the picture.
     std::vector<std::unique_ptr<CFilePictureInfo>> pictures;
     std::vector<char> isFinished;
 
-    // Guarded by mutex.
-    std::mutex mutex;
-    std::exception_ptr thrown;
-    int count = 0;
-    std::vector<FolderCard> cards;
+    CMutex mutex;
+    int count VISTORAMA_GUARDED_BY(mutex) = 0;
+    std::vector<FolderCard> cards VISTORAMA_GUARDED_BY(mutex);
 };
 
 FolderPictures::State StateOf(const QString& folder)

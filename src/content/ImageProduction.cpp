@@ -18,21 +18,8 @@ CDeploymentRecord::Origin WithKey(CDeploymentRecord::Origin origin, const ImageR
 } // namespace
 
 CImageProduction::CImageProduction(Listener& listener, CStopSignal& stop, CDeploymentRecord* record)
-    : listener(listener), stop(stop), record(record)
+    : listener(listener), stop(stop), record(record), workers(&stop)
 {}
-
-CImageProduction::~CImageProduction()
-{
-    {
-        const std::lock_guard lock(mutex);
-        waiting.clear();
-        finishing = true;
-    }
-    changed.notify_all();
-    for (std::thread& worker : workers) {
-        worker.join();
-    }
-}
 
 void CImageProduction::BeginPage()
 {
@@ -49,7 +36,7 @@ void CImageProduction::Ask(const ImageRequest& request)
     image.request = request;
     if (currentPage && (image.pages.empty() || image.pages.back() != currentPage)) {
         image.pages.push_back(currentPage);
-        const std::lock_guard lock(mutex);
+        const CMutexLock lock(mutex);
         ++currentPage->open;
     }
 }
@@ -57,7 +44,7 @@ void CImageProduction::Ask(const ImageRequest& request)
 void CImageProduction::EndPage()
 {
     const std::shared_ptr<Page> page = std::move(currentPage);
-    const std::lock_guard lock(mutex);
+    const CMutexLock lock(mutex);
     CloseOne(*page);
 }
 
@@ -74,21 +61,12 @@ void CImageProduction::StartAsked()
     }
     asked.clear();
     askedByResult.clear();
-    if (sources.empty()) {
-        return;
-    }
     {
-        const std::lock_guard lock(mutex);
+        const CMutexLock lock(mutex);
         std::move(sources.begin(), sources.end(), std::back_inserter(waiting));
     }
-    changed.notify_all();
-    StartWorkers();
-}
-
-void CImageProduction::StartWorkers()
-{
-    while (workers.size() < workerCount) {
-        workers.emplace_back([this] { Work(); });
+    for (size_t i = 0; i < sources.size(); ++i) {
+        workers.Post([this] { MakeNext(); });
     }
 }
 
@@ -96,45 +74,25 @@ void CImageProduction::Finish()
 {
     StartAsked();
     {
-        const std::lock_guard lock(mutex);
+        const CMutexLock lock(mutex);
         finishing = true;
     }
-    changed.notify_all();
-    for (std::thread& worker : workers) {
-        worker.join();
-    }
-    workers.clear();
-    if (failure) {
-        std::rethrow_exception(failure);
-    }
+    workers.Finish();
 }
 
-void CImageProduction::Work()
+void CImageProduction::MakeNext()
 {
-    for (;;) {
-        std::unique_lock lock(mutex);
-        changed.wait(lock, [this] { return finishing || !waiting.empty(); });
-        if (waiting.empty() || stop.IsSet()) {
-            return;
-        }
-        const Source source = TakeNext();
-        lock.unlock();
-        try {
-            MakeAll(source);
-        } catch (...) {
-            Fail(std::current_exception());
-            return;
-        }
-    }
+    MakeAll(TakeNext());
 }
 
-// With the mutex held. In the order of asking; but of the last few the largest comes first, so that no worker
+// In the order of asking; but of the last few the largest comes first, so that no worker
 // begins it when the others have nothing left to do.
 CImageProduction::Source CImageProduction::TakeNext()
 {
     constexpr size_t lastOfEachWorker = 4;
+    const CMutexLock lock(mutex);
     auto next = waiting.begin();
-    if (finishing && waiting.size() <= lastOfEachWorker * workerCount) {
+    if (finishing && waiting.size() <= lastOfEachWorker * CWorkerPool::GetUsualSize()) {
         std::map<int64_t, std::deque<Source>::iterator> bySize;
         for (auto source = waiting.begin(); source != waiting.end(); ++source) {
             const auto stamp = FileStamp::Of(source->path);
@@ -198,7 +156,7 @@ CImageProduction::FindOutdated(const Source& source, const std::optional<Origin>
 
 void CImageProduction::FinishImage(const Source& source, const Image& image, bool isWhole)
 {
-    const std::lock_guard lock(mutex);
+    const CMutexLock lock(mutex);
     ++imageCount;
     if (!isWhole) {
         warnings[source.number] = Text(StringId::PicturePublishedInPart, source.path);
@@ -208,7 +166,7 @@ void CImageProduction::FinishImage(const Source& source, const Image& image, boo
     }
 }
 
-// With the mutex held, which also makes the listener's calls come one at a time.
+// The mutex also makes the listener's calls come one at a time.
 void CImageProduction::CloseOne(Page& page)
 {
     if (--page.open == 0) {
@@ -216,33 +174,15 @@ void CImageProduction::CloseOne(Page& page)
     }
 }
 
-void CImageProduction::Fail(std::exception_ptr error)
-{
-    {
-        const std::lock_guard lock(mutex);
-        if (!failure) {
-            failure = error;
-        }
-    }
-    stop.Set();
-    changed.notify_all();
-}
-
-std::exception_ptr CImageProduction::GetFailure() const
-{
-    const std::lock_guard lock(mutex);
-    return failure;
-}
-
 int CImageProduction::GetImageCount() const
 {
-    const std::lock_guard lock(mutex);
+    const CMutexLock lock(mutex);
     return imageCount;
 }
 
 QStringList CImageProduction::GetWarnings() const
 {
-    const std::lock_guard lock(mutex);
+    const CMutexLock lock(mutex);
     QStringList texts;
     for (const auto& [number, text] : warnings) {
         texts += text;

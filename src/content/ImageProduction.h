@@ -1,19 +1,17 @@
 #pragma once
 
-#include <algorithm>
-#include <condition_variable>
 #include <deque>
 #include <exception>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <optional>
-#include <thread>
 #include <vector>
 
 #include <QString>
 #include <QStringList>
 
+#include "common/ThreadSafety.h"
+#include "common/WorkerPool.h"
 #include "content/DeploymentRecord.h"
 #include "content/ImageRequest.h"
 
@@ -38,8 +36,8 @@ public:
     // All are borrowed and outlive this object. A failure sets stop, so that the walk ends too. record:
     // images that it knows to come out the same are not made again, but count as made; may be null.
     CImageProduction(Listener& listener, CStopSignal& stop, CDeploymentRecord* record = nullptr);
-    // Stops the workers at their next file and waits for them.
-    ~CImageProduction();
+    // Waits for the workers, which begin no further source.
+    ~CImageProduction() = default;
     CImageProduction(const CImageProduction&) = delete;
     CImageProduction& operator=(const CImageProduction&) = delete;
 
@@ -53,7 +51,7 @@ public:
     // Starts what is left and waits for the workers. Rethrows the first failure of a worker.
     void Finish();
     // What a worker failed with first; null if none did.
-    std::exception_ptr GetFailure() const;
+    std::exception_ptr GetFailure() const { return workers.GetFailure(); }
 
     int GetImageCount() const;
     // One text for each source that was published in part, in the order of asking.
@@ -62,7 +60,7 @@ public:
 private:
     using Origin = CDeploymentRecord::Origin;
     struct Page {
-        int open = 1; // the page's own file, plus its images that are not made yet
+        int open = 1; // the page's own file, plus its images that are not made yet; under the mutex only
     };
     struct Image {
         ImageRequest request;
@@ -74,35 +72,30 @@ private:
         std::vector<Image> images;
     };
 
-    void StartWorkers();
-    void Work();
+    void MakeNext();
     Source TakeNext();
     void MakeAll(const Source& source);
     // Those that have to be made; the others are done with.
     std::vector<const Image*> FindOutdated(const Source& source, const std::optional<Origin>& origin);
     void FinishImage(const Source& source, const Image& image, bool isWhole);
-    void CloseOne(Page& page);
-    void Fail(std::exception_ptr error);
+    void CloseOne(Page& page) VISTORAMA_REQUIRES(mutex);
 
     // Constant after construction.
     Listener& listener;
     CStopSignal& stop;
     CDeploymentRecord* const record;
-    const size_t workerCount = std::max(1u, std::thread::hardware_concurrency());
 
     // Generation thread only.
     std::vector<Image> asked;
     std::map<QString, size_t> askedByResult; // position in asked
     std::shared_ptr<Page> currentPage;
-    std::vector<std::thread> workers;
     size_t sourceCount = 0;
 
-    // Guarded by mutex.
-    mutable std::mutex mutex;
-    std::condition_variable changed;
-    std::deque<Source> waiting;
-    bool finishing = false;
-    std::exception_ptr failure;
-    int imageCount = 0;
-    std::map<size_t, QString> warnings; // by number of the source
+    mutable CMutex mutex;
+    std::deque<Source> waiting VISTORAMA_GUARDED_BY(mutex); // one for each work that is posted
+    bool finishing VISTORAMA_GUARDED_BY(mutex) = false;
+    int imageCount VISTORAMA_GUARDED_BY(mutex) = 0;
+    std::map<size_t, QString> warnings VISTORAMA_GUARDED_BY(mutex); // by number of the source
+
+    CWorkerPool workers; // goes first
 };

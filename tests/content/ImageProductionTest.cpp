@@ -9,6 +9,7 @@
 #include "effects/ImageEffectCompound.h"
 #include "effects/ImageEffectResize.h"
 #include "imaging/Image.h"
+#include "support/NoThreads.h"
 #include "support/ProjectFixture.h"
 
 namespace {
@@ -204,6 +205,21 @@ TEST_F(ImageProduction, ADestroyedProductionWaitsForItsWorkers)
     // Begun or not, nothing is half done any more.
     EXPECT_EQ(pagesDone == 1, FileExists(fixture.scratch.Path(QStringLiteral("one.png"))));
     production.Finish();
+}
+
+TEST_F(ImageProduction, MakesItsImagesWithoutAnyFurtherThread)
+{
+    const QString source = fixture.WritePicture(QStringLiteral("a.png"));
+    production.BeginPage();
+    production.Ask(Request(source, QSize(20, 20), QStringLiteral("one.png")));
+    production.EndPage();
+    {
+        const CNoThreads none;
+        production.StartAsked();
+    }
+    production.Finish();
+    EXPECT_TRUE(FileExists(fixture.scratch.Path(QStringLiteral("one.png"))));
+    EXPECT_EQ(pagesDone, 1);
 }
 
 TEST_F(ImageProduction, PicturesPublishedInPartAreNamedInTheOrderOfAsking)
