@@ -14,6 +14,7 @@
 #include <QFile>
 #include <vips/vips8>
 
+#include "common/Descriptor.h"
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
 #include "common/Text.h"
@@ -38,30 +39,19 @@ constexpr int stripHeight = 8; // rows; what the strip with the first damage hol
     throw CNoPixelsException{Text(reason)};
 }
 
-// An open file that is closed on every road.
-class CFile {
-public:
-    // Not blocking, so that a pipe that is named like a picture can't hold up a run.
-    explicit CFile(const QString& path)
-        : descriptor(::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK))
-    {
-        if (descriptor < 0) {
-            throw CNoPixelsException{Widen(std::generic_category().message(errno))};
-        }
+// Not blocking, so that a pipe that is named like a picture can't hold up a run. Throws CNoPixelsException.
+int OpenPicture(const QString& path)
+{
+    const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (descriptor < 0) {
+        throw CNoPixelsException{Widen(std::generic_category().message(errno))};
     }
-    ~CFile() { ::close(descriptor); }
-    CFile(const CFile&) = delete;
-    CFile& operator=(const CFile&) = delete;
-
-    int Get() const { return descriptor; }
-
-private:
-    int descriptor;
-};
+    return descriptor;
+}
 
 using Signature = std::array<uint8_t, 26>; // enough for the sizes in BMP and PCX
 
-Signature ReadSignature(const CFile& file)
+Signature ReadSignature(const CDescriptor& file)
 {
     struct stat status;
     if (::fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode)) {
@@ -150,7 +140,7 @@ qsizetype ClaimedBytes(const Signature& signature)
 class CPictureReader {
 public:
     explicit CPictureReader(const QString& path)
-        : path(path), file(path), signature(ReadSignature(file)), kind(KindOf(signature))
+        : path(path), file(OpenPicture(path)), signature(ReadSignature(file)), kind(KindOf(signature))
     {}
 
     Kind GetKind() const { return kind; }
@@ -204,7 +194,7 @@ private:
     }
 
     const QString path;
-    const CFile file;
+    const CDescriptor file;
     const Signature signature;
     const Kind kind;
 };
