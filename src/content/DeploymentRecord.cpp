@@ -93,7 +93,7 @@ const CDeploymentRecord::Image* CDeploymentRecord::FindCurrent(const QString& im
     }
     const QString relative = RelativePath(imagePath);
     const auto stamp = FileStamp::Of(imagePath);
-    const std::lock_guard lock(mutex);
+    const CMutexLock lock(mutex);
     const auto found = entries.find(relative);
     if (found == entries.end() || !found->second.image || !(found->second.image->origin == origin) ||
         stamp != found->second.stamp) {
@@ -121,13 +121,13 @@ void CDeploymentRecord::Note(const QString& filePath, std::optional<Image> image
     if (relative.isEmpty() || !stamp) {
         return;
     }
-    const std::lock_guard lock(mutex);
+    const CMutexLock lock(mutex);
     entries[relative] = {.stamp = *stamp, .image = std::move(image), .isOfThisRun = true};
 }
 
 void CDeploymentRecord::RemoveLeftovers()
 {
-    const std::lock_guard lock(mutex);
+    const CMutexLock lock(mutex);
     for (auto entry = entries.begin(); entry != entries.end();) {
         if (entry->second.isOfThisRun) {
             ++entry;
@@ -155,7 +155,7 @@ void CDeploymentRecord::Save() const
     QDataStream stream(&bytes, QIODevice::WriteOnly);
     stream.setVersion(QDataStream::Qt_6_4);
     {
-        const std::lock_guard lock(mutex);
+        const CMutexLock lock(mutex);
         stream << magic << productionVersion << targetFolder << quint32(entries.size());
         for (const auto& [relative, entry] : entries) {
             stream << relative << entry.stamp << entry.image.has_value();
@@ -206,6 +206,7 @@ void CDeploymentRecord::Load()
         }
     }
     if (stream.status() == QDataStream::Ok) {
+        const CMutexLock lock(mutex);
         entries = std::move(loaded);
     }
 }

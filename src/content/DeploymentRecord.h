@@ -2,11 +2,11 @@
 
 #include <chrono>
 #include <map>
-#include <mutex>
 
 #include <QString>
 
 #include "common/FileIdentity.h"
+#include "common/ThreadSafety.h"
 
 // What the program has written into one target folder, and what each image there was made from. With it, the
 // next deployment into the folder leaves images alone that would come out the same, and removes files that it
@@ -81,7 +81,6 @@ private:
     const Milliseconds restless;
     QString runFolder; // set before the run
 
-    // Guarded by mutex.
-    mutable std::mutex mutex;
-    std::map<QString, Entry> entries; // by relative path
+    mutable CMutex mutex;
+    std::map<QString, Entry> entries VISTORAMA_GUARDED_BY(mutex); // by relative path
 };

@@ -2,11 +2,12 @@
 
 #include <cstdlib>
 #include <map>
-#include <mutex>
 #include <vector>
 
 #include <QByteArray>
 #include <QCryptographicHash>
+
+#include "common/ThreadSafety.h"
 
 using vips::VError;
 using vips::VImage;
@@ -44,7 +45,7 @@ public:
     bool IsSrgb(const QByteArray& profile, const Trial& trial)
     {
         const QByteArray key = QCryptographicHash::hash(profile, QCryptographicHash::Sha256);
-        const std::lock_guard lock(mutex);
+        const CMutexLock lock(mutex);
         const auto known = answers.find(key);
         if (known != answers.end()) {
             return known->second;
@@ -58,9 +59,8 @@ public:
 private:
     static constexpr size_t capacity = 100;
 
-    // Guarded by mutex.
-    std::mutex mutex;
-    std::map<QByteArray, bool> answers;
+    CMutex mutex;
+    std::map<QByteArray, bool> answers VISTORAMA_GUARDED_BY(mutex);
 };
 
 // Rather by what the profile does than by its name: makers call sRGB by many names. A difference of 2 is the

@@ -28,27 +28,27 @@ CImageFile::CImageFile(const QString& path, const ImageHeader& header)
 
 void CImageFile::Announce(double scale) const
 {
-    const std::lock_guard lock(mutex);
+    const CMutexLock lock(mutex);
     announced = std::max(announced, scale);
     wholeNeeded = true;
 }
 
 void CImageFile::AnnounceResampled(const Resampling& resampling) const
 {
-    const std::lock_guard lock(mutex);
+    const CMutexLock lock(mutex);
     announced = std::max(announced, resampling.scale);
     FindScaled(resampling);
 }
 
 CPixels CImageFile::Evaluate(double scale) const
 {
-    const std::lock_guard lock(mutex);
+    const CMutexLock lock(mutex);
     return GetPixels(scale);
 }
 
 CPixels CImageFile::EvaluateResampled(const Resampling& resampling) const
 {
-    const std::lock_guard lock(mutex);
+    const CMutexLock lock(mutex);
     announced = std::max(announced, resampling.scale);
     Scaled& scaled = FindScaled(resampling);
     if (!scaled.pixels && decodedShrink == 0 && !wholeNeeded) {
@@ -114,6 +114,6 @@ const CPixels& CImageFile::GetPixels(double scale) const
 
 ImageCondition CImageFile::GetCondition() const
 {
-    const std::lock_guard lock(mutex);
+    const CMutexLock lock(mutex);
     return condition;
 }

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <mutex>
 #include <optional>
 
+#include "common/ThreadSafety.h"
 #include "imaging/ImageDecoder.h"
 #include "imaging/ImageNode.h"
 
@@ -29,23 +29,22 @@ private:
         std::optional<CPixels> pixels; // none before it has been decoded
     };
 
-    // With the mutex held.
-    const CPixels& GetPixels(double scale) const;
-    Scaled& FindScaled(const Resampling& resampling) const;
-    void DecodeScaled() const;
+    const CPixels& GetPixels(double scale) const VISTORAMA_REQUIRES(mutex);
+    Scaled& FindScaled(const Resampling& resampling) const VISTORAMA_REQUIRES(mutex);
+    void DecodeScaled() const VISTORAMA_REQUIRES(mutex);
 
     // Constant after construction.
     const QString path;
     const ImageHeader header;
 
-    // Guarded by mutex. It is held while decoding: who else asks wants the same pixels.
-    mutable std::mutex mutex;
-    mutable double announced = 0;  // the largest scale so far
-    mutable int decodedShrink = 0; // 0: not yet decoded
-    mutable std::optional<DecodedImage> decoded;
-    mutable bool wholeNeeded = false;
-    mutable std::vector<Scaled> scaledImages;
-    mutable ImageCondition condition;
+    // Held while decoding: who else asks wants the same pixels.
+    mutable CMutex mutex;
+    mutable double announced VISTORAMA_GUARDED_BY(mutex) = 0;  // the largest scale so far
+    mutable int decodedShrink VISTORAMA_GUARDED_BY(mutex) = 0; // 0: not yet decoded
+    mutable std::optional<DecodedImage> decoded VISTORAMA_GUARDED_BY(mutex);
+    mutable bool wholeNeeded VISTORAMA_GUARDED_BY(mutex) = false;
+    mutable std::vector<Scaled> scaledImages VISTORAMA_GUARDED_BY(mutex);
+    mutable ImageCondition condition VISTORAMA_GUARDED_BY(mutex);
 };
 
 // A file that has no picture to give.
