@@ -51,7 +51,7 @@ TEST(ParseListLine, ReadsTheFormOfUnix)
         {"0123456789 no month here", "-"},
         {"-rw-r--r-- 1 Decker g 10 May 5 12:30 a", "f a"},    // May goes before Dec
         {"-rw-r--r-- 1 Janet g 10 May 5 12:30 a", "-"},       // Jan goes before May: "g" is no day
-        {"-rw-r--r-- 1 Dec 7 2000 12 x 10 a", "f 12 x 10 a"}, // a wrong name, but dialogs show it so
+        {"-rw-r--r-- 1 Dec 7 2000 12 x 10 a", "f 12 x 10 a"}, // a wrong name, but no line lost
         {"-rw-r--r-- 1 u g 10 jan 5 12:30 a", "-"},
         {"-rw-r--r-- 1 u g 10 Jan 005 12:30 a", "-"},
         {"-rw-r--r-- 1 u g 10 Jan 0 12:30 a", "-"},
