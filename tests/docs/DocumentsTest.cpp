@@ -172,7 +172,7 @@ TEST(Documents, EveryKeywordOfTheTemplateLanguageIsExplained)
         headings += lines.next().captured() + '\n';
     }
     int keywords = 0;
-    auto rows = row.globalMatch(ReadText(QStringLiteral("src/template/TemplateSectionFactory.cpp")));
+    auto rows = row.globalMatch(ReadText(QStringLiteral("src/template/TemplateLanguage.cpp")));
     while (rows.hasNext()) {
         const QString keyword = rows.next().captured(1);
         ++keywords;

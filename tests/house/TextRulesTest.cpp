@@ -26,12 +26,12 @@ constexpr Exception Exceptions[] = {
     {"effects/StampParams.h", "MS Sans Serif", "the font of the project file"},
     {"cli/Answers.cpp", R"((\\n)?(caption|description|advice): )", "words that scripts look for"},
     {"cli/CommandLine.cpp", R"(vistorama-cli %1\\n)", "the name of the program"},
-    {"shell/frame/CommandLineAnswer.cpp", R"(vistorama %1\\n)", "the name of the program"},
+    {"shell/frame/CommandLine.cpp", R"(vistorama %1\\n)", "the name of the program"},
     {"cli/InfoCommand.cpp", "json", "the name of an option"},
     {"content/ContentGeneratorBase.cpp", R"(\\n<script .*function GetCurrentURL.*)", "a script"},
     {"content/ContentGeneratorFolder.cpp", R"( new String\( document.location \))", "a script"},
     {"content/PictureMenuCommandGenerator.cpp", R"(\.innerHTML, window\..*)", "a script"},
-    {"shell/panes/pages/FailurePage.cpp", "<style>.*</style>.*", "a style sheet"},
+    {"shell/panes/pages/ShownPage.cpp", "<style>.*</style>.*", "a style sheet"},
 };
 
 // Relative to src/.
