@@ -184,11 +184,6 @@ double ScaleInBox(QSize size)
     return std::min({1.0, double(Box.width()) / size.width(), double(Box.height()) / size.height()});
 }
 
-unsigned CoreCount()
-{
-    return std::max(1u, std::thread::hardware_concurrency());
-}
-
 JpegPicture Decode(const QString& path, int shrink)
 {
     QFile file(path);

@@ -4,6 +4,7 @@
 
 #include <QAction>
 #include <QMainWindow>
+#include <QMenu>
 #include <gtest/gtest.h>
 
 namespace {
