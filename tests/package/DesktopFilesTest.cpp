@@ -92,7 +92,7 @@ TEST(DesktopFiles, IconsOfAllSizesAreDrawn)
     }
     const QString drawing =
         Installed(QStringLiteral("share/icons/hicolor/scalable/apps/%1.svg").arg(GetApplicationId()));
-    EXPECT_EQ(ReadText(drawing), ReadText(QStringLiteral("src/shell/artwork/vistorama.svg")));
+    EXPECT_EQ(ReadText(drawing), ReadText(QStringLiteral("src/shell/look/artwork/vistorama.svg")));
 }
 
 // What the desktop's own database makes of files.
