@@ -161,17 +161,19 @@ TEST_F(Galleries, FilesFromAnotherProgramGoIntoTheGalleryThatTheyAreDroppedOn)
 
 TEST_F(Galleries, FilesDroppedBesideTheCoversGoIntoTheCurrentGallery)
 {
-    const QString one = CopyPicture(QStringLiteral("one.jpg"));
+    // By its name it is found in the page, where it is part of no other word.
+    const QString name = QStringLiteral("dropped-beside.jpg");
+    const QString file = CopyPicture(name);
     Start();
-    DragOverCover({one}, 0);
+    DragOverCover({file}, 0);
     DragBeside(pane.ToScreen(QPoint(20, 60)));
     program.TakePicture(QStringLiteral("drop-beside"));
     Drop();
-    ASSERT_TRUE(program.WaitInPage(QStringLiteral("document.body.innerHTML.includes('one')")));
+    ASSERT_TRUE(program.WaitInPage(QStringLiteral("document.body.innerHTML.includes('dropped-beside')")));
     EXPECT_EQ(program.Terminate(), 0);
     SavedProject saved(project);
-    EXPECT_TRUE(saved.galleries[0].GetNames().contains(QStringLiteral("one.jpg")));
-    EXPECT_FALSE(saved.galleries[2].GetNames().contains(QStringLiteral("one.jpg")));
+    EXPECT_TRUE(saved.galleries[0].GetNames().contains(name));
+    EXPECT_FALSE(saved.galleries[2].GetNames().contains(name));
 }
 
 TEST_F(Galleries, FollowTheLinksOfThePage)
