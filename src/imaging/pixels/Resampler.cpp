@@ -236,7 +236,8 @@ private:
     bool IsThere(size_t column, size_t endPixel) const
     {
         const size_t last = std::min(column + tileElements, columns.first.size()) - 1;
-        return static_cast<size_t>(columns.first[last] + columns.count[last]) <= endPixel;
+        return static_cast<size_t>(columns.first[last]) + static_cast<size_t>(columns.count[last]) <=
+               endPixel;
     }
 
     float* PlaceOf(int y) { return &ring[static_cast<size_t>(y) * stride % ring.size()]; }

@@ -125,7 +125,7 @@ void CApplication::CloseOnSignals()
         return;
     }
     signalNotifier = std::make_unique<QSocketNotifier>(signalPipe[0], QSocketNotifier::Read);
-    connect(signalNotifier.get(), &QSocketNotifier::activated, this, [this] {
+    connect(signalNotifier.get(), &QSocketNotifier::activated, this, [] {
         // A window may refuse to close, and the next signal asks again.
         char bytes[16];
         while (::read(signalPipe[0], bytes, sizeof bytes) > 0) {
