@@ -1,5 +1,4 @@
 #include <QDir>
-#include <QDirIterator>
 #include <QFile>
 #include <gtest/gtest.h>
 
@@ -9,6 +8,7 @@
 #include "effects/ImageEffectStamp.h"
 #include "support/GoldenFile.h"
 #include "support/ProjectFixture.h"
+#include "support/ScratchFolder.h"
 
 // Whole published pages. A case is a folder of golden/: a project with a layout and a style of its own, and
 // the pages that must come of it in "expected". Its pictures are made by the test; the project finds them by
@@ -16,6 +16,11 @@
 // one in each run.
 
 namespace {
+
+QStringList PagesIn(const QString& folder)
+{
+    return FilesBelow(folder, {QStringLiteral("*.html")});
+}
 
 class CNoProgress final : public CGenerationProgress {
 public:
@@ -62,17 +67,6 @@ protected:
             RenewGoldenFile(JoinPath(expected, page),
                             ReadWholeFile(JoinPath(site, page)).replace(SumOfPicture(), "g@e.png@"));
         }
-    }
-
-    QStringList PagesIn(const QString& folder) const
-    {
-        QStringList pages;
-        QDirIterator files(folder, {QStringLiteral("*.html")}, QDir::Files, QDirIterator::Subdirectories);
-        while (files.hasNext()) {
-            pages += QDir(folder).relativeFilePath(files.next());
-        }
-        pages.sort();
-        return pages;
     }
 
     CProjectFixture fixture;

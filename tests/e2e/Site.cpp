@@ -1,13 +1,13 @@
 #include "Site.h"
 
 #include <QDir>
-#include <QDirIterator>
 #include <QFile>
 #include <QRegularExpression>
 #include <QSet>
 #include <QUrl>
 
 #include "common/FileSystem.h"
+#include "support/ScratchFolder.h"
 
 namespace {
 
@@ -26,13 +26,7 @@ bool LeadsElsewhere(const QString& target)
 
 QStringList CSite::GetFiles() const
 {
-    QStringList files;
-    QDirIterator entries(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (entries.hasNext()) {
-        files += QDir(folder).relativeFilePath(entries.next());
-    }
-    files.sort();
-    return files;
+    return FilesBelow(folder);
 }
 
 QStringList CSite::GetPages() const

@@ -3,10 +3,11 @@
 #include <algorithm>
 #include <functional>
 
-#include <QDirIterator>
 #include <QFile>
 #include <QRegularExpression>
 #include <gtest/gtest.h>
+
+#include "support/ScratchFolder.h"
 
 namespace {
 
@@ -42,16 +43,8 @@ void ReadLines(SourceTree& tree)
 {
     static const QRegularExpression pattern(QStringLiteral(R"(^\s*#\s*include\s*([<"][^>"]+[>"]))"),
                                             QRegularExpression::MultilineOption);
-    QStringList paths;
-    QDirIterator files(Root, {QStringLiteral("*.h"), QStringLiteral("*.cpp")}, QDir::Files,
-                       QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        paths += files.next();
-    }
-    paths.sort();
-    for (const QString& path : paths) {
-        const QString file = path.mid(Root.size());
-        auto matches = pattern.globalMatch(ReadText(path));
+    for (const QString& file : FilesBelow(Root, {QStringLiteral("*.h"), QStringLiteral("*.cpp")})) {
+        auto matches = pattern.globalMatch(ReadText(Root + file));
         while (matches.hasNext()) {
             tree.lines.push_back({file, tree.FolderOf(file), matches.next().captured(1)});
         }

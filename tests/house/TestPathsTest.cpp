@@ -1,7 +1,7 @@
 #include <QDir>
-#include <QDirIterator>
 
 #include "SourceTree.h"
+#include "support/ScratchFolder.h"
 
 // The tests follow the paths of the sources, so that the test of a class is found by the class's path.
 
@@ -14,9 +14,7 @@ const QString Tests = QStringLiteral(SOURCE_FOLDER "/tests/");
 std::multimap<QString, QString> FoldersOfUnits()
 {
     std::multimap<QString, QString> folders;
-    QDirIterator files(Sources, {QStringLiteral("*.h")}, QDir::Files, QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        const QString path = files.next().mid(Sources.size());
+    for (const QString& path : FilesBelow(Sources, {QStringLiteral("*.h")})) {
         folders.emplace(path.section(QLatin1Char('/'), -1).chopped(2), path.section(QLatin1Char('/'), 0, -2));
     }
     return folders;
@@ -28,9 +26,7 @@ TEST(TestPaths, TheTestOfAClassLiesAtThePathOfTheClass)
 {
     const auto folders = FoldersOfUnits();
     int found = 0;
-    QDirIterator files(Tests, {QStringLiteral("*Test.cpp")}, QDir::Files, QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        const QString path = files.next().mid(Tests.size());
+    for (const QString& path : FilesBelow(Tests, {QStringLiteral("*Test.cpp")})) {
         const QString folder = path.section(QLatin1Char('/'), 0, -2);
         const auto [first, last] = folders.equal_range(path.section(QLatin1Char('/'), -1).chopped(8));
         bool isThere = first == last; // named after no class: what it tests are several
@@ -50,9 +46,7 @@ TEST(TestPaths, AFolderOfTestsIsOneOfSources)
     static const std::set<QString> others = {
         QStringLiteral("browser"), QStringLiteral("desktop"), QStringLiteral("docs"),   QStringLiteral("e2e"),
         QStringLiteral("house"),   QStringLiteral("package"), QStringLiteral("support")};
-    QDirIterator files(Tests, {QStringLiteral("*Test.cpp")}, QDir::Files, QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        const QString path = files.next().mid(Tests.size());
+    for (const QString& path : FilesBelow(Tests, {QStringLiteral("*Test.cpp")})) {
         const QString folder = path.section(QLatin1Char('/'), 0, -2);
         EXPECT_TRUE(others.contains(path.section(QLatin1Char('/'), 0, 0)) || QDir(Sources + folder).exists())
             << qPrintable(path) << ": there is no src/" << qPrintable(folder);

@@ -1,11 +1,11 @@
 #include <set>
 
-#include <QDirIterator>
 #include <QRegularExpression>
 
 #include "SourceLiterals.h"
 #include "SourceTree.h"
 #include "resources/StringTable.h"
+#include "support/ScratchFolder.h"
 
 // Texts for people stand in the string table and nowhere else, so that a translation reaches all of them.
 
@@ -35,20 +35,9 @@ constexpr Exception Exceptions[] = {
 };
 
 // Relative to src/.
-QStringList FindFiles(const QString& folder, const QStringList& patterns)
-{
-    QStringList files;
-    QDirIterator iterator(Root + folder, patterns, QDir::Files, QDirIterator::Subdirectories);
-    while (iterator.hasNext()) {
-        files += iterator.next().mid(Root.size());
-    }
-    files.sort();
-    return files;
-}
-
 QStringList FindSources()
 {
-    return FindFiles(QString(), {QStringLiteral("*.h"), QStringLiteral("*.cpp")});
+    return FilesBelow(Root, {QStringLiteral("*.h"), QStringLiteral("*.cpp")});
 }
 
 std::vector<SourceLiteral> ReadTextsOutside()
@@ -133,9 +122,9 @@ TEST(TextRules, TheWordsOfBuiltInPagesAreInTheStringTable)
         QRegularExpression::DotMatchesEverythingOption);
     static const QRegularExpression words(QStringLiteral(">([^<>]*[A-Za-z]{2}[^<>]*)<"));
     int count = 0;
-    for (const QString& file : FindFiles(Table, {QStringLiteral("*.html")})) {
-        auto matches =
-            words.globalMatch(ReadText(Root + file).remove(notShown).remove(QStringLiteral("&nbsp;")));
+    for (const QString& file : FilesBelow(Root + Table, {QStringLiteral("*.html")})) {
+        auto matches = words.globalMatch(
+            ReadText(Root + Table + file).remove(notShown).remove(QStringLiteral("&nbsp;")));
         while (matches.hasNext()) {
             const QString found = matches.next().captured(1).trimmed();
             const auto rows = GetTextRows();

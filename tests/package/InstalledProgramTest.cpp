@@ -41,7 +41,7 @@ QByteArray WithoutData(const QStringList& files)
 TEST(InstalledProgram, ItsFilesAreThoseOfTheGoldenListAndOfData)
 {
     const QString list = QStringLiteral("tests/package/installed-files.txt");
-    const QStringList installed = ListFilesBelow(Installed(QString()));
+    const QStringList installed = FilesBelow(Installed(QString()));
     if (RenewsGoldenFiles()) {
         RenewGoldenFile(QStringLiteral(SOURCE_FOLDER "/") + list, WithoutData(installed));
         GTEST_SKIP() << GoldenFilesAreRenewed;
@@ -49,11 +49,11 @@ TEST(InstalledProgram, ItsFilesAreThoseOfTheGoldenListAndOfData)
     QStringList expected = ReadText(list).split('\n', Qt::SkipEmptyParts);
     for (const char* folder : {"Templates", "Styles", "sample"}) {
         const QString name = QString::fromLatin1(folder);
-        for (const QString& file : ListFilesBelow(QStringLiteral(SOURCE_FOLDER "/data/") + name)) {
+        for (const QString& file : FilesBelow(QStringLiteral(SOURCE_FOLDER "/data/") + name)) {
             expected += QStringLiteral("share/vistorama/%1/%2").arg(name, file);
         }
     }
-    for (const QString& file : ListFilesBelow(QStringLiteral(SOURCE_FOLDER "/docs/images"))) {
+    for (const QString& file : FilesBelow(QStringLiteral(SOURCE_FOLDER "/docs/images"))) {
         expected += QStringLiteral("share/doc/vistorama/images/") + file;
     }
     expected.sort();
@@ -134,7 +134,7 @@ TEST(InstalledProgram, ReadsItsSampleFromWhereverItIsInstalled)
 
 TEST(InstalledProgram, NothingPointsBackAtTheSourceTree)
 {
-    for (const QString& name : ListFilesBelow(Installed(QString()))) {
+    for (const QString& name : FilesBelow(Installed(QString()))) {
         EXPECT_FALSE(QFileInfo(Installed(name)).isSymLink()) << qPrintable(name);
     }
     for (const char* program : Programs) {

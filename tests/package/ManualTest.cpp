@@ -3,6 +3,7 @@
 
 #include "Tool.h"
 #include "common/ProgramIdentity.h"
+#include "support/ScratchFolder.h"
 
 namespace {
 
@@ -101,7 +102,7 @@ TEST(Manual, HasEveryVariableOfTheEnvironmentThatTheProgramsRead)
     static const QRegularExpression variable(QStringLiteral("\"(VISTORAMA_[A-Z_]+)\""));
     const QString page = Shown(QStringLiteral("vistorama-cli"));
     int found = 0;
-    for (const QString& file : ListFilesBelow(QStringLiteral(SOURCE_FOLDER "/src"))) {
+    for (const QString& file : FilesBelow(QStringLiteral(SOURCE_FOLDER "/src"))) {
         if (!file.endsWith(QStringLiteral(".cpp"))) {
             continue;
         }

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include <QDir>
-#include <QDirIterator>
 #include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
@@ -48,17 +47,6 @@ QString VersionOfProject()
 {
     static const QRegularExpression pattern(QStringLiteral(R"(project\(vistorama VERSION ([0-9.]+))"));
     return pattern.match(ReadText(QStringLiteral("CMakeLists.txt"))).captured(1);
-}
-
-QStringList ListFilesBelow(const QString& folder)
-{
-    QStringList names;
-    QDirIterator files(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        names += QDir(folder).relativeFilePath(files.next());
-    }
-    names.sort();
-    return names;
 }
 
 QStringList OptionsIn(const QString& text)

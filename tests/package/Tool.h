@@ -24,8 +24,5 @@ QString Installed(const QString& name);
 // The program's version as CMakeLists.txt has it.
 QString VersionOfProject();
 
-// All files below a folder, as sorted relative paths.
-QStringList ListFilesBelow(const QString& folder);
-
 // The words that begin with "--" in a text, sorted and each once.
 QStringList OptionsIn(const QString& text);

@@ -10,6 +10,17 @@
 #include <QFileInfo>
 #include <gtest/gtest.h>
 
+QStringList FilesBelow(const QString& folder, const QStringList& patterns)
+{
+    QStringList files;
+    QDirIterator entries(folder, patterns, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (entries.hasNext()) {
+        files += QDir(folder).relativeFilePath(entries.next());
+    }
+    files.sort();
+    return files;
+}
+
 CScratchFolder::CScratchFolder()
 {
     EXPECT_TRUE(directory.isValid());
@@ -39,13 +50,7 @@ QByteArray CScratchFolder::Read(const QString& name) const
 
 QStringList CScratchFolder::ListFiles() const
 {
-    QStringList files;
-    QDirIterator entries(directory.path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (entries.hasNext()) {
-        files += QDir(directory.path()).relativeFilePath(entries.next());
-    }
-    files.sort();
-    return files;
+    return FilesBelow(directory.path());
 }
 
 namespace {

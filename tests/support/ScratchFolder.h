@@ -5,6 +5,10 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
+// All files below the folder, hidden ones too, as sorted relative paths; with patterns ("*.html") those that
+// match one.
+QStringList FilesBelow(const QString& folder, const QStringList& patterns = {});
+
 // A folder of one test, removed at its end.
 class CScratchFolder {
 public:
@@ -17,7 +21,7 @@ public:
     QString Write(const QString& name, const QByteArray& bytes) const;
     QByteArray Read(const QString& name) const;
 
-    // All files below the folder, as sorted relative paths.
+    // FilesBelow.
     QStringList ListFiles() const;
 
 private:

@@ -3,32 +3,39 @@
 
 namespace {
 
-using FTPDirectorySequence = CFTPSequenceFixture;
+class FTPDirectorySequence : public CFTPSequenceFixture {
+protected:
+    struct Row {
+        const char* path;
+        const char* outcome;
+        Commands commands; // what the server is sent
+    };
+
+    template <typename Sequence>
+    void ExpectCommands(const std::vector<Row>& rows)
+    {
+        for (const Row& row : rows) {
+            const auto before = static_cast<std::ptrdiff_t>(server.GetCommands().size());
+            EXPECT_EQ(Run<Sequence>(QString::fromLatin1(row.path)), row.outcome) << row.path;
+            const Commands all = server.GetCommands();
+            EXPECT_EQ(Commands(all.begin() + before, all.end()), row.commands) << row.path;
+        }
+    }
+};
 
 } // namespace
 
 TEST_F(FTPDirectorySequence, EntersAPathAndMakesWhatIsMissing)
 {
     OpenQuietly();
-    const struct {
-        const char* path;
-        const char* outcome;
-        Commands commands;
-    } rows[] = {
+    ExpectCommands<CFTPCommandSequenceOpenDir>({
         {"", "200|", {}},
         {"a", "250|250 changed", {"MKD a", "CWD a"}},
         {"a\\b c", "250|250 changed", {"MKD a", "CWD a", "MKD b c", "CWD b c"}},
         {"..\\..\\a", "250|250 changed", {"CWD ..", "CWD ..", "MKD a", "CWD a"}},
         {"a/b", "250|250 changed", {"MKD a/b", "CWD a/b"}}, // cut at the one separator only
         {"\\a\\\\b\\", "250|250 changed", {"MKD a", "CWD a", "MKD b", "CWD b"}},
-    };
-    for (const auto& row : rows) {
-        const std::size_t before = server.GetCommands().size();
-        EXPECT_EQ(Run<CFTPCommandSequenceOpenDir>(QString::fromLatin1(row.path)), row.outcome) << row.path;
-        const Commands all = server.GetCommands();
-        EXPECT_EQ(Commands(all.begin() + static_cast<std::ptrdiff_t>(before), all.end()), row.commands)
-            << row.path;
-    }
+    });
 }
 
 TEST_F(FTPDirectorySequence, EnteringSwallowsARefusedMkdAlone)
@@ -56,11 +63,7 @@ TEST_F(FTPDirectorySequence, CreatesANameAndDoesNotEnterIt)
         session.Send(name == "old" ? "550 exists\r\n" : name == "odd" ? "350 hm\r\n" : "257 made\r\n");
     });
     OpenQuietly();
-    const struct {
-        const char* path;
-        const char* outcome;
-        Commands commands;
-    } rows[] = {
+    ExpectCommands<CFTPCommandSequenceCreateDir>({
         {"", "200|", {}},
         {"a", "257|257 made", {"MKD a"}},
         {"a\\b", "257|257 made", {"MKD a", "MKD b"}}, // beside each other
@@ -68,14 +71,7 @@ TEST_F(FTPDirectorySequence, CreatesANameAndDoesNotEnterIt)
         {"old\\b", "257|257 made", {"MKD old", "CWD old", "MKD b"}},
         {"odd", "250|250 changed", {"MKD odd", "CWD odd"}},
         {"..\\a", "257|257 made", {"CWD ..", "MKD a"}},
-    };
-    for (const auto& row : rows) {
-        const std::size_t before = server.GetCommands().size();
-        EXPECT_EQ(Run<CFTPCommandSequenceCreateDir>(QString::fromLatin1(row.path)), row.outcome) << row.path;
-        const Commands all = server.GetCommands();
-        EXPECT_EQ(Commands(all.begin() + static_cast<std::ptrdiff_t>(before), all.end()), row.commands)
-            << row.path;
-    }
+    });
 }
 
 TEST_F(FTPDirectorySequence, CreatingReportsThatTheNameCannotBeEntered)

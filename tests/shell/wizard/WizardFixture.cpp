@@ -2,7 +2,6 @@
 
 #include <QAbstractButton>
 #include <QDir>
-#include <QDirIterator>
 #include <QPlainTextEdit>
 
 CWizardFixture::CWizardFixture()
@@ -79,20 +78,9 @@ QStringList CWizardFixture::ErrorTexts() const
     return texts;
 }
 
-QStringList CWizardFixture::FilesOf(const QString& folder) const
-{
-    QStringList files;
-    QDirIterator entries(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (entries.hasNext()) {
-        files += QDir(folder).relativeFilePath(entries.next());
-    }
-    files.sort();
-    return files;
-}
-
 QStringList CWizardFixture::TemporaryFiles() const
 {
-    return FilesOf(fixture.tempFolder.GetPath()).filter(QStringLiteral(".html"));
+    return FilesBelow(fixture.tempFolder.GetPath(), {QStringLiteral("*.html")});
 }
 
 void CGate::Put(CScriptedServer& server, const std::string& verb, const std::string& reply)

@@ -43,7 +43,6 @@ protected:
 
     const CDeploySettings& Stored() { return fixture.GetProject().GetDeploySettings(); }
     QString Path(const QString& name) const { return fixture.scratch.Path(name); }
-    QStringList FilesOf(const QString& folder) const;
     // What deployments have left in the program's temporary folder.
     QStringList TemporaryFiles() const;
 

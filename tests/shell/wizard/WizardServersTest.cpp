@@ -73,10 +73,10 @@ TEST_P(WizardServers, TakeTheSampleProject)
     const CStopSignal stop;
     sample->SetPreviewMode(false);
     GeneratePages(*sample, {Path(QStringLiteral("expected"))}, stop, progress);
-    const QStringList expected = FilesOf(Path(QStringLiteral("expected")));
+    const QStringList expected = FilesBelow(Path(QStringLiteral("expected")));
     const QString uploaded = real.GetRoot() + QStringLiteral("www/photos");
     EXPECT_GT(expected.size(), 50);
-    EXPECT_EQ(FilesOf(uploaded), expected);
+    EXPECT_EQ(FilesBelow(uploaded), expected);
     for (const QString& file : expected) {
         EXPECT_EQ(ReadWholeFile(JoinPath(uploaded, file)),
                   ReadWholeFile(Path(QStringLiteral("expected/") + file)))

@@ -49,7 +49,7 @@ TEST_F(WizardUpload, SendsTheWholeSite)
     CNoProgress progress;
     const CStopSignal stop;
     GeneratePages(fixture.GetProject(), {Path(QStringLiteral("expected"))}, stop, progress);
-    const QStringList expected = FilesOf(Path(QStringLiteral("expected")));
+    const QStringList expected = FilesBelow(Path(QStringLiteral("expected")));
     EXPECT_EQ(OnPage<QProgressBar>("progress").maximum(), expected.size());
     EXPECT_EQ(OnPage<QProgressBar>("progress").value(), expected.size());
     auto files = server.GetFiles();

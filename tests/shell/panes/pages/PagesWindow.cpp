@@ -105,3 +105,13 @@ QString CPagesWindow::GetOrder()
     }
     return order;
 }
+
+QStringList Entries(const QMenu& menu)
+{
+    QStringList entries;
+    for (const QAction* action : menu.actions()) {
+        entries += (action->isChecked() ? QStringLiteral("*") : QString()) + action->text() +
+                   QLatin1Char(' ') + QString::number(action->data().toInt());
+    }
+    return entries;
+}

@@ -2,6 +2,8 @@
 
 #include <memory>
 
+#include <QMenu>
+
 #include "document/project/GalleryProject.h"
 #include "shell/panes/pages/ViewPages.h"
 #include "shell_support/ViewWindow.h"
@@ -45,3 +47,6 @@ private:
     std::unique_ptr<CViewPages> view;
     int shownCount = 0;
 };
+
+// "text command" of each entry, "*" before the chosen one.
+QStringList Entries(const QMenu& menu);

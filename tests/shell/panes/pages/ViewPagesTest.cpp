@@ -29,16 +29,6 @@ int32_t AngleAt(CPagesWindow& window, int32_t position)
     return window.GetGallery().GetPictures().GetAt(position)->GetAngle();
 }
 
-QStringList Entries(QMenu& menu)
-{
-    QStringList entries;
-    for (const QAction* action : menu.actions()) {
-        entries += (action->isChecked() ? QStringLiteral("*") : QString()) + action->text() +
-                   QLatin1Char(' ') + QString::number(action->data().toInt());
-    }
-    return entries;
-}
-
 void Send(CPagesWindow& window, const char* call)
 {
     const int before = window.GetShownCount();

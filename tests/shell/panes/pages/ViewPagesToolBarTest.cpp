@@ -6,21 +6,6 @@
 
 #include "PagesWindow.h"
 
-namespace {
-
-// "text command" of each entry, "*" before the chosen one.
-QStringList Entries(QMenu& menu)
-{
-    QStringList entries;
-    for (const QAction* action : menu.actions()) {
-        entries += (action->isChecked() ? QStringLiteral("*") : QString()) + action->text() +
-                   QLatin1Char(' ') + QString::number(action->data().toInt());
-    }
-    return entries;
-}
-
-} // namespace
-
 TEST(ViewPagesToolBar, TheMenusAreInTheOrderOfTheFilesAndHaveTheirLabels)
 {
     CProjectFixture fixture;
