@@ -9,7 +9,7 @@
 #include <QProcess>
 
 #include "ftpengine/FTPEngine.h"
-#include "support/FtpServer.h"
+#include "support/FTPServer.h"
 
 // Sends a file of 300 MB, and 500 files of 4 KiB, to a vsftpd of its own on the loopback interface: by the
 // program's FTP client, by lftp over one connection, and the large file by curl. Prints seconds, and the
@@ -73,7 +73,7 @@ void WriteFile(const QString& path, qint64 bytes)
 }
 
 // Seconds, or -1.
-double TimeOwnUpload(const CFtpServer& server, const FTPUploadMap& items)
+double TimeOwnUpload(const CFTPServer& server, const FTPUploadMap& items)
 {
     const auto target = std::make_shared<CFinishTarget>();
     CFTPEngine engine;
@@ -99,7 +99,7 @@ double TimeProgram(const QString& program, const QStringList& arguments)
     return good ? static_cast<double>(timer.elapsed()) / 1000.0 : -1;
 }
 
-double TimeLftp(const CFtpServer& server, const QString& folder, const QString& target)
+double TimeLftp(const CFTPServer& server, const QString& folder, const QString& target)
 {
     return TimeProgram(QStringLiteral("lftp"),
                        {QStringLiteral("-e"),
@@ -124,7 +124,7 @@ void Print(const char* what, double own, double lftp, double curl)
 int main(int argumentCount, char** arguments)
 {
     const QCoreApplication application(argumentCount, arguments);
-    const CFtpServer server(FtpServerKind::Vsftpd);
+    const CFTPServer server(FTPServerKind::Vsftpd);
     if (!server.GetProblem().isEmpty()) {
         std::fprintf(stderr, "%s\n", qPrintable(server.GetProblem()));
         return 1;

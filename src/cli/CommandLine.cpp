@@ -20,10 +20,10 @@ Command FindCommand(const QString& name)
         {QStringLiteral("info"), RunInfo},
         {QStringLiteral("check"), RunCheck},
         {QStringLiteral("destination"), RunDestination},
-        {QStringLiteral("ftp-test"), RunFtpTest},
-        {QStringLiteral("ftp-ls"), RunFtpList},
-        {QStringLiteral("ftp-mkdir"), RunFtpMakeDirectory},
-        {QStringLiteral("ftp-rename"), RunFtpRename},
+        {QStringLiteral("ftp-test"), RunFTPTest},
+        {QStringLiteral("ftp-ls"), RunFTPList},
+        {QStringLiteral("ftp-mkdir"), RunFTPMakeDirectory},
+        {QStringLiteral("ftp-rename"), RunFTPRename},
     };
     const auto command = commands.find(name);
     if (command == commands.end()) {

@@ -28,8 +28,8 @@ int RunDestination(const QStringList& arguments, CNamedDestinations& destination
 // The commands that look at a server and its directories. No password is ever printed.
 
 // "ftp-test": logs in, enters the directory and prints what came of it.
-int RunFtpTest(const QStringList& arguments);
+int RunFTPTest(const QStringList& arguments);
 // "ftp-ls": lists a directory or, if that isn't there, the deepest one on its path that is.
-int RunFtpList(const QStringList& arguments);
-int RunFtpMakeDirectory(const QStringList& arguments);
-int RunFtpRename(const QStringList& arguments);
+int RunFTPList(const QStringList& arguments);
+int RunFTPMakeDirectory(const QStringList& arguments);
+int RunFTPRename(const QStringList& arguments);

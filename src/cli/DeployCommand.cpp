@@ -4,7 +4,7 @@
 #include "cli/CommandArguments.h"
 #include "cli/Commands.h"
 #include "cli/DeployRun.h"
-#include "cli/FtpUrl.h"
+#include "cli/FTPUrl.h"
 #include "cli/NamedDestinations.h"
 #include "cli/ProjectSession.h"
 #include "cli/ServerLogin.h"
@@ -56,7 +56,7 @@ int RunDeploy(const QStringList& arguments)
                                                                .minPositional = 1,
                                                                .maxPositional = 2});
     RequireOneTarget(parsed);
-    const bool toServer = parsed.Has(ToOption) || IsFtpAddress(parsed.positional[1]);
+    const bool toServer = parsed.Has(ToOption) || IsFTPAddress(parsed.positional[1]);
     std::optional<FTPDestinationConnection> server;
     if (toServer) {
         server = FindServer(parsed);

@@ -34,7 +34,7 @@ void RequireUsableName(const QString& name)
 
 QString AddressOf(const FTPDestinationConnection& record)
 {
-    return FormatFtpUrl({.userName = record.userName,
+    return FormatFTPUrl({.userName = record.userName,
                          .password = {},
                          .server = record.server,
                          .port = record.port,
@@ -57,7 +57,7 @@ CNamedDestinations::CNamedDestinations(CSettingsStore& store, const CPasswordPro
     : store(store), protection(protection), destinations(store, protection)
 {}
 
-void CNamedDestinations::Add(const QString& name, const FtpUrl& url, Owner owner)
+void CNamedDestinations::Add(const QString& name, const FTPUrl& url, Owner owner)
 {
     RequireUsableName(name);
     RequireStorable(name, StringId::DestinationNamePart);

@@ -7,7 +7,7 @@
 #include <unistd.h>
 
 #include "cli/Answers.h"
-#include "cli/FtpUrl.h"
+#include "cli/FTPUrl.h"
 #include "common/Text.h"
 #include "resources/StringTable.h"
 
@@ -90,7 +90,7 @@ std::optional<QString> Prompt(const QString& question)
 
 } // namespace
 
-std::optional<QString> FindPassword(const FtpUrl& url)
+std::optional<QString> FindPassword(const FTPUrl& url)
 {
     if (url.password) {
         return url.password;
@@ -107,14 +107,14 @@ std::optional<QString> FindPassword(const FtpUrl& url)
     if (!namesUser || isatty(STDIN_FILENO) == 0) {
         return QString();
     }
-    FtpUrl login = url;
+    FTPUrl login = url;
     login.directory.clear();
-    return Prompt(Text(StringId::PasswordQuestion, FormatFtpUrl(login)));
+    return Prompt(Text(StringId::PasswordQuestion, FormatFTPUrl(login)));
 }
 
 std::optional<FTPDestinationConnection> FindConnection(const QString& address)
 {
-    const FtpUrl url = ParseFtpUrl(address);
+    const FTPUrl url = ParseFTPUrl(address);
     const auto password = FindPassword(url);
     if (!password) {
         return std::nullopt;

@@ -43,7 +43,7 @@ QString DescribeTaskResult(const CTaskResult& result)
 CFTPEngineResLibDlgTaskResult::CFTPEngineResLibDlgTaskResult(const CTaskResult& result, QWidget* parent)
     : QDialog(parent)
 {
-    setWindowTitle(Text(StringId::FtpTaskTitle));
+    setWindowTitle(Text(StringId::FTPTaskTitle));
     auto* icon = new QLabel(this);
     const bool isSuccess = result.IsSuccess();
     NameControl(*icon, isSuccess ? "information" : "error",

@@ -13,7 +13,7 @@
 #include "shell/ftpdialogs/FTPEngineResLibDlgTaskResult.h"
 #include "shell/look/Icons.h"
 #include "shell_support/DialogTools.h"
-#include "shell_support/FtpTestTools.h"
+#include "shell_support/FTPTestTools.h"
 #include "support/ScriptedServer.h"
 
 namespace {

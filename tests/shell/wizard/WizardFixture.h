@@ -10,7 +10,7 @@
 #include "shell/wizard/WizardPage.h"
 #include "shell/wizard/WizardPropSheetDeploy.h"
 #include "shell_support/DialogTools.h"
-#include "shell_support/FtpTestTools.h"
+#include "shell_support/FTPTestTools.h"
 #include "support/ProjectFixture.h"
 #include "support/ScriptedServer.h"
 

@@ -4,7 +4,7 @@
 #include "common/FileSystem.h"
 #include "common/StopSignal.h"
 #include "content/PageGeneration.h"
-#include "support/FtpServer.h"
+#include "support/FTPServer.h"
 
 // The wizard with the sample project and the servers that the world uses.
 
@@ -16,7 +16,7 @@ class CNoProgress final : public CGenerationProgress {
 
 } // namespace
 
-class WizardServers : public CWizardFixture, public testing::WithParamInterface<FtpServerKind> {
+class WizardServers : public CWizardFixture, public testing::WithParamInterface<FTPServerKind> {
 protected:
     void SetUp() override
     {
@@ -46,13 +46,13 @@ protected:
         settings.ftp_directory = QStringLiteral("www/photos");
     }
 
-    const CFtpServer real{GetParam()};
+    const CFTPServer real{GetParam()};
     std::unique_ptr<CGalleryProject> sample;
 };
 
 INSTANTIATE_TEST_SUITE_P(Each, WizardServers,
-                         testing::Values(FtpServerKind::Vsftpd, FtpServerKind::ProFtpd,
-                                         FtpServerKind::PureFtpd),
+                         testing::Values(FTPServerKind::Vsftpd, FTPServerKind::ProFtpd,
+                                         FTPServerKind::PureFtpd),
                          [](const auto& info) { return std::string(NameOf(info.param)); });
 
 TEST_P(WizardServers, TakeTheSampleProject)

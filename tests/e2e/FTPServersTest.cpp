@@ -2,13 +2,13 @@
 
 #include "Program.h"
 #include "Site.h"
-#include "support/FtpServer.h"
+#include "support/FTPServer.h"
 
 // The commands against servers that the world uses.
 
 namespace {
 
-class FtpServers : public testing::TestWithParam<FtpServerKind> {
+class FTPServers : public testing::TestWithParam<FTPServerKind> {
 protected:
     void SetUp() override
     {
@@ -56,18 +56,18 @@ protected:
         }
     }
 
-    const CFtpServer server{GetParam()};
+    const CFTPServer server{GetParam()};
     CProgram program;
 };
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(All, FtpServers,
-                         testing::Values(FtpServerKind::Vsftpd, FtpServerKind::ProFtpd,
-                                         FtpServerKind::PureFtpd),
+INSTANTIATE_TEST_SUITE_P(All, FTPServers,
+                         testing::Values(FTPServerKind::Vsftpd, FTPServerKind::ProFtpd,
+                                         FTPServerKind::PureFtpd),
                          [](const auto& kind) { return std::string(NameOf(kind.param)); });
 
-TEST_P(FtpServers, GetTheSameSiteAsAFolderByteForByte)
+TEST_P(FTPServers, GetTheSameSiteAsAFolderByteForByte)
 {
     const QString project = WriteTree();
     const QString folder = program.Path(QStringLiteral("site"));
@@ -85,7 +85,7 @@ TEST_P(FtpServers, GetTheSameSiteAsAFolderByteForByte)
     EXPECT_TRUE(program.scratch.ListFiles().filter(QStringLiteral("cache/vistorama/tmp/")).isEmpty());
 }
 
-TEST_P(FtpServers, AreReachedByTheNameOfADestination)
+TEST_P(FTPServers, AreReachedByTheNameOfADestination)
 {
     const QString project = program.WriteProject({program.WritePicture(QStringLiteral("a.jpg"))});
     const ProgramResult added = program.Run({QStringLiteral("destination"), QStringLiteral("add"),
@@ -105,7 +105,7 @@ TEST_P(FtpServers, AreReachedByTheNameOfADestination)
     EXPECT_EQ(CSite(server.GetRoot() + QStringLiteral("other")).GetFiles(), files);
 }
 
-TEST_P(FtpServers, ListMakeAndRenameDirectories)
+TEST_P(FTPServers, ListMakeAndRenameDirectories)
 {
     const auto run = [&](const QStringList& arguments) {
         const ProgramResult result = program.Run(arguments);
@@ -131,7 +131,7 @@ TEST_P(FtpServers, ListMakeAndRenameDirectories)
     EXPECT_TRUE(raw.endsWith(QStringLiteral(" zwei\n"))) << qPrintable(raw);
 }
 
-TEST_P(FtpServers, AListingOfWhatIsNotThereShowsTheDeepestThatIs)
+TEST_P(FTPServers, AListingOfWhatIsNotThereShowsTheDeepestThatIs)
 {
     ASSERT_EQ(
         program.Run({QStringLiteral("ftp-mkdir"), server.GetAddress(), QStringLiteral("there")}).exitCode, 0);
@@ -143,7 +143,7 @@ TEST_P(FtpServers, AListingOfWhatIsNotThereShowsTheDeepestThatIs)
               QStringLiteral("There is no folder 'gone/deeper'. This is the listing of '/'.\n"));
 }
 
-TEST_P(FtpServers, ATestOfTheConnectionSaysHowItWent)
+TEST_P(FTPServers, ATestOfTheConnectionSaysHowItWent)
 {
     const ProgramResult good =
         program.Run({QStringLiteral("ftp-test"), server.GetAddress(), QStringLiteral("--transcript")});
@@ -160,9 +160,9 @@ TEST_P(FtpServers, ATestOfTheConnectionSaysHowItWent)
     EXPECT_FALSE(gone.output.contains(QStringLiteral("550 550"))) << qPrintable(gone.output);
 }
 
-TEST_P(FtpServers, AWrongPasswordIsRefused)
+TEST_P(FTPServers, AWrongPasswordIsRefused)
 {
-    if (GetParam() == FtpServerKind::Vsftpd) {
+    if (GetParam() == FTPServerKind::Vsftpd) {
         GTEST_SKIP() << "It lets everybody in: its other users would need the machine's own accounts.";
     }
     program.SetVariable(QStringLiteral("VISTORAMA_FTP_PASSWORD"), QStringLiteral("wrong"));

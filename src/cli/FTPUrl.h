@@ -7,7 +7,7 @@
 
 // The address of a folder on an FTP server, as people write it (RFC 1738, 3.2):
 // ftp://[USER[:PASSWORD]@]HOST[:PORT][/DIRECTORY]. A plain value.
-struct FtpUrl {
+struct FTPUrl {
     QString userName; // "anonymous" if the address names nobody
     std::optional<QString> password;
     QString server;
@@ -17,11 +17,11 @@ struct FtpUrl {
 };
 
 // Whether an argument is meant as an FTP address and not as a folder.
-bool IsFtpAddress(const QString& argument);
+bool IsFTPAddress(const QString& argument);
 
 // User name, password and directory may hold "%" and two hexadecimal digits for a byte of UTF-8. Throws
 // CWrongUse with a text that never repeats what could be a piece of a password.
-FtpUrl ParseFtpUrl(const QString& text);
+FTPUrl ParseFTPUrl(const QString& text);
 
 // The address without its password, in a form that can be parsed again.
-QString FormatFtpUrl(const FtpUrl& url);
+QString FormatFTPUrl(const FTPUrl& url);

@@ -1,4 +1,4 @@
-#include "cli/FtpUrl.h"
+#include "cli/FTPUrl.h"
 
 #include <QStringDecoder>
 #include <QUrl>
@@ -13,7 +13,7 @@ const QLatin1String NobodysName("anonymous");
 
 [[noreturn]] void Refuse(const QString& reason)
 {
-    throw CWrongUse(Text(StringId::FtpAddressWrong, reason));
+    throw CWrongUse(Text(StringId::FTPAddressWrong, reason));
 }
 
 // A line break would end the command that carries the text to the server; a zero byte would cut it off.
@@ -59,7 +59,7 @@ QString Decode(const QString& text, const QString& part)
     return decoded;
 }
 
-void ParseUser(const QString& text, FtpUrl& url)
+void ParseUser(const QString& text, FTPUrl& url)
 {
     const qsizetype colon = text.indexOf(QLatin1Char(':'));
     url.userName = Decode(text.left(colon), Text(StringId::UserNamePart));
@@ -125,14 +125,14 @@ QString Encode(const QString& text, const char* kept)
 
 } // namespace
 
-bool IsFtpAddress(const QString& argument)
+bool IsFTPAddress(const QString& argument)
 {
     return argument.startsWith(Scheme, Qt::CaseInsensitive);
 }
 
-FtpUrl ParseFtpUrl(const QString& text)
+FTPUrl ParseFTPUrl(const QString& text)
 {
-    if (!IsFtpAddress(text)) {
+    if (!IsFTPAddress(text)) {
         Refuse(Text(StringId::AddressScheme, QString(Scheme)));
     }
     RefuseLineBreaks(text, Text(StringId::WholeTextPart));
@@ -144,7 +144,7 @@ FtpUrl ParseFtpUrl(const QString& text)
     const QString place = authority.mid(at + 1);
     const qsizetype colon = place.indexOf(QLatin1Char(':'));
 
-    FtpUrl url{.userName = NobodysName, .password = {}, .server = {}, .port = 21, .directory = {}};
+    FTPUrl url{.userName = NobodysName, .password = {}, .server = {}, .port = 21, .directory = {}};
     if (at >= 0) {
         ParseUser(authority.left(at), url);
     }
@@ -156,7 +156,7 @@ FtpUrl ParseFtpUrl(const QString& text)
     return url;
 }
 
-QString FormatFtpUrl(const FtpUrl& url)
+QString FormatFTPUrl(const FTPUrl& url)
 {
     QString text = Scheme;
     if (url.userName != NobodysName && !url.userName.isEmpty()) {

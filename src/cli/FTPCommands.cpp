@@ -21,7 +21,7 @@ using Start = std::function<void(CFTPEngine& engine, const CFTPEngine::Target& t
 // interrupt cancels the task, whose result says so; the second ends the program at once. Finished: the type
 // of the task's last message.
 template <class Finished>
-Finished RunFtpTask(const Start& start)
+Finished RunFTPTask(const Start& start)
 {
     CFTPEngine engine;
     QEventLoop loop;
@@ -78,11 +78,11 @@ QString Summary(const CTaskResult& result)
     case CTaskResult::Kind::Success:
         break;
     case CTaskResult::Kind::NetworkFailure:
-        return Text(StringId::FtpTestNetworkFailure, result.status, EngineStatus::GetWords(result.status));
+        return Text(StringId::FTPTestNetworkFailure, result.status, EngineStatus::GetWords(result.status));
     case CTaskResult::Kind::ServerRefusal:
-        return Text(StringId::FtpTestRefused, result.reply.code, WordsOf(result.reply));
+        return Text(StringId::FTPTestRefused, result.reply.code, WordsOf(result.reply));
     }
-    return Text(StringId::FtpTestPassed);
+    return Text(StringId::FTPTestPassed);
 }
 
 // ExitDone, or ExitInterrupted after an interrupt. Any other failure is thrown, with this caption.
@@ -131,7 +131,7 @@ void PrintRaw(const QString& listing)
 
 } // namespace
 
-int RunFtpTest(const QStringList& arguments)
+int RunFTPTest(const QStringList& arguments)
 {
     const QString transcript = QStringLiteral("transcript");
     const CommandArguments parsed = ParseArguments(
@@ -141,7 +141,7 @@ int RunFtpTest(const QStringList& arguments)
         return ExitInterrupted;
     }
     const CTaskResult result =
-        RunFtpTask<FTP_TEST_FINISHED>([&](CFTPEngine& engine, const CFTPEngine::Target& target) {
+        RunFTPTask<FTP_TEST_FINISHED>([&](CFTPEngine& engine, const CFTPEngine::Target& target) {
             engine.TestConnection(*destination, target);
         }).result;
     if (parsed.Has(transcript)) {
@@ -154,7 +154,7 @@ int RunFtpTest(const QStringList& arguments)
     return result.IsSuccess() ? ExitDone : ExitFailed;
 }
 
-int RunFtpList(const QStringList& arguments)
+int RunFTPList(const QStringList& arguments)
 {
     const QString raw = QStringLiteral("raw");
     const CommandArguments parsed = ParseArguments(
@@ -164,7 +164,7 @@ int RunFtpList(const QStringList& arguments)
         return ExitInterrupted;
     }
     const FTP_LIST_FINISHED finished =
-        RunFtpTask<FTP_LIST_FINISHED>([&](CFTPEngine& engine, const CFTPEngine::Target& target) {
+        RunFTPTask<FTP_LIST_FINISHED>([&](CFTPEngine& engine, const CFTPEngine::Target& target) {
             engine.GetDirectoryContent(*destination, target);
         });
     const int answer = AnswerFor(finished.result, Text(StringId::FolderNotListed,
@@ -185,7 +185,7 @@ int RunFtpList(const QStringList& arguments)
     return ExitDone;
 }
 
-int RunFtpMakeDirectory(const QStringList& arguments)
+int RunFTPMakeDirectory(const QStringList& arguments)
 {
     const CommandArguments parsed = ParseArguments(
         arguments, {.valueOptions = {}, .switches = {}, .minPositional = 2, .maxPositional = 2});
@@ -195,13 +195,13 @@ int RunFtpMakeDirectory(const QStringList& arguments)
     }
     const QString& name = parsed.positional[1];
     const auto finished =
-        RunFtpTask<FTP_CREATE_FINISHED>([&](CFTPEngine& engine, const CFTPEngine::Target& target) {
+        RunFTPTask<FTP_CREATE_FINISHED>([&](CFTPEngine& engine, const CFTPEngine::Target& target) {
             engine.CreateDirectory(*destination, name, target);
         });
     return AnswerFor(finished.result, Text(StringId::FolderNotMade, Printable(name), destination->server));
 }
 
-int RunFtpRename(const QStringList& arguments)
+int RunFTPRename(const QStringList& arguments)
 {
     const CommandArguments parsed = ParseArguments(
         arguments, {.valueOptions = {}, .switches = {}, .minPositional = 3, .maxPositional = 3});
@@ -211,7 +211,7 @@ int RunFtpRename(const QStringList& arguments)
     }
     const QString& oldName = parsed.positional[1];
     const auto finished =
-        RunFtpTask<FTP_RENAME_FINISHED>([&](CFTPEngine& engine, const CFTPEngine::Target& target) {
+        RunFTPTask<FTP_RENAME_FINISHED>([&](CFTPEngine& engine, const CFTPEngine::Target& target) {
             engine.RenameDirectory(*destination, oldName, parsed.positional[2], target);
         });
     return AnswerFor(finished.result,

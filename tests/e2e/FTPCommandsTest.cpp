@@ -20,7 +20,7 @@ uint16_t ClosedPort()
 
 } // namespace
 
-TEST(FtpCommands, ATestSaysInOneLineWhatCameOfIt)
+TEST(FTPCommands, ATestSaysInOneLineWhatCameOfIt)
 {
     const struct {
         const char* verb;
@@ -47,7 +47,7 @@ TEST(FtpCommands, ATestSaysInOneLineWhatCameOfIt)
     }
 }
 
-TEST(FtpCommands, AClosedPortIsARefusedConnection)
+TEST(FTPCommands, AClosedPortIsARefusedConnection)
 {
     const CProgram program;
     const QString address = QStringLiteral("ftp://127.0.0.1:%1").arg(ClosedPort());
@@ -67,7 +67,7 @@ TEST(FtpCommands, AClosedPortIsARefusedConnection)
               QStringLiteral("Please check the name of the server and your connection, and try again."));
 }
 
-TEST(FtpCommands, NoPasswordIsEverShown)
+TEST(FTPCommands, NoPasswordIsEverShown)
 {
     const CProgram program;
     CScriptedServer server;
@@ -87,7 +87,7 @@ TEST(FtpCommands, NoPasswordIsEverShown)
     EXPECT_NE(std::find(commands.begin(), commands.end(), "PASS geheim"), commands.end());
 }
 
-TEST(FtpCommands, TraceLinesGoWhereTheSettingSaysAndHoldNoPassword)
+TEST(FTPCommands, TraceLinesGoWhereTheSettingSaysAndHoldNoPassword)
 {
     const CProgram program;
     program.scratch.Write(QStringLiteral("config/NimbleXfer.ini"),
@@ -103,7 +103,7 @@ TEST(FtpCommands, TraceLinesGoWhereTheSettingSaysAndHoldNoPassword)
     EXPECT_FALSE(text.contains(QStringLiteral("geheim")));
 }
 
-TEST(FtpCommands, ANameWithALineBreakIsRefusedBeforeAnythingIsSent)
+TEST(FTPCommands, ANameWithALineBreakIsRefusedBeforeAnythingIsSent)
 {
     const CProgram program;
     CScriptedServer server;
@@ -122,7 +122,7 @@ TEST(FtpCommands, ANameWithALineBreakIsRefusedBeforeAnythingIsSent)
     EXPECT_TRUE(server.GetCommands().empty());
 }
 
-TEST(FtpCommands, ItemsOfAListingAreShownByKind)
+TEST(FTPCommands, ItemsOfAListingAreShownByKind)
 {
     const CProgram program;
     CScriptedServer server;
@@ -140,7 +140,7 @@ TEST(FtpCommands, ItemsOfAListingAreShownByKind)
     EXPECT_TRUE(raw.output.contains(QStringLiteral("\nsomething else\n"))) << qPrintable(raw.output);
 }
 
-TEST(FtpCommands, WrongUseSaysWhatIsWrong)
+TEST(FTPCommands, WrongUseSaysWhatIsWrong)
 {
     const CProgram program;
     const QString address = QStringLiteral("ftp://host");

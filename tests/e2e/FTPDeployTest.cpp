@@ -11,7 +11,7 @@ namespace {
 
 const QString Caption = QStringLiteral("An error occured during upload a new web gallery to Internet site.");
 
-class FtpDeploy : public testing::Test {
+class FTPDeploy : public testing::Test {
 protected:
     void SetUp() override { project = program.WriteProject({program.WritePicture(QStringLiteral("a.jpg"))}); }
 
@@ -67,7 +67,7 @@ protected:
 
 } // namespace
 
-TEST_F(FtpDeploy, MakesTheDirectoryThenSendsAllFiles)
+TEST_F(FTPDeploy, MakesTheDirectoryThenSendsAllFiles)
 {
     server.Start();
     const ProgramResult result = program.Run(Arguments());
@@ -90,7 +90,7 @@ TEST_F(FtpDeploy, MakesTheDirectoryThenSendsAllFiles)
     ExpectNothingLeft();
 }
 
-TEST_F(FtpDeploy, AMissingUpperDirectoryIsMadeFirst)
+TEST_F(FTPDeploy, AMissingUpperDirectoryIsMadeFirst)
 {
     // As a server does that makes one level at a time.
     std::vector<std::string> made;
@@ -117,7 +117,7 @@ TEST_F(FtpDeploy, AMissingUpperDirectoryIsMadeFirst)
     EXPECT_EQ(std::vector<std::string>(made.begin(), made.begin() + 3), expected);
 }
 
-TEST_F(FtpDeploy, ARefusedLoginIsTold)
+TEST_F(FTPDeploy, ARefusedLoginIsTold)
 {
     server.Reply("PASS", "530 Login incorrect.\r\n");
     server.Start();
@@ -126,7 +126,7 @@ TEST_F(FtpDeploy, ARefusedLoginIsTold)
                   QStringLiteral("Please check FTP site parameters and destination directory."));
 }
 
-TEST_F(FtpDeploy, NobodyThereIsAFailedConnect)
+TEST_F(FTPDeploy, NobodyThereIsAFailedConnect)
 {
     server.Stop();
     const QString address = QStringLiteral("ftp://127.0.0.1:%1").arg(CListener().GetPort());
@@ -136,7 +136,7 @@ TEST_F(FtpDeploy, NobodyThereIsAFailedConnect)
                   QStringLiteral("Please try to upload your gallery later."));
 }
 
-TEST_F(FtpDeploy, ALossAtTheFirstFileIsAFailedConnectToo)
+TEST_F(FTPDeploy, ALossAtTheFirstFileIsAFailedConnectToo)
 {
     server.On("STOR", [](CServerSession& session, const std::string&) { session.Reset(); });
     server.Start();
@@ -147,7 +147,7 @@ TEST_F(FtpDeploy, ALossAtTheFirstFileIsAFailedConnectToo)
     ExpectNothingLeft();
 }
 
-TEST_F(FtpDeploy, ALossAtALaterFileIsALostConnection)
+TEST_F(FTPDeploy, ALossAtALaterFileIsALostConnection)
 {
     server.On("STOR", [this, count = 0](CServerSession& session, const std::string&) mutable {
         if (++count == 2) {
@@ -170,7 +170,7 @@ TEST_F(FtpDeploy, ALossAtALaterFileIsALostConnection)
     ExpectNothingLeft();
 }
 
-TEST_F(FtpDeploy, AFullServerIsTold)
+TEST_F(FTPDeploy, AFullServerIsTold)
 {
     server.Reply("STOR", "552 Disk full\r\n");
     server.Start();
@@ -178,7 +178,7 @@ TEST_F(FtpDeploy, AFullServerIsTold)
                   QStringLiteral("Please check FTP site parameters and destination directory."));
 }
 
-TEST_F(FtpDeploy, AFailedGenerationSendsNothing)
+TEST_F(FTPDeploy, AFailedGenerationSendsNothing)
 {
     server.Start();
     QFile::remove(program.Path(QStringLiteral("photos/a.jpg")));
@@ -191,13 +191,13 @@ TEST_F(FtpDeploy, AFailedGenerationSendsNothing)
 }
 
 // Where the server keeps silent.
-class FtpDeployInterrupted : public FtpDeploy, public testing::WithParamInterface<const char*> {};
+class FTPDeployInterrupted : public FTPDeploy, public testing::WithParamInterface<const char*> {};
 
-INSTANTIATE_TEST_SUITE_P(At, FtpDeployInterrupted,
+INSTANTIATE_TEST_SUITE_P(At, FTPDeployInterrupted,
                          testing::Values("GREETING", "USER", "PASS", "MKD", "CWD", "TYPE", "PASV", "STOR"),
                          [](const auto& verb) { return std::string(verb.param); });
 
-TEST_P(FtpDeployInterrupted, EndsAndCleansUp)
+TEST_P(FTPDeployInterrupted, EndsAndCleansUp)
 {
     const ProgramResult result = InterruptAt(GetParam());
     EXPECT_EQ(result.exitCode, 130) << qPrintable(result.errors);
@@ -205,7 +205,7 @@ TEST_P(FtpDeployInterrupted, EndsAndCleansUp)
     ExpectNothingLeft();
 }
 
-TEST_F(FtpDeploy, ASecondInterruptDoesNotWaitForTheFileInProgress)
+TEST_F(FTPDeploy, ASecondInterruptDoesNotWaitForTheFileInProgress)
 {
     program.UseOwnData();
     program.WriteLayout("<html></html>");

@@ -1,4 +1,4 @@
-#include "support/FtpServer.h"
+#include "support/FTPServer.h"
 
 #include <cerrno>
 #include <cstring>
@@ -61,22 +61,22 @@ bool CanConnect(uint16_t port)
 
 } // namespace
 
-const char* NameOf(FtpServerKind kind)
+const char* NameOf(FTPServerKind kind)
 {
     switch (kind) {
-    case FtpServerKind::Vsftpd:
+    case FTPServerKind::Vsftpd:
         return "vsftpd";
-    case FtpServerKind::ProFtpd:
+    case FTPServerKind::ProFtpd:
         return "ProFTPD";
-    case FtpServerKind::PureFtpd:
+    case FTPServerKind::PureFtpd:
         return "PureFTPd";
     }
     return "";
 }
 
-CFtpServer::CFtpServer(FtpServerKind kind) : kind(kind)
+CFTPServer::CFTPServer(FTPServerKind kind) : kind(kind)
 {
-    if (kind == FtpServerKind::PureFtpd && ::geteuid() != 0) {
+    if (kind == FTPServerKind::PureFtpd && ::geteuid() != 0) {
         problem = QStringLiteral("Pure-FTPd runs for the administrator only.");
         return;
     }
@@ -95,7 +95,7 @@ CFtpServer::CFtpServer(FtpServerKind kind) : kind(kind)
     }
 }
 
-CFtpServer::~CFtpServer()
+CFTPServer::~CFTPServer()
 {
     process.terminate();
     if (!process.waitForFinished(5'000)) {
@@ -104,28 +104,28 @@ CFtpServer::~CFtpServer()
     }
 }
 
-QString CFtpServer::GetUser() const
+QString CFTPServer::GetUser() const
 {
-    return kind == FtpServerKind::Vsftpd ? QStringLiteral("anonymous") : QStringLiteral("photo");
+    return kind == FTPServerKind::Vsftpd ? QStringLiteral("anonymous") : QStringLiteral("photo");
 }
 
-QString CFtpServer::GetPassword() const
+QString CFTPServer::GetPassword() const
 {
-    return kind == FtpServerKind::Vsftpd ? QString() : Password;
+    return kind == FTPServerKind::Vsftpd ? QString() : Password;
 }
 
-QString CFtpServer::GetAddress() const
+QString CFTPServer::GetAddress() const
 {
     return QStringLiteral("ftp://%1@127.0.0.1:%2").arg(GetUser()).arg(port);
 }
 
-void CFtpServer::WriteConfiguration()
+void CFTPServer::WriteConfiguration()
 {
     switch (kind) {
-    case FtpServerKind::Vsftpd:
+    case FTPServerKind::Vsftpd:
         scratch.Write(QStringLiteral("server.conf"), Narrow(WriteVsftpdConfiguration()).c_str());
         break;
-    case FtpServerKind::ProFtpd: {
+    case FTPServerKind::ProFtpd: {
         const QString user = QStringLiteral("photo:%1:%2:%3::%4:/bin/sh\n")
                                  .arg(QLatin1String(PasswordHash))
                                  .arg(::geteuid())
@@ -136,13 +136,13 @@ void CFtpServer::WriteConfiguration()
         scratch.Write(QStringLiteral("server.conf"), Narrow(WriteProFtpdConfiguration()).c_str());
         break;
     }
-    case FtpServerKind::PureFtpd:
+    case FTPServerKind::PureFtpd:
         WritePureFtpdUsers();
         break;
     }
 }
 
-QString CFtpServer::WriteVsftpdConfiguration() const
+QString CFTPServer::WriteVsftpdConfiguration() const
 {
     return QStringLiteral("listen=YES\nlisten_address=127.0.0.1\nlisten_port=%1\nbackground=NO\n"
                           "anonymous_enable=YES\nlocal_enable=NO\nwrite_enable=YES\n"
@@ -153,7 +153,7 @@ QString CFtpServer::WriteVsftpdConfiguration() const
         .arg(GetRoot(), OwnUserName());
 }
 
-QString CFtpServer::WriteProFtpdConfiguration() const
+QString CFTPServer::WriteProFtpdConfiguration() const
 {
     return QStringLiteral("ServerType standalone\nDefaultAddress 127.0.0.1\nSocketBindTight on\nPort %1\n"
                           "UseIPv6 off\nUser %2\nGroup %3\nModulePath %4proftpd-core/usr/lib/proftpd\n"
@@ -165,7 +165,7 @@ QString CFtpServer::WriteProFtpdConfiguration() const
         .arg(OwnUserName(), OwnGroupName(), ServersFolder, scratch.Path(QString()));
 }
 
-void CFtpServer::WritePureFtpdUsers()
+void CFTPServer::WritePureFtpdUsers()
 {
     SetMode(scratch.Path(QString()), S_IRWXU | S_IXGRP | S_IXOTH);
     SetOwner(GetRoot(), nobody);
@@ -179,19 +179,19 @@ void CFtpServer::WritePureFtpdUsers()
                scratch.Path(QStringLiteral("users"))});
 }
 
-void CFtpServer::Start()
+void CFTPServer::Start()
 {
     process.setProcessChannelMode(QProcess::MergedChannels);
     const QString configuration = scratch.Path(QStringLiteral("server.conf"));
     switch (kind) {
-    case FtpServerKind::Vsftpd:
+    case FTPServerKind::Vsftpd:
         process.start(ServersFolder + QStringLiteral("vsftpd/usr/sbin/vsftpd"), {configuration});
         break;
-    case FtpServerKind::ProFtpd:
+    case FTPServerKind::ProFtpd:
         process.start(ServersFolder + QStringLiteral("proftpd-core/usr/sbin/proftpd"),
                       {QStringLiteral("-n"), QStringLiteral("-c"), configuration});
         break;
-    case FtpServerKind::PureFtpd:
+    case FTPServerKind::PureFtpd:
         process.start(ServersFolder + QStringLiteral("pure-ftpd/usr/sbin/pure-ftpd"),
                       {QStringLiteral("-l"),
                        QStringLiteral("puredb:") + scratch.Path(QStringLiteral("users.pdb")),
@@ -203,7 +203,7 @@ void CFtpServer::Start()
 }
 
 // A server tells nobody when it listens, so it is asked again and again until it answers or has ended.
-bool CFtpServer::WaitUntilItListens()
+bool CFTPServer::WaitUntilItListens()
 {
     if (!process.waitForStarted()) {
         return false;
@@ -222,7 +222,7 @@ bool CFtpServer::WaitUntilItListens()
     return false;
 }
 
-QString CFtpServer::RunHelper(const QString& program, const QStringList& arguments) const
+QString CFTPServer::RunHelper(const QString& program, const QStringList& arguments) const
 {
     QProcess helper;
     helper.setProcessChannelMode(QProcess::MergedChannels);

@@ -6,16 +6,16 @@
 #include "support/ScratchFolder.h"
 
 // The FTP servers that ./test brings.
-enum class FtpServerKind { Vsftpd, ProFtpd, PureFtpd };
+enum class FTPServerKind { Vsftpd, ProFtpd, PureFtpd };
 
 // A real FTP server on a free port of the loopback interface, with a configuration, a user and a root folder
 // of its own. Runs as long as the object lives.
-class CFtpServer {
+class CFTPServer {
 public:
-    explicit CFtpServer(FtpServerKind kind);
-    ~CFtpServer();
-    CFtpServer(const CFtpServer&) = delete;
-    CFtpServer& operator=(const CFtpServer&) = delete;
+    explicit CFTPServer(FTPServerKind kind);
+    ~CFTPServer();
+    CFTPServer(const CFTPServer&) = delete;
+    CFTPServer& operator=(const CFTPServer&) = delete;
 
     // Why the server can't run here; empty if it does.
     const QString& GetProblem() const { return problem; }
@@ -38,7 +38,7 @@ private:
     bool WaitUntilItListens();
     QString RunHelper(const QString& program, const QStringList& arguments) const;
 
-    const FtpServerKind kind;
+    const FTPServerKind kind;
     const CScratchFolder scratch;
     uint16_t port = 0;
     QString problem;
@@ -46,4 +46,4 @@ private:
 };
 
 // Names a kind in the names of tests.
-const char* NameOf(FtpServerKind kind);
+const char* NameOf(FTPServerKind kind);
