@@ -13,7 +13,7 @@ namespace {
 void ParseOption(const QStringList& arguments, qsizetype& position, const CommandSyntax& syntax,
                  CommandArguments& parsed)
 {
-    const QString argument = arguments[position++];
+    const QString& argument = arguments[position++];
     const QString name = argument.mid(2).section(QLatin1Char('='), 0, 0);
     if (syntax.switches.contains(name) && !argument.contains(QLatin1Char('='))) {
         parsed.options[name] = QString();

@@ -65,10 +65,3 @@ std::optional<CVariant> CVariableMap::Find(const QString& name) const
     const auto entry = entries.find(Lower(name));
     return entry == entries.end() ? std::nullopt : std::optional(entry->second);
 }
-
-bool CVariableMap::Get(const QString& name, CVariant& out) const
-{
-    const auto found = Find(name);
-    out = found.value_or(out);
-    return found.has_value();
-}

@@ -59,8 +59,6 @@ public:
     using Entries = std::map<QString, CVariant>;
 
     std::optional<CVariant> Find(const QString& name) const;
-    // False, and out untouched, if there is no such variable.
-    bool Get(const QString& name, CVariant& out) const;
     void Set(const QString& name, const CVariant& value) { entries[Lower(name)] = value; }
     void Clear() { entries.clear(); }
     const Entries& GetEntries() const { return entries; }

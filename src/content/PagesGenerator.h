@@ -40,7 +40,7 @@ public:
     // Throws CFileException if a page can't be opened, CWin32Exception if it can't be written.
     bool ProcessPage(CCompoundTemplateSection& tree, CImageIterator& iterator, bool multipage) override;
     // Throws CWin32Exception from copying.
-    void ProcessGallery(const QString& subFolder, const CGallery& gallery) override;
+    void ProcessGallery(const QString& galleryFolder, const CGallery& gallery) override;
 
 private:
     void NoteCopies(const QString& source, const QString& target);

@@ -44,8 +44,7 @@ std::optional<CVariant> CFilePictureInfo::GetVariable(const QString& name) const
     if (const auto property = FindFileProperty(path, name)) {
         return property;
     }
-    CVariant value;
-    return variables.Get(name, value) ? std::optional(value) : std::nullopt;
+    return variables.Find(name);
 }
 
 std::optional<CVariant> CGalleryPictureInfo::GetVariable(const QString& name) const

@@ -151,9 +151,7 @@ CVariant CPictureList::GetVariable(const QString& name) const
     if (property == QStringLiteral("max_creation_date")) {
         return CVariant::Date(maxDate);
     }
-    CVariant value;
-    variables.Get(name, value);
-    return value;
+    return variables.Find(name).value_or(CVariant());
 }
 
 void CPictureList::CountDate(DateValue date)

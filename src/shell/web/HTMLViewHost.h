@@ -52,7 +52,7 @@ public:
     CHTMLViewHost(const HTMLViewOptions& options, QWidget& widget);
     ~CHTMLViewHost() override;
 
-    void Load(const std::string& page, HTMLScrollPlace place);
+    void Load(const std::string& bytes, HTMLScrollPlace place);
     void RunScript(const QString& expression, std::function<void(const QVariant&)> answer);
     void SetExternalDispatch(CExternalDispatchBase* dispatch);
 
