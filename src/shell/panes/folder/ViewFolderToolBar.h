@@ -17,7 +17,7 @@ public:
     };
     explicit CViewFolderToolBar(const Commands& commands, QWidget* parent = nullptr);
 
-    void SetTitle(const QString& title);
+    void SetTitle(const QString& text);
     QString GetTitle() const;
 
     // The entries show the last names of the folders, and keep the full paths as their data; current has the
