@@ -144,9 +144,9 @@ void CFTPDestinations::AppendAll(bool allUsers, std::vector<CFTPDestination>& de
 {
     for (const QString& name : store.ListSubKeys(ScopeOf(allUsers), RootKey())) {
         const int32_t key = name.toInt();
-        // "Options" is none, and neither is "007", "-1" or a number of the other scope: no key leads to it,
-        // or the key leads to another one.
-        if (key > 0 && name == QString::number(key) && IsForAllUsers(key) == allUsers) {
+        // "Options" is none, and neither is "007": no key leads to it. Odd on purpose: every other number
+        // counts, that of the other scope as well, though loading by that key looks in the other scope.
+        if (key != 0 && name == QString::number(key)) {
             destinations.push_back(LoadFrom(allUsers, key));
         }
     }
