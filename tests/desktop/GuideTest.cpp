@@ -50,6 +50,18 @@ protected:
         WaitForPictures();
     }
 
+    // In the file, in all galleries.
+    int TurnedPictures() const
+    {
+        int count = 0;
+        for (const auto& [index, gallery] : SavedProject(project).galleries) {
+            for (const SavedProject::Picture& picture : gallery.pictures) {
+                count += picture.angle != 0 ? 1 : 0;
+            }
+        }
+        return count;
+    }
+
     // A menu of the menu bar by its letter, then what is pressed in it.
     void UseMenu(const char* letter, const QStringList& keys)
     {
@@ -110,6 +122,39 @@ TEST_F(Guide, TheWindowHasThePageTheTreeAndTheFolder)
     StartWithSample();
     TakePicture("window");
     EXPECT_EQ(program.Terminate(), 0);
+}
+
+TEST_F(Guide, AnEarlierVersionIsOpenedFromTheMenu)
+{
+    StartWithSample();
+    program.PressStripButton(QStringLiteral("document.querySelector('figure img[onmouseenter]')"),
+                             QStringLiteral("Rotate clockwise"));
+    ASSERT_TRUE(program.WaitFor([&] { return TurnedPictures() == 1; }));
+    EXPECT_EQ(program.Terminate(), 0);
+
+    StartWithSample();
+    UseMenu("f", {QStringLiteral("e")});
+    WaitForDialog("Open earlier version");
+    TakePicture("earlier-versions", "Open earlier version");
+    program.PressKeys({QStringLiteral("Return")});
+    ASSERT_TRUE(program.WaitFor([&] { return TurnedPictures() == 0; }));
+    WaitForPictures();
+    EXPECT_EQ(program.Terminate(), 0);
+    EXPECT_EQ(TurnedPictures(), 0);
+
+    // What is damaged offers them by itself.
+    QFile file(project);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("<project");
+    file.close();
+    program.StartWithMessage({project}, QStringLiteral("Vistorama: please note"));
+    program.FocusWindow(QStringLiteral("Vistorama: please note"));
+    program.PressKeys({QStringLiteral("Return")});
+    WaitForDialog("Open earlier version");
+    program.PressKeys({QStringLiteral("Return")});
+    ASSERT_TRUE(program.WaitFor([&] { return program.GetTitle() == QStringLiteral("Vistorama - sample"); }));
+    EXPECT_EQ(program.Terminate(), 0);
+    EXPECT_EQ(SavedProject(project).galleries.size(), 4u);
 }
 
 TEST_F(Guide, LayoutAndStyleAreChosenInTheMenu)

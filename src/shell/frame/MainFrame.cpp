@@ -223,6 +223,8 @@ void CMainFrame::OnNamedCommand(CommandId command)
         return projects.Save();
     case CommandId::SaveAs:
         return projects.SaveAs();
+    case CommandId::EarlierVersion:
+        return projects.OpenEarlierVersion();
     case CommandId::Exit:
         close();
         return;

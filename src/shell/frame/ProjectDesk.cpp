@@ -4,8 +4,10 @@
 
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
+#include "common/Platform.h"
 #include "common/Trace.h"
 #include "document/project/GalleryProject.h"
+#include "shell/dialogs/DlgEarlierVersions.h"
 #include "shell/dialogs/DlgNewGallery.h"
 #include "shell/dialogs/FailureBox.h"
 #include "shell/dialogs/FileDialogs.h"
@@ -16,6 +18,18 @@
 namespace {
 
 constexpr int SavedAgainShown = 5000; // milliseconds
+
+// The path of the state that the person has chosen; empty if none.
+QString AskForEarlierVersion(const QString& projectPath, const std::vector<CProjectBackups::State>& states,
+                             QWidget* parent)
+{
+    std::vector<CDlgEarlierVersions::Version> versions;
+    for (const CProjectBackups::State& state : states) {
+        versions.push_back({state.changed, state.galleries, state.pictures});
+    }
+    CDlgEarlierVersions dialog(ProjectNameOf(projectPath), versions, parent);
+    return dialog.exec() == QDialog::Accepted ? states[dialog.GetChosen()].path : QString();
+}
 
 CGenericException ReadOnlyFailure(const QString& path)
 {
@@ -28,16 +42,17 @@ CGenericException ReadOnlyFailure(const QString& path)
 CProjectDesk::CProjectDesk(CGalleryProject& project, CSettingsStore& settings, Window window)
     : project(project),
       window(std::move(window)),
-      keeper(project, {.failed =
-                           [this](const CExceptionBase& failure) {
-                               this->window.statusBar->showMessage(failure.GetCaption());
-                               ShowFailure(failure, this->window.widget);
-                           },
-                       .succeededAgain =
-                           [this] {
-                               this->window.statusBar->showMessage(Text(StringId::ProjectSavedAgain),
-                                                                   SavedAgainShown);
-                           }}),
+      keeper(project,
+             {.failed =
+                  [this](const CExceptionBase& failure) {
+                      this->window.statusBar->showMessage(failure.GetCaption());
+                      ShowFailure(failure, this->window.widget);
+                  },
+              .succeededAgain =
+                  [this] {
+                      this->window.statusBar->showMessage(Text(StringId::ProjectSavedAgain), SavedAgainShown);
+                  }},
+             {.backupsFolder = FindBackupsFolder()}),
       recentProjects(settings)
 {}
 
@@ -53,7 +68,11 @@ void CProjectDesk::Start(const QString& wanted)
     } catch (const CExceptionBase& failure) {
         ShowFailure(failure, window.widget);
         if (!project.IsLoaded()) {
-            OpenSubstitute();
+            if (OfferEarlierVersion(NormalisedProjectPath(path))) {
+                Start(path);
+            } else {
+                OpenSubstitute();
+            }
             return;
         }
         // A new project that could not be written yet: it can be saved elsewhere.
@@ -131,6 +150,50 @@ void CProjectDesk::OpenByDialog()
     }
 }
 
+void CProjectDesk::OpenEarlierVersion()
+{
+    const QString path = keeper.GetPath();
+    if (keeper.IsReadOnly()) {
+        throw ReadOnlyFailure(path);
+    }
+    const QString state = AskForEarlierVersion(path, keeper.GetBackups().List(path), window.widget);
+    if (state.isEmpty()) {
+        return;
+    }
+    const CProjectKeeper::CPause pause(keeper);
+    try {
+        keeper.ReturnTo(state);
+        window.projectReplaced();
+    } catch (const CExceptionBase& failure) {
+        if (!project.IsLoaded()) {
+            Reopen(path);
+        }
+        ShowFailure(failure, window.widget);
+    }
+}
+
+// For a project that can't be read: true if the person has put an earlier state into its place. The damaged
+// file is kept among the states.
+bool CProjectDesk::OfferEarlierVersion(const QString& path)
+{
+    const auto states = keeper.GetBackups().List(path);
+    if (states.empty() || CProjectLock(path).GetState() != CProjectLock::State::Held) {
+        return false;
+    }
+    const QString state = AskForEarlierVersion(path, states, window.widget);
+    if (state.isEmpty()) {
+        return false;
+    }
+    try {
+        keeper.GetBackups().Keep(path, ReadWholeFile(path), QDateTime::currentDateTime());
+        WriteFileAtomically(path, ReadWholeFile(state));
+        return true;
+    } catch (const CExceptionBase& failure) {
+        ShowFailure(failure, window.widget);
+        return false;
+    }
+}
+
 void CProjectDesk::OpenRecent(int index)
 {
     if (index == -1) {
@@ -168,6 +231,9 @@ void CProjectDesk::Switch(const QString& path)
     } catch (const CExceptionBase& failure) {
         Reopen(keeper.GetPath());
         ShowFailure(failure, window.widget);
+        if (OfferEarlierVersion(NormalisedProjectPath(path))) {
+            Switch(path);
+        }
     }
 }
 

@@ -36,6 +36,8 @@ public:
     void Save();
     void SaveAs();
     void OpenByDialog();
+    // Asks for an earlier state of the project that is open and goes back to it.
+    void OpenEarlierVersion();
     // By the place in the list of recent projects, from 0; -1 asks for a new project.
     void OpenRecent(int index);
     // Saves the current project, opens the other one and enters it in the list. If it can't be read the
@@ -53,6 +55,7 @@ public:
 
 private:
     void OpenSubstitute();
+    bool OfferEarlierVersion(const QString& path);
     void Reopen(const QString& path);
     void ShowWithoutFile(const QString& path);
 
