@@ -127,7 +127,8 @@ TEST_F(Guide, TheWindowHasThePageTheTreeAndTheFolder)
 TEST_F(Guide, AnEarlierVersionIsOpenedFromTheMenu)
 {
     StartWithSample();
-    program.PressStripButton(QStringLiteral("document.querySelector('figure img[onmouseenter]')"),
+    program.PressStripButton(QStringLiteral("[...document.querySelectorAll('figure img[onmouseenter]')]"
+                                            ".find(i => i.alt == 'River Stones')"),
                              QStringLiteral("Rotate clockwise"));
     ASSERT_TRUE(program.WaitFor([&] { return TurnedPictures() == 1; }));
     EXPECT_EQ(program.Terminate(), 0);

@@ -40,6 +40,9 @@ CDlgEarlierVersions::CDlgEarlierVersions(const QString& projectName, const std::
     list->setUniformRowHeights(true);
     list->setHeaderLabels(
         {Text(StringId::LastChangedColumn), Text(StringId::GalleriesColumn), Text(StringId::PicturesColumn)});
+    for (const int column : {1, 2}) {
+        list->headerItem()->setTextAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
+    }
     for (const Version& version : versions) {
         list->addTopLevelItem(MakeRow(version));
     }
