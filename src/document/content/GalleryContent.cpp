@@ -69,9 +69,9 @@ void CGalleryContent::SetPageVariable(const QString& pageName, int32_t pageNumbe
 std::optional<QString> CGalleryContent::FindOwnName() const
 {
     for (const auto& name : {QStringLiteral("display_name"), QStringLiteral("name")}) {
-        CVariant value;
-        if (texts.own.Get(name, value) && value.GetType() == CVariant::Type::String) {
-            return value.GetString();
+        const std::optional<CVariant> value = texts.own.Find(name);
+        if (value && value->GetType() == CVariant::Type::String) {
+            return value->GetString();
         }
     }
     return std::nullopt;
