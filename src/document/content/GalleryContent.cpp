@@ -35,6 +35,12 @@ const CGalleryPictureInfo* CGalleryContent::FindChildPicture(int32_t childIndex)
     return found != childPictures.end() ? found->second : nullptr;
 }
 
+CGalleryPictureInfo* CGalleryContent::FindChildPicture(int32_t childIndex)
+{
+    const auto found = childPictures.find(childIndex);
+    return found != childPictures.end() ? found->second : nullptr;
+}
+
 CGalleryPictureInfo* CGalleryContent::ListChild(std::unique_ptr<CGalleryPictureInfo> entry)
 {
     CGalleryPictureInfo* const listed = entry.get();
@@ -85,4 +91,33 @@ void CGalleryContent::SetVisibilityMap(const CPageVisibility::Elements& map)
 bool CGalleryContent::IsElementVisibleOnPage(const QString& name)
 {
     return visibility.Note(layout.GetTemplatePage(), name);
+}
+
+std::set<QString> CGalleryContent::GetWatermarks() const
+{
+    std::set<QString> paths;
+    for (const CImageStampParams& stamp : imageStamps) {
+        if (!stamp.file.isEmpty()) {
+            paths.insert(stamp.file);
+        }
+    }
+    return paths;
+}
+
+FileTrace CGalleryContent::GetWatermarkTrace(const QString& path) const
+{
+    const auto found = watermarkTraces.find(path);
+    return found != watermarkTraces.end() ? found->second : FileTrace();
+}
+
+bool CGalleryContent::RelocateWatermark(const QString& oldPath, const QString& newPath)
+{
+    bool isFound = false;
+    for (CImageStampParams& stamp : imageStamps) {
+        if (stamp.file == oldPath && !oldPath.isEmpty()) {
+            stamp.file = newPath;
+            isFound = true;
+        }
+    }
+    return isFound;
 }

@@ -1,6 +1,9 @@
 #include "document/pictures/PictureInfo.h"
 
+#include <algorithm>
+
 #include "common/FileSystem.h"
+#include "common/Text.h"
 
 namespace {
 
@@ -33,6 +36,17 @@ bool IsDateProperty(const QString& name)
 
 } // namespace
 
+bool IsNameSuffix(const QString& text)
+{
+    constexpr qsizetype longest = 32;
+    return !text.isEmpty() && text.size() <= longest &&
+           std::all_of(text.begin(), text.end(), [](QChar character) {
+               return character.unicode() < 128 &&
+                      (character.isLetterOrNumber() || character == QLatin1Char('-') ||
+                       character == QLatin1Char('_'));
+           });
+}
+
 std::optional<CVariant> CFilePictureInfo::GetVariable(const QString& name) const
 {
     if (name.isNull()) {
@@ -45,6 +59,33 @@ std::optional<CVariant> CFilePictureInfo::GetVariable(const QString& name) const
         return property;
     }
     return variables.Find(name);
+}
+
+void CFilePictureInfo::SetState(const FileState& state)
+{
+    isThere = state.isThere;
+    date = state.date;
+    size = state.isThere ? state.size : size;
+}
+
+void CFilePictureInfo::SetTrace(const FileTrace& newTrace)
+{
+    trace = newTrace;
+    tracedPath = path;
+    size = isThere ? size : trace.size;
+}
+
+FileTrace CFilePictureInfo::GetTrace() const
+{
+    FileTrace current = path == tracedPath ? trace : FileTrace();
+    current.size = size;
+    return current;
+}
+
+void CFilePictureInfo::SetPath(const QString& newPath)
+{
+    path = newPath;
+    size = path == tracedPath ? trace.size : -1;
 }
 
 std::optional<CVariant> CGalleryPictureInfo::GetVariable(const QString& name) const

@@ -5,8 +5,9 @@
 
 #include <QString>
 
-#include "common/Text.h"
 #include "common/Variant.h"
+#include "common/XmlRest.h"
+#include "document/files/FileTrace.h"
 
 // One entry of a gallery's content: a picture file, or a link to a child gallery. Layouts can't tell the two
 // apart. Owned by the CPictureList that holds it; used on the thread of that list.
@@ -27,10 +28,29 @@ public:
     virtual void SetAngle(int32_t angle) = 0;
     virtual const CVariableMap& GetVariables() const = 0;
     virtual CVariableMap& GetVariables() = 0;
+    // False if the file was not there when it was last looked for. A child gallery is always there.
+    virtual bool IsThere() const { return true; }
 
-    // The lower-cased path under which a list keeps the record. Unlike GetPath it never makes a file.
-    virtual QString GetKey() const { return Lower(GetPath()); }
+    // Keeps the names of published and cached files of two pictures apart: part of every such name. Empty for
+    // nearly all. Saved with the project, since published addresses are to stay.
+    const QString& GetNameSuffix() const { return nameSuffix; }
+    void SetNameSuffix(const QString& suffix) { nameSuffix = suffix; }
+
+    // What the project's file says of it beyond what this version knows.
+    const CXmlRest& GetRest() const { return rest; }
+    void SetRest(const CXmlRest& newRest) { rest = newRest; }
+
+    // The path under which a list keeps the record. Unlike GetPath it never makes a file.
+    virtual QString GetKey() const { return GetPath(); }
+
+private:
+    QString nameSuffix;
+    CXmlRest rest;
 };
+
+// Whether a text can be a suffix of names: up to 32 letters and digits of ASCII, "-" and "_". Others could
+// lead out of the folder that takes the files.
+bool IsNameSuffix(const QString& text);
 
 // A picture file. Nothing of it is read but its last write time.
 class CFilePictureInfo final : public CPictureInfo {
@@ -39,7 +59,7 @@ public:
 
     QString GetPath() const override { return path; }
     QString GetThumbnailPath() const override { return thumbnailPath; }
-    // 0 for a file that could not be queried.
+    // 0 for a file that is not there or could not be queried.
     DateValue GetDate() const override { return date; }
     std::optional<CVariant> GetVariable(const QString& name) const override;
     void SetVariable(const QString& name, const CVariant& value) override { variables.Set(name, value); }
@@ -47,16 +67,33 @@ public:
     void SetAngle(int32_t newAngle) override { angle = newAngle; }
     const CVariableMap& GetVariables() const override { return variables; }
     CVariableMap& GetVariables() override { return variables; }
+    bool IsThere() const override { return isThere; }
 
     void SetThumbnailPath(const QString& newPath) { thumbnailPath = newPath; }
     void SetDate(DateValue newDate) { date = newDate; }
+    // Bytes, as when it was last there; -1 if that isn't known.
+    int64_t GetSize() const { return size; }
+    // The size of an absent file stays the one that is known.
+    void SetState(const FileState& state);
+
+    // As read from the project's file. It belongs to the path that the record has then.
+    void SetTrace(const FileTrace& newTrace);
+    // Without a relative path if none was read for the record's present path.
+    FileTrace GetTrace() const;
+
+    // For the list that owns the record: it has to be kept under its path.
+    void SetPath(const QString& newPath);
 
 private:
-    const QString path;
+    QString path;
     QString thumbnailPath;
     CVariableMap variables;
     DateValue date = 0;
+    int64_t size = -1;
+    FileTrace trace;
+    QString tracedPath; // that the trace belongs to
     int32_t angle;
+    bool isThere = true;
 };
 
 // A gallery as the entry that stands for it in its parent sees it.
@@ -99,7 +136,7 @@ public:
     // Always empty.
     const CVariableMap& GetVariables() const override;
     CVariableMap& GetVariables() override;
-    QString GetKey() const override { return Lower(gallery.GetCoverName()); }
+    QString GetKey() const override { return gallery.GetCoverName(); }
 
 private:
     CListedGallery& gallery;

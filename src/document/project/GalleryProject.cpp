@@ -3,12 +3,15 @@
 #include <algorithm>
 #include <cerrno>
 #include <limits>
+#include <utility>
+
+#include <QDir>
+#include <QFileInfo>
 
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
 #include "document/galleries/GalleryIterator.h"
-#include "document/pictures/PictureFiles.h"
-#include "document/project/GalleryElement.h"
+#include "document/project/ProjectIdentity.h"
 
 namespace {
 
@@ -16,6 +19,11 @@ CProjectEnvironment WithTrailingSeparators(CProjectEnvironment environment)
 {
     environment.programFolder = WithTrailingSeparator(environment.programFolder);
     return environment;
+}
+
+QString AbsolutePathOf(const QString& path)
+{
+    return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
 }
 
 } // namespace
@@ -37,6 +45,7 @@ void CGalleryProject::Open(const QString& path)
     SetName(path);
     if (FileExists(path)) {
         Load(path);
+        SetName(path); // a file may name no folder
     } else {
         New();
         Save(path);
@@ -53,6 +62,7 @@ void CGalleryProject::New()
     }
     AddFolder(environment.picturesFolder);
     CreateGallery(0);
+    identity.id = MakeProjectId();
     loaded = true;
 }
 
@@ -69,6 +79,7 @@ void CGalleryProject::Load(const QString& path)
         ClearContent();
         throw;
     }
+    identity.path = AbsolutePathOf(path);
     loaded = true;
 }
 
@@ -77,19 +88,40 @@ void CGalleryProject::Save(const QString& path)
     if (!loaded) {
         return;
     }
+    if (!identity.readOnlyReason.isNull() && IsSameProjectFile(identity.path, path)) {
+        throw CGenericException(Text(StringId::ProjectMayOnlyBeRead, path), identity.readOnlyReason,
+                                Text(StringId::SaveUnderAnotherName));
+    }
+    const ProjectIdentity before = identity;
     const QString oldName = name;
     const QString oldDeployFolder = deploySettings.folder;
     try {
-        SetName(path);
+        BecomeFile(path);
         MakeDirectoryPath(AbsoluteFolderOf(path));
         const auto document = CreateDocument();
         WriteDocument(*document);
         document->Save(path);
     } catch (const CExceptionBase&) {
+        identity = before;
         name = oldName;
         deploySettings.folder = oldDeployFolder;
         throw;
     }
+}
+
+// A project that has a file and is saved elsewhere becomes another one: what is known of the first by its id,
+// its published files above all, stays with the first.
+void CGalleryProject::BecomeFile(const QString& path)
+{
+    const bool isElsewhere = !identity.path.isEmpty() && !IsSameProjectFile(identity.path, path);
+    if (isElsewhere) {
+        identity = {};
+    }
+    if (identity.id.isEmpty()) {
+        identity.id = MakeProjectId();
+    }
+    identity.path = AbsolutePathOf(path);
+    SetName(path);
 }
 
 void CGalleryProject::Clear()
@@ -102,8 +134,11 @@ void CGalleryProject::Clear()
 void CGalleryProject::ClearContent()
 {
     loaded = false;
+    identity = {};
+    rests = {};
+    absentWatermarks.clear();
     recentFolders.Clear();
-    deploySettings.Reset();
+    deploySettings = CDeploySettings();
     galleries.clear();
     currentGalleryIndex = 0;
     rootGalleryIndex = 0;
@@ -116,77 +151,6 @@ void CGalleryProject::SetName(const QString& path)
         // Cut at the first dot anywhere, a folder's too.
         deploySettings.folder = CutAtFirstDot(path).stem;
     }
-}
-
-void CGalleryProject::ReadDocument(CXmlDocument& document)
-{
-    ReadFolders(document);
-    ReadGalleries(document);
-    deploySettings.Read(document.GetRoot());
-}
-
-void CGalleryProject::ReadFolders(CXmlDocument& document)
-{
-    const uint32_t maxCount = settings.GetDWord(QStringLiteral("RecentFoldersCount"));
-    for (const CXmlElement& folder : document.FindAll("folder")) {
-        const QString path = GetAttributeText(folder, "path").GetString();
-        if (!path.isEmpty()) {
-            recentFolders.Add(path, maxCount);
-        }
-    }
-    if (const CXmlElement folders = document.GetRoot().FindChild("project_folders")) {
-        SetRecentFolder(GetAttributeText(folders, "recent_folder").GetString());
-    }
-}
-
-void CGalleryProject::ReadGalleries(CXmlDocument& document)
-{
-    const CXmlElement root = document.GetRoot();
-    rootGalleryIndex = GetAttributeLong(root, "root_gallery_index");
-    currentGalleryIndex = GetAttributeLong(root, "current_gallery_index");
-    std::vector<CXmlElement> elements = root.GetChildren("gallery");
-    CPictureFinder finder(AbsoluteFolderOf(document.GetPath()));
-    if (elements.empty()) {
-        // A file of the single-gallery kind: the root itself is the element of the one gallery.
-        currentGalleryIndex = rootGalleryIndex;
-        ReadGallery(CreateGallery(rootGalleryIndex), root, finder);
-        return;
-    }
-    // Parents name their children by index, so that all galleries have to be there before the first is read.
-    for (const CXmlElement& element : elements) {
-        CreateGallery(GetAttributeLong(element, "index")).GetCover().Hold();
-    }
-    if (!FindGallery(rootGalleryIndex)) {
-        rootGalleryIndex = galleries.begin()->first;
-    }
-    if (!FindGallery(currentGalleryIndex)) {
-        currentGalleryIndex = rootGalleryIndex;
-    }
-    for (const CXmlElement& element : elements) {
-        ReadGallery(*FindGallery(GetAttributeLong(element, "index")), element, finder);
-    }
-    for (CGallery* gallery : ChildrenBeforeParents()) {
-        gallery->GetCover().Release();
-    }
-}
-
-void CGalleryProject::WriteDocument(CXmlDocument& document) const
-{
-    CXmlElement root = document.CreateRoot("project");
-    root.SetAttribute("version", QStringLiteral("2.0"));
-    root.SetAttribute("root_gallery_index", rootGalleryIndex);
-    root.SetAttribute("current_gallery_index", currentGalleryIndex);
-    CXmlElement folders = root.AppendChild("project_folders");
-    folders.SetAttribute("recent_folder", GetRecentFolder());
-    for (const QString& path : GetFolders()) {
-        folders.AppendChild("folder").SetAttribute("path", path);
-    }
-    for (const auto& [index, gallery] : galleries) {
-        if (gallery) {
-            WriteGallery(*gallery, root);
-        }
-    }
-    deploySettings.Write(root);
 }
 
 CGallery& CGalleryProject::CreateGallery(int32_t index)
@@ -208,24 +172,6 @@ CGallery* CGalleryProject::FindGallery(int32_t index)
 {
     const auto found = galleries.find(index);
     return found != galleries.end() ? found->second.get() : nullptr;
-}
-
-// All galleries there are, each after its children.
-std::vector<CGallery*> CGalleryProject::ChildrenBeforeParents()
-{
-    std::vector<CGallery*> ordered;
-    for (const auto& [index, gallery] : galleries) {
-        if (gallery && gallery->GetParentIndexes().empty()) {
-            ordered.push_back(gallery.get());
-        }
-    }
-    for (size_t i = 0; i < ordered.size(); ++i) {
-        for (const int32_t child : ordered[i]->GetChildren()) {
-            ordered.push_back(FindGallery(child));
-        }
-    }
-    std::reverse(ordered.begin(), ordered.end());
-    return ordered;
 }
 
 int32_t CGalleryProject::AddGallery()
@@ -391,4 +337,29 @@ QString CGalleryProject::GetBannerServer() const
 QString CGalleryProject::GetBannerFeed() const
 {
     return settings.GetString(QStringLiteral("BannerFeed"));
+}
+
+bool CGalleryProject::LookForFiles()
+{
+    bool isNews = false;
+    for (const auto& [index, gallery] : galleries) {
+        if (gallery && gallery->GetPictures().LookForFiles()) {
+            gallery->UpdateCover(0);
+            isNews = true;
+        }
+    }
+    return LookForWatermarks() || isNews;
+}
+
+bool CGalleryProject::LookForWatermarks()
+{
+    std::set<QString> absent;
+    for (const auto& [index, gallery] : galleries) {
+        for (const QString& path : gallery ? gallery->GetWatermarks() : std::set<QString>()) {
+            if (!IsFile(path)) {
+                absent.insert(path);
+            }
+        }
+    }
+    return std::exchange(absentWatermarks, absent) != absent;
 }

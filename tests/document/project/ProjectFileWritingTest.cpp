@@ -15,13 +15,21 @@ namespace {
 
 const QString GalleryObject = QStringLiteral("gallery");
 
-// The saved file with the scratch folder written as "~", in both its spellings.
+// The project's file with the scratch folder written as "~", in both its spellings, and the project's id as
+// "ID".
+QByteArray Written(CTestProject& test, const CGalleryProject& project)
+{
+    QByteArray bytes = test.scratch.Read(QStringLiteral("site/My.gallery"));
+    const QString folder = test.scratch.Path().chopped(1);
+    return bytes.replace(folder.toUtf8(), "~")
+        .replace(Lower(folder).toUtf8(), "~")
+        .replace(project.GetId().toUtf8(), "ID");
+}
+
 QByteArray Saved(CTestProject& test)
 {
     test.project.Save(test.ProjectPath());
-    QByteArray bytes = test.scratch.Read(QStringLiteral("site/My.gallery"));
-    const QString folder = test.scratch.Path().chopped(1);
-    return bytes.replace(folder.toUtf8(), "~").replace(Lower(folder).toUtf8(), "~");
+    return Written(test, test.project);
 }
 
 // A project with something in every corner: root 2 with two pictures and child 5.
@@ -37,6 +45,7 @@ void FillProject(CTestProject& test)
     root.AddChild(5);
     root.AddPicture(test.MakePicture(QStringLiteral("M\u00fcnchen.jpg")));
     root.RotatePicture(2, false);
+    root.GetPictures().GetAt(2)->SetNameSuffix(QStringLiteral("_2"));
     for (const int32_t position : {0, 2}) {
         root.GetPictures().GetAt(position)->SetVariable(QStringLiteral("addition_date"),
                                                         CVariant::Date(45000.1));
@@ -51,7 +60,8 @@ void FillProject(CTestProject& test)
     root.SetPageVariable(QStringLiteral("picture"), 12, QStringLiteral("head"), CVariant(1));
     root.SetObjectVariable(GalleryObject, QStringLiteral("Name"), CVariant(QStringLiteral("Top")));
     root.SetVisibilityMap({{QStringLiteral("logo"), false}, {QStringLiteral("date"), true}});
-    root.GetImageStamps()[1] = {{.position = 5, .margin = 3}, QStringLiteral("/w.png"), 40};
+    root.GetImageStamps()[1] = {
+        {.position = 5, .margin = 3}, test.scratch.Write(QStringLiteral("site/w.png"), "mark"), 40};
     root.GetTextStamps()[2] = {
         {.position = 10, .margin = 4}, QStringLiteral("by me"), QStringLiteral("Arial"), 12, 3, 4278190335u};
     root.GetTexts().advertisements[QStringLiteral("index.html")][QStringLiteral("top")] =
@@ -78,11 +88,11 @@ const char* const StampsOfAnEmptyGallery =
 QByteArray ExpectedFullProject()
 {
     const QByteArray date = "45000.0999999999985448084771633148193359375";
-    return R"(<project version="2.0" root_gallery_index="2" current_gallery_index="5">)"
+    return R"(<project version="2.0" root_gallery_index="2" current_gallery_index="5" id="ID">)"
            R"(<project_folders recent_folder="~/pictures"><folder path="~/pictures"/></project_folders>)"
            R"(<gallery index="2"><style template="~/program/templates/plain.xml" template_page="index.html" )"
            R"(css="~/program/styles/red.xml"/><picture_list>)"
-           R"(<picture path="~/pictures/a &amp; b.jpg" angle="0"><picture_variable doubleVal=")" +
+           R"(<picture path="~/pictures/a &amp; b.jpg" angle="0" relative="../pictures/a &amp; b.jpg" size="10"><picture_variable doubleVal=")" +
            date +
            R"(" name="addition_date" vt="7"/><picture_variable )"
            R"(doubleVal="0.1000000000000000055511151231257827021181583404541015625" name="ratio" vt="5"/>)"
@@ -91,7 +101,9 @@ QByteArray ExpectedFullProject()
            R"(<picture_variable name="void" vt="0"/></picture><picture index="5"/>)"
            R"(<picture path="~/pictures/)"
            "M\xc3\xbcnchen.jpg"
-           R"(" angle="3"><picture_variable doubleVal=")" +
+           R"(" angle="3" relative="../pictures/)"
+           "M\xc3\xbcnchen.jpg"
+           R"(" size="10" name_suffix="_2"><picture_variable doubleVal=")" +
            date +
            R"(" name="addition_date" vt="7"/></picture>)"
            R"(<picture_list_variable bstrVal="n" name="note" vt="8"/></picture_list>)"
@@ -101,7 +113,7 @@ QByteArray ExpectedFullProject()
            R"(<visible_element name="date" visible="1"/><visible_element name="logo" visible="0"/>)"
            R"(</page_visibility><page_style name="index" style="~/program/styles/red.xml"/>)"
            R"(<image_stamp index="0" position="0" margin="10" file="" transparency="0"/>)"
-           R"(<image_stamp index="1" position="5" margin="3" file="/w.png" transparency="40"/>)"
+           R"(<image_stamp index="1" position="5" margin="3" file="~/site/w.png" transparency="40" relative="w.png" size="4"/>)"
            R"(<image_stamp index="2" position="0" margin="10" file="" transparency="0"/>)"
            R"(<text_stamp index="0" position="0" margin="10" font="MS Sans Serif" text="" font_size="8" font_style="0" color="0"/>)"
            R"(<text_stamp index="1" position="0" margin="10" font="MS Sans Serif" text="" font_size="8" font_style="0" color="0"/>)"
@@ -178,7 +190,7 @@ TEST(ProjectFile, OfANewProjectHasSixStampsAndNoLayout)
     CTestProject test;
     test.NewGallery();
     EXPECT_EQ(Saved(test).toStdString(),
-              (R"(<project version="2.0" root_gallery_index="0" current_gallery_index="0">)"
+              (R"(<project version="2.0" root_gallery_index="0" current_gallery_index="0" id="ID">)"
                R"(<project_folders recent_folder="~/pictures"><folder path="~/pictures"/></project_folders>)"
                R"(<gallery index="0"><style template="" template_page="" css=""/><picture_list/>)" +
                QByteArray(StampsOfAnEmptyGallery) +
@@ -195,9 +207,7 @@ TEST(ProjectFile, ReadsBackWhatItWrote)
     CGalleryProject again(test.environment);
     again.Open(test.ProjectPath());
     again.Save(test.ProjectPath());
-    QByteArray second = test.scratch.Read(QStringLiteral("site/My.gallery"));
-    const QString folder = test.scratch.Path().chopped(1);
-    second.replace(folder.toUtf8(), "~").replace(Lower(folder).toUtf8(), "~");
+    const QByteArray second = Written(test, again);
     // A variable without a value is not read; a gallery without a page gets the first one, and its style
     // becomes that page's.
     first.replace(R"(<picture_variable name="void" vt="0"/>)", "");
