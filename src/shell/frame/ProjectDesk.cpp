@@ -31,9 +31,11 @@ QString AskForEarlierVersion(const QString& projectPath, const std::vector<CProj
     return dialog.exec() == QDialog::Accepted ? states[dialog.GetChosen()].path : QString();
 }
 
-CGenericException ReadOnlyFailure(const QString& path)
+// reason: null for a project that is open elsewhere.
+CGenericException ReadOnlyFailure(const QString& path, const QString& reason)
 {
-    return CGenericException(Text(StringId::ProjectNotSaved, path), Text(StringId::ProjectIsReadOnly),
+    return CGenericException(Text(StringId::ProjectNotSaved, path),
+                             reason.isNull() ? Text(StringId::ProjectIsReadOnly) : reason,
                              Text(StringId::SaveUnderOtherName));
 }
 
@@ -115,13 +117,18 @@ bool CProjectDesk::Open(const QString& path)
     }
     keeper.Open(normalised, std::move(*lock));
     window.projectReplaced();
+    if (!keeper.GetReadOnlyReason().isNull()) {
+        ShowFailure(CGenericException(Text(StringId::ProjectOpenedReadOnly, ProjectNameOf(normalised)),
+                                      keeper.GetReadOnlyReason(), Text(StringId::SaveUnderOtherName)),
+                    window.widget);
+    }
     return true;
 }
 
 void CProjectDesk::Save()
 {
     if (keeper.IsReadOnly()) {
-        throw ReadOnlyFailure(keeper.GetPath());
+        throw ReadOnlyFailure(keeper.GetPath(), keeper.GetReadOnlyReason());
     }
     keeper.Save();
 }
@@ -135,7 +142,7 @@ void CProjectDesk::SaveAs()
     const QString path = NormalisedProjectPath(dialog.GetPath());
     CProjectLock lock(path);
     if (lock.GetState() == CProjectLock::State::OpenElsewhere) {
-        throw ReadOnlyFailure(path);
+        throw ReadOnlyFailure(path, QString());
     }
     keeper.SaveAs(path, std::move(lock));
     AddRecent(path);
@@ -154,7 +161,7 @@ void CProjectDesk::OpenEarlierVersion()
 {
     const QString path = keeper.GetPath();
     if (keeper.IsReadOnly()) {
-        throw ReadOnlyFailure(path);
+        throw ReadOnlyFailure(path, keeper.GetReadOnlyReason());
     }
     const QString state = AskForEarlierVersion(path, keeper.GetBackups().List(path), window.widget);
     if (state.isEmpty()) {
@@ -267,7 +274,7 @@ bool CProjectDesk::SaveAtEnd()
     try {
         // What was changed in a project that is read-only is lost unless it is saved elsewhere.
         if (keeper.IsReadOnly() && keeper.HasUnsavedChanges()) {
-            throw ReadOnlyFailure(keeper.GetPath());
+            throw ReadOnlyFailure(keeper.GetPath(), keeper.GetReadOnlyReason());
         }
         keeper.Save();
         return true;

@@ -37,6 +37,11 @@ void CProjectKeeper::Adopt(const QString& newPath, CProjectLock newLock)
     }
 }
 
+const QString& CProjectKeeper::GetReadOnlyReason() const
+{
+    return project.GetReadOnlyReason();
+}
+
 // The timer is not started again by each change: somebody who works on without a break is saved, too.
 void CProjectKeeper::MarkChanged()
 {

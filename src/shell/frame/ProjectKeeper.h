@@ -74,7 +74,11 @@ public:
 
     // Empty before the first project.
     const QString& GetPath() const { return path; }
-    bool IsReadOnly() const { return lock.GetState() == CProjectLock::State::OpenElsewhere; }
+    // The file is open elsewhere, or is one that the project can't be saved to.
+    bool IsReadOnly() const { return IsOpenElsewhere() || !GetReadOnlyReason().isNull(); }
+    bool IsOpenElsewhere() const { return lock.GetState() == CProjectLock::State::OpenElsewhere; }
+    // As CGalleryProject tells it.
+    const QString& GetReadOnlyReason() const;
     bool HasUnsavedChanges() const { return changed; }
 
 private:

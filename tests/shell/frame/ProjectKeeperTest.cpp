@@ -300,3 +300,20 @@ TEST_F(ProjectKeeper, AStateThatCanNotBeKeptHindersNoSave)
     ASSERT_EQ(keeper->GetBackups().List(path).size(), 1u);
     EXPECT_EQ(keeper->GetBackups().List(path)[0].pictures, 0);
 }
+
+TEST_F(ProjectKeeper, AFileOfANewerVersionIsNeverWritten)
+{
+    const QByteArray newer = "<project version=\"3.0\"><gallery index=\"0\" holograms=\"7\"/></project>";
+    fixture.scratch.Write(QStringLiteral("kept/a.gallery"), newer);
+    Open(1ms);
+    EXPECT_TRUE(keeper->IsReadOnly());
+    EXPECT_FALSE(keeper->IsOpenElsewhere());
+    AddPicture("a.jpg");
+    keeper->Save();
+    EXPECT_EQ(ReadWholeFile(path), newer);
+    EXPECT_TRUE(keeper->HasUnsavedChanges());
+    const QString copy = fixture.scratch.Path(QStringLiteral("kept/b.gallery"));
+    keeper->SaveAs(copy, CProjectLock(copy));
+    EXPECT_FALSE(keeper->IsReadOnly());
+    EXPECT_NE(ReadWholeFile(copy).indexOf("holograms"), -1);
+}
