@@ -3,6 +3,7 @@
 #include "common/FileSystem.h"
 #include "common/Text.h"
 #include "content/ImageProduction.h"
+#include "effects/ImageEffect.h"
 
 CContentGeneratorFolder::CContentGeneratorFolder(const Options& options, CImageProduction& production)
     : bannerServer(Narrow(options.bannerServer)), production(production)
@@ -13,7 +14,8 @@ CContentGeneratorFolder::CContentGeneratorFolder(const Options& options, CImageP
 void CContentGeneratorFolder::SetOutputFolder(const QString& path)
 {
     folder = path;
-    MakeDirectoryPath(GetImageFolder(QString()));
+    names.Clear();
+    MakeDirectoryPath(GetPictureFolder());
 }
 
 void CContentGeneratorFolder::GenerateBanner(const std::string& width, const std::string& height,
@@ -38,9 +40,18 @@ bool CContentGeneratorFolder::IsImageOverwriteForced() const
     return true;
 }
 
-QString CContentGeneratorFolder::GetImageFolder(const QString&) const
+QString CContentGeneratorFolder::GetPictureFolder() const
 {
     return WithTrailingSeparator(JoinPath(folder, QStringLiteral("pictures")));
+}
+
+QString CContentGeneratorFolder::GetImagePath(const WantedImage& image)
+{
+    const QString name = GetPictureFolder() + ExtractLastName(image.sourcePath);
+    return names.Claim({.wantedPath = image.effect.GetResultFileName(name),
+                        .sourcePath = image.sourcePath,
+                        .key = image.effect.GetKey(),
+                        .picture = image.picture});
 }
 
 QString CContentGeneratorFolder::GetImageUrl(const QString& filePath) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "content/ContentGeneratorBase.h"
+#include "content/PublishedNames.h"
 
 class CImageProduction;
 
@@ -25,12 +26,15 @@ protected:
     void WriteAdvertisementBody(const QString& text, std::ostream& out) override;
     void WriteCurrentUrl(CImageIterator& iterator, std::ostream& out) override;
     bool IsImageOverwriteForced() const override;
-    QString GetImageFolder(const QString& sourcePath) const override;
+    QString GetImagePath(const WantedImage& image) override;
     QString GetImageUrl(const QString& filePath) const override;
     void ProduceImage(const ImageRequest& request) override;
 
 private:
+    QString GetPictureFolder() const;
+
     QString folder;
+    CPublishedNames names;
     const std::string bannerServer;
     CImageProduction& production;
 };

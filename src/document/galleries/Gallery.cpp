@@ -163,7 +163,7 @@ void CGallery::RotatePicture(int32_t position, bool clockwise)
         return;
     }
     constexpr int32_t fullTurn = 4;
-    record->SetAngle((record->GetAngle() + (clockwise ? 1 : fullTurn - 1)) % fullTurn);
+    GetPictures().SetAngle(*record, (record->GetAngle() + (clockwise ? 1 : fullTurn - 1)) % fullTurn);
     UpdateCover(position);
 }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "document/pictures/PictureInfo.h"
+#include "document/pictures/PictureNames.h"
 
 // The records of a gallery or of a folder, in display order and by lower-cased path, with the earliest and
 // the latest date of its files. Owns the records. One thread at a time.
@@ -47,6 +48,11 @@ public:
     // Keeps the dates.
     void Clear();
 
+    // Changes of a record of the list by which its published files get other names. angle: quarter turns
+    // clockwise, 0 to 3.
+    void SetAngle(CPictureInfo& record, int32_t angle);
+    void SetNameSuffix(CPictureInfo& record, const QString& suffix);
+
     // images_count, min_creation_date, max_creation_date and the list's own variables. Empty for a name that
     // is not there.
     CVariant GetVariable(const QString& name) const;
@@ -66,6 +72,7 @@ private:
     const Order order;
     std::map<QString, std::unique_ptr<CPictureInfo>> byPath;
     std::vector<CPictureInfo*> entries;
+    CPictureNames names;
     CVariableMap variables;
     DateValue minDate = 0; // 0: none
     DateValue maxDate = 0;
