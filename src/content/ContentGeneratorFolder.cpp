@@ -2,11 +2,11 @@
 
 #include "common/FileSystem.h"
 #include "common/Text.h"
-#include "content/ImageProduction.h"
+#include "content/ImageRequest.h"
 #include "effects/ImageEffect.h"
 
-CContentGeneratorFolder::CContentGeneratorFolder(const Options& options, CImageProduction& production)
-    : bannerServer(Narrow(options.bannerServer)), production(production)
+CContentGeneratorFolder::CContentGeneratorFolder(const Options& options, CImageOrders& orders)
+    : bannerServer(Narrow(options.bannerServer)), makesFolders(options.makesFolders), orders(orders)
 {
     SetOutputFolder(options.targetFolder);
 }
@@ -15,7 +15,9 @@ void CContentGeneratorFolder::SetOutputFolder(const QString& path)
 {
     folder = path;
     names.Clear();
-    MakeDirectoryPath(GetPictureFolder());
+    if (makesFolders) {
+        MakeDirectoryPath(GetPictureFolder());
+    }
 }
 
 void CContentGeneratorFolder::GenerateBanner(const std::string& width, const std::string& height,
@@ -61,5 +63,5 @@ QString CContentGeneratorFolder::GetImageUrl(const QString& filePath) const
 
 void CContentGeneratorFolder::ProduceImage(const ImageRequest& request)
 {
-    production.Ask(request);
+    orders.Ask(request);
 }

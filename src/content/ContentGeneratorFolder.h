@@ -3,19 +3,20 @@
 #include "content/ContentGeneratorBase.h"
 #include "content/PublishedNames.h"
 
-class CImageProduction;
+class CImageOrders;
 
-// Lays a deployed gallery out in a folder: its images go into "pictures" below it and are asked of the image
-// production, which always makes them anew. One for a run; used on the generation thread.
+// Lays a deployed gallery out in a folder: its images go into "pictures" below it and are always ordered,
+// there or not. One for a run; used on the generation thread.
 class CContentGeneratorFolder final : public CContentGeneratorBase {
 public:
     struct Options {
         QString targetFolder;
-        QString bannerServer; // address of the frame that a banner shows
+        QString bannerServer;     // address of the frame that a banner shows
+        bool makesFolders = true; // false for a run that only finds out what would be written
     };
 
-    // production: borrowed, outlives this object. Makes the picture folder; throws CWin32Exception.
-    CContentGeneratorFolder(const Options& options, CImageProduction& production);
+    // orders: borrowed, outlives this object. Makes the picture folder; throws CWin32Exception.
+    CContentGeneratorFolder(const Options& options, CImageOrders& orders);
 
     // The output folder of the gallery in work. Makes its picture folder; throws CWin32Exception.
     void SetOutputFolder(const QString& path);
@@ -36,5 +37,6 @@ private:
     QString folder;
     CPublishedNames names;
     const std::string bannerServer;
-    CImageProduction& production;
+    const bool makesFolders;
+    CImageOrders& orders;
 };

@@ -101,7 +101,8 @@ std::vector<QString> CGallery::GetStyleDirectories() const
 {
     std::vector<QString> directories;
     const auto addOnce = [&](const QString& directory) {
-        if (std::none_of(directories.begin(), directories.end(),
+        if (!directory.isEmpty() &&
+            std::none_of(directories.begin(), directories.end(),
                          [&](const QString& other) { return EqualsIgnoreCase(directory, other); })) {
             directories.push_back(directory);
         }

@@ -9,6 +9,7 @@
 
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
+#include "common/TempFolder.h"
 #include "document/galleries/GalleryIterator.h"
 #include "document/pictures/PictureFiles.h"
 #include "document/project/GalleryElement.h"
@@ -124,6 +125,24 @@ void CGalleryProject::BecomeFile(const QString& newPath)
     }
     path = AbsolutePathOf(newPath);
     SetName(newPath);
+}
+
+std::unique_ptr<CGalleryProject> CGalleryProject::MakeCopy(CTempFolder& tempFolder) const
+{
+    CProjectEnvironment copyEnvironment = environment;
+    copyEnvironment.tempFolder = &tempFolder;
+    auto copy = std::make_unique<CGalleryProject>(copyEnvironment);
+    // The layouts and styles beside the project, too.
+    const QString file = path.isEmpty() ? tempFolder.GetPath() + QStringLiteral("project") : path;
+    copy->LoadTemplates(file);
+    copy->LoadStyles(file);
+    const auto document = CreateDocument(file);
+    WriteDocument(*document);
+    copy->ReadDocument(*document);
+    copy->path = path;
+    copy->name = name;
+    copy->loaded = true;
+    return copy;
 }
 
 void CGalleryProject::Clear()

@@ -56,6 +56,11 @@ public:
     // 32 hexadecimal digits by which the project is known whatever its file is called. Made by New, and anew
     // when the project is saved under another path. Empty for a file of an older version until it is saved.
     const QString& GetId() const { return id; }
+    // Of its file, absolute; empty before it has one.
+    const QString& GetPath() const { return path; }
+    // Another project with the same content, which knows the same file and is never saved: for a run that has
+    // to leave something out. tempFolder: takes its covers; borrowed.
+    std::unique_ptr<CGalleryProject> MakeCopy(CTempFolder& tempFolder) const;
     bool IsLoaded() const { return loaded; }
     void LoadTemplates() { catalogue.LoadTemplates(); }
     void LoadTemplates(const QString& projectPath) { catalogue.LoadTemplates(projectPath); }

@@ -36,11 +36,11 @@ void ReadStyle(CGallery& gallery, const CXmlElement& element)
     gallery.SetStyle(TextOf(style, "css"));
 }
 
-void ReadNameSuffix(const CXmlElement& element, CPictureInfo& record)
+void ReadNameSuffix(const CXmlElement& element, CPictureList& pictures, CPictureInfo& record)
 {
     const QString suffix = TextOf(element, "name_suffix");
     if (IsNameSuffix(suffix)) {
-        record.SetNameSuffix(suffix);
+        pictures.SetNameSuffix(record, suffix);
     }
 }
 
@@ -52,7 +52,7 @@ void ReadChild(CGallery& gallery, const CXmlElement& element)
     const CGallery* const child = manager.FindGallery(childIndex);
     if (child && child->GetParentIndexes().empty() && childIndex != manager.GetRootGalleryIndex()) {
         if (CPictureInfo* const entry = gallery.AddChild(childIndex)) {
-            ReadNameSuffix(element, *entry);
+            ReadNameSuffix(element, gallery.GetPictures(), *entry);
         }
     }
 }
@@ -73,7 +73,7 @@ void ReadPicture(CGallery& gallery, const CXmlElement& element, CPictureFinder& 
     CPictureInfo* const record =
         gallery.AppendPicture(path, QuarterTurns(GetAttributeLong(element, "angle")));
     if (record) {
-        ReadNameSuffix(element, *record);
+        ReadNameSuffix(element, gallery.GetPictures(), *record);
         ReadVariables(element, "picture_variable", record->GetVariables());
     }
 }
