@@ -22,6 +22,17 @@ QString WideName(const char* name)
     return QString::fromLatin1(name);
 }
 
+std::optional<int32_t> ReadLong(const QString& text)
+{
+    bool isNumber = false;
+    const double number = std::nearbyint(text.trimmed().toDouble(&isNumber));
+    // Asked this way round, since no comparison holds for "nan", which is read as a number.
+    if (!isNumber || !(number >= -2147483648.0 && number <= 4294967295.0)) {
+        return std::nullopt;
+    }
+    return static_cast<int32_t>(static_cast<int64_t>(number));
+}
+
 } // namespace
 
 CXmlException::CXmlException(const QString& path, const QString& reason, int line)
@@ -34,6 +45,11 @@ struct CXmlDocument::Content {
     pugi::xml_document dom;
     QByteArray bytes; // as loaded, for line numbers
 };
+
+QString CXmlElement::GetTag() const
+{
+    return Widen(pugi::xml_node(node).name());
+}
 
 CXmlElement CXmlElement::FindChild(const char* tag) const
 {
@@ -132,6 +148,10 @@ std::unique_ptr<CXmlDocument> LoadDocument(const QString& path)
     if (!FileExists(path)) {
         throw CXmlException(path, Text(StringId::XmlFileNotFound), 0);
     }
+    // A pipe would keep the program waiting for a writer, perhaps for ever.
+    if (const QFileInfo file(path); !file.isFile() && !file.isDir()) {
+        throw CXmlException(path, Text(StringId::XmlNotAFile), 0);
+    }
     auto document = std::make_unique<CXmlDocument>();
     document->path = path;
     QByteArray& bytes = document->content->bytes;
@@ -159,14 +179,18 @@ int32_t GetAttributeLong(const CXmlElement& element, const char* name)
     if (text.IsEmpty()) {
         return 0;
     }
-    bool isNumber = false;
-    const double number = std::nearbyint(text.GetString().trimmed().toDouble(&isNumber));
-    // Asked this way round, since no comparison holds for "nan", which is read as a number.
-    if (!isNumber || !(number >= -2147483648.0 && number <= 4294967295.0)) {
+    const std::optional<int32_t> number = ReadLong(text.GetString());
+    if (!number) {
         const ptrdiff_t offset = pugi::xml_node(element.node).offset_debug();
         throw CXmlException(element.document->path,
                             Text(StringId::XmlAttributeNotNumber, text.GetString(), WideName(name)),
                             element.document->LineAt(offset));
     }
-    return static_cast<int32_t>(static_cast<int64_t>(number));
+    return *number;
+}
+
+std::optional<int32_t> FindAttributeLong(const CXmlElement& element, const char* name)
+{
+    const CVariant text = GetAttributeText(element, name);
+    return text.IsEmpty() ? std::nullopt : ReadLong(text.GetString());
 }

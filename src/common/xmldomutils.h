@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include <QString>
@@ -36,6 +37,9 @@ public:
 
     explicit operator bool() const { return node != nullptr; }
 
+    // Empty for a null handle.
+    QString GetTag() const;
+
     // The first child element of that tag, or a null handle.
     CXmlElement FindChild(const char* tag) const;
     std::vector<CXmlElement> GetChildren(const char* tag) const;
@@ -47,8 +51,10 @@ public:
 
 private:
     friend class CXmlDocument;
+    friend class CXmlRest;
     friend CVariant GetAttributeText(const CXmlElement& element, const char* name);
     friend int32_t GetAttributeLong(const CXmlElement& element, const char* name);
+    friend std::optional<int32_t> FindAttributeLong(const CXmlElement& element, const char* name);
     CXmlElement(CXmlDocument* document, pugi::xml_node_struct* node) : document(document), node(node) {}
 
     CXmlDocument* document = nullptr;
@@ -102,3 +108,7 @@ CVariant GetAttributeText(const CXmlElement& element, const char* name);
 // 2^32 - 1 wraps round, since colours are written unsigned. Throws CXmlException with path, reason and
 // line if the text is no such number.
 int32_t GetAttributeLong(const CXmlElement& element, const char* name);
+
+// The same for a file in which one bad number must not cost the rest: nothing if the attribute is absent or
+// its text is no such number.
+std::optional<int32_t> FindAttributeLong(const CXmlElement& element, const char* name);

@@ -19,8 +19,9 @@ void LoadDefinitions(Map& map, const QString& folder)
     });
 }
 
+// The end if there is none.
 template <class Map>
-typename Map::const_iterator Choose(const Map& map, const QString& path)
+typename Map::const_iterator Find(const Map& map, const QString& path)
 {
     const auto exact = map.find(path);
     if (exact != map.end()) {
@@ -28,9 +29,15 @@ typename Map::const_iterator Choose(const Map& map, const QString& path)
     }
     // Keys are lower-cased.
     const QString fileName = Lower(ExtractLastName(path));
-    const auto moved = std::find_if(
-        map.begin(), map.end(), [&](const auto& entry) { return ExtractLastName(entry.first) == fileName; });
-    return moved != map.end() ? moved : map.begin();
+    return std::find_if(map.begin(), map.end(),
+                        [&](const auto& entry) { return ExtractLastName(entry.first) == fileName; });
+}
+
+template <class Map>
+typename Map::const_iterator Choose(const Map& map, const QString& path)
+{
+    const auto found = Find(map, path);
+    return found != map.end() ? found : map.begin();
 }
 
 const QString TemplatesFolder = QStringLiteral("Templates");
@@ -86,6 +93,11 @@ CGalleryCatalogue::Templates::const_iterator CGalleryCatalogue::ChooseTemplate(c
 CGalleryCatalogue::Styles::const_iterator CGalleryCatalogue::ChooseStyle(const QString& path) const
 {
     return Choose(styles, path);
+}
+
+CGalleryCatalogue::Styles::const_iterator CGalleryCatalogue::FindStyle(const QString& path) const
+{
+    return Find(styles, path);
 }
 
 CGalleryCatalogue::Styles::const_iterator CGalleryCatalogue::ChooseDefaultStyle() const

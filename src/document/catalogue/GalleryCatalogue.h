@@ -39,6 +39,8 @@ public:
     // first. The end only if there are none.
     Templates::const_iterator ChooseTemplate(const QString& path) const;
     Styles::const_iterator ChooseStyle(const QString& path) const;
+    // Likewise, but the end if there is none of that file name either.
+    Styles::const_iterator FindStyle(const QString& path) const;
     // The first style that is marked as default, else the first.
     Styles::const_iterator ChooseDefaultStyle() const;
 

@@ -92,3 +92,32 @@ bool CGalleryContent::IsElementVisibleOnPage(const QString& name)
 {
     return visibility.Note(layout.GetTemplatePage(), name);
 }
+
+std::set<QString> CGalleryContent::GetWatermarks() const
+{
+    std::set<QString> paths;
+    for (const CImageStampParams& stamp : imageStamps) {
+        if (!stamp.file.isEmpty()) {
+            paths.insert(stamp.file);
+        }
+    }
+    return paths;
+}
+
+FileTrace CGalleryContent::GetWatermarkTrace(const QString& path) const
+{
+    const auto found = watermarkTraces.find(path);
+    return found != watermarkTraces.end() ? found->second : FileTrace();
+}
+
+bool CGalleryContent::RelocateWatermark(const QString& oldPath, const QString& newPath)
+{
+    bool isFound = false;
+    for (CImageStampParams& stamp : imageStamps) {
+        if (stamp.file == oldPath && !oldPath.isEmpty()) {
+            stamp.file = newPath;
+            isFound = true;
+        }
+    }
+    return isFound;
+}

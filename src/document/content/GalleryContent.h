@@ -11,7 +11,9 @@
 #include <QString>
 
 #include "common/Variant.h"
+#include "common/XmlRest.h"
 #include "document/content/GalleryLayout.h"
+#include "document/files/FileTrace.h"
 #include "document/pictures/PictureInfo.h"
 #include "document/pictures/PictureList.h"
 #include "effects/StampParams.h"
@@ -27,6 +29,18 @@ struct GalleryTexts {
     CVariableMap own; // of the object "gallery"
     Pages pages;
     Advertisements advertisements;
+};
+
+// What a project's file says of a gallery beyond what this version knows, by the elements that it stands in.
+// A plain record.
+struct GalleryRests {
+    CXmlRest gallery;
+    CXmlRest style;
+    CXmlRest pictureList;
+    std::map<GalleryTexts::PageKey, CXmlRest> pages;
+    std::map<QString, CXmlRest> visibility; // by page file name
+    std::array<CXmlRest, 3> imageStamps;
+    std::array<CXmlRest, 3> textStamps;
 };
 
 // Which elements of a gallery's pages are shown. Elements are entered when a page first asks about them.
@@ -117,6 +131,18 @@ public:
     ImageStamps& GetImageStamps() { return imageStamps; }
     const TextStamps& GetTextStamps() const { return textStamps; }
     TextStamps& GetTextStamps() { return textStamps; }
+    // The paths of the watermarks in use, whether they are there or not, each once.
+    std::set<QString> GetWatermarks() const;
+    // As read from the project's file; empty for a path that it has no trace of.
+    FileTrace GetWatermarkTrace(const QString& path) const;
+    void SetWatermarkTrace(const QString& path, const FileTrace& trace) { watermarkTraces[path] = trace; }
+    // False if no stamp has the old path.
+    bool RelocateWatermark(const QString& oldPath, const QString& newPath);
+
+    // --- What is only kept.
+
+    const GalleryRests& GetRests() const { return rests; }
+    GalleryRests& GetRests() { return rests; }
 
 protected:
     // Lists a child gallery where the current page adds what is new. It must not be listed yet.
@@ -134,4 +160,6 @@ private:
     CPageVisibility visibility;
     ImageStamps imageStamps;
     TextStamps textStamps;
+    std::map<QString, FileTrace> watermarkTraces; // by path; of other watermarks than are in use as well
+    GalleryRests rests;
 };

@@ -33,7 +33,7 @@ const CGalleryStyle* CGalleryLayout::GetStyleOfPage(const QString& baseName) con
 {
     const auto chosen = pageStyles.find(baseName);
     if (chosen != pageStyles.end()) {
-        const auto style = catalogue->GetStyles().find(chosen->second);
+        const auto style = catalogue->FindStyle(chosen->second);
         if (style != catalogue->GetStyles().end()) {
             return &style->second;
         }
@@ -48,6 +48,7 @@ bool CGalleryLayout::ChooseTemplate(const QString& path)
         return false;
     }
     currentTemplate = chosen;
+    keptTemplateKey.clear();
     const CGalleryTemplate& layout = chosen->second;
     // A layout without pages leaves the page alone: asking for a page of it says what is wrong.
     if (!layout.HasPage(templatePage) && !layout.GetPages().empty()) {
@@ -86,6 +87,39 @@ void CGalleryLayout::SetStyle(const QString& path)
         pageStyles[pageBaseName] = chosen->first;
     }
     currentStyle = chosen;
+    keptStyleKey.clear();
+}
+
+void CGalleryLayout::ShowStyle(const QString& key)
+{
+    const auto found = catalogue->FindStyle(key);
+    if (found != catalogue->GetStyles().end()) {
+        currentStyle = found;
+        keptStyleKey = found->first != key ? key : QString();
+    }
+}
+
+void CGalleryLayout::KeepTemplateKey(const QString& key)
+{
+    keptTemplateKey = key != GetTemplateKey() ? key : QString();
+}
+
+void CGalleryLayout::KeepStyleKey(const QString& key)
+{
+    keptStyleKey = key != GetStyleKey() ? key : QString();
+    if (!keptStyleKey.isEmpty() && !pageBaseName.isEmpty()) {
+        pageStyles[pageBaseName] = keptStyleKey;
+    }
+}
+
+QString CGalleryLayout::GetWrittenTemplateKey() const
+{
+    return keptTemplateKey.isEmpty() ? GetTemplateKey() : keptTemplateKey;
+}
+
+QString CGalleryLayout::GetWrittenStyleKey() const
+{
+    return keptStyleKey.isEmpty() ? GetStyleKey() : keptStyleKey;
 }
 
 bool CGalleryLayout::IsAddedAtFront() const
@@ -98,7 +132,7 @@ std::vector<QString> CGalleryLayout::GetStyleDirectories() const
 {
     std::vector<QString> directories;
     for (const auto& [page, key] : pageStyles) {
-        const auto style = catalogue->GetStyles().find(key);
+        const auto style = catalogue->FindStyle(key);
         if (style != catalogue->GetStyles().end()) {
             directories.push_back(style->second.directory);
         }

@@ -23,7 +23,7 @@ public:
     // Null if there are no styles. The key is empty then.
     const CGalleryStyle* GetStyle() const;
     QString GetStyleKey() const;
-    // The style chosen for that page, as far as it exists, else the gallery's style.
+    // The style chosen for that page, by its key or by its file name, else the gallery's style.
     const CGalleryStyle* GetStyleOfPage(const QString& pageBaseName) const;
 
     // The current page: its file name, cut at its first ".". All empty before a page was chosen.
@@ -48,6 +48,16 @@ public:
     void RestoreTemplatePage(const QString& name);
     // The style becomes that of the gallery and of the current page.
     void SetStyle(const QString& path);
+    // The gallery's style becomes the one that was chosen for a page; nothing is chosen anew. Nothing happens
+    // if it isn't installed.
+    void ShowStyle(const QString& key);
+
+    // To be called after ChooseTemplate and SetStyle with a key that was read from a project's file: a layout
+    // or style that isn't installed just now stays the one that is written, until another is chosen.
+    void KeepTemplateKey(const QString& key);
+    void KeepStyleKey(const QString& key);
+    QString GetWrittenTemplateKey() const;
+    QString GetWrittenStyleKey() const;
 
     // Whether what is added while the current page is shown goes to the front of the gallery.
     bool IsAddedAtFront() const;
@@ -59,6 +69,8 @@ private:
     const CGalleryCatalogue* catalogue;
     CGalleryCatalogue::Templates::const_iterator currentTemplate; // the end if there are no layouts
     CGalleryCatalogue::Styles::const_iterator currentStyle;       // the end if there are no styles
+    QString keptTemplateKey; // that is written instead of the layout's own; empty for none
+    QString keptStyleKey;
     QString pageBaseName;
     QString pageExtension;
     QString templatePage;

@@ -114,25 +114,27 @@ std::vector<QString> CGallery::GetStyleDirectories() const
     return directories;
 }
 
-CPictureInfo* CGallery::AddPicture(const QString& path)
+AddedPicture CGallery::AddPicture(const QString& path)
 {
     return AddFile({.path = path, .angle = 0, .atFront = GetLayout().IsAddedAtFront()});
 }
 
-CPictureInfo* CGallery::AppendPicture(const QString& path, int32_t angle)
+AddedPicture CGallery::AppendPicture(const QString& path, int32_t angle)
 {
     return AddFile({.path = path, .angle = angle, .atFront = false});
 }
 
-CPictureInfo* CGallery::AddFile(const NewFile& file)
+AddedPicture CGallery::AddFile(const NewFile& file)
 {
     // A cover is shown through its gallery's entry, which must not be replaced by a plain picture.
     if (IsChild(GetPictures().FindRecord(file.path))) {
-        return nullptr;
+        return {};
     }
-    CPictureInfo* const record = GetPictures().AddFile(file.path, file.angle, file.atFront);
-    UpdateCover(PositionOfAdded(record));
-    return record;
+    const AddedPicture added = GetPictures().AddFile(file.path, file.angle, file.atFront);
+    if (added.isNew) {
+        UpdateCover(PositionOfAdded(added.record));
+    }
+    return added;
 }
 
 void CGallery::RemovePicture(int32_t position)

@@ -39,10 +39,11 @@ public:
 
     // --- Pictures. Positions outside the list change nothing.
 
-    // Null, and nothing changed, for the file of a child gallery's cover.
-    CPictureInfo* AddPicture(const QString& path);
+    // A picture that is there already stays as it is, with its texts, angle and place. No record, and nothing
+    // changed, for the file of a child gallery's cover.
+    AddedPicture AddPicture(const QString& path);
     // The same at the end of the list, whatever the page says, and with an angle: for reading a project.
-    CPictureInfo* AppendPicture(const QString& path, int32_t angle);
+    AddedPicture AppendPicture(const QString& path, int32_t angle);
     // Removes the gallery from the project if the entry is a child gallery.
     void RemovePicture(int32_t position);
     // Swaps the two.
@@ -103,7 +104,7 @@ private:
         int32_t angle;
         bool atFront;
     };
-    CPictureInfo* AddFile(const NewFile& file);
+    AddedPicture AddFile(const NewFile& file);
     int32_t ScaledPageNumber(const CGalleryLayout& before);
     int32_t PositionOfAdded(const CPictureInfo* record) const;
     bool IsAtOrAbove(const CGallery& gallery) const;

@@ -151,7 +151,7 @@ std::optional<bool> FollowPageLink(CGalleryContent& gallery, const QString& url)
     if (layout.SetTemplatePage(page->base + page->extension)) {
         const QString newStyle = StyleChosenFor(layout, layout.GetPageBaseName());
         if (!newStyle.isNull()) {
-            layout.SetStyle(newStyle);
+            layout.ShowStyle(newStyle);
             styleChanged = newStyle != oldStyle;
         }
     }

@@ -1,14 +1,7 @@
 #include "document/pictures/PictureFiles.h"
 
-#include <QFileInfo>
-
 #include "common/FileSystem.h"
 #include "common/Text.h"
-
-bool IsFile(const QString& path)
-{
-    return QFileInfo(path).isFile();
-}
 
 bool IsPictureFile(const QString& name)
 {
@@ -32,36 +25,4 @@ std::vector<QString> ListPictureFiles(const QString& folder)
         }
     }
     return paths;
-}
-
-QString CPictureFinder::Find(const QString& path)
-{
-    return IsFile(path) ? path : FindPictureInFolders(path);
-}
-
-QString CPictureFinder::FindPictureInFolders(const QString& path)
-{
-    const QString name = ExtractLastName(path);
-    if (IsFile(projectFolder + name)) {
-        return projectFolder + name;
-    }
-    for (const QString& folder : ListSubfolders()) {
-        if (IsFile(folder + name)) {
-            return folder + name;
-        }
-    }
-    return QString();
-}
-
-const QStringList& CPictureFinder::ListSubfolders()
-{
-    if (!subfolders) {
-        subfolders.emplace();
-        for (const DirectoryEntry& entry : ListDirectory(projectFolder)) {
-            if (entry.isDirectory) {
-                subfolders->append(WithTrailingSeparator(projectFolder + entry.name));
-            }
-        }
-    }
-    return *subfolders;
 }

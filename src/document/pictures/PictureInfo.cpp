@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "common/FileSystem.h"
+#include "common/Text.h"
 
 namespace {
 
@@ -58,6 +59,33 @@ std::optional<CVariant> CFilePictureInfo::GetVariable(const QString& name) const
         return property;
     }
     return variables.Find(name);
+}
+
+void CFilePictureInfo::SetState(const FileState& state)
+{
+    isThere = state.isThere;
+    date = state.date;
+    size = state.isThere ? state.size : size;
+}
+
+void CFilePictureInfo::SetTrace(const FileTrace& newTrace)
+{
+    trace = newTrace;
+    tracedPath = path;
+    size = isThere ? size : trace.size;
+}
+
+FileTrace CFilePictureInfo::GetTrace() const
+{
+    FileTrace current = path == tracedPath ? trace : FileTrace();
+    current.size = size;
+    return current;
+}
+
+void CFilePictureInfo::SetPath(const QString& newPath)
+{
+    path = newPath;
+    size = path == tracedPath ? trace.size : -1;
 }
 
 std::optional<CVariant> CGalleryPictureInfo::GetVariable(const QString& name) const

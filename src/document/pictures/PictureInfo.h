@@ -5,8 +5,9 @@
 
 #include <QString>
 
-#include "common/Text.h"
 #include "common/Variant.h"
+#include "common/XmlRest.h"
+#include "document/files/FileTrace.h"
 
 // One entry of a gallery's content: a picture file, or a link to a child gallery. Layouts can't tell the two
 // apart. Owned by the CPictureList that holds it; used on the thread of that list.
@@ -35,11 +36,16 @@ public:
     const QString& GetNameSuffix() const { return nameSuffix; }
     void SetNameSuffix(const QString& suffix) { nameSuffix = suffix; }
 
-    // The lower-cased path under which a list keeps the record. Unlike GetPath it never makes a file.
-    virtual QString GetKey() const { return Lower(GetPath()); }
+    // What the project's file says of it beyond what this version knows.
+    const CXmlRest& GetRest() const { return rest; }
+    void SetRest(const CXmlRest& newRest) { rest = newRest; }
+
+    // The path under which a list keeps the record. Unlike GetPath it never makes a file.
+    virtual QString GetKey() const { return GetPath(); }
 
 private:
     QString nameSuffix;
+    CXmlRest rest;
 };
 
 // Whether a text can be a suffix of names: up to 32 letters and digits of ASCII, "-" and "_". Others could
@@ -65,13 +71,27 @@ public:
 
     void SetThumbnailPath(const QString& newPath) { thumbnailPath = newPath; }
     void SetDate(DateValue newDate) { date = newDate; }
-    void SetIsThere(bool newIsThere) { isThere = newIsThere; }
+    // Bytes, as when it was last there; -1 if that isn't known.
+    int64_t GetSize() const { return size; }
+    // The size of an absent file stays the one that is known.
+    void SetState(const FileState& state);
+
+    // As read from the project's file. It belongs to the path that the record has then.
+    void SetTrace(const FileTrace& newTrace);
+    // Without a relative path if none was read for the record's present path.
+    FileTrace GetTrace() const;
+
+    // For the list that owns the record: it has to be kept under its path.
+    void SetPath(const QString& newPath);
 
 private:
-    const QString path;
+    QString path;
     QString thumbnailPath;
     CVariableMap variables;
     DateValue date = 0;
+    int64_t size = -1;
+    FileTrace trace;
+    QString tracedPath; // that the trace belongs to
     int32_t angle;
     bool isThere = true;
 };
@@ -116,7 +136,7 @@ public:
     // Always empty.
     const CVariableMap& GetVariables() const override;
     CVariableMap& GetVariables() override;
-    QString GetKey() const override { return Lower(gallery.GetCoverName()); }
+    QString GetKey() const override { return gallery.GetCoverName(); }
 
 private:
     CListedGallery& gallery;

@@ -2,40 +2,29 @@
 
 #include <algorithm>
 
-#include <QFileInfo>
+#include <QDateTime>
 
-#include "document/pictures/PictureFiles.h"
+#include "common/Text.h"
 
-namespace {
-
-// 0 for a file that can't be queried.
-DateValue LastWriteDate(const QString& path)
-{
-    const QDateTime moment = QFileInfo(path).lastModified();
-    return moment.isValid() ? DateFromLocalTime(moment) : 0;
-}
-
-} // namespace
-
-CPictureInfo* CPictureList::AddFile(const QString& path, int32_t angle, bool atFront)
+AddedPicture CPictureList::AddFile(const QString& path, int32_t angle, bool atFront)
 {
     return AddFile(path, QString(), angle, atFront);
 }
 
-CPictureInfo* CPictureList::AddFile(const QString& path, const QString& thumbnailPath, int32_t angle,
-                                    bool atFront)
+AddedPicture CPictureList::AddFile(const QString& path, const QString& thumbnailPath, int32_t angle,
+                                   bool atFront)
 {
+    const auto known = byPath.find(path);
+    if (known != byPath.end()) {
+        return {.record = known->second.get(), .isNew = false};
+    }
     auto record = std::make_unique<CFilePictureInfo>(path, angle);
     record->SetThumbnailPath(thumbnailPath);
     record->SetVariable(QStringLiteral("addition_date"),
                         CVariant::Date(DateFromLocalTime(QDateTime::currentDateTime())));
-    record->SetIsThere(IsFile(path));
-    const DateValue date = LastWriteDate(path);
-    if (date != 0) {
-        record->SetDate(date);
-        CountDate(date);
-    }
-    return Add(std::move(record), atFront);
+    record->SetState(LookAtFile(path));
+    CountDate(record->GetDate());
+    return {.record = Add(std::move(record), atFront), .isNew = true};
 }
 
 CPictureInfo* CPictureList::Add(std::unique_ptr<CPictureInfo> record, bool atFront)
@@ -70,7 +59,7 @@ CPictureInfo* CPictureList::GetAt(int32_t position)
 
 const CPictureInfo* CPictureList::FindRecord(const QString& path) const
 {
-    const auto found = byPath.find(Lower(path));
+    const auto found = byPath.find(path);
     return found != byPath.end() ? found->second.get() : nullptr;
 }
 
@@ -126,7 +115,7 @@ void CPictureList::MoveTo(const CPictureInfo* record, int32_t position)
 
 void CPictureList::Rekey(const QString& path)
 {
-    const auto old = byPath.find(Lower(path));
+    const auto old = byPath.find(path);
     if (old == byPath.end()) {
         return;
     }
@@ -136,6 +125,59 @@ void CPictureList::Rekey(const QString& path)
         byPath.erase(old);
         byPath.emplace(key, std::move(record));
     }
+}
+
+bool CPictureList::Relocate(const QString& path, const QString& newPath)
+{
+    const auto found = byPath.find(path);
+    auto* const record =
+        found != byPath.end() ? dynamic_cast<CFilePictureInfo*>(found->second.get()) : nullptr;
+    if (!record || byPath.count(newPath) != 0) {
+        return false;
+    }
+    const DateValue oldDate = record->GetDate();
+    record->SetPath(newPath);
+    record->SetState(LookAtFile(newPath));
+    if (oldDate != 0) {
+        RecountAfter(oldDate);
+    }
+    CountDate(record->GetDate());
+    Rekey(path);
+    names.Claim(*record);
+    return true;
+}
+
+bool CPictureList::LookForFiles()
+{
+    bool isNews = false;
+    bool hasLostEarliest = false;
+    bool hasLostLatest = false;
+    for (CPictureInfo* entry : entries) {
+        auto* const record = dynamic_cast<CFilePictureInfo*>(entry);
+        if (!record) {
+            continue;
+        }
+        FileState state = LookAtFile(record->GetPath());
+        const DateValue oldDate = record->GetDate();
+        if (state.isThere == record->IsThere()) {
+            state.date = oldDate; // taken when it came; the layouts' texts don't change by a look
+            record->SetState(state);
+            continue;
+        }
+        isNews = true;
+        record->SetState(state);
+        CountDate(record->GetDate());
+        hasLostEarliest = hasLostEarliest || (!state.isThere && oldDate == minDate);
+        hasLostLatest = hasLostLatest || (!state.isThere && oldDate == maxDate);
+    }
+    // Once for all: a disk takes all its pictures along.
+    if (hasLostEarliest) {
+        RecountEarliest();
+    }
+    if (hasLostLatest) {
+        RecountLatest();
+    }
+    return isNews;
 }
 
 void CPictureList::Clear()
@@ -173,8 +215,12 @@ CVariant CPictureList::GetVariable(const QString& name) const
     return variables.Find(name).value_or(CVariant());
 }
 
+// 0 is no date.
 void CPictureList::CountDate(DateValue date)
 {
+    if (date == 0) {
+        return;
+    }
     if (minDate == 0 || date < minDate) {
         minDate = date;
     }
@@ -183,23 +229,33 @@ void CPictureList::CountDate(DateValue date)
     }
 }
 
-// Odd on purpose: counts the entries of child galleries too, which adding them does not.
 void CPictureList::RecountAfter(DateValue removed)
 {
     if (removed == minDate) {
-        minDate = 0;
-        for (const CPictureInfo* entry : entries) {
-            const DateValue date = entry->GetDate();
-            if (minDate == 0 || date < minDate) {
-                minDate = date;
-            }
-        }
+        RecountEarliest();
     }
     if (removed == maxDate) {
-        maxDate = 0;
-        for (const CPictureInfo* entry : entries) {
-            maxDate = std::max(maxDate, entry->GetDate());
+        RecountLatest();
+    }
+}
+
+// Odd on purpose, as in the latest: counts the entries of child galleries too, which adding them does not.
+void CPictureList::RecountEarliest()
+{
+    minDate = 0;
+    for (const CPictureInfo* entry : entries) {
+        const DateValue date = entry->GetDate();
+        if (entry->IsThere() && (minDate == 0 || date < minDate)) {
+            minDate = date;
         }
+    }
+}
+
+void CPictureList::RecountLatest()
+{
+    maxDate = 0;
+    for (const CPictureInfo* entry : entries) {
+        maxDate = std::max(maxDate, entry->GetDate());
     }
 }
 

@@ -8,8 +8,17 @@
 #include "document/pictures/PictureInfo.h"
 #include "document/pictures/PictureNames.h"
 
-// The records of a gallery or of a folder, in display order and by lower-cased path, with the earliest and
-// the latest date of its files. Owns the records. One thread at a time.
+// What adding a path has come to.
+struct AddedPicture {
+    CPictureInfo* record = nullptr; // null if nothing may be added there
+    bool isNew = false;             // false: it was there already, and has stayed as it was
+
+    explicit operator bool() const { return record != nullptr; }
+};
+
+// The records of a gallery or of a folder, in display order and by path, with the earliest and the latest
+// date of its files. Letter case counts: "IMG_1.JPG" and "img_1.jpg" are two pictures. Owns the records. One
+// thread at a time.
 class CPictureList {
 public:
     enum class Order { ByUser, ByDate };
@@ -19,10 +28,11 @@ public:
     CPictureList(const CPictureList&) = delete;
     CPictureList& operator=(const CPictureList&) = delete;
 
-    // A file record with the variable addition_date set to now. A path that the list has already, in whatever
-    // capitals, is replaced in place and loses its variables.
-    CPictureInfo* AddFile(const QString& path, int32_t angle, bool atFront);
-    CPictureInfo* AddFile(const QString& path, const QString& thumbnailPath, int32_t angle, bool atFront);
+    // A file record with the variable addition_date set to now. A path that the list has already stays as it
+    // is, with its texts, angle, place and date of addition.
+    AddedPicture AddFile(const QString& path, int32_t angle, bool atFront);
+    AddedPicture AddFile(const QString& path, const QString& thumbnailPath, int32_t angle, bool atFront);
+    // A record of the same key is replaced in place.
     CPictureInfo* Add(std::unique_ptr<CPictureInfo> record, bool atFront);
 
     // Null for a position outside the list.
@@ -45,6 +55,11 @@ public:
     void MoveTo(const CPictureInfo* record, int32_t position);
     // To be called with the old path after a change of a record's path.
     void Rekey(const QString& path);
+    // Gives a file record another path; texts, angle and place stay. False, and nothing changed, for a path
+    // without a file record and for one that the list has already.
+    bool Relocate(const QString& path, const QString& newPath);
+    // Looks which files are there. True if one has come or gone since they were last looked for.
+    bool LookForFiles();
     // Keeps the dates.
     void Clear();
 
@@ -60,13 +75,15 @@ public:
     const CVariableMap& GetVariables() const { return variables; }
     CVariableMap& GetVariables() { return variables; }
 
-    // Of its files; 0 if none has a date.
+    // Of its files that are there; 0 if none has a date.
     DateValue GetMinDate() const { return minDate; }
     DateValue GetMaxDate() const { return maxDate; }
 
 private:
     void CountDate(DateValue date);
     void RecountAfter(DateValue removed);
+    void RecountEarliest();
+    void RecountLatest();
     void SortLast();
 
     const Order order;

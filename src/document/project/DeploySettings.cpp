@@ -10,17 +10,14 @@ void ReadTextUnlessEmpty(const CXmlElement& element, const char* name, QString& 
     }
 }
 
-} // namespace
-
-void CDeploySettings::Reset()
+int32_t NumberOf(const CXmlElement& element, const char* name)
 {
-    CDeploySettings defaults;
-    defaults.folder = folder;
-    defaults.ftp_directory = ftp_directory;
-    *this = defaults;
+    return FindAttributeLong(element, name).value_or(0);
 }
 
-void CDeploySettings::Write(CXmlElement& project) const
+} // namespace
+
+CXmlElement CDeploySettings::Write(CXmlElement& project) const
 {
     CXmlElement element = project.AppendChild("deploy_settings");
     element.SetAttribute("folder", folder);
@@ -29,6 +26,7 @@ void CDeploySettings::Write(CXmlElement& project) const
     element.SetAttribute("ftp_destination", ftp_destination);
     element.SetAttribute("ftp_directory", ftp_directory);
     element.SetAttribute("open_browser_after_deploy", open_browser_after_deploy ? 1 : 0);
+    return element;
 }
 
 void CDeploySettings::Read(const CXmlElement& project)
@@ -39,13 +37,13 @@ void CDeploySettings::Read(const CXmlElement& project)
     }
     ReadTextUnlessEmpty(element, "folder", folder);
     ReadTextUnlessEmpty(element, "ftp_directory", ftp_directory);
-    destination_kind = GetAttributeLong(element, "destination_kind");
-    redeploy_mode = GetAttributeLong(element, "redeploy_mode");
+    destination_kind = NumberOf(element, "destination_kind");
+    redeploy_mode = NumberOf(element, "redeploy_mode");
     // Odd on purpose: a missing attribute reads as 0 and means "none", so the first destination of the store
     // is lost on reading and has to be chosen again.
-    ftp_destination = GetAttributeLong(element, "ftp_destination");
+    ftp_destination = NumberOf(element, "ftp_destination");
     if (ftp_destination == 0) {
         ftp_destination = -1;
     }
-    open_browser_after_deploy = GetAttributeLong(element, "open_browser_after_deploy") != 0;
+    open_browser_after_deploy = NumberOf(element, "open_browser_after_deploy") != 0;
 }

@@ -17,11 +17,8 @@ struct CDeploySettings {
 
     bool operator==(const CDeploySettings&) const = default;
 
-    // Back to the defaults, but for folder and ftp_directory, which go on as suggestions.
-    void Reset();
-
-    // Appends the element "deploy_settings" to the project's element.
-    void Write(CXmlElement& project) const;
-    // Without the element nothing changes. Throws CUnexpectedException for a number that is none.
+    // Appends the element "deploy_settings" to the project's element and returns it.
+    CXmlElement Write(CXmlElement& project) const;
+    // Without the element nothing changes. A number that is none counts as missing.
     void Read(const CXmlElement& project);
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <limits>
+#include <utility>
 
 #include <QDir>
 #include <QFileInfo>
@@ -11,8 +12,6 @@
 #include "common/FileSystem.h"
 #include "common/TempFolder.h"
 #include "document/galleries/GalleryIterator.h"
-#include "document/pictures/PictureFiles.h"
-#include "document/project/GalleryElement.h"
 #include "document/project/ProjectIdentity.h"
 
 namespace {
@@ -47,6 +46,7 @@ void CGalleryProject::Open(const QString& path)
     SetName(path);
     if (FileExists(path)) {
         Load(path);
+        SetName(path); // a file may name no folder
     } else {
         New();
         Save(path);
@@ -63,7 +63,7 @@ void CGalleryProject::New()
     }
     AddFolder(environment.picturesFolder);
     CreateGallery(0);
-    id = MakeProjectId();
+    identity.id = MakeProjectId();
     loaded = true;
 }
 
@@ -80,7 +80,7 @@ void CGalleryProject::Load(const QString& path)
         ClearContent();
         throw;
     }
-    this->path = AbsolutePathOf(path);
+    identity.path = AbsolutePathOf(path);
     loaded = true;
 }
 
@@ -89,7 +89,13 @@ void CGalleryProject::Save(const QString& path)
     if (!loaded) {
         return;
     }
-    const Identity before = GetIdentity();
+    if (!identity.readOnlyReason.isNull() && IsSameProjectFile(identity.path, path)) {
+        throw CGenericException(Text(StringId::ProjectMayOnlyBeRead, path), identity.readOnlyReason,
+                                Text(StringId::SaveUnderAnotherName));
+    }
+    const ProjectIdentity before = identity;
+    const QString oldName = name;
+    const QString oldDeployFolder = deploySettings.folder;
     try {
         BecomeFile(path);
         MakeDirectoryPath(AbsoluteFolderOf(path));
@@ -97,34 +103,26 @@ void CGalleryProject::Save(const QString& path)
         WriteDocument(*document);
         document->Save(path);
     } catch (const CExceptionBase&) {
-        SetIdentity(before);
+        identity = before;
+        name = oldName;
+        deploySettings.folder = oldDeployFolder;
         throw;
     }
 }
 
-CGalleryProject::Identity CGalleryProject::GetIdentity() const
-{
-    return {.path = path, .id = id, .name = name, .deployFolder = deploySettings.folder};
-}
-
-void CGalleryProject::SetIdentity(const Identity& identity)
-{
-    path = identity.path;
-    id = identity.id;
-    name = identity.name;
-    deploySettings.folder = identity.deployFolder;
-}
-
 // A project that has a file and is saved elsewhere becomes another one: what is known of the first by its id,
 // its published files above all, stays with the first.
-void CGalleryProject::BecomeFile(const QString& newPath)
+void CGalleryProject::BecomeFile(const QString& path)
 {
-    const bool isElsewhere = !path.isEmpty() && !IsSameProjectFile(path, newPath);
-    if (id.isEmpty() || isElsewhere) {
-        id = MakeProjectId();
+    const bool isElsewhere = !identity.path.isEmpty() && !IsSameProjectFile(identity.path, path);
+    if (isElsewhere) {
+        identity = {};
     }
-    path = AbsolutePathOf(newPath);
-    SetName(newPath);
+    if (identity.id.isEmpty()) {
+        identity.id = MakeProjectId();
+    }
+    identity.path = AbsolutePathOf(path);
+    SetName(path);
 }
 
 std::unique_ptr<CGalleryProject> CGalleryProject::MakeCopy(CTempFolder& tempFolder) const
@@ -133,13 +131,14 @@ std::unique_ptr<CGalleryProject> CGalleryProject::MakeCopy(CTempFolder& tempFold
     copyEnvironment.tempFolder = &tempFolder;
     auto copy = std::make_unique<CGalleryProject>(copyEnvironment);
     // The layouts and styles beside the project, too.
-    const QString file = path.isEmpty() ? tempFolder.GetPath() + QStringLiteral("project") : path;
+    const QString file =
+        identity.path.isEmpty() ? tempFolder.GetPath() + QStringLiteral("project") : identity.path;
     copy->LoadTemplates(file);
     copy->LoadStyles(file);
     const auto document = CreateDocument(file);
     WriteDocument(*document);
     copy->ReadDocument(*document);
-    copy->path = path;
+    copy->identity.path = identity.path;
     copy->name = name;
     copy->loaded = true;
     return copy;
@@ -155,10 +154,11 @@ void CGalleryProject::Clear()
 void CGalleryProject::ClearContent()
 {
     loaded = false;
-    path.clear();
-    id.clear();
+    identity = {};
+    rests = {};
+    absentWatermarks.clear();
     recentFolders.Clear();
-    deploySettings.Reset();
+    deploySettings = CDeploySettings();
     galleries.clear();
     currentGalleryIndex = 0;
     rootGalleryIndex = 0;
@@ -171,80 +171,6 @@ void CGalleryProject::SetName(const QString& path)
         // Cut at the first dot anywhere, a folder's too.
         deploySettings.folder = CutAtFirstDot(path).stem;
     }
-}
-
-void CGalleryProject::ReadDocument(CXmlDocument& document)
-{
-    ReadFolders(document);
-    ReadGalleries(document);
-    deploySettings.Read(document.GetRoot());
-}
-
-void CGalleryProject::ReadFolders(CXmlDocument& document)
-{
-    const uint32_t maxCount = settings.GetDWord(QStringLiteral("RecentFoldersCount"));
-    for (const CXmlElement& folder : document.FindAll("folder")) {
-        const QString path = GetAttributeText(folder, "path").GetString();
-        if (!path.isEmpty()) {
-            recentFolders.Add(path, maxCount);
-        }
-    }
-    if (const CXmlElement folders = document.GetRoot().FindChild("project_folders")) {
-        SetRecentFolder(GetAttributeText(folders, "recent_folder").GetString());
-    }
-}
-
-void CGalleryProject::ReadGalleries(CXmlDocument& document)
-{
-    const CXmlElement root = document.GetRoot();
-    const QString writtenId = GetAttributeText(root, "id").GetString();
-    id = IsProjectId(writtenId) ? writtenId : QString();
-    rootGalleryIndex = GetAttributeLong(root, "root_gallery_index");
-    currentGalleryIndex = GetAttributeLong(root, "current_gallery_index");
-    std::vector<CXmlElement> elements = root.GetChildren("gallery");
-    CPictureFinder finder(AbsoluteFolderOf(document.GetPath()));
-    if (elements.empty()) {
-        // A file of the single-gallery kind: the root itself is the element of the one gallery.
-        currentGalleryIndex = rootGalleryIndex;
-        ReadGallery(CreateGallery(rootGalleryIndex), root, finder);
-        return;
-    }
-    // Parents name their children by index, so that all galleries have to be there before the first is read.
-    for (const CXmlElement& element : elements) {
-        CreateGallery(GetAttributeLong(element, "index")).GetCover().Hold();
-    }
-    if (!FindGallery(rootGalleryIndex)) {
-        rootGalleryIndex = galleries.begin()->first;
-    }
-    if (!FindGallery(currentGalleryIndex)) {
-        currentGalleryIndex = rootGalleryIndex;
-    }
-    for (const CXmlElement& element : elements) {
-        ReadGallery(*FindGallery(GetAttributeLong(element, "index")), element, finder);
-    }
-    for (CGallery* gallery : ChildrenBeforeParents()) {
-        gallery->GetCover().Release();
-    }
-}
-
-void CGalleryProject::WriteDocument(CXmlDocument& document) const
-{
-    CXmlElement root = document.CreateRoot("project");
-    root.SetAttribute("version", QStringLiteral("2.0"));
-    root.SetAttribute("root_gallery_index", rootGalleryIndex);
-    root.SetAttribute("current_gallery_index", currentGalleryIndex);
-    root.SetAttribute("id", id);
-    CXmlElement folders = root.AppendChild("project_folders");
-    folders.SetAttribute("recent_folder", GetRecentFolder());
-    for (const QString& path : GetFolders()) {
-        folders.AppendChild("folder").SetAttribute("path", path);
-    }
-    for (const auto& [index, gallery] : galleries) {
-        if (gallery) {
-            WriteGallery(*gallery, root);
-        }
-    }
-    deploySettings.Write(root);
 }
 
 CGallery& CGalleryProject::CreateGallery(int32_t index)
@@ -266,24 +192,6 @@ CGallery* CGalleryProject::FindGallery(int32_t index)
 {
     const auto found = galleries.find(index);
     return found != galleries.end() ? found->second.get() : nullptr;
-}
-
-// All galleries there are, each after its children.
-std::vector<CGallery*> CGalleryProject::ChildrenBeforeParents()
-{
-    std::vector<CGallery*> ordered;
-    for (const auto& [index, gallery] : galleries) {
-        if (gallery && gallery->GetParentIndexes().empty()) {
-            ordered.push_back(gallery.get());
-        }
-    }
-    for (size_t i = 0; i < ordered.size(); ++i) {
-        for (const int32_t child : ordered[i]->GetChildren()) {
-            ordered.push_back(FindGallery(child));
-        }
-    }
-    std::reverse(ordered.begin(), ordered.end());
-    return ordered;
 }
 
 int32_t CGalleryProject::AddGallery()
@@ -449,4 +357,29 @@ QString CGalleryProject::GetBannerServer() const
 QString CGalleryProject::GetBannerFeed() const
 {
     return settings.GetString(QStringLiteral("BannerFeed"));
+}
+
+bool CGalleryProject::LookForFiles()
+{
+    bool isNews = false;
+    for (const auto& [index, gallery] : galleries) {
+        if (gallery && gallery->GetPictures().LookForFiles()) {
+            gallery->UpdateCover(0);
+            isNews = true;
+        }
+    }
+    return LookForWatermarks() || isNews;
+}
+
+bool CGalleryProject::LookForWatermarks()
+{
+    std::set<QString> absent;
+    for (const auto& [index, gallery] : galleries) {
+        for (const QString& path : gallery ? gallery->GetWatermarks() : std::set<QString>()) {
+            if (!IsFile(path)) {
+                absent.insert(path);
+            }
+        }
+    }
+    return std::exchange(absentWatermarks, absent) != absent;
 }

@@ -3,6 +3,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <vector>
 
 #include <QString>
@@ -13,7 +14,9 @@
 #include "document/cover/CoverCache.h"
 #include "document/galleries/Gallery.h"
 #include "document/galleries/GalleryManager.h"
+#include "document/project/AbsentFiles.h"
 #include "document/project/DeploySettings.h"
+#include "document/project/ProjectIdentity.h"
 #include "document/project/RecentFolders.h"
 
 // What a project needs of the machine that it is opened on. The pointers are borrowed, are not null and
@@ -46,18 +49,22 @@ public:
     void Open(const QString& path);
     // Throws CWin32Exception if the system names no pictures folder, and what bad definitions throw.
     void New();
-    // Throws CUnexpectedException for a file that is not well-formed or holds a number that is none, and what
-    // bad definitions throw. The file is never touched.
+    // Throws CUnexpectedException for a file that is not well-formed, and what bad definitions throw. The
+    // file is never touched. Pictures and watermarks whose files are not there are looked for, and stay.
     void Load(const QString& path);
     // Makes the folder if need be and replaces the file as a whole. Nothing happens in a project that is not
-    // loaded. Throws CWin32Exception, with project and old file unchanged.
+    // loaded. Throws CWin32Exception, and CGenericException for a file that may only be read, with project
+    // and old file unchanged.
     void Save(const QString& path);
     void Clear();
     // 32 hexadecimal digits by which the project is known whatever its file is called. Made by New, and anew
     // when the project is saved under another path. Empty for a file of an older version until it is saved.
-    const QString& GetId() const { return id; }
+    const QString& GetId() const { return identity.id; }
+    // Why the project can't be saved to the file that it was read from; null if it can. Such a project can be
+    // saved under another path.
+    const QString& GetReadOnlyReason() const { return identity.readOnlyReason; }
     // Of its file, absolute; empty before it has one.
-    const QString& GetPath() const { return path; }
+    const QString& GetPath() const { return identity.path; }
     // Another project with the same content, which knows the same file and is never saved: for a run that has
     // to leave something out. tempFolder: takes its covers; borrowed.
     std::unique_ptr<CGalleryProject> MakeCopy(CTempFolder& tempFolder) const;
@@ -82,6 +89,15 @@ public:
     // Puts a new gallery, which becomes the current one, between the gallery and its parent. Returns its
     // index, or -1 if there is no such gallery. Throws what CGallery::SetTemplate throws.
     int32_t AddParentGallery(int32_t index);
+
+    // --- Files of pictures and watermarks. See AbsentFiles.h.
+
+    // Looks at all of them. True if one has come or gone since the last time.
+    bool LookForFiles();
+    std::vector<AbsentFile> GetAbsentFiles() const { return ListAbsentFiles(galleries); }
+    std::set<QString> GetPresentFiles() const { return ListPresentFiles(galleries); }
+    // Returns how many entries have moved.
+    int32_t Relocate(const std::vector<FileMove>& moves) { return MoveFiles(galleries, moves); }
 
     // --- Folders, catalogue, settings.
 
@@ -124,20 +140,14 @@ public:
     CCoverCache& GetCoverCache() override { return coverCache; }
 
 private:
-    struct Identity {
-        QString path; // of the file, absolute; empty for a project that has none yet
-        QString id;
-        QString name;
-        QString deployFolder;
-    };
-    Identity GetIdentity() const;
-    void SetIdentity(const Identity& identity);
     void BecomeFile(const QString& path);
     void SetName(const QString& path);
     void ClearContent();
     void ReadDocument(CXmlDocument& document);
     void ReadFolders(CXmlDocument& document);
     void ReadGalleries(CXmlDocument& document);
+    void FindFilesAgain(const QString& folder);
+    bool LookForWatermarks();
     void WriteDocument(CXmlDocument& document) const;
     CGallery& CreateGallery(int32_t index);
     std::vector<CGallery*> ChildrenBeforeParents();
@@ -152,8 +162,9 @@ private:
     CCoverCache coverCache;
     bool loaded = false;
     bool previewMode = true;
-    QString path; // of its file, absolute; empty before it has one
-    QString id;
+    ProjectIdentity identity;
+    ProjectRests rests;
+    std::set<QString> absentWatermarks; // as they were last looked for
     QString name;
     CDeploySettings deploySettings;
     std::map<int32_t, std::unique_ptr<CGallery>> galleries;

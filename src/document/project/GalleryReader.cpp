@@ -1,5 +1,4 @@
 #include "document/galleries/Gallery.h"
-#include "document/pictures/PictureFiles.h"
 #include "document/project/GalleryElement.h"
 
 namespace {
@@ -12,6 +11,11 @@ QString TextOf(const CXmlElement& element, const char* name)
 bool HasAttribute(const CXmlElement& element, const char* name)
 {
     return !GetAttributeText(element, name).IsEmpty();
+}
+
+int32_t NumberOf(const CXmlElement& element, const char* name)
+{
+    return FindAttributeLong(element, name).value_or(0);
 }
 
 // 0 to 3, whatever a file says: the rest of the program relies on it.
@@ -27,13 +31,17 @@ void ReadStyle(CGallery& gallery, const CXmlElement& element)
     if (!style) {
         return;
     }
+    CGalleryLayout& layout = gallery.GetLayout();
     gallery.SetTemplate(TextOf(style, "template"));
+    layout.KeepTemplateKey(TextOf(style, "template"));
     // A gallery that has never had a page is written with an empty one.
     const QString page = TextOf(style, "template_page");
     if (page.contains(QLatin1Char('.'))) {
         gallery.SetTemplatePage(page);
     }
     gallery.SetStyle(TextOf(style, "css"));
+    layout.KeepStyleKey(TextOf(style, "css"));
+    gallery.GetRests().style = CXmlRest(style, {{"template", "template_page", "css"}, {}});
 }
 
 void ReadNameSuffix(const CXmlElement& element, CPictureList& pictures, CPictureInfo& record)
@@ -47,60 +55,83 @@ void ReadNameSuffix(const CXmlElement& element, CPictureList& pictures, CPicture
 // A tree has one road to each gallery: the first listing of a gallery counts, and the root has none.
 void ReadChild(CGallery& gallery, const CXmlElement& element)
 {
-    const int32_t childIndex = GetAttributeLong(element, "index");
+    const int32_t childIndex = NumberOf(element, "index");
     CGalleryManager& manager = gallery.GetManager();
     const CGallery* const child = manager.FindGallery(childIndex);
-    if (child && child->GetParentIndexes().empty() && childIndex != manager.GetRootGalleryIndex()) {
-        if (CPictureInfo* const entry = gallery.AddChild(childIndex)) {
-            ReadNameSuffix(element, gallery.GetPictures(), *entry);
+    if (!child || !child->GetParentIndexes().empty() || childIndex == manager.GetRootGalleryIndex()) {
+        return;
+    }
+    if (CPictureInfo* const entry = gallery.AddChild(childIndex)) {
+        ReadNameSuffix(element, gallery.GetPictures(), *entry);
+        entry->SetRest(CXmlRest(element, {{"index", "name_suffix"}, {}}));
+    }
+}
+
+FileTrace TraceOf(const CXmlElement& element, const QString& folder)
+{
+    bool isNumber = false;
+    const qint64 size = TextOf(element, "size").toLongLong(&isNumber);
+    return {
+        .relative = TextOf(element, "relative"), .folder = folder, .size = isNumber && size >= 0 ? size : -1};
+}
+
+void ReadFilePicture(CGallery& gallery, const CXmlElement& element, const QString& folder)
+{
+    const int32_t angle = QuarterTurns(NumberOf(element, "angle"));
+    const AddedPicture added = gallery.AppendPicture(TextOf(element, "path"), angle);
+    auto* const record = dynamic_cast<CFilePictureInfo*>(added.record);
+    if (!record) {
+        return;
+    }
+    // One that is listed twice has its last angle and the texts of both.
+    gallery.GetPictures().SetAngle(*record, angle);
+    record->SetTrace(TraceOf(element, folder));
+    ReadNameSuffix(element, gallery.GetPictures(), *record);
+    CXmlRest rest(element, {{"path", "angle", "relative", "size", "name_suffix"}, {"picture_variable"}});
+    ReadVariables(element, "picture_variable", record->GetVariables(), rest);
+    record->SetRest(rest);
+}
+
+void ReadPictures(CGallery& gallery, const CXmlElement& element, const QString& folder)
+{
+    const CXmlElement list = element.FindChild("picture_list");
+    // "name" stands in files of the first version.
+    CXmlRest rest(list, {{"name"}, {"picture", "picture_list_variable"}});
+    for (const CXmlElement& picture : list.GetChildren("picture")) {
+        if (HasAttribute(picture, "index")) {
+            ReadChild(gallery, picture);
+        } else if (!TextOf(picture, "path").isEmpty()) {
+            ReadFilePicture(gallery, picture, folder);
+        } else {
+            rest.Keep(picture);
+        }
+    }
+    ReadVariables(list, "picture_list_variable", gallery.GetPictures().GetVariables(), rest);
+    gallery.GetRests().pictureList = rest;
+}
+
+void ReadPages(const CXmlElement& element, CGallery& gallery)
+{
+    for (const CXmlElement& page : element.GetChildren("page")) {
+        const GalleryTexts::PageKey key(TextOf(page, "name"), NumberOf(page, "index"));
+        CXmlRest rest(page, {{"name", "index"}, {"page_variable"}});
+        ReadVariables(page, "page_variable", gallery.GetTexts().pages[key], rest);
+        if (!rest.IsEmpty()) {
+            gallery.GetRests().pages[key] = rest;
         }
     }
 }
 
-void ReadPicture(CGallery& gallery, const CXmlElement& element, CPictureFinder& finder)
-{
-    if (HasAttribute(element, "index")) {
-        ReadChild(gallery, element);
-        return;
-    }
-    if (!HasAttribute(element, "path")) {
-        return;
-    }
-    const QString path = finder.Find(TextOf(element, "path"));
-    if (path.isNull()) {
-        return;
-    }
-    CPictureInfo* const record =
-        gallery.AppendPicture(path, QuarterTurns(GetAttributeLong(element, "angle")));
-    if (record) {
-        ReadNameSuffix(element, gallery.GetPictures(), *record);
-        ReadVariables(element, "picture_variable", record->GetVariables());
-    }
-}
-
-void ReadPictures(CGallery& gallery, const CXmlElement& element, CPictureFinder& finder)
-{
-    const CXmlElement list = element.FindChild("picture_list");
-    for (const CXmlElement& picture : list.GetChildren("picture")) {
-        ReadPicture(gallery, picture, finder);
-    }
-    ReadVariables(list, "picture_list_variable", gallery.GetPictures().GetVariables());
-}
-
-void ReadPages(const CXmlElement& element, GalleryTexts& texts)
-{
-    for (const CXmlElement& page : element.GetChildren("page")) {
-        const GalleryTexts::PageKey key(TextOf(page, "name"), GetAttributeLong(page, "index"));
-        ReadVariables(page, "page_variable", texts.pages[key]);
-    }
-}
-
-void ReadVisibility(CGalleryContent& gallery, const CXmlElement& element)
+void ReadVisibility(CGallery& gallery, const CXmlElement& element)
 {
     for (const CXmlElement& page : element.GetChildren("page_visibility")) {
+        const QString name = TextOf(page, "name");
         for (const CXmlElement& state : page.GetChildren("visible_element")) {
-            gallery.GetVisibility().SetElement(TextOf(page, "name"), TextOf(state, "name"),
-                                               GetAttributeLong(state, "visible") != 0);
+            gallery.GetVisibility().SetElement(name, TextOf(state, "name"), NumberOf(state, "visible") != 0);
+        }
+        const CXmlRest rest(page, {{"name"}, {"visible_element"}});
+        if (!rest.IsEmpty()) {
+            gallery.GetRests().visibility[name] = rest;
         }
     }
 }
@@ -114,18 +145,19 @@ void ReadPageStyles(CGalleryContent& gallery, const CXmlElement& element)
     }
 }
 
-// The slot's common fields; null for an index that names no slot.
-template <class Params>
-Params* ReadStampSlot(const CXmlElement& stamp, std::array<Params, CGalleryContent::StampCount>& stamps)
+// Nothing for an index that names no slot or is none: a newer version may have more of them.
+std::optional<size_t> StampSlotOf(const CXmlElement& stamp)
 {
-    const int32_t slot = GetAttributeLong(stamp, "index");
-    if (slot < 0 || static_cast<size_t>(slot) >= stamps.size()) {
-        return nullptr;
-    }
-    Params& params = stamps[static_cast<size_t>(slot)];
-    params.position = GetAttributeLong(stamp, "position");
-    params.margin = GetAttributeLong(stamp, "margin");
-    return &params;
+    const std::optional<int32_t> slot =
+        HasAttribute(stamp, "index") ? FindAttributeLong(stamp, "index") : std::optional(0);
+    const bool isSlot = slot && *slot >= 0 && static_cast<size_t>(*slot) < CGalleryContent::StampCount;
+    return isSlot ? std::optional(static_cast<size_t>(*slot)) : std::nullopt;
+}
+
+void ReadStamp(const CXmlElement& stamp, CStampParams& params)
+{
+    params.position = NumberOf(stamp, "position");
+    params.margin = NumberOf(stamp, "margin");
 }
 
 void ReadTextIfThere(const CXmlElement& element, const char* name, QString& field)
@@ -135,26 +167,43 @@ void ReadTextIfThere(const CXmlElement& element, const char* name, QString& fiel
     }
 }
 
-void ReadImageStamps(CGalleryContent& gallery, const CXmlElement& element)
+void ReadImageStamps(CGallery& gallery, const CXmlElement& element, const QString& folder)
 {
     for (const CXmlElement& stamp : element.GetChildren("image_stamp")) {
-        if (CImageStampParams* params = ReadStampSlot(stamp, gallery.GetImageStamps())) {
-            ReadTextIfThere(stamp, "file", params->file);
-            params->transparency = GetAttributeLong(stamp, "transparency");
+        const std::optional<size_t> slot = StampSlotOf(stamp);
+        if (!slot) {
+            gallery.GetRests().gallery.Keep(stamp);
+            continue;
         }
+        CImageStampParams& params = gallery.GetImageStamps()[*slot];
+        ReadStamp(stamp, params);
+        ReadTextIfThere(stamp, "file", params.file);
+        params.transparency = NumberOf(stamp, "transparency");
+        if (!params.file.isEmpty()) {
+            gallery.SetWatermarkTrace(params.file, TraceOf(stamp, folder));
+        }
+        gallery.GetRests().imageStamps[*slot] = CXmlRest(
+            stamp, {{"index", "position", "margin", "file", "transparency", "relative", "size"}, {}});
     }
 }
 
-void ReadTextStamps(CGalleryContent& gallery, const CXmlElement& element)
+void ReadTextStamps(CGallery& gallery, const CXmlElement& element)
 {
     for (const CXmlElement& stamp : element.GetChildren("text_stamp")) {
-        if (CTextStampParams* params = ReadStampSlot(stamp, gallery.GetTextStamps())) {
-            ReadTextIfThere(stamp, "font", params->font);
-            ReadTextIfThere(stamp, "text", params->text);
-            params->font_size = GetAttributeLong(stamp, "font_size");
-            params->font_style = GetAttributeLong(stamp, "font_style");
-            params->color = static_cast<uint32_t>(GetAttributeLong(stamp, "color"));
+        const std::optional<size_t> slot = StampSlotOf(stamp);
+        if (!slot) {
+            gallery.GetRests().gallery.Keep(stamp);
+            continue;
         }
+        CTextStampParams& params = gallery.GetTextStamps()[*slot];
+        ReadStamp(stamp, params);
+        ReadTextIfThere(stamp, "font", params.font);
+        ReadTextIfThere(stamp, "text", params.text);
+        params.font_size = NumberOf(stamp, "font_size");
+        params.font_style = NumberOf(stamp, "font_style");
+        params.color = static_cast<uint32_t>(NumberOf(stamp, "color"));
+        gallery.GetRests().textStamps[*slot] = CXmlRest(
+            stamp, {{"index", "position", "margin", "font", "text", "font_size", "font_style", "color"}, {}});
     }
 }
 
@@ -174,18 +223,39 @@ void ReadAdvertisements(CGalleryContent& gallery, const CXmlElement& element)
     }
 }
 
+XmlNames NamesOfGallery(GalleryElementKind kind)
+{
+    XmlNames names = {{"index"},
+                      {"style", "picture_list", "page", "project_variable", "page_visibility", "page_style",
+                       "image_stamp", "text_stamp", "advertisement"}};
+    if (kind == GalleryElementKind::WholeProject) {
+        const XmlNames project = NamesOfProject();
+        names.attributes = project.attributes;
+        names.elements.insert(names.elements.end(), project.elements.begin(), project.elements.end());
+    }
+    return names;
+}
+
 } // namespace
 
-void ReadGallery(CGallery& gallery, const CXmlElement& element, CPictureFinder& finder)
+XmlNames NamesOfProject()
 {
+    return {{"version", "root_gallery_index", "current_gallery_index", "id"},
+            {"project_folders", "folder", "gallery", "deploy_settings"}};
+}
+
+void ReadGallery(CGallery& gallery, const CXmlElement& element, const GalleryElementContext& context)
+{
+    CXmlRest& rest = gallery.GetRests().gallery;
+    rest = CXmlRest(element, NamesOfGallery(context.kind));
     // The layout comes first: it says where children land and which pages advertisements belong to.
     ReadStyle(gallery, element);
-    ReadPictures(gallery, element, finder);
-    ReadPages(element, gallery.GetTexts());
-    ReadVariables(element, "project_variable", gallery.GetTexts().own);
+    ReadPictures(gallery, element, context.folder);
+    ReadPages(element, gallery);
+    ReadVariables(element, "project_variable", gallery.GetTexts().own, rest);
     ReadVisibility(gallery, element);
     ReadPageStyles(gallery, element);
-    ReadImageStamps(gallery, element);
+    ReadImageStamps(gallery, element, context.folder);
     ReadTextStamps(gallery, element);
     ReadAdvertisements(gallery, element);
     gallery.UpdateCover(0);

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "common/Text.h"
-
 bool CRecentFolders::Add(const QString& path, uint32_t maxCount)
 {
     if (Find(path) != folders.end()) {
@@ -44,6 +42,5 @@ void CRecentFolders::Clear()
 
 std::vector<QString>::const_iterator CRecentFolders::Find(const QString& path) const
 {
-    return std::find_if(folders.begin(), folders.end(),
-                        [&](const QString& folder) { return EqualsIgnoreCase(folder, path); });
+    return std::find(folders.begin(), folders.end(), path);
 }

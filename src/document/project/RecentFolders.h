@@ -5,8 +5,8 @@
 
 #include <QString>
 
-// The picture folders that were used last, oldest first, and the one of them that is selected. Paths compare
-// without regard to case.
+// The picture folders that were used last, oldest first, and the one of them that is selected. Letter
+// case counts.
 class CRecentFolders {
 public:
     // False, and nothing changed, for a folder that is here already. A list of maxCount folders or more loses

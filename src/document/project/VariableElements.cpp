@@ -35,7 +35,7 @@ void WriteValue(CXmlElement& element, const CVariant& value)
     }
 }
 
-// Empty for a value that is to be left out.
+// Empty for a number that is none.
 CVariant ReadNumber(const CXmlElement& element, CVariant::Type type)
 {
     bool isNumber = false;
@@ -46,19 +46,36 @@ CVariant ReadNumber(const CXmlElement& element, CVariant::Type type)
     return type == CVariant::Type::Date ? CVariant::Date(number) : CVariant::Real(number);
 }
 
+CVariant ReadInteger(const CXmlElement& element)
+{
+    if (GetAttributeText(element, "lVal").IsEmpty()) {
+        return CVariant(0);
+    }
+    const std::optional<int32_t> number = FindAttributeLong(element, "lVal");
+    return number ? CVariant(*number) : CVariant();
+}
+
+// Empty for a value that can't be read.
 CVariant ReadValue(const CXmlElement& element)
 {
-    const auto type = static_cast<CVariant::Type>(GetAttributeLong(element, "vt"));
-    if (type == CVariant::Type::Integer) {
-        return CVariant(GetAttributeLong(element, "lVal"));
-    }
-    if (type == CVariant::Type::String) {
+    switch (static_cast<CVariant::Type>(FindAttributeLong(element, "vt").value_or(0))) {
+    case CVariant::Type::Integer:
+        return ReadInteger(element);
+    case CVariant::Type::String:
         return CVariant(GetAttributeText(element, "bstrVal").GetString());
-    }
-    if (type == CVariant::Type::Real || type == CVariant::Type::Date) {
-        return ReadNumber(element, type);
+    case CVariant::Type::Real:
+    case CVariant::Type::Date:
+        return ReadNumber(element, static_cast<CVariant::Type>(*FindAttributeLong(element, "vt")));
+    case CVariant::Type::Empty:
+        break;
     }
     return CVariant();
+}
+
+// Of a type, if only one that isn't known here. Empty variables are written with type 0.
+bool SaysType(const CXmlElement& element)
+{
+    return !GetAttributeText(element, "vt").IsEmpty() && FindAttributeLong(element, "vt") != 0;
 }
 
 } // namespace
@@ -73,13 +90,15 @@ void WriteVariables(CXmlElement& parent, const char* tag, const CVariableMap& va
     }
 }
 
-void ReadVariables(const CXmlElement& parent, const char* tag, CVariableMap& variables)
+void ReadVariables(const CXmlElement& parent, const char* tag, CVariableMap& variables, CXmlRest& rest)
 {
     for (const CXmlElement& element : parent.GetChildren(tag)) {
         const CVariant value = ReadValue(element);
         const CVariant name = GetAttributeText(element, "name");
         if (!name.IsEmpty() && !value.IsEmpty()) {
             variables.Set(name.GetString(), value);
+        } else if (SaysType(element)) {
+            rest.Keep(element);
         }
     }
 }

@@ -161,7 +161,7 @@ TEST(GalleryLayout, ALayoutWithoutPagesLeavesThePageAlone)
     gallery.SetTemplatePage(QStringLiteral("one.html"));
     gallery.SetTemplate(QStringLiteral("none.xml"));
     EXPECT_EQ(gallery.GetLayout().GetTemplatePage(), QStringLiteral("one.html"));
-    EXPECT_NE(gallery.AddPicture(test.MakePicture(QStringLiteral("a.jpg"))), nullptr);
+    EXPECT_TRUE(gallery.AddPicture(test.MakePicture(QStringLiteral("a.jpg"))));
 }
 
 TEST(GalleryLayout, AStyleStaysWithThePageThatItWasChosenFor)

@@ -80,8 +80,8 @@ TEST(GalleryPictures, AreAddedByTheOrderOfTheCurrentPage)
     gallery.SetTemplatePage(QStringLiteral("front.html"));
     gallery.AddPicture(test.MakePicture(QStringLiteral("3.jpg")));
     EXPECT_EQ(CTestProject::Entries(gallery), QStringLiteral("3.jpg 1.jpg 2.jpg"));
-    gallery.AddPicture(test.Path(QStringLiteral("pictures/2.JPG")));
-    EXPECT_EQ(CTestProject::Entries(gallery), QStringLiteral("3.jpg 1.jpg 2.JPG"));
+    EXPECT_FALSE(gallery.AddPicture(test.Path(QStringLiteral("pictures/2.jpg"))).isNew);
+    EXPECT_EQ(CTestProject::Entries(gallery), QStringLiteral("3.jpg 1.jpg 2.jpg"));
     EXPECT_EQ(gallery.GetPictures().GetAt(0)->GetAngle(), 0);
 }
 
@@ -183,7 +183,7 @@ TEST(GalleryPictures, APictureOfACoversPathDoesNotPushTheChildOut)
     CTestProject test;
     CGallery& gallery = test.NewGallery();
     test.project.AddChildGallery(-1);
-    EXPECT_EQ(gallery.AddPicture(test.project.FindGallery(1)->GetCoverPath()), nullptr);
+    EXPECT_FALSE(gallery.AddPicture(test.project.FindGallery(1)->GetCoverPath()));
     EXPECT_EQ(CTestProject::Entries(gallery), QStringLiteral("<1>"));
 }
 

@@ -71,22 +71,84 @@ TEST(PictureList, AddsAtTheEndOrAtTheFront)
 TEST(PictureList, KeepsAThumbnailPathOnlyWhereOneIsGiven)
 {
     CPictureList list;
-    EXPECT_EQ(list.AddFile(QStringLiteral("a"), QStringLiteral("t"), 1, false)->GetThumbnailPath(),
+    EXPECT_EQ(list.AddFile(QStringLiteral("a"), QStringLiteral("t"), 1, false).record->GetThumbnailPath(),
               QStringLiteral("t"));
-    EXPECT_TRUE(list.AddFile(QStringLiteral("b"), 0, false)->GetThumbnailPath().isEmpty());
+    EXPECT_TRUE(list.AddFile(QStringLiteral("b"), 0, false).record->GetThumbnailPath().isEmpty());
     EXPECT_TRUE(CMovingRecord(QStringLiteral("c")).GetThumbnailPath().isEmpty());
 }
 
-TEST(PictureList, APathInOtherCapitalsReplacesTheRecordInPlaceAndLosesItsVariables)
+TEST(PictureList, LetterCaseCounts)
 {
     CPictureList list;
-    list.AddFile(QStringLiteral("/p/A.jpg"), 0, false)
-        ->SetVariable(QStringLiteral("title"), CVariant(QStringLiteral("old")));
+    list.AddFile(QStringLiteral("/p/A.jpg"), 1, false);
+    EXPECT_TRUE(list.AddFile(QStringLiteral("/p/a.JPG"), 2, false).isNew);
+    EXPECT_EQ(Names(list), QStringLiteral("/p/A.jpg /p/a.JPG"));
+    EXPECT_EQ(list.Find(QStringLiteral("/p/a.JPG")), 1);
+    EXPECT_EQ(list.Find(QStringLiteral("/P/a.JPG")), -1);
+}
+
+TEST(PictureList, APathThatIsThereAlreadyStaysAsItIs)
+{
+    CPictureList list;
+    CPictureInfo* const first = list.AddFile(QStringLiteral("/p/a.jpg"), 3, false).record;
+    first->SetVariable(QStringLiteral("title"), CVariant(QStringLiteral("old")));
+    first->SetVariable(QStringLiteral("addition_date"), CVariant::Date(7.5));
     list.AddFile(QStringLiteral("/p/b.jpg"), 0, false);
-    CPictureInfo* const added = list.AddFile(QStringLiteral("/P/a.JPG"), 2, true);
-    EXPECT_EQ(Names(list), QStringLiteral("/P/a.JPG /p/b.jpg"));
-    EXPECT_EQ(list.GetAt(0), added);
-    EXPECT_EQ(Property(*added, QStringLiteral("title")), QStringLiteral("not found"));
+    const AddedPicture again = list.AddFile(QStringLiteral("/p/a.jpg"), 2, true);
+    EXPECT_FALSE(again.isNew);
+    EXPECT_EQ(again.record, first);
+    EXPECT_EQ(Names(list), QStringLiteral("/p/a.jpg /p/b.jpg"));
+    EXPECT_EQ(first->GetAngle(), 3);
+    EXPECT_EQ(Property(*first, QStringLiteral("title")), QStringLiteral("old"));
+    EXPECT_EQ(Property(*first, QStringLiteral("addition_date")), QStringLiteral("date:7.5"));
+}
+
+TEST(PictureList, ARelocatedPictureKeepsPlaceTextsAndAngle)
+{
+    CTestProject test;
+    CPictureList list;
+    list.AddFile(QStringLiteral("/gone/a.jpg"), 3, false)
+        .record->SetVariable(QStringLiteral("title"), CVariant(QStringLiteral("t")));
+    list.AddFile(QStringLiteral("/gone/b.jpg"), 0, false);
+    EXPECT_EQ(list.GetMinDate(), 0);
+    const QString found = test.MakePicture(QStringLiteral("a.jpg"), QDate(2020, 1, 1));
+    EXPECT_TRUE(list.Relocate(QStringLiteral("/gone/a.jpg"), found));
+    EXPECT_EQ(Names(list), found + QStringLiteral(" /gone/b.jpg"));
+    EXPECT_EQ(list.Find(found), 0);
+    EXPECT_EQ(list.Find(QStringLiteral("/gone/a.jpg")), -1);
+    EXPECT_TRUE(list.GetAt(0)->IsThere());
+    EXPECT_EQ(list.GetAt(0)->GetAngle(), 3);
+    EXPECT_EQ(Property(*list.GetAt(0), QStringLiteral("title")), QStringLiteral("t"));
+    EXPECT_EQ(list.GetMinDate(), Day2020);
+    EXPECT_EQ(list.GetMaxDate(), Day2020);
+    EXPECT_FALSE(list.Relocate(QStringLiteral("/gone/b.jpg"), found));
+    EXPECT_FALSE(list.Relocate(QStringLiteral("/never/there.jpg"), QStringLiteral("/x")));
+    EXPECT_TRUE(list.Relocate(found, QStringLiteral("/gone/a.jpg")));
+    EXPECT_FALSE(list.GetAt(0)->IsThere());
+    EXPECT_EQ(list.GetMinDate(), 0);
+}
+
+TEST(PictureList, LooksWhichFilesHaveComeAndGone)
+{
+    CTestProject test;
+    CPictureList list;
+    const QString early = test.MakePicture(QStringLiteral("e.jpg"), QDate(2020, 1, 1));
+    const QString late = test.MakePicture(QStringLiteral("l.jpg"), QDate(2020, 1, 3));
+    list.AddFile(early, 0, false);
+    list.AddFile(QStringLiteral("/gone.jpg"), 0, false);
+    list.AddFile(late, 0, false);
+    EXPECT_FALSE(list.LookForFiles());
+    ASSERT_TRUE(QFile::rename(early, early + QStringLiteral("x")));
+    EXPECT_TRUE(list.LookForFiles());
+    EXPECT_FALSE(list.LookForFiles());
+    EXPECT_FALSE(list.GetAt(0)->IsThere());
+    EXPECT_EQ(list.GetAt(0)->GetDate(), 0);
+    EXPECT_EQ(list.GetMinDate(), Day2020 + 2);
+    ASSERT_TRUE(QFile::rename(early + QStringLiteral("x"), early));
+    EXPECT_TRUE(list.LookForFiles());
+    EXPECT_EQ(list.GetAt(0)->GetDate(), Day2020);
+    EXPECT_EQ(list.GetMinDate(), Day2020);
+    EXPECT_EQ(list.GetMaxDate(), Day2020 + 2);
 }
 
 TEST(PictureList, ANewFileRecordCarriesItsDateAndTheTimeOfItsAddition)
@@ -95,7 +157,7 @@ TEST(PictureList, ANewFileRecordCarriesItsDateAndTheTimeOfItsAddition)
     CPictureList list;
     const DateValue before = DateFromLocalTime(QDateTime::currentDateTime());
     CPictureInfo& record =
-        *list.AddFile(test.MakePicture(QStringLiteral("a.jpg"), QDate(2020, 1, 1)), 0, false);
+        *list.AddFile(test.MakePicture(QStringLiteral("a.jpg"), QDate(2020, 1, 1)), 0, false).record;
     const DateValue after = DateFromLocalTime(QDateTime::currentDateTime());
     EXPECT_EQ(record.GetDate(), Day2020);
     const CVariant addition = record.GetVariable(QStringLiteral("addition_date")).value_or(CVariant());
@@ -149,22 +211,13 @@ TEST(PictureList, RemovingARecordWithoutDateRecountsOnlyWhereThereIsNoOldestYet)
 TEST(PictureList, ARecordCanBeTakenOutWithoutBeingDeleted)
 {
     CPictureList list;
-    CPictureInfo* const record = list.AddFile(QStringLiteral("a"), 0, false);
+    CPictureInfo* const record = list.AddFile(QStringLiteral("a"), 0, false).record;
     const std::unique_ptr<CPictureInfo> taken = list.Remove(0);
     EXPECT_EQ(taken.get(), record);
     EXPECT_EQ(list.GetCount(), 0);
     EXPECT_EQ(list.Find(QStringLiteral("a")), -1);
     EXPECT_EQ(list.Remove(0), nullptr);
     EXPECT_EQ(list.Remove(-1), nullptr);
-}
-
-TEST(PictureList, FindsByPathWithoutRegardToCase)
-{
-    CPictureList list;
-    list.AddFile(QStringLiteral("/p/A.jpg"), 0, false);
-    list.AddFile(QStringLiteral("/p/B.jpg"), 0, false);
-    EXPECT_EQ(list.Find(QStringLiteral("/P/b.JPG")), 1);
-    EXPECT_EQ(list.Find(QStringLiteral("/p/c.jpg")), -1);
 }
 
 TEST(PictureList, MovesTowardsTheEndOnly)
@@ -208,9 +261,9 @@ TEST(PictureList, RekeyFindsARecordUnderItsNewPath)
     CMovingRecord& moving = *record;
     list.Add(std::move(record), false);
     moving.path = QStringLiteral("New");
-    list.Rekey(QStringLiteral("OLD"));
-    EXPECT_EQ(list.Find(QStringLiteral("new")), 0);
-    EXPECT_EQ(list.Find(QStringLiteral("old")), -1);
+    list.Rekey(QStringLiteral("Old"));
+    EXPECT_EQ(list.Find(QStringLiteral("New")), 0);
+    EXPECT_EQ(list.Find(QStringLiteral("Old")), -1);
     list.Rekey(QStringLiteral("unknown"));
     EXPECT_EQ(list.GetCount(), 1);
 }

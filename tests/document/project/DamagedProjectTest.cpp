@@ -77,30 +77,45 @@ TEST(DamagedProject, ABrokenFileIsNamedWithReasonAndLineAndStaysUntouched)
     }
 }
 
-TEST(DamagedProject, ANumberThatIsNoneLeavesNothingHalfRead)
+TEST(DamagedProject, ANumberThatIsNoneCostsThatValueOnly)
 {
-    const char* const rows[] = {
-        R"(<project><gallery index="one"/></project>)",
-        R"(<project root_gallery_index="x"><gallery/></project>)",
-        R"(<project><gallery index="0"/><gallery index="1"><picture_list><picture index="y"/></picture_list></gallery></project>)",
-        R"(<project><gallery><project_variable name="a" vt="3" lVal="z"/></gallery></project>)",
-        R"(<project><gallery/><deploy_settings redeploy_mode="often"/></project>)",
-        R"(<project><gallery index="99999999999"/></project>)",
-        R"(<project><gallery index=""/></project>)",
-        R"(<project><gallery index="nan"/></project>)",
-    };
-    for (const char* bytes : rows) {
-        CTestProject test;
-        test.AddStandard();
-        EXPECT_THROW(test.LoadXml(bytes), CUnexpectedException) << bytes;
-        EXPECT_FALSE(test.project.IsLoaded());
-        EXPECT_TRUE(test.project.GetGalleries().empty());
-        EXPECT_TRUE(test.project.GetFolders().empty());
-        test.project.Save(test.ProjectPath());
-        EXPECT_EQ(test.scratch.Read(QStringLiteral("site/My.gallery")), bytes);
-        test.LoadXml("<project/>");
-        EXPECT_TRUE(test.project.IsLoaded());
-    }
+    CTestProject test;
+    const QByteArray a = test.MakePicture(QStringLiteral("a.jpg")).toUtf8();
+    const QByteArray b = test.MakePicture(QStringLiteral("b.jpg")).toUtf8();
+    test.LoadXml(
+        R"(<project root_gallery_index="x" current_gallery_index="">)"
+        R"(<gallery index="0"><picture_list><picture path=")" +
+        a +
+        R"(" angle="nan" size="big"/><picture index="y"/></picture_list>)"
+        R"(<project_variable name="bad" vt="3" lVal="z"/><project_variable name="worse" vt="x"/>)"
+        R"(<project_variable name="good" vt="3" lVal="4"/>)"
+        R"(<page name="index" index="one"><page_variable name="v" vt="3" lVal="5"/></page>)"
+        R"(<image_stamp index="first" file="/w.png"/><text_stamp index="2" text="T" font_size="huge"/>)"
+        R"(</gallery><gallery index="99999999999"><picture_list><picture path=")" +
+        b +
+        R"("/></picture_list></gallery><deploy_settings folder="/out" redeploy_mode="often"/></project>)");
+    EXPECT_TRUE(test.project.IsLoaded());
+    EXPECT_EQ(Tree(test.project), QStringLiteral("0:a.jpg; 1:b.jpg"));
+    CGallery& gallery = *test.project.GetRootGallery();
+    EXPECT_EQ(gallery.GetPictures().GetAt(0)->GetAngle(), 0);
+    EXPECT_EQ(test.ValueOf(gallery, QStringLiteral("gallery"), QStringLiteral("good")), QStringLiteral("#4"));
+    EXPECT_EQ(gallery.GetPageVariable(QStringLiteral("index"), 0, QStringLiteral("v")), CVariant(5));
+    EXPECT_EQ(gallery.GetImageStamps()[0].file, QString());
+    EXPECT_EQ(gallery.GetTextStamps()[2].text, QStringLiteral("T"));
+    EXPECT_EQ(test.project.GetDeploySettings().folder, QStringLiteral("/out"));
+    test.project.Save(test.ProjectPath());
+    const QByteArray saved = test.scratch.Read(QStringLiteral("site/My.gallery"));
+    EXPECT_TRUE(saved.contains(R"(<project_variable name="bad" vt="3" lVal="z"/>)")) << saved.data();
+    EXPECT_TRUE(saved.contains(R"(<project_variable name="worse" vt="x"/>)")) << saved.data();
+    EXPECT_TRUE(saved.contains(R"(<image_stamp index="first" file="/w.png"/>)")) << saved.data();
+}
+
+TEST(DamagedProject, APipeInPlaceOfTheFileIsAnErrorAndDoesNotKeepTheProgramWaiting)
+{
+    CTestProject test;
+    test.scratch.Write(QStringLiteral("site/x"), "");
+    ASSERT_EQ(::mkfifo(QFile::encodeName(test.ProjectPath()).constData(), 0600), 0);
+    EXPECT_THROW(test.project.Open(test.ProjectPath()), CUnexpectedException);
 }
 
 TEST(DamagedProject, AFolderInPlaceOfTheFileIsAnError)
@@ -157,7 +172,7 @@ TEST(DamagedProject, AFailedSaveKeepsTheNameAndTheSuggestedFolder)
     EXPECT_EQ(test.project.GetDeploySettings().folder, QString());
 }
 
-TEST(DamagedProject, MissingLayoutsStylesAndPicturesAreReplacedOrLeftOut)
+TEST(DamagedProject, MissingLayoutsAndStylesAreReplacedAndMissingPicturesStay)
 {
     CTestProject test;
     test.AddStandard();
@@ -171,7 +186,8 @@ TEST(DamagedProject, MissingLayoutsStylesAndPicturesAreReplacedOrLeftOut)
     EXPECT_EQ(gallery.GetLayout().GetTemplate()->GetPage(gallery.GetLayout().GetTemplatePage()).file,
               QStringLiteral("index.html"));
     EXPECT_EQ(gallery.GetLayout().GetStyleOfPage(QStringLiteral("none"))->name, QStringLiteral("Style blue"));
-    EXPECT_EQ(gallery.GetPictures().GetCount(), 0);
+    EXPECT_EQ(Tree(test.project), QStringLiteral("0:a.jpg"));
+    EXPECT_FALSE(gallery.GetPictures().GetAt(0)->IsThere());
     EXPECT_EQ(gallery.GetImageStamps()[0].file, QStringLiteral("/gone/w.png"));
 }
 
@@ -253,14 +269,18 @@ TEST(DamagedProject, TwoElementsOfOneIndexAreOneGallery)
     EXPECT_EQ(Tree(test.project), QStringLiteral("0:a.jpg b.jpg"));
 }
 
-TEST(DamagedProject, APictureListedTwiceIsThereOnceWithItsLastValues)
+TEST(DamagedProject, APictureListedTwiceIsThereOnceWithItsLastAngleAndTheTextsOfBoth)
 {
     CTestProject test;
     const QByteArray a = test.MakePicture(QStringLiteral("a.jpg")).toUtf8();
-    test.LoadXml(R"(<project><gallery><picture_list><picture path=")" + a +
-                 R"(" angle="1"/><picture path=")" + a +
-                 R"(" angle="2"/></picture_list></gallery></project>)");
+    test.LoadXml(
+        R"(<project><gallery><picture_list><picture path=")" + a +
+        R"(" angle="1"><picture_variable name="first" vt="3" lVal="1"/></picture><picture path=")" + a +
+        R"(" angle="2"><picture_variable name="last" vt="3" lVal="2"/></picture></picture_list></gallery></project>)");
     EXPECT_EQ(Tree(test.project), QStringLiteral("0:a.jpg"));
+    const CPictureInfo& picture = *test.project.GetRootGallery()->GetPictures().GetAt(0);
+    EXPECT_EQ(picture.GetVariable(QStringLiteral("first")), CVariant(1));
+    EXPECT_EQ(picture.GetVariable(QStringLiteral("last")), CVariant(2));
     EXPECT_EQ(test.project.GetRootGallery()->GetPictures().GetAt(0)->GetAngle(), 2);
 }
 

@@ -101,7 +101,7 @@ TEST(Project, WithoutAPicturesFolderThereIsNoNewProject)
     EXPECT_FALSE(FileExists(test.ProjectPath()));
 }
 
-TEST(Project, ClearPutsBackAllButTheSuggestionsForDeployment)
+TEST(Project, ClearPutsBackAll)
 {
     CTestProject test;
     test.AddStandard();
@@ -114,9 +114,7 @@ TEST(Project, ClearPutsBackAllButTheSuggestionsForDeployment)
                 .redeploy_mode = 0,
                 .open_browser_after_deploy = false};
     test.project.Clear();
-    CDeploySettings expected;
-    expected.folder = QStringLiteral("f");
-    expected.ftp_directory = QStringLiteral("d");
+    const CDeploySettings expected;
     EXPECT_EQ(settings, expected);
     EXPECT_EQ(expected.redeploy_mode, 1);
     EXPECT_EQ(expected.ftp_destination, -1);
@@ -129,12 +127,13 @@ TEST(Project, ClearPutsBackAllButTheSuggestionsForDeployment)
     EXPECT_TRUE(test.project.GetCatalogue().GetStyles().empty());
 }
 
-TEST(RecentFolders, AFolderThatDiffersByCaseOnlyChangesNothing)
+TEST(RecentFolders, LetterCaseCounts)
 {
     CTestProject test;
-    EXPECT_TRUE(test.project.AddFolder(QStringLiteral("/a/B")));
-    EXPECT_FALSE(test.project.AddFolder(QStringLiteral("/A/b")));
-    EXPECT_EQ(Folders(test.project), QStringLiteral("/a/B"));
+    EXPECT_TRUE(test.project.AddFolder(QStringLiteral("/a/Photos")));
+    EXPECT_TRUE(test.project.AddFolder(QStringLiteral("/a/photos")));
+    EXPECT_FALSE(test.project.AddFolder(QStringLiteral("/a/Photos")));
+    EXPECT_EQ(Folders(test.project), QStringLiteral("/a/Photos /a/photos"));
 }
 
 TEST(RecentFolders, AnEleventhFolderRemovesTheOldest)
@@ -178,17 +177,17 @@ TEST(RecentFolders, ALimitOfNoneStillTakesTheFirstFolder)
     EXPECT_EQ(Folders(test.project), QStringLiteral("a"));
 }
 
-TEST(RecentFolders, OneIsSelectedByItsStoredText)
+TEST(RecentFolders, OneOfThemIsSelected)
 {
     CTestProject test;
     test.project.AddFolder(QStringLiteral("/Pictures"));
     test.project.AddFolder(QStringLiteral("/b"));
-    test.project.SetRecentFolder(QStringLiteral("/PICTURES"));
+    test.project.SetRecentFolder(QStringLiteral("/Pictures"));
     EXPECT_EQ(test.project.GetRecentFolder(), QStringLiteral("/Pictures"));
-    test.project.SetRecentFolder(QStringLiteral("/unknown"));
+    test.project.SetRecentFolder(QStringLiteral("/PICTURES"));
     EXPECT_EQ(test.project.GetRecentFolder(), QString());
-    EXPECT_TRUE(test.project.RemoveFolder(QStringLiteral("/pictures")));
-    EXPECT_FALSE(test.project.RemoveFolder(QStringLiteral("/pictures")));
+    EXPECT_TRUE(test.project.RemoveFolder(QStringLiteral("/Pictures")));
+    EXPECT_FALSE(test.project.RemoveFolder(QStringLiteral("/Pictures")));
     EXPECT_EQ(Folders(test.project), QStringLiteral("/b"));
 }
 

@@ -60,7 +60,8 @@ void FillProject(CTestProject& test)
     root.SetPageVariable(QStringLiteral("picture"), 12, QStringLiteral("head"), CVariant(1));
     root.SetObjectVariable(GalleryObject, QStringLiteral("Name"), CVariant(QStringLiteral("Top")));
     root.SetVisibilityMap({{QStringLiteral("logo"), false}, {QStringLiteral("date"), true}});
-    root.GetImageStamps()[1] = {{.position = 5, .margin = 3}, QStringLiteral("/w.png"), 40};
+    root.GetImageStamps()[1] = {
+        {.position = 5, .margin = 3}, test.scratch.Write(QStringLiteral("site/w.png"), "mark"), 40};
     root.GetTextStamps()[2] = {
         {.position = 10, .margin = 4}, QStringLiteral("by me"), QStringLiteral("Arial"), 12, 3, 4278190335u};
     root.GetTexts().advertisements[QStringLiteral("index.html")][QStringLiteral("top")] =
@@ -91,7 +92,7 @@ QByteArray ExpectedFullProject()
            R"(<project_folders recent_folder="~/pictures"><folder path="~/pictures"/></project_folders>)"
            R"(<gallery index="2"><style template="~/program/templates/plain.xml" template_page="index.html" )"
            R"(css="~/program/styles/red.xml"/><picture_list>)"
-           R"(<picture path="~/pictures/a &amp; b.jpg" angle="0"><picture_variable doubleVal=")" +
+           R"(<picture path="~/pictures/a &amp; b.jpg" angle="0" relative="../pictures/a &amp; b.jpg" size="10"><picture_variable doubleVal=")" +
            date +
            R"(" name="addition_date" vt="7"/><picture_variable )"
            R"(doubleVal="0.1000000000000000055511151231257827021181583404541015625" name="ratio" vt="5"/>)"
@@ -100,7 +101,9 @@ QByteArray ExpectedFullProject()
            R"(<picture_variable name="void" vt="0"/></picture><picture index="5"/>)"
            R"(<picture path="~/pictures/)"
            "M\xc3\xbcnchen.jpg"
-           R"(" angle="3" name_suffix="_2"><picture_variable doubleVal=")" +
+           R"(" angle="3" relative="../pictures/)"
+           "M\xc3\xbcnchen.jpg"
+           R"(" size="10" name_suffix="_2"><picture_variable doubleVal=")" +
            date +
            R"(" name="addition_date" vt="7"/></picture>)"
            R"(<picture_list_variable bstrVal="n" name="note" vt="8"/></picture_list>)"
@@ -110,7 +113,7 @@ QByteArray ExpectedFullProject()
            R"(<visible_element name="date" visible="1"/><visible_element name="logo" visible="0"/>)"
            R"(</page_visibility><page_style name="index" style="~/program/styles/red.xml"/>)"
            R"(<image_stamp index="0" position="0" margin="10" file="" transparency="0"/>)"
-           R"(<image_stamp index="1" position="5" margin="3" file="/w.png" transparency="40"/>)"
+           R"(<image_stamp index="1" position="5" margin="3" file="~/site/w.png" transparency="40" relative="w.png" size="4"/>)"
            R"(<image_stamp index="2" position="0" margin="10" file="" transparency="0"/>)"
            R"(<text_stamp index="0" position="0" margin="10" font="MS Sans Serif" text="" font_size="8" font_style="0" color="0"/>)"
            R"(<text_stamp index="1" position="0" margin="10" font="MS Sans Serif" text="" font_size="8" font_style="0" color="0"/>)"
