@@ -9,8 +9,11 @@
 #include "cli/CommandArguments.h"
 #include "cli/Commands.h"
 #include "common/Exceptions.h"
+#include "common/FileSystem.h"
+#include "common/NamedFile.h"
 #include "common/xmldomutils.h"
 #include "document/catalogue/Definitions.h"
+#include "template/TemplateLanguage.h"
 #include "template/contracts/ContentGeneratorStringConverter.h"
 #include "template/contracts/TemplateObserver.h"
 #include "template/parser/CompoundTemplateSection.h"
@@ -53,6 +56,20 @@ public:
     void OnIncludeBegin(const QString& path) override { files.push_back(path); }
     void OnIncludeEnd() override { files.pop_back(); }
 
+    void OnIncludeRefused(const QString& name, uint64_t position) override
+    {
+        isRefused = true;
+        Warn(Text(StringId::IncludeLeadsOut, name), position);
+    }
+
+    void OnCaseDiffers(const QString& name, uint64_t position) override
+    {
+        Warn(Text(StringId::CaseDiffers, name), position);
+    }
+
+    // A file lies where the page may not read.
+    bool IsRefused() const { return isRefused; }
+
     void OnAttributeKept(const std::string& name, uint64_t position) override
     {
         Warn(Text(StringId::AttributeNeverRead, name.c_str()), position);
@@ -73,6 +90,7 @@ private:
 
     std::vector<QString> files; // the page, and the files that include one another up to the one in work
     std::set<QString> ids;
+    bool isRefused = false;
     CFindingsPrinter& printer;
 };
 
@@ -80,7 +98,7 @@ void BindPage(const CGalleryTemplate& layout, const CGalleryTemplatePage& page, 
               CFindingsPrinter& printer)
 {
     CCompoundTemplateSection tree;
-    layout.LoadPage(page.file, tree, &observer);
+    layout.LoadPage(page.file, tree, {.observer = &observer});
     CCheckIterator iterator(layout.GetFolder());
     CContentGeneratorStringConverter generator;
     tree.Bind(iterator, generator);
@@ -95,7 +113,7 @@ bool CheckPage(const CGalleryTemplate& layout, const CGalleryTemplatePage& page,
     CPageObserver observer(layout.GetPageFilePath(page.file), printer);
     try {
         BindPage(layout, page, observer, printer);
-        return true;
+        return !observer.IsRefused();
     } catch (const CTemplateParsingException& error) {
         printer.Print({observer.GetFile(), GetErrorLine(error, observer.GetFile()), error.GetDescription()});
     } catch (const CExceptionBase& error) {
@@ -105,15 +123,75 @@ bool CheckPage(const CGalleryTemplate& layout, const CGalleryTemplatePage& page,
     return false;
 }
 
-bool CheckLayout(const QString& definition, CFindingsPrinter& printer)
+// What a definition says of a file or folder. False if it can't be used.
+class CNameCheck {
+public:
+    CNameCheck(const QString& definition, CFindingsPrinter& printer)
+        : definition(definition), printer(printer)
+    {}
+
+    bool Check(const NamedFile& file, const QString& name)
+    {
+        if (file.state == NamedFile::State::Found) {
+            if (file.differsInCase) {
+                printer.Print({definition, 1, Text(StringId::CaseDiffers, name)});
+            }
+            return true;
+        }
+        printer.Print({definition, 1,
+                       file.state == NamedFile::State::LeadsOut ? Text(StringId::NameLeadsOut, name)
+                                                                : Text(StringId::NamedFileMissing, name)});
+        return false;
+    }
+
+private:
+    const QString definition;
+    CFindingsPrinter& printer;
+};
+
+bool CheckPages(const CGalleryTemplate& layout, CNameCheck names, CFindingsPrinter& printer)
+{
+    bool isGood = true;
+    for (const CGalleryTemplatePage& page : layout.GetPages()) {
+        const NamedFile file = layout.FindPageFile(page.file);
+        // A missing one is told of by the attempt to read it.
+        const bool isNamed = file.state == NamedFile::State::Missing || names.Check(file, page.file);
+        isGood = isNamed && CheckPage(layout, page, printer) && isGood;
+    }
+    return isGood;
+}
+
+bool CheckTemplate(const QString& definition, CFindingsPrinter& printer)
+{
+    const CGalleryTemplate layout(QDir(definition).absolutePath());
+    CNameCheck names(definition, printer);
+    const NamedFile& folder = layout.GetNamedFolder();
+    const QString folderName = ExtractLastName(folder.path);
+    if (folder.state == NamedFile::State::LeadsOut || folder.differsInCase) {
+        if (!names.Check(folder, folderName)) {
+            return false;
+        }
+    }
+    return CheckPages(layout, names, printer);
+}
+
+bool CheckStyle(const QString& definition, CFindingsPrinter& printer)
+{
+    const CGalleryStyle style(QDir(definition).absolutePath());
+    CNameCheck names(definition, printer);
+    return names.Check(style.namedFolder, style.folder) && names.Check(style.sheet, style.css);
+}
+
+bool IsStyle(const QString& definition)
+{
+    const auto document = LoadDocument(QDir(definition).absolutePath());
+    return document->FindAll("template").empty() && !document->FindAll("style").empty();
+}
+
+bool CheckDefinition(const QString& definition, CFindingsPrinter& printer)
 {
     try {
-        const CGalleryTemplate layout(QDir(definition).absolutePath());
-        bool isGood = true;
-        for (const CGalleryTemplatePage& page : layout.GetPages()) {
-            isGood = CheckPage(layout, page, printer) && isGood;
-        }
-        return isGood;
+        return IsStyle(definition) ? CheckStyle(definition, printer) : CheckTemplate(definition, printer);
     } catch (const CXmlException& error) {
         printer.Print({definition, error.GetLine(), error.GetReason()});
     } catch (const CExceptionBase& error) {
@@ -134,7 +212,7 @@ int RunCheck(const QStringList& arguments)
     CFindingsPrinter printer;
     int bad = 0;
     for (const QString& definition : parsed.positional) {
-        bad += CheckLayout(definition, printer) ? 0 : 1;
+        bad += CheckDefinition(definition, printer) ? 0 : 1;
     }
     if (bad == 0) {
         return ExitDone;

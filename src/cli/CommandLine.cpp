@@ -19,6 +19,7 @@ Command FindCommand(const QString& name)
         {QStringLiteral("deploy"), RunDeploy},
         {QStringLiteral("info"), RunInfo},
         {QStringLiteral("check"), RunCheck},
+        {QStringLiteral("cache"), RunCache},
         {QStringLiteral("destination"), RunDestination},
         {QStringLiteral("ftp-test"), RunFTPTest},
         {QStringLiteral("ftp-ls"), RunFTPList},

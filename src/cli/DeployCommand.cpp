@@ -15,6 +15,8 @@ namespace {
 const QString ToOption = QStringLiteral("to");
 const QString DirectoryOption = QStringLiteral("directory");
 const QString QuietSwitch = QStringLiteral("quiet");
+const QString LeaveOutSwitch = QStringLiteral("leave-out-missing");
+const QString OverwriteSwitch = QStringLiteral("overwrite");
 
 void RequireOneTarget(const CommandArguments& parsed)
 {
@@ -51,10 +53,11 @@ std::optional<FTPDestinationConnection> FindServer(const CommandArguments& parse
 
 int RunDeploy(const QStringList& arguments)
 {
-    const CommandArguments parsed = ParseArguments(arguments, {.valueOptions = {ToOption, DirectoryOption},
-                                                               .switches = {QuietSwitch},
-                                                               .minPositional = 1,
-                                                               .maxPositional = 2});
+    const CommandArguments parsed =
+        ParseArguments(arguments, {.valueOptions = {ToOption, DirectoryOption},
+                                   .switches = {QuietSwitch, LeaveOutSwitch, OverwriteSwitch},
+                                   .minPositional = 1,
+                                   .maxPositional = 2});
     RequireOneTarget(parsed);
     const bool toServer = parsed.Has(ToOption) || IsFTPAddress(parsed.positional[1]);
     std::optional<FTPDestinationConnection> server;
@@ -66,7 +69,9 @@ int RunDeploy(const QStringList& arguments)
     }
     CProjectSession session;
     session.OpenExisting(parsed.positional[0]);
-    CDeployRun run(session, {.quiet = parsed.Has(QuietSwitch)});
+    CDeployRun run(session, {.quiet = parsed.Has(QuietSwitch),
+                             .leaveOutMissing = parsed.Has(LeaveOutSwitch),
+                             .overwrite = parsed.Has(OverwriteSwitch)});
     if (!server) {
         return run.ToFolder(QDir(parsed.positional[1]).absolutePath());
     }

@@ -52,6 +52,8 @@ CDeployRun::CDeployRun(CProjectSession& session, Options options)
       job(session.GetProject()),
       interrupts([this](uint64_t count) { OnInterrupt(count); })
 {
+    job.leaveOutMissing = options.leaveOutMissing;
+    job.overwrite = options.overwrite;
     timer.start();
 }
 

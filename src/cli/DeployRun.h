@@ -37,6 +37,8 @@ class CDeployRun {
 public:
     struct Options {
         bool quiet = false; // no progress
+        bool leaveOutMissing = false;
+        bool overwrite = false; // somebody else's files in the target
     };
     // session: borrowed, with an open project.
     CDeployRun(CProjectSession& session, Options options);

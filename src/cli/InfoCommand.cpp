@@ -9,6 +9,7 @@
 #include "cli/CommandArguments.h"
 #include "cli/Commands.h"
 #include "cli/ProjectSession.h"
+#include "deploy/DeployDoubts.h"
 #include "document/catalogue/Definitions.h"
 #include "document/clusters/PictureClusters.h"
 #include "document/galleries/Gallery.h"
@@ -35,7 +36,7 @@ class CInfoWriter {
 public:
     // clusterSize: nothing for no clusters.
     CInfoWriter(CGalleryProject& project, std::optional<int32_t> clusterSize)
-        : project(project), clusterSize(clusterSize)
+        : project(project), clusterSize(clusterSize), missing(FindMissingFiles(project))
     {}
 
     QString WriteText()
@@ -51,7 +52,7 @@ public:
                 WriteClusters(gallery, depth);
             }
         });
-        return project.GetName() + QLatin1Char('\n') + text;
+        return project.GetName() + QLatin1Char('\n') + text + MissingText();
     }
 
     QString WriteJson()
@@ -61,11 +62,39 @@ public:
              [&](int32_t index, int) { galleries.append(GalleryObject(index)); });
         const QJsonObject root{{QStringLiteral("name"), project.GetName()},
                                {QStringLiteral("root_gallery_index"), project.GetRootGalleryIndex()},
-                               {QStringLiteral("galleries"), galleries}};
+                               {QStringLiteral("galleries"), galleries},
+                               {QStringLiteral("missing"), MissingArray()}};
         return QString::fromUtf8(QJsonDocument(root).toJson());
     }
 
 private:
+    QString MissingText() const
+    {
+        QString lines;
+        for (const UnusableFile& file : missing.absentPictures) {
+            lines += Text(StringId::MissingPictureLine, file.gallery, file.path) + QLatin1Char('\n');
+        }
+        for (const UnusableFile& file : missing.unreadableWatermarks) {
+            lines += Text(StringId::MissingWatermarkLine, file.gallery, file.path) + QLatin1Char('\n');
+        }
+        return lines;
+    }
+
+    QJsonArray MissingArray() const
+    {
+        QJsonArray files;
+        for (const UnusableFile& file : missing.absentPictures) {
+            files.append(
+                QJsonObject{{QStringLiteral("gallery"), file.gallery}, {QStringLiteral("path"), file.path}});
+        }
+        for (const UnusableFile& file : missing.unreadableWatermarks) {
+            files.append(QJsonObject{{QStringLiteral("gallery"), file.gallery},
+                                     {QStringLiteral("path"), file.path},
+                                     {QStringLiteral("watermark"), true}});
+        }
+        return files;
+    }
+
     template <class Visit>
     void Walk(int32_t index, int depth, const Visit& visit)
     {
@@ -162,6 +191,7 @@ private:
 
     CGalleryProject& project;
     const std::optional<int32_t> clusterSize;
+    const DeployDoubts missing;
     std::set<int32_t> visited;
     QString text;
 };

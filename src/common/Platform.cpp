@@ -66,6 +66,11 @@ QString FindCoversFolder()
     return JoinPath(UserFolder(QStandardPaths::GenericCacheLocation), QStringLiteral("vistorama/covers"));
 }
 
+QString FindImageCacheFolder()
+{
+    return JoinPath(UserFolder(QStandardPaths::GenericCacheLocation), QStringLiteral("vistorama/images"));
+}
+
 QString FindTemporaryFolder()
 {
     const QString parent =

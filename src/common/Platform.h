@@ -24,6 +24,9 @@ QString FindDeploymentRecordsFolder();
 // The user's folder for composed covers, which may be lost at any time. Made when it is first needed.
 QString FindCoversFolder();
 
+// The user's folder for the images of the views, which may be lost at any time. Made when it is first needed.
+QString FindImageCacheFolder();
+
 // The folder of the settings files.
 QString FindSettingsFolder();
 

@@ -136,9 +136,11 @@ int CXmlDocument::LineAt(ptrdiff_t offset) const
     return static_cast<int>(std::count(content->bytes.begin(), content->bytes.begin() + end, '\n')) + 1;
 }
 
-std::unique_ptr<CXmlDocument> CreateDocument()
+std::unique_ptr<CXmlDocument> CreateDocument(const QString& path)
 {
-    return std::make_unique<CXmlDocument>();
+    auto document = std::make_unique<CXmlDocument>();
+    document->path = path;
+    return document;
 }
 
 std::unique_ptr<CXmlDocument> LoadDocument(const QString& path)

@@ -85,6 +85,7 @@ public:
 
 private:
     friend class CXmlElement;
+    friend std::unique_ptr<CXmlDocument> CreateDocument(const QString& path);
     friend std::unique_ptr<CXmlDocument> LoadDocument(const QString& path);
     friend int32_t GetAttributeLong(const CXmlElement& element, const char* name);
     int LineAt(ptrdiff_t offset) const;
@@ -94,7 +95,8 @@ private:
     QString path;
 };
 
-std::unique_ptr<CXmlDocument> CreateDocument();
+// path: that it is read as from; empty for none.
+std::unique_ptr<CXmlDocument> CreateDocument(const QString& path = QString());
 
 // Throws CXmlException with path, reason and line if the file can't be read or is not well-formed.
 std::unique_ptr<CXmlDocument> LoadDocument(const QString& path);

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "common/FileSystem.h"
-#include "common/Platform.h"
 #include "common/Text.h"
+#include "content/ImageCache.h"
 #include "document/pictures/PictureInfo.h"
 #include "effects/FileNames.h"
 #include "effects/GeometricEffects.h"
@@ -29,6 +29,9 @@ std::shared_ptr<const CImageEffect> PageChain(CImageIterator& iterator, int32_t 
     chain->Add(std::make_shared<CImageEffectResize>(
         QSize(width, height), CImageEffectResize::Options{.shrinkOnly = true, .crop = false}));
     chain->Add(std::make_shared<CImageEffectProxy>(iterator.GetEffectsForSize(width, height)));
+    if (picture && !picture->GetNameSuffix().isEmpty()) {
+        chain->Add(std::make_shared<CImageEffectNameSuffix>(picture->GetNameSuffix()));
+    }
     return chain;
 }
 
@@ -69,7 +72,7 @@ void CContentGeneratorBase::GeneratePicture(CImageIterator& iterator, const Pict
     QString path;
     iterator.GetPicturePath(path);
     const auto chain = PageChain(iterator, ParseInteger(picture.width), ParseInteger(picture.height));
-    out << Narrow(GetImageName(path, chain)) << '"';
+    out << Narrow(GetImageName(path, chain, iterator.GetCurrentPicture())) << '"';
     if (picture.alt) {
         out << " alt=\"" << *picture.alt << '"';
     }
@@ -194,10 +197,9 @@ void CContentGeneratorBase::GenerateAdvertisement(CImageIterator& iterator, cons
 }
 
 QString CContentGeneratorBase::GetImageName(const QString& sourcePath,
-                                            std::shared_ptr<const CImageEffect> effect)
+                                            std::shared_ptr<const CImageEffect> effect, CPictureInfo* picture)
 {
-    const QString name = GetImageFolder(sourcePath) + ExtractLastName(sourcePath);
-    const QString result = effect->GetResultFileName(name);
+    const QString result = GetImagePath({.sourcePath = sourcePath, .effect = *effect, .picture = picture});
     if (IsImageOverwriteForced() || !FileExists(result)) {
         ProduceImage({sourcePath, std::move(effect), result});
     }
@@ -219,17 +221,9 @@ bool CContentGeneratorBase::IsImageOverwriteForced() const
     return false;
 }
 
-QString CContentGeneratorBase::GetImageFolder(const QString& sourcePath) const
+QString CContentGeneratorBase::GetImagePath(const WantedImage& image)
 {
-    QString folder = FindTemporaryFolder();
-    QString sourceFolder = ExtractFolder(sourcePath);
-    sourceFolder.chop(1);
-    if (!sourceFolder.isEmpty()) {
-        folder += ExtractLastName(sourceFolder) + QStringLiteral("_imgs");
-        MakeDirectoryPath(folder);
-        folder = WithTrailingSeparator(folder);
-    }
-    return folder;
+    return CImageCache().PathFor(image.sourcePath, image.effect);
 }
 
 QString CContentGeneratorBase::GetImageUrl(const QString& filePath) const
@@ -249,6 +243,7 @@ void CContentGeneratorBase::WriteTextReferenceAttributes(std::ostream&, const st
 void CContentGeneratorBase::ProduceImage(const ImageRequest& request)
 {
     MakeImage(request);
+    CImageCache().NoteMade(request.resultPath);
 }
 
 void CContentGeneratorBase::WriteResourceScript(const QString& resourceName, std::ostream& out)

@@ -5,6 +5,8 @@
 #include "content/ImageRequest.h"
 #include "template/contracts/ContentGeneratorStringConverter.h"
 
+class CPictureInfo;
+
 // The HTML that all settings share. What depends on the setting is left to virtual operations: where image
 // files go, how pages address them, and hooks around each kind of element. A "Before" hook writes in front of
 // an element, a "Write...Attributes" hook inside its opening tag. Stateless; single-threaded.
@@ -24,8 +26,10 @@ public:
     void GenerateAdvertisement(CImageIterator& iterator, const std::string& name, std::ostream& out) override;
 
     // Names the file that a chain of effects makes of a picture and has it made if it is missing or if the
-    // setting forces it. Returns what a page writes in "src". Throws CExceptionBase if the image work fails.
-    QString GetImageName(const QString& sourcePath, std::shared_ptr<const CImageEffect> effect);
+    // setting forces it. Returns what a page writes in "src". picture: the entry of the gallery that the
+    // image shows; null for none. Throws CExceptionBase if the image work fails.
+    QString GetImageName(const QString& sourcePath, std::shared_ptr<const CImageEffect> effect,
+                         CPictureInfo* picture = nullptr);
 
     // Stores width and height in pixels of the picture under the cursor in the variables source_width and
     // source_height of the object id, and returns them.
@@ -36,9 +40,13 @@ protected:
     // Writes a script expression for the address of the page.
     virtual void WriteCurrentUrl(CImageIterator& iterator, std::ostream& out) = 0;
     virtual bool IsImageOverwriteForced() const;
-    // The folder for the image of this source, with a trailing separator. Here: a folder of the views, below
-    // the user's temporary folder, named after the source's folder. Folders of the same last name share one.
-    virtual QString GetImageFolder(const QString& sourcePath) const;
+    struct WantedImage {
+        const QString& sourcePath;
+        const CImageEffect& effect;
+        CPictureInfo* picture; // may be null
+    };
+    // The file for an image. Here: one of the views' cache.
+    virtual QString GetImagePath(const WantedImage& image);
     // What a page writes for a file. Here: the path itself.
     virtual QString GetImageUrl(const QString& filePath) const;
     virtual void BeforePicture(std::ostream& out, const std::string& id);
@@ -50,7 +58,7 @@ protected:
     virtual void WriteImageReferenceAttributes(std::ostream& out, const std::string& id);
     virtual void BeforeTextReference(std::ostream& out, const TextReferenceAttributes& reference);
     virtual void WriteTextReferenceAttributes(std::ostream& out, const std::string& id);
-    // Has the file made. Here: at once, on the calling thread.
+    // Has the file made. Here: at once, on the calling thread, for the views' cache.
     virtual void ProduceImage(const ImageRequest& request);
 
     // A script element with the named script of the program; empty if there is no such script.

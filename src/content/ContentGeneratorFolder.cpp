@@ -2,10 +2,11 @@
 
 #include "common/FileSystem.h"
 #include "common/Text.h"
-#include "content/ImageProduction.h"
+#include "content/ImageRequest.h"
+#include "effects/ImageEffect.h"
 
-CContentGeneratorFolder::CContentGeneratorFolder(const Options& options, CImageProduction& production)
-    : bannerServer(Narrow(options.bannerServer)), production(production)
+CContentGeneratorFolder::CContentGeneratorFolder(const Options& options, CImageOrders& orders)
+    : bannerServer(Narrow(options.bannerServer)), makesFolders(options.makesFolders), orders(orders)
 {
     SetOutputFolder(options.targetFolder);
 }
@@ -13,7 +14,10 @@ CContentGeneratorFolder::CContentGeneratorFolder(const Options& options, CImageP
 void CContentGeneratorFolder::SetOutputFolder(const QString& path)
 {
     folder = path;
-    MakeDirectoryPath(GetImageFolder(QString()));
+    names.Clear();
+    if (makesFolders) {
+        MakeDirectoryPath(GetPictureFolder());
+    }
 }
 
 void CContentGeneratorFolder::GenerateBanner(const std::string& width, const std::string& height,
@@ -38,9 +42,18 @@ bool CContentGeneratorFolder::IsImageOverwriteForced() const
     return true;
 }
 
-QString CContentGeneratorFolder::GetImageFolder(const QString&) const
+QString CContentGeneratorFolder::GetPictureFolder() const
 {
     return WithTrailingSeparator(JoinPath(folder, QStringLiteral("pictures")));
+}
+
+QString CContentGeneratorFolder::GetImagePath(const WantedImage& image)
+{
+    const QString name = GetPictureFolder() + ExtractLastName(image.sourcePath);
+    return names.Claim({.wantedPath = image.effect.GetResultFileName(name),
+                        .sourcePath = image.sourcePath,
+                        .key = image.effect.GetKey(),
+                        .picture = image.picture});
 }
 
 QString CContentGeneratorFolder::GetImageUrl(const QString& filePath) const
@@ -50,5 +63,5 @@ QString CContentGeneratorFolder::GetImageUrl(const QString& filePath) const
 
 void CContentGeneratorFolder::ProduceImage(const ImageRequest& request)
 {
-    production.Ask(request);
+    orders.Ask(request);
 }

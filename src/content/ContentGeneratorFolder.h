@@ -1,20 +1,22 @@
 #pragma once
 
 #include "content/ContentGeneratorBase.h"
+#include "content/PublishedNames.h"
 
-class CImageProduction;
+class CImageOrders;
 
-// Lays a deployed gallery out in a folder: its images go into "pictures" below it and are asked of the image
-// production, which always makes them anew. One for a run; used on the generation thread.
+// Lays a deployed gallery out in a folder: its images go into "pictures" below it and are always ordered,
+// there or not. One for a run; used on the generation thread.
 class CContentGeneratorFolder final : public CContentGeneratorBase {
 public:
     struct Options {
         QString targetFolder;
-        QString bannerServer; // address of the frame that a banner shows
+        QString bannerServer;     // address of the frame that a banner shows
+        bool makesFolders = true; // false for a run that only finds out what would be written
     };
 
-    // production: borrowed, outlives this object. Makes the picture folder; throws CWin32Exception.
-    CContentGeneratorFolder(const Options& options, CImageProduction& production);
+    // orders: borrowed, outlives this object. Makes the picture folder; throws CWin32Exception.
+    CContentGeneratorFolder(const Options& options, CImageOrders& orders);
 
     // The output folder of the gallery in work. Makes its picture folder; throws CWin32Exception.
     void SetOutputFolder(const QString& path);
@@ -25,12 +27,16 @@ protected:
     void WriteAdvertisementBody(const QString& text, std::ostream& out) override;
     void WriteCurrentUrl(CImageIterator& iterator, std::ostream& out) override;
     bool IsImageOverwriteForced() const override;
-    QString GetImageFolder(const QString& sourcePath) const override;
+    QString GetImagePath(const WantedImage& image) override;
     QString GetImageUrl(const QString& filePath) const override;
     void ProduceImage(const ImageRequest& request) override;
 
 private:
+    QString GetPictureFolder() const;
+
     QString folder;
+    CPublishedNames names;
     const std::string bannerServer;
-    CImageProduction& production;
+    const bool makesFolders;
+    CImageOrders& orders;
 };

@@ -1,10 +1,12 @@
 #include "content/DeploymentRecord.h"
 
+#include <algorithm>
 #include <chrono>
 #include <unistd.h>
 
 #include <QCryptographicHash>
 #include <QDataStream>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 
@@ -66,12 +68,19 @@ CDeploymentRecord::CDeploymentRecord(const QString& path, const QString& targetF
 }
 
 QString CDeploymentRecord::PathFor(const QString& recordsFolder, const QString& targetFolder,
-                                   const QString& projectName)
+                                   const QString& projectKey)
 {
     const QByteArray target =
-        QDir::cleanPath(QDir(targetFolder).absolutePath()).toUtf8() + '\0' + projectName.toUtf8();
+        QDir::cleanPath(QDir(targetFolder).absolutePath()).toUtf8() + '\0' + projectKey.toUtf8();
     const QByteArray name = QCryptographicHash::hash(target, QCryptographicHash::Sha1).toHex();
     return JoinPath(recordsFolder, QString::fromLatin1(name));
+}
+
+void CDeploymentRecord::TakeOver(const QString& path, const QString& formerPath)
+{
+    if (!FileExists(path) && FileExists(formerPath)) {
+        QFile::rename(formerPath, path);
+    }
 }
 
 std::optional<CDeploymentRecord::Origin> CDeploymentRecord::FindOrigin(const QString& sourcePath) const
@@ -101,6 +110,19 @@ const CDeploymentRecord::Image* CDeploymentRecord::FindCurrent(const QString& im
     }
     found->second.isOfThisRun = true;
     return &*found->second.image;
+}
+
+bool CDeploymentRecord::IsListed(const QString& filePath) const
+{
+    const QString relative = RelativePath(filePath);
+    {
+        const CMutexLock lock(mutex);
+        if (entries.contains(relative)) {
+            return true;
+        }
+    }
+    const auto stamp = FileStamp::Of(filePath);
+    return abandonedSince != 0 && stamp && stamp->modified >= abandonedSince;
 }
 
 void CDeploymentRecord::NoteFile(const QString& filePath)
@@ -149,7 +171,20 @@ void CDeploymentRecord::RemoveEmptyFolders(QString folder) const
     }
 }
 
+void CDeploymentRecord::Begin() const
+{
+    // The clocks of file systems are coarse, and an earlier run may have been ended the same way.
+    constexpr int64_t coarse = 2'000'000'000;
+    const int64_t now = QDateTime::currentMSecsSinceEpoch() * 1'000'000 - coarse;
+    Write(abandonedSince != 0 ? std::min(abandonedSince, now) : now);
+}
+
 void CDeploymentRecord::Save() const
+{
+    Write(0);
+}
+
+void CDeploymentRecord::Write(int64_t openSince) const
 {
     QByteArray bytes;
     QDataStream stream(&bytes, QIODevice::WriteOnly);
@@ -163,6 +198,7 @@ void CDeploymentRecord::Save() const
                 stream << *entry.image;
             }
         }
+        stream << qint64{openSince};
     }
     const QString folder = path.section(QLatin1Char('/'), 0, -2);
     // It names unpublished pictures.
@@ -205,10 +241,15 @@ void CDeploymentRecord::Load()
             loaded[relative] = std::move(entry);
         }
     }
-    if (stream.status() == QDataStream::Ok) {
-        const CMutexLock lock(mutex);
-        entries = std::move(loaded);
+    if (stream.status() != QDataStream::Ok) {
+        return;
     }
+    // Those of earlier versions end here.
+    qint64 openSince = 0;
+    stream >> openSince;
+    abandonedSince = isOurs && stream.status() == QDataStream::Ok ? openSince : 0;
+    const CMutexLock lock(mutex);
+    entries = std::move(loaded);
 }
 
 // Empty for a file outside the target folder.

@@ -26,9 +26,16 @@ public:
                       Milliseconds restless = Milliseconds(3000));
 
     // The record's file for a target folder, below the folder of all records. One for each project: what
-    // another one has put into the folder is nobody's leftover.
+    // another one has put into the folder is nobody's leftover. projectKey: by which the project is known.
     static QString PathFor(const QString& recordsFolder, const QString& targetFolder,
-                           const QString& projectName = QString());
+                           const QString& projectKey = QString());
+
+    // Gives the record the file of another key, once: if there is none for its own.
+    static void TakeOver(const QString& path, const QString& formerPath);
+
+    // To be called before the first file is written. If the run ends without Save, the next one knows by the
+    // time of a file that this one has written it. Throws CWin32Exception.
+    void Begin() const;
 
     // The run's own folder, with a trailing separator. Its name and the times of its files are others in each
     // run: what is made from them is known by their names and contents.
@@ -52,6 +59,9 @@ public:
     // same from this origin; it then counts as written in this run. Null otherwise.
     const Image* FindCurrent(const QString& path, const Origin& origin);
 
+    // An earlier run has written the file, or this one.
+    bool IsListed(const QString& path) const;
+
     // A file has been written. Those outside the target folder are not noted.
     void NoteFile(const QString& path);
     void NoteImage(const QString& path, const Image& image);
@@ -71,6 +81,7 @@ private:
     };
 
     void Load();
+    void Write(int64_t openSince) const;
     QString RelativePath(const QString& path) const;
     void Note(const QString& path, std::optional<Image> image);
     void RemoveEmptyFolders(QString folder) const;
@@ -80,6 +91,8 @@ private:
     const QString targetFolder; // with a trailing separator
     const Milliseconds restless;
     QString runFolder; // set before the run
+    // Nanoseconds since 1970: when the last run began, if it was ended without notice; else 0.
+    int64_t abandonedSince = 0;
 
     mutable CMutex mutex;
     std::map<QString, Entry> entries VISTORAMA_GUARDED_BY(mutex); // by relative path

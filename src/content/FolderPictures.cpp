@@ -3,23 +3,20 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
-#include <set>
 #include <sys/stat.h>
 
-#include <QCryptographicHash>
 #include <QDateTime>
 #include <QFile>
 #include <QLocale>
 
 #include "common/Descriptor.h"
 #include "common/Exceptions.h"
-#include "common/FileIdentity.h"
 #include "common/FileSystem.h"
-#include "common/Platform.h"
 #include "common/Text.h"
 #include "common/ThreadSafety.h"
 #include "common/Trace.h"
 #include "common/WorkerPool.h"
+#include "content/ImageCache.h"
 #include "document/pictures/PictureFiles.h"
 #include "effects/FileNames.h"
 #include "effects/GeometricEffects.h"
@@ -33,15 +30,6 @@ namespace {
 constexpr int progressStep = 5; // pictures; a page is changed for each step
 constexpr int bottomCentred = 8;
 constexpr int centred = 0;
-constexpr int readableLength = 60; // of a name that is made longer
-constexpr int daysKept = 60;       // of a card that no picture has any more
-
-// 16 hexadecimal digits.
-QString HashOf(const QString& text)
-{
-    const QByteArray hash = QCryptographicHash::hash(text.toUtf8(), QCryptographicHash::Sha1);
-    return QString::fromLatin1(hash.toHex().left(16));
-}
 
 QDateTime FromTime(int64_t seconds)
 {
@@ -70,18 +58,6 @@ CImageEffectCompound CardChain(QSize card, const QString& text)
     return chain;
 }
 
-// The chain's name alone is not enough: "a.gif" and "a.png" would have one card, and a picture that has
-// changed its old one.
-QString CardName(const QString& path, const CImageEffectCompound& chain, const QString& date)
-{
-    const std::optional<FileStamp> stamp = FileStamp::Of(path);
-    const QString state = stamp ? QStringLiteral("%1 %2").arg(stamp->size).arg(stamp->modified) : QString();
-    const FileNameParts name = SplitFileName(ExtractLastName(chain.GetResultFileName(path)));
-    return name.base.left(readableLength) + QLatin1Char('_') +
-           HashOf(ExtractLastName(path) + QLatin1Char('/') + date + QLatin1Char('/') + state) +
-           name.extension;
-}
-
 // What stands for a picture that can't be read.
 void SaveEmptyCard(const QString& name, QSize card, const QString& target)
 {
@@ -102,9 +78,8 @@ public:
         : paths(paths), card(card), listener(listener), pictures(paths.size()), isFinished(paths.size())
     {}
 
-    void Run(const QString& cardFolder)
+    void Run()
     {
-        folder = cardFolder;
         OnAllCores(paths.size(), [this](size_t at) {
             if (listener.IsWanted()) {
                 Work(at);
@@ -141,7 +116,7 @@ private:
         const QString& path = paths[at];
         const QString date = CreationTime(path, locale);
         const CImageEffectCompound chain = CardChain(card, date);
-        const QString target = folder + CardName(path, chain, date);
+        const QString target = cache.PathFor(path, chain);
         isFinished[at] = true;
         if (FileExists(target)) {
             return target;
@@ -154,7 +129,9 @@ private:
             chain.Apply(source);
             source.Save(unfinished);
             isFinished[at] = picture.GetCondition().state == ImageCondition::State::Whole;
-            return isFinished[at] && QFile::rename(unfinished, target) ? target : unfinished;
+            const bool isRenamed = isFinished[at] && QFile::rename(unfinished, target);
+            cache.NoteMade(isRenamed ? target : unfinished);
+            return isRenamed ? target : unfinished;
         } catch (const CExceptionBase& failure) {
             Trace(failure.GetCaption() + QLatin1Char(' ') + failure.GetDescription());
         }
@@ -193,7 +170,7 @@ private:
     const QSize card;
     CFolderPicturesListener& listener;
     const QLocale locale = QLocale::system();
-    QString folder;
+    const CImageCache cache;
 
     // Each place belongs to the thread that works at the picture.
     std::vector<std::unique_ptr<CFilePictureInfo>> pictures;
@@ -215,22 +192,6 @@ FolderPictures::State StateOf(const QString& folder)
                                                : FolderPictures::State::NotReadable;
 }
 
-// Cards of pictures that have changed or gone, and of sizes that the view has had.
-void RemoveOldCards(const QString& folder, const FolderPictures& pictures)
-{
-    std::set<QString> used;
-    for (const auto& picture : pictures.pictures) {
-        used.insert(ExtractLastName(picture->GetThumbnailPath()));
-    }
-    const int64_t limit = QDateTime::currentSecsSinceEpoch() - int64_t{daysKept} * 24 * 60 * 60;
-    for (const DirectoryEntry& entry : ListDirectory(folder)) {
-        const auto stamp = used.contains(entry.name) ? std::nullopt : FileStamp::Of(folder + entry.name);
-        if (stamp && stamp->modified / 1'000'000'000 < limit) {
-            QFile::remove(folder + entry.name);
-        }
-    }
-}
-
 } // namespace
 
 FolderPictures FillPicturesCollection(const QString& folder, QSize card, CFolderPicturesListener& listener)
@@ -243,28 +204,6 @@ FolderPictures FillPicturesCollection(const QString& folder, QSize card, CFolder
     }
     const std::vector<QString> paths = ListPictureFiles(WithTrailingSeparator(folder));
     CFolderWalk walk(paths, card, listener);
-    if (!paths.empty()) {
-        const QString cards = GetPicturesFolder(folder);
-        walk.Run(cards);
-        FolderPictures result = walk.Finish();
-        if (listener.IsWanted()) {
-            RemoveOldCards(cards, result);
-        }
-        return result;
-    }
+    walk.Run();
     return walk.Finish();
-}
-
-QString GetPicturesFolder(const QString& folder)
-{
-    QString plain = folder;
-    while (plain.size() > 1 && plain.endsWith(QLatin1Char('/'))) {
-        plain.chop(1);
-    }
-    const QString name =
-        QStringLiteral("%1_%2_imgs")
-            .arg(SanitizeFileName(ExtractLastName(plain)).left(readableLength), HashOf(plain));
-    const QString path = JoinPath(FindTemporaryFolder(), name);
-    MakeDirectoryPath(path);
-    return WithTrailingSeparator(path);
 }

@@ -10,8 +10,7 @@
 #include "document/pictures/PictureInfo.h"
 
 // The pictures of a folder, with a thumbnail of each: a card of one size with the date of the file on it.
-// Cards are kept from run to run in the user's own folder for temporary files. A card's name tells the state
-// of the file that it was made of, so that a picture that has changed gets a new one.
+// Cards are kept in CImageCache.
 
 struct FolderPictures {
     enum class State { Listed, Missing, NotReadable };
@@ -47,8 +46,3 @@ protected:
 // then. A picture that can't be read has an empty card with its name. Throws CExceptionBase if the cards have
 // no place.
 FolderPictures FillPicturesCollection(const QString& folder, QSize card, CFolderPicturesListener& listener);
-
-// The folder of the cards of the pictures in the folder, with a trailing separator; made if need be. Unlike
-// the folders of the preview's images it is a folder of its own for each folder, whatever its last name is:
-// two folders "DCIM/100" must not show each other's pictures. Throws CExceptionBase.
-QString GetPicturesFolder(const QString& folder);

@@ -9,6 +9,7 @@
 #include "document/galleries/Gallery.h"
 #include "document/galleries/GalleryIterator.h"
 #include "document/project/GalleryProject.h"
+#include "template/TemplateLanguage.h"
 #include "template/parser/CompoundTemplateSection.h"
 
 // A gallery that the walk is in or below. Sets its layout page back when the walk leaves it.
@@ -94,7 +95,7 @@ bool CGalleryWalk::WalkPage(CGallery& gallery, const CGalleryTemplatePage& page,
     const CGalleryTemplate& layout = project.FindTemplate(gallery.GetLayout().GetTemplateKey());
     gallery.SetTemplatePage(page.file);
     CCompoundTemplateSection tree;
-    layout.LoadPage(page.file, tree);
+    layout.LoadPage(page.file, tree, {.stop = &stop});
     if (!SplitPageName(ExtractLastName(layout.GetPageFilePath(page.file)))) {
         return true; // a name such as ".html" or "12.html" yields no file
     }

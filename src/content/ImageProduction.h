@@ -24,7 +24,7 @@ class CStopSignal;
 //
 // Begin, Ask, End, Start and Finish are called on the generation thread. Memory grows with the count of
 // requests by their names alone; pictures are held only by the workers, one each.
-class CImageProduction {
+class CImageProduction final : public CImageOrders {
 public:
     // Called when a page's file and all its images are written, one call at a time, on any thread of the run.
     class Listener {
@@ -43,7 +43,7 @@ public:
 
     // All requests between the two belong to one page.
     void BeginPage();
-    void Ask(const ImageRequest& request);
+    void Ask(const ImageRequest& request) override;
     void EndPage();
 
     // Hands all that has been asked for since the last call to the workers.

@@ -14,5 +14,14 @@ struct ImageRequest {
     QString resultPath;
 };
 
+// Who takes the images that the pages of a run ask for.
+class CImageOrders {
+public:
+    virtual void Ask(const ImageRequest& request) = 0;
+
+protected:
+    ~CImageOrders() = default;
+};
+
 // Makes the file at once. Throws CExceptionBase if the source can't be read or the file can't be written.
 void MakeImage(const ImageRequest& request);

@@ -20,62 +20,86 @@ bool CPagesCounter::ProcessPage(CCompoundTemplateSection&, CImageIterator& itera
 
 void CPagesCounter::ProcessGallery(const QString&, const CGallery&) {}
 
-void CPagesGenerator::ProcessGallery(const QString& galleryFolder, const CGallery& gallery)
+void CPagesMaker::ProcessGallery(const QString& galleryFolder, const CGallery& gallery)
 {
-    run.production.StartAsked();
+    BeginGallery();
     for (const QString& directory : gallery.GetStyleDirectories()) {
-        const QString copy = JoinPath(run.targetFolder + galleryFolder, ExtractLastName(directory));
-        CopyDirectoryTree(directory, copy);
-        NoteCopies(directory, copy);
-        if (run.stop.IsSet()) {
+        TakeStyle(directory, JoinPath(site.targetFolder + galleryFolder, ExtractLastName(directory)));
+        if (site.stop.IsSet()) {
             return;
         }
     }
     subFolder = galleryFolder;
-    run.generator.SetOutputFolder(run.targetFolder + subFolder);
+    site.generator.SetOutputFolder(site.targetFolder + subFolder);
 }
 
-bool CPagesGenerator::ProcessPage(CCompoundTemplateSection& tree, CImageIterator& iterator, bool multipage)
+bool CPagesMaker::ProcessPage(CCompoundTemplateSection& tree, CImageIterator& iterator, bool multipage)
 {
     for (int32_t page = 0;; ++page) {
-        if (run.stop.IsSet()) {
+        if (site.stop.IsSet()) {
             return false;
         }
-        iterator.SetPageIndex(page);
-        iterator.Reset();
-        tree.Bind(iterator, run.generator);
-        // Once more: Bind has moved the picture cursor, and the ids that it registered stay.
-        iterator.SetPageIndex(page);
-        iterator.PreparePictures();
-        run.production.BeginPage();
-        WritePage(tree, iterator, JoinPath(run.targetFolder + subFolder, iterator.GetPageFileName(page)));
-        run.production.EndPage();
-        // A page without picture slots would never see its last page.
-        if (!multipage || iterator.IsLastPage() || iterator.GetPicturesPerPage() <= 0) {
+        const bool wasEmpty = page > 0 && iterator.GetPicturesPerPage() <= 0;
+        BindPage(tree, iterator, page);
+        // A page without picture slots would never see its last page. One whose first page has none by a
+        // condition goes on, as long as the next page binds something else.
+        if (wasEmpty && iterator.GetPicturesPerPage() <= 0) {
+            return true;
+        }
+        if (!MakePage(tree, iterator, page)) {
+            return false;
+        }
+        if (!multipage || iterator.IsLastPage()) {
             return true;
         }
     }
 }
 
-// All files of a tree that was copied.
-void CPagesGenerator::NoteCopies(const QString& source, const QString& target)
+void CPagesMaker::BindPage(CCompoundTemplateSection& tree, CImageIterator& iterator, int32_t page)
 {
-    if (!run.record) {
-        return;
+    iterator.SetPageIndex(page);
+    iterator.Reset();
+    tree.Bind(iterator, site.generator);
+    // Once more: Bind has moved the picture cursor, and the ids that it registered stay.
+    iterator.SetPageIndex(page);
+}
+
+// False if the run was stopped: the page is not whole then.
+bool CPagesMaker::MakePage(CCompoundTemplateSection& tree, CImageIterator& iterator, int32_t page)
+{
+    iterator.PreparePictures();
+    BeginPage();
+    const std::string bytes = tree.GenerateToString(iterator, site.generator);
+    if (site.stop.IsSet()) {
+        return false;
     }
-    for (const DirectoryEntry& entry : ListDirectory(source)) {
-        const QString copy = JoinPath(target, entry.name);
-        if (entry.isDirectory && !entry.isHidden) {
-            NoteCopies(JoinPath(source, entry.name), copy);
-        } else if (!entry.isHidden) {
-            run.record->NoteFile(copy);
+    TakePage(JoinPath(site.targetFolder + subFolder, iterator.GetPageFileName(page)),
+             QByteArray::fromStdString(bytes));
+    return true;
+}
+
+void CPagesGenerator::BeginGallery()
+{
+    run.production.StartAsked();
+}
+
+void CPagesGenerator::TakeStyle(const QString& directory, const QString& copy)
+{
+    CopyDirectoryTree(directory, copy);
+    if (run.record) {
+        for (const FileCopy& file : ListCopies(directory, copy)) {
+            run.record->NoteFile(file.copy);
         }
     }
 }
 
-void CPagesGenerator::WritePage(CCompoundTemplateSection& tree, CImageIterator& iterator, const QString& path)
+void CPagesGenerator::BeginPage()
 {
-    const QByteArray page = QByteArray::fromStdString(tree.GenerateToString(iterator, run.generator));
+    run.production.BeginPage();
+}
+
+void CPagesGenerator::TakePage(const QString& path, const QByteArray& page)
+{
     // To leave a page that stays the same alone is several times as fast as to replace it.
     const int error = IsFileOf(path, page) ? 0 : ReplaceFile(path, page, Durability::Plain);
     if (error == ENOSPC || error == EDQUOT || error == EIO) {
@@ -88,4 +112,20 @@ void CPagesGenerator::WritePage(CCompoundTemplateSection& tree, CImageIterator& 
     if (run.record) {
         run.record->NoteFile(path);
     }
+    run.production.EndPage();
+}
+
+std::vector<FileCopy> ListCopies(const QString& source, const QString& target)
+{
+    std::vector<FileCopy> copies;
+    for (const DirectoryEntry& entry : ListDirectory(source)) {
+        const FileCopy file{JoinPath(source, entry.name), JoinPath(target, entry.name)};
+        if (entry.isDirectory && !entry.isHidden) {
+            const std::vector<FileCopy> below = ListCopies(file.source, file.copy);
+            copies.insert(copies.end(), below.begin(), below.end());
+        } else if (!entry.isHidden) {
+            copies.push_back(file);
+        }
+    }
+    return copies;
 }

@@ -1,9 +1,11 @@
 #include "deploy/DeployJob.h"
 
 #include "common/Exceptions.h"
+#include "common/TempFolder.h"
 #include "common/Text.h"
 #include "common/Trace.h"
 #include "content/DeploymentRecord.h"
+#include "content/StrangeFiles.h"
 #include "document/project/GalleryProject.h"
 
 namespace {
@@ -23,21 +25,51 @@ private:
 // Keeps the record when a run ends, however it does.
 class CRecordSaver {
 public:
-    explicit CRecordSaver(const CDeploymentRecord& record) : record(record) {}
+    explicit CRecordSaver(const CDeploymentRecord& record) : record(record)
+    {
+        Try([&] { record.Begin(); });
+    }
     ~CRecordSaver()
     {
-        try {
-            record.Save();
-        } catch (const CExceptionBase& failure) {
-            // The site is whole without it; the next run takes longer.
-            Trace(QStringLiteral("CDeploymentRecord::Save failed: ") + failure.GetDescription());
-        }
+        Try([this] { record.Save(); });
     }
     CRecordSaver(const CRecordSaver&) = delete;
     CRecordSaver& operator=(const CRecordSaver&) = delete;
 
 private:
+    // The site is whole without it; the next run takes longer, and asks about its files.
+    template <class Write>
+    static void Try(const Write& write)
+    {
+        try {
+            write();
+        } catch (const CExceptionBase& failure) {
+            Trace(QStringLiteral("CDeploymentRecord::Save failed: ") + failure.GetDescription());
+        }
+    }
+
     const CDeploymentRecord& record;
+};
+
+// The project as it is published: itself, or, if something is to be left out, a copy without that. The copy
+// has its own folder for covers, since its galleries show others.
+class CWithoutMissing {
+public:
+    CWithoutMissing(CGalleryProject& whole, const DeployDoubts& missing) : whole(whole)
+    {
+        if (missing.IsAnyMissing()) {
+            folder = std::make_unique<CTempFolder>(whole.GetTempFolder().GetPath());
+            copy = whole.MakeCopy(*folder);
+            copy->SetPreviewMode(false);
+            LeaveOut(missing, *copy);
+        }
+    }
+    CGalleryProject& Get() const { return copy ? *copy : whole; }
+
+private:
+    CGalleryProject& whole;
+    std::unique_ptr<CTempFolder> folder;
+    std::unique_ptr<CGalleryProject> copy;
 };
 
 } // namespace
@@ -96,35 +128,85 @@ void CDeployJob::RunGeneration()
     PostTo<DeployMessage>(target, DEPLOY_GENERATED{});
 }
 
+DeployDoubts CDeployJob::Examine()
+{
+    WaitFinished();
+    const CDeployModeScope deployMode(project);
+    DeployDoubts doubts = FindMissingFiles(project);
+    if (IsTargetWatched()) {
+        const CWithoutMissing published(project, doubts);
+        CDeploymentRecord record = OpenRecord();
+        doubts.strangeFiles = FindStrangers(published.Get(), record);
+    }
+    return doubts;
+}
+
 void CDeployJob::Generate()
 {
     const CDeployModeScope deployMode(project);
-    if (temporaryFolder.isEmpty()) {
-        GenerateToFolder();
-    } else {
-        GenerateForUpload();
-    }
-}
-
-void CDeployJob::GenerateToFolder()
-{
-    if (recordsFolder.isEmpty()) {
-        result = GeneratePages(project, {settings.folder}, cancel, *this);
+    const DeployDoubts missing = FindMissingFiles(project);
+    if (missing.IsAnyMissing() && !leaveOutMissing) {
+        error = MissingFilesError(missing);
         return;
     }
-    CDeploymentRecord record(CDeploymentRecord::PathFor(recordsFolder, settings.folder, project.GetName()),
-                             settings.folder);
+    const CWithoutMissing published(project, missing);
+    if (temporaryFolder.isEmpty()) {
+        GenerateToFolder(published.Get(), missing);
+    } else {
+        GenerateForUpload(published.Get());
+    }
+    result.warnings = WarningsOf(missing) + result.warnings;
+}
+
+// Only with a record it is known whose the files of a target are.
+bool CDeployJob::IsTargetWatched() const
+{
+    return temporaryFolder.isEmpty() && !recordsFolder.isEmpty();
+}
+
+CDeploymentRecord CDeployJob::OpenRecord() const
+{
+    const auto pathFor = [this](const QString& key) {
+        return CDeploymentRecord::PathFor(recordsFolder, settings.folder, key);
+    };
+    // A project without an id is known by its file.
+    const QString path = pathFor(project.GetId().isEmpty() ? project.GetPath() : project.GetId());
+    CDeploymentRecord::TakeOver(path, pathFor(project.GetPath()));
+    CDeploymentRecord::TakeOver(path, pathFor(project.GetName()));
+    return CDeploymentRecord(path, settings.folder);
+}
+
+QStringList CDeployJob::FindStrangers(CGalleryProject& published, CDeploymentRecord& record)
+{
+    return FindStrangeFiles(published, {settings.folder, &record}, cancel);
+}
+
+void CDeployJob::GenerateToFolder(CGalleryProject& published, const DeployDoubts& missing)
+{
+    if (!IsTargetWatched()) {
+        result = GeneratePages(published, {settings.folder}, cancel, *this);
+        return;
+    }
+    CDeploymentRecord record = OpenRecord();
+    const QStringList strangers = overwrite ? QStringList() : FindStrangers(published, record);
+    if (!strangers.isEmpty()) {
+        error = StrangeFilesError(settings.folder, strangers);
+    }
+    if (error || cancel.IsSet()) {
+        return;
+    }
     // What was written by a run that failed is noted as well.
     const CRecordSaver saver(record);
-    result = GeneratePages(project, {settings.folder, &record}, cancel, *this);
-    if (!cancel.IsSet()) {
+    result = GeneratePages(published, {settings.folder, &record}, cancel, *this);
+    // What a missing picture has left in the site is no leftover: it may come back.
+    if (!cancel.IsSet() && !missing.IsAnyMissing()) {
         record.RemoveLeftovers();
     }
 }
 
-void CDeployJob::GenerateForUpload()
+void CDeployJob::GenerateForUpload(CGalleryProject& published)
 {
-    result = GeneratePages(project, {temporaryFolder}, cancel, *this);
+    result = GeneratePages(published, {temporaryFolder}, cancel, *this);
     if (!cancel.IsSet()) {
         PostTo<DeployMessage>(target, DEPLOY_PREPARING{});
         CFTPUploadItemsFiller filler(uploadMap, CFTPUploadItemsFiller::RootLengthOf(temporaryFolder), cancel);

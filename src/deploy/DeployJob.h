@@ -6,10 +6,12 @@
 
 #include "common/StopSignal.h"
 #include "content/PageGeneration.h"
+#include "deploy/DeployDoubts.h"
 #include "deploy/DeployMessages.h"
 #include "deploy/FTPUploadItemsFiller.h"
 #include "document/project/DeploySettings.h"
 
+class CDeploymentRecord;
 class CGalleryProject;
 
 // A deployment: its choices, its generation thread and what came of it. Owned by the wizard or program that
@@ -27,6 +29,10 @@ public:
     CDeployJob& operator=(const CDeployJob&) = delete;
 
     CDeploySettings settings;
+    // What a person has decided of what Examine finds. Without them the run stops before it writes anything.
+    bool leaveOutMissing = false; // absent pictures and unreadable watermarks; nothing is tidied up then
+    bool overwrite = false;       // somebody else's files in the target
+
     // Empty for a deployment to a folder. If set, the site is generated there and listed for the upload.
     QString temporaryFolder;
     // Where records of deployments to folders are kept, so that the next one makes only what has changed.
@@ -36,6 +42,10 @@ public:
     // Starts the thread: the site goes to the temporary folder if there is one, else to settings.folder.
     // Progress is posted to the target as long as it exists. Not to be called while a generation runs.
     void StartGeneration(std::weak_ptr<CDeployTarget> target);
+
+    // What a person should decide before the generation starts, as the files are now. Writes nothing into the
+    // target. Not to be called while a generation runs. Throws CExceptionBase from a page.
+    DeployDoubts Examine();
 
     // Sets the cancel flag alone.
     void RequestCancel() { cancel.Set(); }
@@ -55,8 +65,11 @@ private:
     void OnPageDone(int32_t donePages, int32_t totalPages) override;
     void RunGeneration();
     void Generate();
-    void GenerateToFolder();
-    void GenerateForUpload();
+    void GenerateToFolder(CGalleryProject& published, const DeployDoubts& missing);
+    void GenerateForUpload(CGalleryProject& published);
+    bool IsTargetWatched() const;
+    CDeploymentRecord OpenRecord() const;
+    QStringList FindStrangers(CGalleryProject& published, CDeploymentRecord& record);
 
     CGalleryProject& project;
     CStopSignal cancel;

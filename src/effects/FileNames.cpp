@@ -7,11 +7,16 @@
 
 namespace {
 
+bool IsBetween(QChar unit, char first, char last)
+{
+    return unit >= QLatin1Char(first) && unit <= QLatin1Char(last);
+}
+
+// Asked for each letter of all names of a project.
 bool StaysInName(QChar unit)
 {
-    static const QString staying =
-        QStringLiteral("1234567890-_.abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ");
-    return staying.contains(unit);
+    return IsBetween(unit, 'a', 'z') || IsBetween(unit, 'A', 'Z') || IsBetween(unit, '0', '9') ||
+           unit == QLatin1Char('-') || unit == QLatin1Char('_') || unit == QLatin1Char('.');
 }
 
 // A base of 255 letters that each become two or three would be a name that no file system takes, and the
@@ -100,3 +105,5 @@ QString CImageEffectRename::GetResultFileName(const QString& path) const
 }
 
 void CImageEffectRename::Apply(CImageEffectSource&) const {}
+
+void CImageEffectNameSuffix::Apply(CImageEffectSource&) const {}

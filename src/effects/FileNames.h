@@ -52,3 +52,18 @@ public:
     void Apply(CImageEffectSource& source) const override;
     QString GetKey() const override { return QStringLiteral("rename"); }
 };
+
+// Keeps the results of two pictures apart whose names would be the same. The last effect of a chain, since it
+// has to stand before the extension. Immutable; leaves pixels alone.
+class CImageEffectNameSuffix final : public CImageEffect {
+public:
+    explicit CImageEffectNameSuffix(const QString& suffix) : suffix(suffix) {}
+
+    // "a640480.jpg" gives "a640480_7c1f03.jpg".
+    QString GetResultFileName(const QString& fileName) const override { return WithSuffix(fileName, suffix); }
+    void Apply(CImageEffectSource& source) const override;
+    QString GetKey() const override { return QStringLiteral("suffix"); }
+
+private:
+    const QString suffix;
+};

@@ -55,8 +55,11 @@ std::unique_ptr<CTemplateSection> MakeSection(const std::string& keyword)
 
 } // namespace
 
-void ParsePage(std::istream& stream, CTemplateSection& root, CTemplateObserver* observer)
+void ParsePage(std::istream& stream, CTemplateSection& root, const PageReading& reading)
 {
-    root.SetContext({.makeSection = MakeSection, .observer = observer});
+    root.SetContext({.makeSection = MakeSection,
+                     .observer = reading.observer,
+                     .stop = reading.stop,
+                     .page = std::make_shared<PageFiles>(PageFiles{.folder = reading.folder})});
     root.Parse(stream);
 }

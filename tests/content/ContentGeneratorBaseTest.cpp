@@ -160,18 +160,15 @@ TEST_F(ContentGeneratorBase, AnImageThatCannotBeReadFailsWithItsPath)
     }
 }
 
-TEST_F(ContentGeneratorBase, ImagesOfTheViewsGoToAFolderNamedAfterTheirSourceFolder)
+TEST_F(ContentGeneratorBase, ImagesOfTheViewsGoToTheirCache)
 {
     qputenv("XDG_CACHE_HOME", fixture.scratch.Path(QStringLiteral("cache")).toUtf8());
     generator.imageFolder.clear();
-    const QString base = FindTemporaryFolder();
-    EXPECT_EQ(generator.GetImageFolder(QStringLiteral("/x/Summer/a.jpg")),
-              base + QStringLiteral("Summer_imgs/"));
-    EXPECT_TRUE(FolderExists(base + QStringLiteral("Summer_imgs")));
-    // Two folders of the same last name share one.
-    EXPECT_EQ(generator.GetImageFolder(QStringLiteral("/y/Summer/b.jpg")),
-              base + QStringLiteral("Summer_imgs/"));
-    EXPECT_EQ(generator.GetImageFolder(QStringLiteral("a.jpg")), base);
+    const auto rename = std::make_shared<CImageEffectRename>();
+    const QString one = generator.GetImageName(QStringLiteral("/x/Summer/a.jpg"), rename);
+    EXPECT_EQ(ExtractFolder(one), FindImageCacheFolder() + QLatin1Char('/'));
+    // Two folders of the same last name.
+    EXPECT_NE(generator.GetImageName(QStringLiteral("/y/Summer/a.jpg"), rename), one);
     EXPECT_EQ(generator.GetImageUrl(QStringLiteral("/x/a.jpg")), QStringLiteral("/x/a.jpg"));
     qunsetenv("XDG_CACHE_HOME");
 }

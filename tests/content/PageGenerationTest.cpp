@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include <QFile>
+#include <QRegularExpression>
 
 #include "PlainGenerator.h"
 #include "common/Exceptions.h"
@@ -84,6 +85,21 @@ protected:
     QStringList progress;
     int cancelAt = -1;
 };
+
+// 8 bits a channel, rounded to sixteenths, since a JPEG is not exact.
+uint32_t MiddleOf(const QString& path)
+{
+    const CImage image = CImage::FromFile(path);
+    const QByteArray bytes = image.GetRgba();
+    const QSize size = image.GetSize();
+    const qsizetype middle = (qsizetype(size.height()) / 2 * size.width() + size.width() / 2) * 4;
+    uint32_t colour = 0;
+    for (qsizetype i = 0; i < 3; ++i) {
+        const auto channel = static_cast<unsigned char>(bytes.at(middle + i));
+        colour = colour << 8 | (std::min(channel + 8, 255) & 0xf0);
+    }
+    return colour;
+}
 
 class CNoListener final : public CImageProduction::Listener {
 public:
@@ -408,4 +424,68 @@ TEST_F(PageGeneration, WalksDepthFirstByIndexAndEachGalleryInTheOrderOfItsLayout
     stopped.stopAt = 5;
     EXPECT_FALSE(walk.Run(stopped));
     EXPECT_EQ(stopped.calls, expected.mid(0, 5));
+}
+
+TEST_F(PageGeneration, NoTwoPicturesOfAGalleryShareAFile)
+{
+    WriteLayout("<page file=\"index.html\"/>", {{QStringLiteral("index.html"), 6}});
+    fixture.NewProject();
+    const std::vector<std::pair<QString, uint32_t>> pictures = {
+        {QStringLiteral("a/x.png"), 0x800000},  {QStringLiteral("b/x.png"), 0x008000},
+        {QStringLiteral("x.bmp"), 0x000080},    {QStringLiteral("a b.png"), 0x808000},
+        {QStringLiteral("a10b.png"), 0x008080}, {QStringLiteral("X.png"), 0x800080}};
+    for (const auto& [name, rgb] : pictures) {
+        MakeDirectoryPath(ExtractFolder(fixture.scratch.Path(QStringLiteral("photos/") + name)));
+        fixture.GetRoot().AddPicture(fixture.WritePicture(name, QSize(40, 30), rgb));
+    }
+    EXPECT_EQ(Generate().images, 6);
+    const QString page = QString::fromUtf8(fixture.scratch.Read(QStringLiteral("site/index.html")));
+    qsizetype at = 0;
+    for (const auto& [name, rgb] : pictures) {
+        at = page.indexOf(QStringLiteral("src=\"pictures/"), at) + 5;
+        const QString file = page.mid(at, page.indexOf(QLatin1Char('"'), at) - at);
+        EXPECT_EQ(MiddleOf(fixture.scratch.Path(QStringLiteral("site/") + file)), rgb)
+            << qPrintable(name) << ' ' << qPrintable(file);
+    }
+}
+
+TEST_F(PageGeneration, SizesThatRunIntoNamesDoNotMakePicturesShareAFile)
+{
+    fixture.WriteLayout(QStringLiteral("a"), "<page file=\"index.html\"/>");
+    fixture.WritePage(QStringLiteral("a"), QStringLiteral("index.html"),
+                      "<%picture id=\"one\" width=\"32\" height=\"32\" href=\"\"%>"
+                      "<%picture id=\"two\" width=\"132\" height=\"32\" href=\"\"%>");
+    fixture.NewProject();
+    fixture.GetRoot().AddPicture(fixture.WritePicture(QStringLiteral("p1.png"), QSize(40, 30), 0x800000));
+    fixture.GetRoot().AddPicture(fixture.WritePicture(QStringLiteral("p.png"), QSize(40, 30), 0x008000));
+    EXPECT_EQ(Generate().images, 2);
+    EXPECT_EQ(MiddleOf(fixture.scratch.Path(QStringLiteral("site/pictures/p13232.png"))), 0x800000u);
+    const QString suffix = fixture.GetRoot().GetPictures().GetAt(1)->GetNameSuffix();
+    ASSERT_FALSE(suffix.isEmpty());
+    EXPECT_EQ(MiddleOf(fixture.scratch.Path(QStringLiteral("site/pictures/p13232%1.png").arg(suffix))),
+              0x008000u);
+}
+
+TEST_F(PageGeneration, APhotographNamedLikeACoverLeavesTheCoverAlone)
+{
+    WriteLayout("<page file=\"index.html\"/>", {{QStringLiteral("index.html"), 2}});
+    CGalleryProject& project = fixture.NewProject();
+    const int32_t child = project.AddChildGallery(0);
+    project.FindGallery(child)->AddPicture(
+        fixture.WritePicture(QStringLiteral("k.png"), QSize(400, 300), 0x800000));
+    const QString coverName = ExtractLastName(project.FindGallery(child)->GetCover().GetName());
+    MakeDirectoryPath(fixture.scratch.Path(QStringLiteral("photos/b")));
+    fixture.GetRoot().AddPicture(
+        fixture.WritePicture(QStringLiteral("b/") + coverName, QSize(400, 300), 0x008000));
+    Generate();
+    const QStringList published =
+        SiteFiles(QStringLiteral("pictures/k")).filter(QRegularExpression(QStringLiteral("^pictures/")));
+    ASSERT_EQ(published.size(), 2);
+    std::set<uint32_t> colours;
+    for (const QString& file : published) {
+        colours.insert(MiddleOf(fixture.scratch.Path(QStringLiteral("site/") + file)));
+    }
+    EXPECT_EQ(colours, (std::set<uint32_t>{0x800000, 0x008000}));
+    EXPECT_FALSE(fixture.GetRoot().GetPictures().GetAt(1)->GetNameSuffix().isEmpty());
+    EXPECT_TRUE(fixture.GetRoot().GetPictures().GetAt(0)->GetNameSuffix().isEmpty());
 }

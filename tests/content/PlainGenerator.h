@@ -2,22 +2,26 @@
 
 #include <vector>
 
+#include "common/FileSystem.h"
 #include "content/ContentGeneratorBase.h"
+#include "effects/ImageEffect.h"
 
 // The base generator with its pure operations filled in, its hooks made visible, and its images noted instead
 // of made where the test asks for that.
 class CPlainGenerator : public CContentGeneratorBase {
 public:
-    QString imageFolder; // empty: the base's own
+    QString imageFolder; // empty: the views' cache
     bool makesImages = false;
     bool showsHooks = false;
     std::vector<ImageRequest> requests;
 
     using CContentGeneratorBase::GetImageUrl;
     using CContentGeneratorBase::WriteResourceScript;
-    QString GetImageFolder(const QString& sourcePath) const override
+    QString GetImagePath(const WantedImage& image) override
     {
-        return imageFolder.isEmpty() ? CContentGeneratorBase::GetImageFolder(sourcePath) : imageFolder;
+        return imageFolder.isEmpty()
+                   ? CContentGeneratorBase::GetImagePath(image)
+                   : image.effect.GetResultFileName(imageFolder + ExtractLastName(image.sourcePath));
     }
 
 protected:

@@ -33,6 +33,23 @@ QString DefinitionSubfolder(const QString& definitionPath, const QString& subfol
     return ExtractFolder(definitionPath) + native;
 }
 
+// Without a separator at its end. A style's files are copied to a folder of its name, so that "." and ".."
+// have no sense in it, wherever they lead.
+QString PlainSubfolder(QString subfolder)
+{
+    subfolder.replace(QLatin1Char('\\'), QLatin1Char('/'));
+    while (subfolder.endsWith(QLatin1Char('/'))) {
+        subfolder.chop(1);
+    }
+    return subfolder;
+}
+
+bool HasDots(const QString& subfolder)
+{
+    const QStringList parts = subfolder.split(QLatin1Char('/'));
+    return parts.contains(QStringLiteral(".")) || parts.contains(QStringLiteral(".."));
+}
+
 // A page's file name is also the name of its output file; one that leads to another folder would write there.
 bool IsPlainFileName(const QString& file)
 {
@@ -52,13 +69,17 @@ QString FullPath(const QString& path)
 } // namespace
 
 CGalleryTemplate::CGalleryTemplate(const QString& definitionPath)
+    : definitionFolder(QFileInfo(definitionPath).absolutePath())
 {
     const auto document = LoadDocument(definitionPath);
     const CXmlElement element = FindDefinition(*document, "template");
     name = GetAttributeText(element, "name").GetString();
     const CVariant subfolder = GetAttributeText(element, "folder");
     if (!subfolder.IsEmpty()) {
-        folder = WithTrailingSeparator(DefinitionSubfolder(definitionPath, subfolder.GetString()));
+        namedFolder = FindNamedFile(definitionFolder, subfolder.GetString(), definitionFolder);
+        folder = WithTrailingSeparator(namedFolder.state == NamedFile::State::Found
+                                           ? namedFolder.path
+                                           : DefinitionSubfolder(definitionPath, subfolder.GetString()));
     }
     group = GetAttributeText(element, "group").GetString();
     for (const CXmlElement& child : element.GetChildren("page")) {
@@ -95,20 +116,36 @@ const CGalleryTemplatePage& CGalleryTemplate::GetPage(const QString& file) const
 
 QString CGalleryTemplate::GetPageFilePath(const QString& file) const
 {
-    return folder + GetPage(file).file;
+    const NamedFile page = FindPageFile(file);
+    return page.differsInCase ? page.path : folder + GetPage(file).file;
 }
 
-void CGalleryTemplate::LoadPage(const QString& file, CTemplateSection& sectionTree,
-                                CTemplateObserver* observer) const
+NamedFile CGalleryTemplate::FindPageFile(const QString& file) const
 {
-    const QString path = GetPageFilePath(file);
-    std::ifstream stream = OpenPageFile(path);
-    if (!stream.is_open()) {
-        throw CFileException(path, {.caption = StringId::CouldNotOpenFile,
-                                    .reason = StringId::FileDoesNotExist,
-                                    .solution = StringId::InformTemplateDeveloper});
+    // A layout without a folder has its pages in the process's current one.
+    const QString root = folder.isEmpty() ? QDir::currentPath() : definitionFolder;
+    return FindNamedFile(folder.isEmpty() ? root : folder, GetPage(file).file, root);
+}
+
+void CGalleryTemplate::LoadPage(const QString& file, CTemplateSection& sectionTree) const
+{
+    LoadPage(file, sectionTree, PageReading());
+}
+
+void CGalleryTemplate::LoadPage(const QString& file, CTemplateSection& sectionTree, PageReading reading) const
+{
+    const NamedFile page = FindPageFile(file);
+    std::ifstream stream;
+    if (page.state == NamedFile::State::Found) {
+        stream = OpenPageFile(page.path);
     }
-    ParsePage(stream, sectionTree, observer);
+    if (!stream.is_open()) {
+        throw CFileException(GetPageFilePath(file), {.caption = StringId::CouldNotOpenFile,
+                                                     .reason = StringId::FileDoesNotExist,
+                                                     .solution = StringId::InformTemplateDeveloper});
+    }
+    reading.folder = definitionFolder;
+    ParsePage(stream, sectionTree, reading);
 }
 
 CGalleryStyle::CGalleryStyle(const QString& definitionPath)
@@ -120,7 +157,24 @@ CGalleryStyle::CGalleryStyle(const QString& definitionPath)
     folder = GetAttributeText(element, "folder").GetString();
     group = GetAttributeText(element, "group").GetString();
     isDefault = GetAttributeLong(element, "default") != 0;
-    directory = DefinitionSubfolder(definitionPath, folder);
+    const QString plain = PlainSubfolder(folder);
+    const QString root = QFileInfo(definitionPath).absolutePath();
+    namedFolder = FindNamedFile(root, plain, root);
+    if (HasDots(plain)) {
+        namedFolder.state = NamedFile::State::LeadsOut;
+    }
+    if (plain.isEmpty() || namedFolder.state == NamedFile::State::LeadsOut) {
+        return;
+    }
+    directory = namedFolder.path;
+    sheet = FindNamedFile(directory, css, directory);
+    // Pages name what lies beside them, and servers tell capitals apart.
+    if (namedFolder.differsInCase) {
+        folder = directory.mid(root.size() + 1);
+    }
+    if (sheet.differsInCase) {
+        css = sheet.path.mid(directory.size() + 1);
+    }
 }
 
 void ScanFolder(const QString& folder, const std::function<void(const QString& fullPath)>& onFile)

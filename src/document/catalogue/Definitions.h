@@ -6,8 +6,10 @@
 
 #include <QString>
 
-class CTemplateObserver;
+#include "common/NamedFile.h"
+
 class CTemplateSection;
+struct PageReading;
 
 // One page of a layout.
 struct CGalleryTemplatePage {
@@ -44,14 +46,24 @@ public:
     const CGalleryTemplatePage& GetPage(const QString& file) const;
     QString GetPageFilePath(const QString& file) const;
 
-    // Parses the page into the tree. Throws CFileException for a file that can't be opened and
-    // CTemplateParsingException for a bad page. observer: see ParsePage.
-    void LoadPage(const QString& file, CTemplateSection& sectionTree,
-                  CTemplateObserver* observer = nullptr) const;
+    // Parses the page into the tree. It may include what lies below the folder of the definition. Throws
+    // CFileException for a file that can't be opened or lies elsewhere, and CTemplateParsingException for a
+    // bad page.
+    void LoadPage(const QString& file, CTemplateSection& sectionTree) const;
+    // reading: its folder is not looked at.
+    void LoadPage(const QString& file, CTemplateSection& sectionTree, PageReading reading) const;
+    // The file of a page, as its folder has it.
+    NamedFile FindPageFile(const QString& file) const;
+    // Where the definition lies, without a trailing separator.
+    const QString& GetDefinitionFolder() const { return definitionFolder; }
+    // The folder as the definition names it, found below the definition.
+    const NamedFile& GetNamedFolder() const { return namedFolder; }
 
 private:
     std::vector<CGalleryTemplatePage> pages;
     QString name;
+    QString definitionFolder;
+    NamedFile namedFolder;
     QString folder;
     QString group;
 };
@@ -63,9 +75,13 @@ struct CGalleryStyle {
     // without the element "style".
     explicit CGalleryStyle(const QString& definitionPath);
 
-    QString css;       // file name of the style sheet
-    QString folder;    // as written in the definition; the name of the copy beside published pages
-    QString directory; // full path of that folder, without a trailing separator
+    QString css;    // file name of the style sheet
+    QString folder; // as written in the definition; the name of the copy beside published pages
+    // Full path of that folder, without a trailing separator. Empty if the definition names none below its
+    // own folder.
+    QString directory;
+    NamedFile namedFolder; // what has been found of it
+    NamedFile sheet;       // the style sheet in it
     QString name;
     QString group;
     bool isDefault = false; // the style that a new gallery takes

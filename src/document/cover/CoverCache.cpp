@@ -51,6 +51,14 @@ void MarkUsed(const QString& file)
     ::utimensat(AT_FDCWD, QFile::encodeName(file).constData(), nullptr, 0);
 }
 
+QFileInfoList KeptNewestFirst(const QString& folder)
+{
+    // An empty name would be the current folder.
+    return folder.isEmpty()
+               ? QFileInfoList()
+               : QDir(folder).entryInfoList({QStringLiteral("*.cover")}, QDir::Files, QDir::Time);
+}
+
 } // namespace
 
 CCoverCache::CCoverCache(const Options& options) : options(options) {}
@@ -139,13 +147,28 @@ QString CCoverCache::FileOf(const QByteArray& key) const
     return JoinPath(options.folder, QString::fromLatin1(key.toHex()) + QStringLiteral(".cover"));
 }
 
+int64_t CCoverCache::GetSize() const
+{
+    int64_t size = 0;
+    for (const QFileInfo& kept : KeptNewestFirst(options.folder)) {
+        size += kept.size();
+    }
+    return size;
+}
+
+void CCoverCache::Clear()
+{
+    RemoveAbandonedTemporaries(options.folder);
+    for (const QFileInfo& kept : KeptNewestFirst(options.folder)) {
+        QFile::remove(kept.filePath());
+    }
+}
+
 void CCoverCache::RemoveLongestUnused() const
 {
     RemoveAbandonedTemporaries(options.folder);
-    const QFileInfoList newestFirst =
-        QDir(options.folder).entryInfoList({QStringLiteral("*.cover")}, QDir::Files, QDir::Time);
     int64_t size = 0;
-    for (const QFileInfo& kept : newestFirst) {
+    for (const QFileInfo& kept : KeptNewestFirst(options.folder)) {
         size += kept.size();
         if (size > options.limit) {
             QFile::remove(kept.filePath());

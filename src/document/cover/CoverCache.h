@@ -41,6 +41,10 @@ public:
     // Keeps the file. What hinders it is no error, the next run takes longer then.
     void Keep(const QByteArray& key, const QString& path);
 
+    // Bytes of all covers that are kept.
+    int64_t GetSize() const;
+    void Clear();
+
 private:
     QString FileOf(const QByteArray& key) const;
     void RemoveLongestUnused() const;

@@ -101,7 +101,8 @@ std::vector<QString> CGallery::GetStyleDirectories() const
 {
     std::vector<QString> directories;
     const auto addOnce = [&](const QString& directory) {
-        if (std::none_of(directories.begin(), directories.end(),
+        if (!directory.isEmpty() &&
+            std::none_of(directories.begin(), directories.end(),
                          [&](const QString& other) { return EqualsIgnoreCase(directory, other); })) {
             directories.push_back(directory);
         }
@@ -165,7 +166,7 @@ void CGallery::RotatePicture(int32_t position, bool clockwise)
         return;
     }
     constexpr int32_t fullTurn = 4;
-    record->SetAngle((record->GetAngle() + (clockwise ? 1 : fullTurn - 1)) % fullTurn);
+    GetPictures().SetAngle(*record, (record->GetAngle() + (clockwise ? 1 : fullTurn - 1)) % fullTurn);
     UpdateCover(position);
 }
 

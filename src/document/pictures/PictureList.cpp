@@ -32,6 +32,7 @@ CPictureInfo* CPictureList::Add(std::unique_ptr<CPictureInfo> record, bool atFro
     CPictureInfo* const added = record.get();
     std::unique_ptr<CPictureInfo>& slot = byPath[record->GetKey()];
     if (slot) {
+        names.Release(*slot);
         std::replace(entries.begin(), entries.end(), slot.get(), added);
         slot = std::move(record);
     } else {
@@ -39,6 +40,7 @@ CPictureInfo* CPictureList::Add(std::unique_ptr<CPictureInfo> record, bool atFro
         const bool first = atFront && order == Order::ByUser;
         entries.insert(first ? entries.begin() : entries.end(), added);
     }
+    names.Claim(*added);
     if (order == Order::ByDate) {
         SortLast();
     }
@@ -86,6 +88,7 @@ std::unique_ptr<CPictureInfo> CPictureList::Remove(int32_t position)
                             [&](const auto& entry) { return entry.second.get() == record; });
     }
     std::unique_ptr<CPictureInfo> removed = std::move(slot->second);
+    names.Release(*removed);
     byPath.erase(slot);
     entries.erase(entries.begin() + position);
     RecountAfter(removed->GetDate());
@@ -140,6 +143,7 @@ bool CPictureList::Relocate(const QString& path, const QString& newPath)
     }
     CountDate(record->GetDate());
     Rekey(path);
+    names.Claim(*record);
     return true;
 }
 
@@ -179,8 +183,21 @@ bool CPictureList::LookForFiles()
 void CPictureList::Clear()
 {
     entries.clear();
+    names.Clear();
     byPath.clear();
     variables.Clear();
+}
+
+void CPictureList::SetAngle(CPictureInfo& record, int32_t angle)
+{
+    record.SetAngle(angle);
+    names.Claim(record);
+}
+
+void CPictureList::SetNameSuffix(CPictureInfo& record, const QString& suffix)
+{
+    record.SetNameSuffix(suffix);
+    names.Claim(record);
 }
 
 CVariant CPictureList::GetVariable(const QString& name) const

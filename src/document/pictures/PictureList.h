@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "document/pictures/PictureInfo.h"
+#include "document/pictures/PictureNames.h"
 
 // What adding a path has come to.
 struct AddedPicture {
@@ -62,6 +63,11 @@ public:
     // Keeps the dates.
     void Clear();
 
+    // Changes of a record of the list by which its published files get other names. angle: quarter turns
+    // clockwise, 0 to 3.
+    void SetAngle(CPictureInfo& record, int32_t angle);
+    void SetNameSuffix(CPictureInfo& record, const QString& suffix);
+
     // images_count, min_creation_date, max_creation_date and the list's own variables. Empty for a name that
     // is not there.
     CVariant GetVariable(const QString& name) const;
@@ -83,6 +89,7 @@ private:
     const Order order;
     std::map<QString, std::unique_ptr<CPictureInfo>> byPath;
     std::vector<CPictureInfo*> entries;
+    CPictureNames names;
     CVariableMap variables;
     DateValue minDate = 0; // 0: none
     DateValue maxDate = 0;

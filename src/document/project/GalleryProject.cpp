@@ -10,6 +10,7 @@
 
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
+#include "common/TempFolder.h"
 #include "document/galleries/GalleryIterator.h"
 #include "document/project/ProjectIdentity.h"
 
@@ -122,6 +123,25 @@ void CGalleryProject::BecomeFile(const QString& path)
     }
     identity.path = AbsolutePathOf(path);
     SetName(path);
+}
+
+std::unique_ptr<CGalleryProject> CGalleryProject::MakeCopy(CTempFolder& tempFolder) const
+{
+    CProjectEnvironment copyEnvironment = environment;
+    copyEnvironment.tempFolder = &tempFolder;
+    auto copy = std::make_unique<CGalleryProject>(copyEnvironment);
+    // The layouts and styles beside the project, too.
+    const QString file =
+        identity.path.isEmpty() ? tempFolder.GetPath() + QStringLiteral("project") : identity.path;
+    copy->LoadTemplates(file);
+    copy->LoadStyles(file);
+    const auto document = CreateDocument(file);
+    WriteDocument(*document);
+    copy->ReadDocument(*document);
+    copy->identity.path = identity.path;
+    copy->name = name;
+    copy->loaded = true;
+    return copy;
 }
 
 void CGalleryProject::Clear()

@@ -63,6 +63,11 @@ public:
     // Why the project can't be saved to the file that it was read from; null if it can. Such a project can be
     // saved under another path.
     const QString& GetReadOnlyReason() const { return identity.readOnlyReason; }
+    // Of its file, absolute; empty before it has one.
+    const QString& GetPath() const { return identity.path; }
+    // Another project with the same content, which knows the same file and is never saved: for a run that has
+    // to leave something out. tempFolder: takes its covers; borrowed.
+    std::unique_ptr<CGalleryProject> MakeCopy(CTempFolder& tempFolder) const;
     bool IsLoaded() const { return loaded; }
     void LoadTemplates() { catalogue.LoadTemplates(); }
     void LoadTemplates(const QString& projectPath) { catalogue.LoadTemplates(projectPath); }

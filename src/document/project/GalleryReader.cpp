@@ -44,11 +44,11 @@ void ReadStyle(CGallery& gallery, const CXmlElement& element)
     gallery.GetRests().style = CXmlRest(style, {{"template", "template_page", "css"}, {}});
 }
 
-void ReadNameSuffix(const CXmlElement& element, CPictureInfo& record)
+void ReadNameSuffix(const CXmlElement& element, CPictureList& pictures, CPictureInfo& record)
 {
     const QString suffix = TextOf(element, "name_suffix");
     if (IsNameSuffix(suffix)) {
-        record.SetNameSuffix(suffix);
+        pictures.SetNameSuffix(record, suffix);
     }
 }
 
@@ -62,7 +62,7 @@ void ReadChild(CGallery& gallery, const CXmlElement& element)
         return;
     }
     if (CPictureInfo* const entry = gallery.AddChild(childIndex)) {
-        ReadNameSuffix(element, *entry);
+        ReadNameSuffix(element, gallery.GetPictures(), *entry);
         entry->SetRest(CXmlRest(element, {{"index", "name_suffix"}, {}}));
     }
 }
@@ -84,9 +84,9 @@ void ReadFilePicture(CGallery& gallery, const CXmlElement& element, const QStrin
         return;
     }
     // One that is listed twice has its last angle and the texts of both.
-    record->SetAngle(angle);
+    gallery.GetPictures().SetAngle(*record, angle);
     record->SetTrace(TraceOf(element, folder));
-    ReadNameSuffix(element, *record);
+    ReadNameSuffix(element, gallery.GetPictures(), *record);
     CXmlRest rest(element, {{"path", "angle", "relative", "size", "name_suffix"}, {"picture_variable"}});
     ReadVariables(element, "picture_variable", record->GetVariables(), rest);
     record->SetRest(rest);

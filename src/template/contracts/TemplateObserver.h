@@ -16,6 +16,11 @@ public:
     virtual void OnIncludeBegin(const QString& path) = 0;
     virtual void OnIncludeEnd() = 0;
 
+    // A file lies where the page may not read, and counts as missing.
+    virtual void OnIncludeRefused(const QString& name, uint64_t position) = 0;
+    // A file was found whose name differs from the one that the page writes in capitals alone.
+    virtual void OnCaseDiffers(const QString& name, uint64_t position) = 0;
+
     // An element was given an attribute that it keeps and never looks at.
     virtual void OnAttributeKept(const std::string& name, uint64_t position) = 0;
     // A picture registers with the iterator, once for each Bind.

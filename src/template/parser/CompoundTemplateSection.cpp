@@ -11,6 +11,9 @@ void CCompoundTemplateSection::Generate(CImageIterator& iterator, CContentGenera
                                         std::ostream& out)
 {
     for (const auto& child : children) {
+        if (context.IsStopped()) {
+            return;
+        }
         if (child) {
             child->Generate(iterator, generator, out);
         }
@@ -30,6 +33,9 @@ void CCompoundTemplateSection::AddSection(const char*, std::unique_ptr<CTemplate
 void CCompoundTemplateSection::Bind(CImageIterator& iterator, CContentGenerator& generator)
 {
     for (const auto& child : children) {
+        if (context.IsStopped()) {
+            return;
+        }
         if (child) {
             child->Bind(iterator, generator);
         }

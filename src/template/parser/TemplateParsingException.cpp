@@ -70,3 +70,8 @@ CTemplateParsingException IncludeTooDeepError(const QString& file, int limit)
 {
     return TemplateError(Text(StringId::IncludeTooDeep, file, limit));
 }
+
+CTemplateParsingException TooManyIncludesError(const QString& file, int limit)
+{
+    return TemplateError(Text(StringId::TooManyIncludes, file, limit));
+}

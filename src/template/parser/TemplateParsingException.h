@@ -36,3 +36,4 @@ CTemplateParsingException NoClosingBracketError();
 CTemplateParsingException NestingTooDeepError(int limit);
 CTemplateParsingException LoopsTooDeepError(int limit);
 CTemplateParsingException IncludeTooDeepError(const QString& file, int limit);
+CTemplateParsingException TooManyIncludesError(const QString& file, int limit);

@@ -2,6 +2,7 @@
 
 #include <sstream>
 
+#include "common/StopSignal.h"
 #include "template/parser/PageStream.h"
 #include "template/parser/TemplateParsingException.h"
 
@@ -31,6 +32,11 @@ bool ReadKeyword(std::string& name, std::istream& stream)
 }
 
 } // namespace
+
+bool TemplateContext::IsStopped() const
+{
+    return stop && stop->IsSet();
+}
 
 std::string CTemplateSection::GenerateToString(CImageIterator& iterator, CContentGenerator& generator)
 {

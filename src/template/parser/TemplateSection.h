@@ -7,14 +7,23 @@
 #include <ostream>
 #include <string>
 
+#include <QString>
+
 class CContentGenerator;
 class CImageIterator;
+class CStopSignal;
 class CTemplateObserver;
 class CTemplateSection;
 
 // The keywords of the language: makes the section that reads an element's body. "=" is the keyword of a
 // variable. Throws CTemplateParsingException for one that doesn't exist.
 using SectionMaker = std::unique_ptr<CTemplateSection> (*)(const std::string& keyword);
+
+// The files of a page, the same for all of its sections.
+struct PageFiles {
+    QString folder; // which no included file may lie outside of; empty: anywhere
+    int loads = 0;  // of included files so far
+};
 
 // What a section is told of its surroundings. Handed down while a page is parsed. The depths see to it that
 // no page can exhaust the stack or repeat itself for ever.
@@ -24,6 +33,11 @@ struct TemplateContext {
     int loops = 0;    // loops around what the section holds, those of the including files counted
     SectionMaker makeSection = nullptr;
     CTemplateObserver* observer = nullptr; // of the whole page; null for none
+    const CStopSignal* stop = nullptr;     // null for none
+    std::shared_ptr<PageFiles> page = nullptr;
+
+    // What a page writes is of no use any more.
+    bool IsStopped() const;
 };
 
 // Elements may stand in each other, through includes too, so deep. Parsing, evaluating and deleting a tree

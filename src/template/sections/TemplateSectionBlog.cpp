@@ -80,7 +80,8 @@ void CTemplateSectionBlog::RunLoop(CImageIterator& iterator, CContentGenerator& 
 {
     const int64_t current = iterator.GetPageIndex();
     const int64_t end = EndOfRun(current);
-    for (int64_t i = end - EntryCount; i < end && i < iterator.GetPictureCount(); ++i) {
+    for (int64_t i = end - EntryCount; i < end && i < iterator.GetPictureCount() && !context.IsStopped();
+         ++i) {
         const CScopedPageVariable index(iterator, QStringLiteral("blog_index"), Clamped(i));
         const CScopedPageVariable reference(iterator, QStringLiteral("blog_reference"), Clamped(i - current));
         const CScopedPageVariable number(iterator, QStringLiteral("blog_number"), Clamped(i + 1));

@@ -1,6 +1,8 @@
 #include "template/sections/TemplateSectionInclude.h"
 
-#include "common/FileSystem.h"
+#include <QDir>
+
+#include "common/NamedFile.h"
 #include "common/Text.h"
 #include "template/contracts/ImageIterator.h"
 #include "template/contracts/TemplateObserver.h"
@@ -10,17 +12,6 @@
 namespace {
 
 const AttributeTable IncludeTable = {OtherAttributes::Kept, {{"file", 1}}};
-
-// The path of a file of the layout. A layout made elsewhere may have "\" in its names.
-QString FindIncludedFile(const QString& folder, const QString& name)
-{
-    const QString literal = JoinPath(folder, name);
-    if (FileExists(literal)) {
-        return literal;
-    }
-    QString native = name;
-    return JoinPath(folder, native.replace(QLatin1Char('\\'), QLatin1Char('/')));
-}
 
 } // namespace
 
@@ -56,10 +47,8 @@ void CTemplateSectionInclude::Load(CImageIterator& iterator, CContentGenerator& 
         folder.GetString().isEmpty()) {
         return; // without the layout's folder the name would be looked for in the root of the disk
     }
-    const QString path = FindIncludedFile(folder.GetString(), name);
-    if (context.includes >= MaxDepth) {
-        throw IncludeTooDeepError(path, MaxDepth);
-    }
+    const QString path = FindFile(folder.GetString(), name);
+    CountLoad(path);
     std::ifstream stream = OpenPageFile(path);
     if (context.observer) {
         context.observer->OnIncludeBegin(path);
@@ -68,6 +57,29 @@ void CTemplateSectionInclude::Load(CImageIterator& iterator, CContentGenerator& 
     content.Bind(iterator, generator);
     if (context.observer) {
         context.observer->OnIncludeEnd();
+    }
+}
+
+// Empty for one that the page may not read.
+QString CTemplateSectionInclude::FindFile(const QString& folder, const QString& name) const
+{
+    const bool isBound = context.page && !context.page->folder.isEmpty();
+    const NamedFile file = FindNamedFile(folder, name, isBound ? context.page->folder : QDir::rootPath());
+    if (context.observer && file.state == NamedFile::State::LeadsOut) {
+        context.observer->OnIncludeRefused(name, bodyStart);
+    } else if (context.observer && file.differsInCase) {
+        context.observer->OnCaseDiffers(name, bodyStart);
+    }
+    return file.state == NamedFile::State::LeadsOut ? QString() : file.path;
+}
+
+void CTemplateSectionInclude::CountLoad(const QString& path) const
+{
+    if (context.includes >= MaxDepth) {
+        throw IncludeTooDeepError(path, MaxDepth);
+    }
+    if (context.page && ++context.page->loads > MaxLoads) {
+        throw TooManyIncludesError(path, MaxLoads);
     }
 }
 

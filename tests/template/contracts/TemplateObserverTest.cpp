@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "TestIterator.h"
+#include "common/FileSystem.h"
 #include "support/QtPrinters.h"
 #include "support/ScratchFolder.h"
 #include "template/TemplateLanguage.h"
@@ -19,6 +20,14 @@ class CNotes final : public CTemplateObserver {
 public:
     void OnIncludeBegin(const QString& path) override { lines += "begin " + path.section('/', -1); }
     void OnIncludeEnd() override { lines += QStringLiteral("end"); }
+    void OnIncludeRefused(const QString& name, uint64_t position) override
+    {
+        lines += QStringLiteral("refused %1 at %2").arg(name).arg(position);
+    }
+    void OnCaseDiffers(const QString& name, uint64_t position) override
+    {
+        lines += QStringLiteral("case of %1 at %2").arg(name).arg(position);
+    }
     void OnAttributeKept(const std::string& name, uint64_t position) override
     {
         lines += QStringLiteral("kept %1 at %2").arg(name.c_str()).arg(position);
@@ -31,12 +40,13 @@ public:
     QStringList lines;
 };
 
+// folder: of the layout, which the page may not leave.
 QString NotesOf(const std::string& page, const QString& folder = QString())
 {
     CNotes notes;
     CCompoundTemplateSection tree;
     std::istringstream stream(page);
-    ParsePage(stream, tree, &notes);
+    ParsePage(stream, tree, {.observer = &notes, .stop = nullptr, .folder = folder});
     CTestIterator iterator;
     iterator.gallery.Set(QStringLiteral("template_directory"), CVariant(folder));
     CContentGeneratorStringConverter generator;
@@ -91,4 +101,16 @@ TEST(TemplateObserver, IsNotNeeded)
     CCompoundTemplateSection tree;
     std::istringstream stream(R"(<%isvisible layout="" c=""%>)");
     EXPECT_NO_THROW(ParsePage(stream, tree));
+}
+
+TEST(TemplateObserver, IsToldOfFilesThatAPageMayNotReadAndOfThoseThatDifferInCapitals)
+{
+    const CScratchFolder scratch;
+    scratch.Write(QStringLiteral("outside.html"), "x");
+    const QString folder = ExtractFolder(scratch.Write(QStringLiteral("layout/Part.html"), "x"));
+    EXPECT_EQ(NotesOf(R"(<%include file="../outside.html"%>)", folder),
+              QStringLiteral("refused ../outside.html at 10; begin ; end"));
+    EXPECT_EQ(NotesOf(R"(<%include file="part.HTML"%>)", folder),
+              QStringLiteral("case of part.HTML at 10; begin Part.html; end"));
+    EXPECT_EQ(NotesOf(R"(<%include file="Part.html"%>)", folder), QStringLiteral("begin Part.html; end"));
 }

@@ -23,6 +23,10 @@ TEST(ReplaceAll, StepsByThePatternAndOneByte)
         {"xyxy", "xy", "", "xy"},
         // What a longer text makes of its end and what stands after it is replaced again.
         {"%a%a%", "%a%", "0123%", "01230123%"},
+        // What is skipped may be the end.
+        {"ab", "b", "", "a"},
+        {"abab", "b", "", "aab"},
+        {"aa", "aa", "a", "a"},
         // A text that brings in the pattern itself is put in once for each place.
         {"%a%", "%a%", "0123%a%", "0123%a%"},
         {"%a%%a%", "%a%", "0123%a%", "0123%a%0123%a%"},

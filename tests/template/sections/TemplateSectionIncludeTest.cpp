@@ -1,9 +1,14 @@
 #include "template/sections/TemplateSectionInclude.h"
 
 #include <fstream>
+#include <sstream>
+
+#include <QFile>
 
 #include "PageRun.h"
+#include "common/StopSignal.h"
 #include "support/ScratchFolder.h"
+#include "template/TemplateLanguage.h"
 
 namespace {
 
@@ -243,4 +248,74 @@ TEST_F(TemplateInclude, ClearMakesItLoadAgain)
     EXPECT_EQ(GeneratePage(*page, iterator), "x");
     page->Clear();
     EXPECT_EQ(GeneratePage(*page, iterator), "");
+}
+
+TEST_F(TemplateInclude, DoesNotLeaveTheFolderThatThePageMayRead)
+{
+    folder.Write(QStringLiteral("secret.html"), "SECRET");
+    folder.Write(QStringLiteral("all/Common/part.html"), "common");
+    folder.Write(QStringLiteral("all/layout/sub/part.html"), "sub");
+    folder.Write(QStringLiteral("all/layout/C:part.html"), "odd");
+    QFile::link(folder.Path(QStringLiteral("secret.html")),
+                folder.Path(QStringLiteral("all/layout/link.html")));
+    QFile::link(folder.Path(), folder.Path(QStringLiteral("all/layout/out")));
+    QFile::link(folder.Path(QStringLiteral("all/Common")), folder.Path(QStringLiteral("all/layout/in")));
+    iterator.gallery.Set(QStringLiteral("template_directory"), folder.Path(QStringLiteral("all/layout/")));
+    const struct {
+        std::string name;
+        const char* expected;
+    } rows[] = {
+        {"../Common/part.html", "common"},
+        {"..\\Common\\part.html", "common"},
+        {"sub/../sub/./part.html", "sub"},
+        {"in/part.html", "common"},
+        {"SUB/Part.HTML", "sub"},
+        {"../../secret.html", ""},
+        {"..\\..\\secret.html", ""},
+        {"sub/../../../secret.html", ""},
+        {folder.Path(QStringLiteral("secret.html")).toStdString(), ""},
+        {folder.Path(QStringLiteral("all/layout/sub/part.html")).toStdString(), ""},
+        {"C:part.html", ""},
+        {"link.html", ""},
+        {"out/secret.html", ""},
+        {"out/all/layout/../../secret.html", ""},
+        {".", ""},
+        {"..", ""},
+        {"", ""},
+    };
+    for (const auto& row : rows) {
+        std::istringstream stream("<%include file=\"" + row.name + "\"%>");
+        CCompoundTemplateSection tree;
+        ParsePage(stream, tree, {.folder = folder.Path(QStringLiteral("all"))});
+        EXPECT_EQ(GeneratePage(tree, iterator, 0), row.expected) << row.name;
+    }
+}
+
+TEST_F(TemplateInclude, APageLoadsABoundedNumberOfFiles)
+{
+    // Each includes the next one twice: 2 to the power of 40 files.
+    for (int i = 0; i < 40; ++i) {
+        const QByteArray next = "<%include file=\"" + QByteArray::number(i + 1) + ".html\"%>";
+        Write((QByteArray::number(i) + ".html").constData(), next + next);
+    }
+    EXPECT_NE(Generate(R"(<%include file="0.html"%>)").find(" there are more than 4096."), std::string::npos);
+    // As many as it may.
+    Write("leaf.html", "x");
+    std::string page;
+    for (int i = 0; i < CTemplateSectionInclude::MaxLoads; ++i) {
+        page += R"(<%include file="leaf.html"%>)";
+    }
+    EXPECT_EQ(Generate(page), std::string(4096, 'x'));
+}
+
+TEST_F(TemplateInclude, AStopEndsBindingAndGenerating)
+{
+    Write("part.html", "x");
+    CStopSignal stop;
+    std::istringstream stream(R"(a<%include file="part.html"%><%blog b%>)");
+    CCompoundTemplateSection tree;
+    ParsePage(stream, tree, {.stop = &stop});
+    EXPECT_EQ(GeneratePage(tree, iterator, 0).substr(0, 2), "ax");
+    stop.Set();
+    EXPECT_EQ(GeneratePage(tree, iterator, 0), "");
 }

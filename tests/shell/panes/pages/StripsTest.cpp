@@ -392,8 +392,8 @@ TEST_F(Strips, OfAMissingPictureCanStillTakeItOut)
     fixture.WritePage(QStringLiteral("a"), QStringLiteral("index.html"), "");
     Show("", picture);
     // As if its file had gone: the next page shows none.
-    for (const DirectoryEntry& file : ListDirectory(FindTemporaryFolder() + QStringLiteral("photos_imgs"))) {
-        QFile::remove(FindTemporaryFolder() + QStringLiteral("photos_imgs/") + file.name);
+    for (const DirectoryEntry& file : ListDirectory(FindImageCacheFolder())) {
+        QFile::remove(JoinPath(FindImageCacheFolder(), file.name));
     }
     window.Ask(QStringLiteral("photo1.src = '/missing.png'"));
     ASSERT_TRUE(WaitForPage(window.GetView(), QStringLiteral("photo1.className == 'preview-missing'")));
