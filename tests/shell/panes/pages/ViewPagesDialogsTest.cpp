@@ -43,7 +43,7 @@ private:
 void Call(CPagesWindow& window, const char* call, const std::function<bool(QDialog&)>& accepts)
 {
     const CAnswer answer(accepts);
-    window.GetPage().RunScript(QString::fromUtf8(call));
+    CallByKey(window.GetPage(), QString::fromUtf8(call));
     EXPECT_TRUE(WaitUntil([&] { return answer.WasAsked(); })) << call;
 }
 
