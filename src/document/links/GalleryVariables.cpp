@@ -53,9 +53,7 @@ std::optional<CVariant> CGalleryVariables::FindPageVariable(const GalleryTexts::
     }
     const auto& pages = gallery.GetTexts().pages;
     const auto variables = pages.find(page);
-    CVariant value;
-    return variables != pages.end() && variables->second.Get(name, value) ? std::optional(value)
-                                                                          : std::nullopt;
+    return variables != pages.end() ? variables->second.Find(name) : std::nullopt;
 }
 
 CVariant CGalleryVariables::FindGalleryVariable(const QString& name) const
@@ -89,9 +87,7 @@ CVariant CGalleryVariables::FindGalleryVariable(const QString& name) const
     if (property == QStringLiteral("parent_path")) {
         return CVariant(GetParentPath(gallery, site));
     }
-    CVariant value;
-    gallery.GetTexts().own.Get(name, value);
-    return value;
+    return gallery.GetTexts().own.Find(name).value_or(CVariant());
 }
 
 CVariant CGalleryVariables::FindVariableOfCurrentPage(const QString& name) const
