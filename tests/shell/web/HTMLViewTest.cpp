@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QStandardPaths>
 #include <QTcpServer>
+#include <QUdpSocket>
 #include <QWebEngineView>
 #include <gtest/gtest.h>
 
@@ -23,6 +24,31 @@ QString WritePicture(const QString& path, QSize size = QSize(40, 30))
         .Save(path, {.format = ImageEncoding::Format::Png, .quality = 100});
     return path;
 }
+
+// Hears of every datagram and every connection to a port of this machine.
+class CLoopbackListener {
+public:
+    CLoopbackListener()
+    {
+        // One number for both.
+        EXPECT_TRUE(WaitUntil([this] {
+            datagrams.close();
+            return datagrams.bind(QHostAddress::LocalHost) &&
+                   connections.listen(QHostAddress::LocalHost, datagrams.localPort());
+        }));
+    }
+    quint16 GetPort() const { return connections.serverPort(); }
+    QString GetNews() const
+    {
+        return QStringLiteral("%1%2").arg(
+            datagrams.hasPendingDatagrams() ? QStringLiteral("a datagram") : QString(),
+            connections.hasPendingConnections() ? QStringLiteral("a connection") : QString());
+    }
+
+private:
+    QUdpSocket datagrams;
+    QTcpServer connections;
+};
 
 std::string PictureElement(const QString& path)
 {
@@ -231,6 +257,60 @@ TEST(HTMLView, NoConnectionIsEverMade)
         }
     }
     EXPECT_EQ(connections, 0);
+}
+
+// Real-time connections go past the requests of a page: by datagrams to a server that tells the address, by
+// connections to one that relays, and by names that are called out in the local network.
+TEST(HTMLView, NoPacketIsEverSent)
+{
+    const CLoopbackListener listener;
+    CViewWindow window;
+    const std::string place = "127.0.0.1:" + std::to_string(listener.GetPort());
+    const std::string gather =
+        "function gather(w) { var c = new w.RTCPeerConnection({iceServers: [{urls: 'stun:" + place +
+        "'}, {urls: ['turn:" + place + "?transport=udp', 'turn:" + place +
+        "?transport=tcp', 'turns:" + place +
+        "?transport=tcp'], username: 'a', credential: 'b'}]}); var found = 0;"
+        "c.onicecandidate = function (e) { if (e.candidate && e.candidate.candidate) { ++found; } };"
+        "c.onicegatheringstatechange = function () {"
+        "if (c.iceGatheringState == 'complete') { document.title = 'found ' + found; } };"
+        "c.createDataChannel('a'); c.createOffer().then(function (o) { c.setLocalDescription(o); }); }";
+    // In the page itself, and in a frame that the page makes, which has everything anew.
+    for (const char* where :
+         {"window", "document.body.appendChild(document.createElement('iframe')).contentWindow"}) {
+        window.Show("<!DOCTYPE html><body><script>" + gather + "gather(" + where + ");</script>");
+        EXPECT_TRUE(WaitForPage(window.GetView(), QStringLiteral("document.title != ''"))) << where;
+        EXPECT_EQ(window.Ask(QStringLiteral("document.title")).toString(), QStringLiteral("found 0"))
+            << where;
+    }
+    EXPECT_EQ(listener.GetNews(), QString());
+}
+
+TEST(HTMLView, NoRoadOfAScriptLeadsToANetwork)
+{
+    const CLoopbackListener listener;
+    CViewWindow window;
+    const std::string place = "127.0.0.1:" + std::to_string(listener.GetPort()) + "/";
+    // Each calls end() when it has failed.
+    const std::string roads[] = {
+        "new WebTransport('https://" + place + "').closed.then(end, end)",
+        "new EventSource('http://" + place + "').onerror = end",
+        "fetch('https://" + place + "', {mode: 'no-cors', keepalive: true}).then(end, end)",
+        "new Worker(URL.createObjectURL(new Blob([\"fetch('http://" + place +
+            "').catch(function () { postMessage(1); })\"]))).onmessage = end",
+        "var x = new XMLHttpRequest(); x.onerror = end; x.open('GET', 'http://" + place + "'); x.send()",
+        "import('http://" + place + "a.js').catch(end)",
+        "new FontFace('a', 'url(http://" + place + "a.woff)').load().catch(end)",
+        "var l = document.createElement('link'); l.rel = 'prefetch'; l.as = 'image'; l.onerror = end;"
+        "l.href = 'http://" +
+            place + "a.png'; document.head.appendChild(l)",
+    };
+    for (const std::string& road : roads) {
+        window.Show("<!DOCTYPE html><script>function end() { document.title = 'failed'; } try { " + road +
+                    " } catch (e) { end(); }</script>");
+        EXPECT_TRUE(WaitForPage(window.GetView(), QStringLiteral("document.title == 'failed'"))) << road;
+    }
+    EXPECT_EQ(listener.GetNews(), QString());
 }
 
 TEST(HTMLView, TheProgramsArtworkIsServedByItsNumber)

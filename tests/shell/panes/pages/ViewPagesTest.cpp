@@ -76,11 +76,11 @@ TEST(ViewPages, APictureTurnsEitherWayAround)
     CPagesWindow window(2);
     for (const int32_t angle : {1, 2, 3, 0}) {
         window.Do(UpdateHint::PictureTurnedRight, 1);
-        EXPECT_EQ(AngleAt(window, 1), 1);
+        EXPECT_EQ(AngleAt(window, 1), angle);
     }
     for (const int32_t angle : {3, 2, 1, 0}) {
         window.Do(UpdateHint::PictureTurnedLeft, 1);
-        EXPECT_EQ(AngleAt(window, 1), 1);
+        EXPECT_EQ(AngleAt(window, 1), angle);
     }
     EXPECT_EQ(AngleAt(window, 0), 0);
     window.Do(UpdateHint::PictureTurnedRight, 1);
