@@ -35,6 +35,12 @@ const CGalleryPictureInfo* CGalleryContent::FindChildPicture(int32_t childIndex)
     return found != childPictures.end() ? found->second : nullptr;
 }
 
+CGalleryPictureInfo* CGalleryContent::FindChildPicture(int32_t childIndex)
+{
+    const auto found = childPictures.find(childIndex);
+    return found != childPictures.end() ? found->second : nullptr;
+}
+
 CGalleryPictureInfo* CGalleryContent::ListChild(std::unique_ptr<CGalleryPictureInfo> entry)
 {
     CGalleryPictureInfo* const listed = entry.get();

@@ -78,6 +78,7 @@ public:
     bool HasChildren() const { return !childPictures.empty(); }
     // Null for a gallery that is not listed here.
     const CGalleryPictureInfo* FindChildPicture(int32_t childIndex) const;
+    CGalleryPictureInfo* FindChildPicture(int32_t childIndex);
 
     // --- Layout, style and pages.
 
@@ -126,7 +127,7 @@ protected:
 private:
     const int32_t index;
     CPictureList pictures;
-    std::map<int32_t, const CGalleryPictureInfo*> childPictures; // by index; each is an entry of pictures
+    std::map<int32_t, CGalleryPictureInfo*> childPictures; // by index; each is an entry of pictures
     CGalleryLayout layout;
     QString queryString;
     GalleryTexts texts;

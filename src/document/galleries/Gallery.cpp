@@ -182,9 +182,9 @@ void CGallery::MakeChildFromPicture(int32_t position)
     UpdateCover(std::min(position, pictures.GetCount() - 1));
 }
 
-const CGalleryPictureInfo* CGallery::AddChild(int32_t childIndex)
+CGalleryPictureInfo* CGallery::AddChild(int32_t childIndex)
 {
-    if (const CGalleryPictureInfo* known = FindChildPicture(childIndex)) {
+    if (CGalleryPictureInfo* known = FindChildPicture(childIndex)) {
         return known;
     }
     CGallery* const child = manager.FindGallery(childIndex);
@@ -192,8 +192,7 @@ const CGalleryPictureInfo* CGallery::AddChild(int32_t childIndex)
         return nullptr;
     }
     CListedGallery& listed = *child;
-    const CGalleryPictureInfo* const entry =
-        ListChild(std::make_unique<CGalleryPictureInfo>(listed, childIndex));
+    CGalleryPictureInfo* const entry = ListChild(std::make_unique<CGalleryPictureInfo>(listed, childIndex));
     child->parentIndexes.insert(GetIndex());
     UpdateCover(PositionOfAdded(entry));
     return entry;

@@ -56,7 +56,7 @@ public:
 
     // The new entry, or the one that is there already. Null, and nothing changed, for an index that names no
     // gallery, this gallery, or one above it: the tree has no circles.
-    const CGalleryPictureInfo* AddChild(int32_t childIndex);
+    CGalleryPictureInfo* AddChild(int32_t childIndex);
     void RemoveChild(int32_t childIndex);
     // Null for the root, and for a gallery that no other lists.
     CGallery* GetParent() const { return manager.GetParentGallery(GetIndex()); }

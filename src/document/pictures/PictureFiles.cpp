@@ -5,15 +5,10 @@
 #include "common/FileSystem.h"
 #include "common/Text.h"
 
-namespace {
-
-// A folder is no picture, and a pipe or a device would keep whoever opens it waiting.
 bool IsFile(const QString& path)
 {
     return QFileInfo(path).isFile();
 }
-
-} // namespace
 
 bool IsPictureFile(const QString& name)
 {

@@ -10,6 +10,9 @@
 // regard to case. Nothing else counts; a ".jpeg" file is left to be added by hand.
 bool IsPictureFile(const QString& name);
 
+// A folder is no picture, and a pipe or a device would keep whoever opens it waiting.
+bool IsFile(const QString& path);
+
 // Full paths of the pictures of a folder, in name order, hidden ones left out.
 std::vector<QString> ListPictureFiles(const QString& folder);
 

@@ -1,5 +1,7 @@
 #include "document/pictures/PictureInfo.h"
 
+#include <algorithm>
+
 #include "common/FileSystem.h"
 
 namespace {
@@ -32,6 +34,17 @@ bool IsDateProperty(const QString& name)
 }
 
 } // namespace
+
+bool IsNameSuffix(const QString& text)
+{
+    constexpr qsizetype longest = 32;
+    return !text.isEmpty() && text.size() <= longest &&
+           std::all_of(text.begin(), text.end(), [](QChar character) {
+               return character.unicode() < 128 &&
+                      (character.isLetterOrNumber() || character == QLatin1Char('-') ||
+                       character == QLatin1Char('_'));
+           });
+}
 
 std::optional<CVariant> CFilePictureInfo::GetVariable(const QString& name) const
 {

@@ -27,10 +27,24 @@ public:
     virtual void SetAngle(int32_t angle) = 0;
     virtual const CVariableMap& GetVariables() const = 0;
     virtual CVariableMap& GetVariables() = 0;
+    // False if the file was not there when it was last looked for. A child gallery is always there.
+    virtual bool IsThere() const { return true; }
+
+    // Keeps the names of published and cached files of two pictures apart: part of every such name. Empty for
+    // nearly all. Saved with the project, since published addresses are to stay.
+    const QString& GetNameSuffix() const { return nameSuffix; }
+    void SetNameSuffix(const QString& suffix) { nameSuffix = suffix; }
 
     // The lower-cased path under which a list keeps the record. Unlike GetPath it never makes a file.
     virtual QString GetKey() const { return Lower(GetPath()); }
+
+private:
+    QString nameSuffix;
 };
+
+// Whether a text can be a suffix of names: up to 32 letters and digits of ASCII, "-" and "_". Others could
+// lead out of the folder that takes the files.
+bool IsNameSuffix(const QString& text);
 
 // A picture file. Nothing of it is read but its last write time.
 class CFilePictureInfo final : public CPictureInfo {
@@ -39,7 +53,7 @@ public:
 
     QString GetPath() const override { return path; }
     QString GetThumbnailPath() const override { return thumbnailPath; }
-    // 0 for a file that could not be queried.
+    // 0 for a file that is not there or could not be queried.
     DateValue GetDate() const override { return date; }
     std::optional<CVariant> GetVariable(const QString& name) const override;
     void SetVariable(const QString& name, const CVariant& value) override { variables.Set(name, value); }
@@ -47,9 +61,11 @@ public:
     void SetAngle(int32_t newAngle) override { angle = newAngle; }
     const CVariableMap& GetVariables() const override { return variables; }
     CVariableMap& GetVariables() override { return variables; }
+    bool IsThere() const override { return isThere; }
 
     void SetThumbnailPath(const QString& newPath) { thumbnailPath = newPath; }
     void SetDate(DateValue newDate) { date = newDate; }
+    void SetIsThere(bool newIsThere) { isThere = newIsThere; }
 
 private:
     const QString path;
@@ -57,6 +73,7 @@ private:
     CVariableMap variables;
     DateValue date = 0;
     int32_t angle;
+    bool isThere = true;
 };
 
 // A gallery as the entry that stands for it in its parent sees it.

@@ -4,6 +4,8 @@
 
 #include <QFileInfo>
 
+#include "document/pictures/PictureFiles.h"
+
 namespace {
 
 // 0 for a file that can't be queried.
@@ -27,6 +29,7 @@ CPictureInfo* CPictureList::AddFile(const QString& path, const QString& thumbnai
     record->SetThumbnailPath(thumbnailPath);
     record->SetVariable(QStringLiteral("addition_date"),
                         CVariant::Date(DateFromLocalTime(QDateTime::currentDateTime())));
+    record->SetIsThere(IsFile(path));
     const DateValue date = LastWriteDate(path);
     if (date != 0) {
         record->SetDate(date);

@@ -4,11 +4,15 @@
 #include <cerrno>
 #include <limits>
 
+#include <QDir>
+#include <QFileInfo>
+
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
 #include "document/galleries/GalleryIterator.h"
 #include "document/pictures/PictureFiles.h"
 #include "document/project/GalleryElement.h"
+#include "document/project/ProjectIdentity.h"
 
 namespace {
 
@@ -16,6 +20,11 @@ CProjectEnvironment WithTrailingSeparators(CProjectEnvironment environment)
 {
     environment.programFolder = WithTrailingSeparator(environment.programFolder);
     return environment;
+}
+
+QString AbsolutePathOf(const QString& path)
+{
+    return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
 }
 
 } // namespace
@@ -53,6 +62,7 @@ void CGalleryProject::New()
     }
     AddFolder(environment.picturesFolder);
     CreateGallery(0);
+    id = MakeProjectId();
     loaded = true;
 }
 
@@ -69,6 +79,7 @@ void CGalleryProject::Load(const QString& path)
         ClearContent();
         throw;
     }
+    this->path = AbsolutePathOf(path);
     loaded = true;
 }
 
@@ -77,19 +88,42 @@ void CGalleryProject::Save(const QString& path)
     if (!loaded) {
         return;
     }
-    const QString oldName = name;
-    const QString oldDeployFolder = deploySettings.folder;
+    const Identity before = GetIdentity();
     try {
-        SetName(path);
+        BecomeFile(path);
         MakeDirectoryPath(AbsoluteFolderOf(path));
         const auto document = CreateDocument();
         WriteDocument(*document);
         document->Save(path);
     } catch (const CExceptionBase&) {
-        name = oldName;
-        deploySettings.folder = oldDeployFolder;
+        SetIdentity(before);
         throw;
     }
+}
+
+CGalleryProject::Identity CGalleryProject::GetIdentity() const
+{
+    return {.path = path, .id = id, .name = name, .deployFolder = deploySettings.folder};
+}
+
+void CGalleryProject::SetIdentity(const Identity& identity)
+{
+    path = identity.path;
+    id = identity.id;
+    name = identity.name;
+    deploySettings.folder = identity.deployFolder;
+}
+
+// A project that has a file and is saved elsewhere becomes another one: what is known of the first by its id,
+// its published files above all, stays with the first.
+void CGalleryProject::BecomeFile(const QString& newPath)
+{
+    const bool isElsewhere = !path.isEmpty() && !IsSameProjectFile(path, newPath);
+    if (id.isEmpty() || isElsewhere) {
+        id = MakeProjectId();
+    }
+    path = AbsolutePathOf(newPath);
+    SetName(newPath);
 }
 
 void CGalleryProject::Clear()
@@ -102,6 +136,8 @@ void CGalleryProject::Clear()
 void CGalleryProject::ClearContent()
 {
     loaded = false;
+    path.clear();
+    id.clear();
     recentFolders.Clear();
     deploySettings.Reset();
     galleries.clear();
@@ -142,6 +178,8 @@ void CGalleryProject::ReadFolders(CXmlDocument& document)
 void CGalleryProject::ReadGalleries(CXmlDocument& document)
 {
     const CXmlElement root = document.GetRoot();
+    const QString writtenId = GetAttributeText(root, "id").GetString();
+    id = IsProjectId(writtenId) ? writtenId : QString();
     rootGalleryIndex = GetAttributeLong(root, "root_gallery_index");
     currentGalleryIndex = GetAttributeLong(root, "current_gallery_index");
     std::vector<CXmlElement> elements = root.GetChildren("gallery");
@@ -176,6 +214,7 @@ void CGalleryProject::WriteDocument(CXmlDocument& document) const
     root.SetAttribute("version", QStringLiteral("2.0"));
     root.SetAttribute("root_gallery_index", rootGalleryIndex);
     root.SetAttribute("current_gallery_index", currentGalleryIndex);
+    root.SetAttribute("id", id);
     CXmlElement folders = root.AppendChild("project_folders");
     folders.SetAttribute("recent_folder", GetRecentFolder());
     for (const QString& path : GetFolders()) {

@@ -53,6 +53,9 @@ public:
     // loaded. Throws CWin32Exception, with project and old file unchanged.
     void Save(const QString& path);
     void Clear();
+    // 32 hexadecimal digits by which the project is known whatever its file is called. Made by New, and anew
+    // when the project is saved under another path. Empty for a file of an older version until it is saved.
+    const QString& GetId() const { return id; }
     bool IsLoaded() const { return loaded; }
     void LoadTemplates() { catalogue.LoadTemplates(); }
     void LoadTemplates(const QString& projectPath) { catalogue.LoadTemplates(projectPath); }
@@ -116,6 +119,15 @@ public:
     CCoverCache& GetCoverCache() override { return coverCache; }
 
 private:
+    struct Identity {
+        QString path; // of the file, absolute; empty for a project that has none yet
+        QString id;
+        QString name;
+        QString deployFolder;
+    };
+    Identity GetIdentity() const;
+    void SetIdentity(const Identity& identity);
+    void BecomeFile(const QString& path);
     void SetName(const QString& path);
     void ClearContent();
     void ReadDocument(CXmlDocument& document);
@@ -135,6 +147,8 @@ private:
     CCoverCache coverCache;
     bool loaded = false;
     bool previewMode = true;
+    QString path; // of its file, absolute; empty before it has one
+    QString id;
     QString name;
     CDeploySettings deploySettings;
     std::map<int32_t, std::unique_ptr<CGallery>> galleries;

@@ -36,20 +36,31 @@ void ReadStyle(CGallery& gallery, const CXmlElement& element)
     gallery.SetStyle(TextOf(style, "css"));
 }
 
-// A tree has one road to each gallery: the first listing of a gallery counts, and the root has none.
-void ReadChild(CGallery& gallery, int32_t childIndex)
+void ReadNameSuffix(const CXmlElement& element, CPictureInfo& record)
 {
+    const QString suffix = TextOf(element, "name_suffix");
+    if (IsNameSuffix(suffix)) {
+        record.SetNameSuffix(suffix);
+    }
+}
+
+// A tree has one road to each gallery: the first listing of a gallery counts, and the root has none.
+void ReadChild(CGallery& gallery, const CXmlElement& element)
+{
+    const int32_t childIndex = GetAttributeLong(element, "index");
     CGalleryManager& manager = gallery.GetManager();
     const CGallery* const child = manager.FindGallery(childIndex);
     if (child && child->GetParentIndexes().empty() && childIndex != manager.GetRootGalleryIndex()) {
-        gallery.AddChild(childIndex);
+        if (CPictureInfo* const entry = gallery.AddChild(childIndex)) {
+            ReadNameSuffix(element, *entry);
+        }
     }
 }
 
 void ReadPicture(CGallery& gallery, const CXmlElement& element, CPictureFinder& finder)
 {
     if (HasAttribute(element, "index")) {
-        ReadChild(gallery, GetAttributeLong(element, "index"));
+        ReadChild(gallery, element);
         return;
     }
     if (!HasAttribute(element, "path")) {
@@ -62,6 +73,7 @@ void ReadPicture(CGallery& gallery, const CXmlElement& element, CPictureFinder& 
     CPictureInfo* const record =
         gallery.AppendPicture(path, QuarterTurns(GetAttributeLong(element, "angle")));
     if (record) {
+        ReadNameSuffix(element, *record);
         ReadVariables(element, "picture_variable", record->GetVariables());
     }
 }

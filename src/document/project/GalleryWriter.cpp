@@ -24,6 +24,9 @@ void WritePictures(const CPictureList& pictures, CXmlElement& element)
             picture.SetAttribute("path", record->GetPath());
             picture.SetAttribute("angle", record->GetAngle());
         }
+        if (!record->GetNameSuffix().isEmpty()) {
+            picture.SetAttribute("name_suffix", record->GetNameSuffix());
+        }
         WriteVariables(picture, "picture_variable", record->GetVariables());
     }
     WriteVariables(list, "picture_list_variable", pictures.GetVariables());

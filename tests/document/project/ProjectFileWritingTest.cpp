@@ -15,13 +15,21 @@ namespace {
 
 const QString GalleryObject = QStringLiteral("gallery");
 
-// The saved file with the scratch folder written as "~", in both its spellings.
+// The project's file with the scratch folder written as "~", in both its spellings, and the project's id as
+// "ID".
+QByteArray Written(CTestProject& test, const CGalleryProject& project)
+{
+    QByteArray bytes = test.scratch.Read(QStringLiteral("site/My.gallery"));
+    const QString folder = test.scratch.Path().chopped(1);
+    return bytes.replace(folder.toUtf8(), "~")
+        .replace(Lower(folder).toUtf8(), "~")
+        .replace(project.GetId().toUtf8(), "ID");
+}
+
 QByteArray Saved(CTestProject& test)
 {
     test.project.Save(test.ProjectPath());
-    QByteArray bytes = test.scratch.Read(QStringLiteral("site/My.gallery"));
-    const QString folder = test.scratch.Path().chopped(1);
-    return bytes.replace(folder.toUtf8(), "~").replace(Lower(folder).toUtf8(), "~");
+    return Written(test, test.project);
 }
 
 // A project with something in every corner: root 2 with two pictures and child 5.
@@ -37,6 +45,7 @@ void FillProject(CTestProject& test)
     root.AddChild(5);
     root.AddPicture(test.MakePicture(QStringLiteral("M\u00fcnchen.jpg")));
     root.RotatePicture(2, false);
+    root.GetPictures().GetAt(2)->SetNameSuffix(QStringLiteral("_2"));
     for (const int32_t position : {0, 2}) {
         root.GetPictures().GetAt(position)->SetVariable(QStringLiteral("addition_date"),
                                                         CVariant::Date(45000.1));
@@ -78,7 +87,7 @@ const char* const StampsOfAnEmptyGallery =
 QByteArray ExpectedFullProject()
 {
     const QByteArray date = "45000.0999999999985448084771633148193359375";
-    return R"(<project version="2.0" root_gallery_index="2" current_gallery_index="5">)"
+    return R"(<project version="2.0" root_gallery_index="2" current_gallery_index="5" id="ID">)"
            R"(<project_folders recent_folder="~/pictures"><folder path="~/pictures"/></project_folders>)"
            R"(<gallery index="2"><style template="~/program/templates/plain.xml" template_page="index.html" )"
            R"(css="~/program/styles/red.xml"/><picture_list>)"
@@ -91,7 +100,7 @@ QByteArray ExpectedFullProject()
            R"(<picture_variable name="void" vt="0"/></picture><picture index="5"/>)"
            R"(<picture path="~/pictures/)"
            "M\xc3\xbcnchen.jpg"
-           R"(" angle="3"><picture_variable doubleVal=")" +
+           R"(" angle="3" name_suffix="_2"><picture_variable doubleVal=")" +
            date +
            R"(" name="addition_date" vt="7"/></picture>)"
            R"(<picture_list_variable bstrVal="n" name="note" vt="8"/></picture_list>)"
@@ -178,7 +187,7 @@ TEST(ProjectFile, OfANewProjectHasSixStampsAndNoLayout)
     CTestProject test;
     test.NewGallery();
     EXPECT_EQ(Saved(test).toStdString(),
-              (R"(<project version="2.0" root_gallery_index="0" current_gallery_index="0">)"
+              (R"(<project version="2.0" root_gallery_index="0" current_gallery_index="0" id="ID">)"
                R"(<project_folders recent_folder="~/pictures"><folder path="~/pictures"/></project_folders>)"
                R"(<gallery index="0"><style template="" template_page="" css=""/><picture_list/>)" +
                QByteArray(StampsOfAnEmptyGallery) +
@@ -195,9 +204,7 @@ TEST(ProjectFile, ReadsBackWhatItWrote)
     CGalleryProject again(test.environment);
     again.Open(test.ProjectPath());
     again.Save(test.ProjectPath());
-    QByteArray second = test.scratch.Read(QStringLiteral("site/My.gallery"));
-    const QString folder = test.scratch.Path().chopped(1);
-    second.replace(folder.toUtf8(), "~").replace(Lower(folder).toUtf8(), "~");
+    const QByteArray second = Written(test, again);
     // A variable without a value is not read; a gallery without a page gets the first one, and its style
     // becomes that page's.
     first.replace(R"(<picture_variable name="void" vt="0"/>)", "");
