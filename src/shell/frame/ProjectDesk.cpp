@@ -6,6 +6,7 @@
 #include "common/FileSystem.h"
 #include "common/Trace.h"
 #include "document/project/GalleryProject.h"
+#include "document/project/ProjectFilePath.h"
 #include "shell/dialogs/DlgNewGallery.h"
 #include "shell/dialogs/FailureBox.h"
 #include "shell/dialogs/FileDialogs.h"
@@ -44,7 +45,7 @@ CProjectDesk::CProjectDesk(CGalleryProject& project, CSettingsStore& settings, W
 void CProjectDesk::Start(const QString& wanted)
 {
     recentProjects.Load();
-    const QString path = wanted.isEmpty() ? recentProjects.GetFront() : wanted;
+    const QString path = wanted.isEmpty() ? recentProjects.GetFront() : WithProjectEnding(wanted);
     try {
         if (!Open(path)) {
             OpenSubstitute();
