@@ -204,6 +204,40 @@ TEST_F(Guide, APictureHasItsButtons)
     EXPECT_EQ(program.Terminate(), 0);
 }
 
+// Seen when the page is made anew; the picture keeps its place.
+TEST_F(Guide, APictureThatIsNotThereIsACard)
+{
+    StartWithSample();
+    const QString picture =
+        QStringLiteral("[...document.querySelectorAll('figure img[onmouseenter]')].find(i => i.alt == '%1')");
+    const QStringList before = SavedProject(project).galleries.at(0).GetNames();
+    ASSERT_TRUE(QFile::remove(program.Path(QStringLiteral("sample/October.jpg"))));
+    program.PressStripButton(picture.arg(QStringLiteral("River Stones")), QStringLiteral("Rotate clockwise"));
+    ASSERT_TRUE(program.WaitInPage(QStringLiteral("document.querySelector('img[data-absent]') != null")));
+    program.MovePointer(program.PlaceOf(QStringLiteral("document.querySelector('img[data-absent]')")));
+    TakePicture("not-there");
+    program.PressStripButton(picture.arg(QStringLiteral("October")), QStringLiteral("Move up"));
+    ASSERT_TRUE(program.WaitFor([&] { return SavedProject(project).galleries.at(0).GetNames() != before; }));
+    EXPECT_EQ(program.Terminate(), 0);
+    QStringList after = SavedProject(project).galleries.at(0).GetNames();
+    EXPECT_EQ(after.size(), before.size());
+    EXPECT_TRUE(after.contains(QStringLiteral("October.jpg")));
+}
+
+TEST_F(Guide, AProjectIsNamedWithoutItsEnding)
+{
+    program.Start({program.Path(QStringLiteral("Trip"))});
+    EXPECT_EQ(program.GetTitle(), QStringLiteral("Vistorama - Trip"));
+    EXPECT_EQ(program.Terminate(), 0);
+    EXPECT_TRUE(QFile::exists(program.Path(QStringLiteral("Trip.gallery"))));
+    const QString link = program.Path(QStringLiteral("link.gallery"));
+    ASSERT_TRUE(QFile::link(program.Path(QStringLiteral("Trip.gallery")), link));
+    program.Start({link});
+    EXPECT_EQ(program.GetTitle(), QStringLiteral("Vistorama - Trip"));
+    EXPECT_EQ(program.Terminate(), 0);
+    EXPECT_FALSE(QFile::symLinkTarget(link).isEmpty());
+}
+
 TEST_F(Guide, PartsOfThePageAreHidden)
 {
     StartWithSample();

@@ -98,10 +98,10 @@ CFTPDestinations::SaveResult CFTPDestinations::Save(const CFTPDestination& desti
 bool CFTPDestinations::Delete(int32_t key)
 {
     const QString path = RootKey() + QLatin1Char('/') + QString::number(key);
-    if (!store.RemoveKey(ScopeOf(IsForAllUsers(key)), path)) {
-        return false;
-    }
-    return GetDefault() != key || store.RemoveValue(Scope::User, RootKey(), QString());
+    const bool isRemoved = store.RemoveKey(ScopeOf(IsForAllUsers(key)), path);
+    // One that somebody else has to remove is the default no more all the same.
+    const bool isDefaultGone = GetDefault() != key || store.RemoveValue(Scope::User, RootKey(), QString());
+    return isRemoved && isDefaultGone;
 }
 
 std::vector<CFTPDestination> CFTPDestinations::Enumerate() const

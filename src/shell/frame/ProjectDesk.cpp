@@ -7,6 +7,7 @@
 #include "common/Platform.h"
 #include "common/Trace.h"
 #include "document/project/GalleryProject.h"
+#include "document/project/ProjectFilePath.h"
 #include "shell/dialogs/DlgEarlierVersions.h"
 #include "shell/dialogs/DlgNewGallery.h"
 #include "shell/dialogs/FailureBox.h"
@@ -61,7 +62,7 @@ CProjectDesk::CProjectDesk(CGalleryProject& project, CSettingsStore& settings, W
 void CProjectDesk::Start(const QString& wanted)
 {
     recentProjects.Load();
-    const QString path = wanted.isEmpty() ? recentProjects.GetFront() : wanted;
+    const QString path = wanted.isEmpty() ? recentProjects.GetFront() : WithProjectEnding(wanted);
     try {
         if (!Open(path)) {
             OpenSubstitute();

@@ -25,8 +25,9 @@ public:
 
     CProjectDesk(CGalleryProject& project, CSettingsStore& settings, Window window);
 
-    // The first project of a run: the wanted one, or the last one if that is empty. A project that can't be
-    // read is told of and left alone: a new one takes its place. Throws what CGalleryProject::New throws.
+    // The first project of a run: the wanted one, whose path may lack its ending, or the last one if that is
+    // empty. A project that can't be read is told of and left alone: a new one takes its place. Throws what
+    // CGalleryProject::New throws.
     void Start(const QString& wanted);
 
     // Throws what CGalleryProject::Open throws. Nothing happens if it is open elsewhere and the person would
