@@ -2,6 +2,17 @@
 
 #include "resources/StringTable.h"
 
+namespace {
+
+// False, and out untouched, if nothing was found.
+bool Found(const std::optional<CVariant>& value, CVariant& out)
+{
+    out = value.value_or(out);
+    return value.has_value();
+}
+
+} // namespace
+
 void CTestIterator::Reset()
 {
     bindings.clear();
@@ -123,7 +134,7 @@ bool CTestIterator::GetPageVariable(const QString& name, CVariant& out)
         out = GetPageFileName(pageIndex);
     } else {
         const auto variables = pages.find(pageIndex);
-        return variables != pages.end() && variables->second.Get(name, out);
+        return variables != pages.end() && Found(variables->second.Find(name), out);
     }
     return true;
 }
@@ -134,7 +145,7 @@ bool CTestIterator::GetGalleryVariable(const QString& name, CVariant& out)
         out = QStringLiteral("[%1]").arg(name);
         return true;
     }
-    return gallery.Get(name, out);
+    return Found(gallery.Find(name), out);
 }
 
 bool CTestIterator::GetPictureVariable(int32_t index, const QString& name, CVariant& out) const

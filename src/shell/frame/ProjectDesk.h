@@ -25,9 +25,9 @@ public:
 
     CProjectDesk(CGalleryProject& project, CSettingsStore& settings, Window window);
 
-    // The first project of a run: the path's, or the last one's if that is empty. A project that can't be
+    // The first project of a run: the wanted one, or the last one if that is empty. A project that can't be
     // read is told of and left alone: a new one takes its place. Throws what CGalleryProject::New throws.
-    void Start(const QString& path);
+    void Start(const QString& wanted);
 
     // Throws what CGalleryProject::Open throws. Nothing happens if it is open elsewhere and the person would
     // rather not look at it; false then.

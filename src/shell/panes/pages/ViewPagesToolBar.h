@@ -42,7 +42,7 @@ public:
     QMenu& GetLayoutMenu() { return *layoutMenu; }
     QMenu& GetStyleMenu() { return *styleMenu; }
 
-    void SetTitle(const QString& title);
+    void SetTitle(const QString& text);
     QString GetTitle() const;
 
     // Null: the menus become empty.
