@@ -3,20 +3,13 @@
 #include <algorithm>
 #include <set>
 
-#include <QFileInfo>
-
 #include "document/galleries/Gallery.h"
+#include "document/pictures/PictureFiles.h"
 #include "document/project/GalleryProject.h"
 #include "effects/WatermarkFile.h"
 #include "resources/StringTable.h"
 
 namespace {
-
-// A folder is no picture, and a pipe or a device would keep whoever opens it waiting.
-bool IsFile(const QString& path)
-{
-    return QFileInfo(path).isFile();
-}
 
 bool IsPublished(const CGalleryProject& project, const CGallery& gallery)
 {
