@@ -14,6 +14,7 @@
 #include "document/catalogue/Definitions.h"
 #include "document/galleries/Gallery.h"
 #include "document/pictures/PictureFiles.h"
+#include "document/project/ProjectFilePath.h"
 
 namespace {
 
@@ -125,7 +126,10 @@ int RunNew(const QStringList& arguments)
                     .switches = {},
                     .minPositional = 1,
                     .maxPositional = std::numeric_limits<qsizetype>::max()});
-    const QString path = QDir(parsed.positional.front()).absolutePath();
+    // The desktop program opens nothing else.
+    const QString name = parsed.positional.front();
+    const QString path =
+        QDir(HasProjectEnding(name) ? name : name + QStringLiteral(".gallery")).absolutePath();
     if (FileExists(path)) {
         throw CGenericException(Text(StringId::ProjectExists, path), Text(StringId::NewNeverOverwrites),
                                 Text(StringId::ChooseAnotherName));

@@ -2,6 +2,7 @@
 
 #include "cli/CommandArguments.h"
 #include "common/Platform.h"
+#include "document/project/ProjectFilePath.h"
 
 CProjectSession::CProjectSession()
     : settings(CreateProgramSettings()),
@@ -15,5 +16,7 @@ CProjectSession::CProjectSession()
 
 void CProjectSession::OpenExisting(const QString& path)
 {
-    project.Open(ExistingPath(path));
+    const QString file = ExistingPath(WithProjectEnding(path));
+    RequireOrdinaryFile(file);
+    project.Open(file);
 }

@@ -16,7 +16,8 @@ public:
     // With a trailing separator.
     const QString& GetTemporaryFolder() const { return tempFolder.GetPath(); }
 
-    // Unlike the desktop program's opening, a project that doesn't exist is an error: CFileException.
+    // Unlike the desktop program's opening, a project that doesn't exist is an error: CFileException. The
+    // ending of the path may be missing. Throws CGenericException for what is no file.
     void OpenExisting(const QString& path);
 
 private:

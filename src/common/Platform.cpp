@@ -105,3 +105,8 @@ QString FindDataFolder()
 {
     return UserFolder(QStandardPaths::GenericDataLocation);
 }
+
+QString FindBackupsFolder()
+{
+    return JoinPath(FindDataFolder(), QStringLiteral("vistorama/earlier-versions"));
+}

@@ -33,5 +33,8 @@ QString FindSettingsFolder();
 // The folder of the settings files for all users of the machine.
 QString FindMachineSettingsFolder();
 
+// The user's folder for earlier versions of projects. Made when it is first needed.
+QString FindBackupsFolder();
+
 // The folder of the user's data files: not that of the settings, which people copy and publish.
 QString FindDataFolder();

@@ -192,7 +192,7 @@ void CContentGeneratorBase::GenerateAdvertisement(CImageIterator& iterator, cons
 {
     CVariant value;
     const bool found = iterator.GetVariable(QStringLiteral("advertisement"), Widen(name), value);
-    if (found && value.GetType() == CVariant::Type::String) {
+    if (found && value.GetType() == CVariant::Type::String && !value.GetString().isNull()) {
         WriteAdvertisementBody(value.GetString(), out);
     }
 }

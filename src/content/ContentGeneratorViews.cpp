@@ -4,7 +4,9 @@
 #include "common/FileSystem.h"
 #include "common/Text.h"
 #include "common/Trace.h"
+#include "content/AbsentCard.h"
 #include "content/PictureMenuCommandGenerator.h"
+#include "document/pictures/PictureInfo.h"
 #include "template/contracts/ImageIterator.h"
 
 namespace {
@@ -40,6 +42,20 @@ const std::vector<CPictureMenu::Row>& PictureRows()
         {286, 293, StringId::RotateCounterClockwise},
     };
     return rows;
+}
+
+// There is nothing to turn.
+const std::vector<CPictureMenu::Row>& AbsentPictureRows()
+{
+    static const std::vector<CPictureMenu::Row> rows(PictureRows().begin(), PictureRows().begin() + 3);
+    return rows;
+}
+
+// A gallery's cover is made when it is asked for.
+bool IsAbsent(const CImageIterator& iterator)
+{
+    const auto* const picture = dynamic_cast<const CFilePictureInfo*>(iterator.GetCurrentPicture());
+    return picture && (!picture->IsThere() || !FileExists(picture->GetPath()));
 }
 
 const std::vector<CPictureMenu::Row>& TextSpanRows()
@@ -118,10 +134,33 @@ void CContentGeneratorViews::ProduceImage(const ImageRequest& request)
 
 CContentGeneratorPreview::CContentGeneratorPreview(const QString& temporaryFolder)
     : pictureMenu(temporaryFolder, PictureRows()),
+      absentPictureMenu(temporaryFolder, AbsentPictureRows()),
       imageReferenceMenu(temporaryFolder, ReferenceRows()),
       textSpanMenu(temporaryFolder, TextSpanRows()),
       textReferenceMenu(temporaryFolder, ReferenceRows())
 {}
+
+void CContentGeneratorPreview::GeneratePicture(CImageIterator& iterator, const PictureAttributes& picture,
+                                               std::ostream& out)
+{
+    if (!IsAbsent(iterator)) {
+        CContentGeneratorViews::GeneratePicture(iterator, picture, out);
+        return;
+    }
+    QString path;
+    iterator.GetPicturePath(path);
+    const QSize slot(ParseInteger(picture.width), ParseInteger(picture.height));
+    out << "<div align=\"center\" valign=\"center\" width=\"" << picture.width << "\" height=\""
+        << picture.height << "\" >";
+    absentPictureMenu.WriteMenuImages(out, picture.id, CPreviewCommandGenerator());
+    out << "<a href=\"" << picture.href << "\"><img id=\"" << picture.id << "\" data-absent"
+        << " src=\"" << MakeAbsentCard(ExtractLastName(path), slot) << '"';
+    if (picture.alt) {
+        out << " alt=\"" << *picture.alt << '"';
+    }
+    WritePictureAttributes(out, picture.id);
+    out << "/></a></div>";
+}
 
 void CContentGeneratorPreview::WritePictureMenu(std::ostream& out, const std::string& id)
 {

@@ -30,6 +30,10 @@ public:
     // temporaryFolder: where the strips are kept, with a trailing separator.
     explicit CContentGeneratorPreview(const QString& temporaryFolder);
 
+    // A picture whose file is not there is a card with its name, with the attribute "data-absent".
+    void GeneratePicture(CImageIterator& iterator, const PictureAttributes& picture,
+                         std::ostream& out) override;
+
 protected:
     void WritePictureMenu(std::ostream& out, const std::string& id) override;
     void BeforeTextSpan(std::ostream& out, const std::string& spanId,
@@ -42,6 +46,7 @@ protected:
 
 private:
     const CPictureMenu pictureMenu;
+    const CPictureMenu absentPictureMenu;
     const CPictureMenu imageReferenceMenu;
     const CPictureMenu textSpanMenu;
     const CPictureMenu textReferenceMenu;

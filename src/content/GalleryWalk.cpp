@@ -1,5 +1,8 @@
 #include "content/GalleryWalk.h"
 
+#include <deque>
+#include <optional>
+
 #include "common/FileSystem.h"
 #include "common/StopSignal.h"
 #include "document/content/PageName.h"
@@ -9,24 +12,36 @@
 #include "template/TemplateLanguage.h"
 #include "template/parser/CompoundTemplateSection.h"
 
-namespace {
-
-// Sets a gallery's layout page back when the walk leaves the gallery.
-class CTemplatePageGuard {
+// A gallery that the walk is in or below. Sets its layout page back when the walk leaves it.
+class CGalleryWalk::COpenGallery {
 public:
-    explicit CTemplatePageGuard(CGallery& gallery)
-        : layout(gallery.GetLayout()), page(layout.GetTemplatePage())
+    explicit COpenGallery(CGallery& gallery)
+        : layout(gallery.GetLayout()),
+          page(layout.GetTemplatePage()),
+          children(gallery.GetChildren()),
+          next(children.begin())
     {}
-    ~CTemplatePageGuard() { layout.RestoreTemplatePage(page); }
-    CTemplatePageGuard(const CTemplatePageGuard&) = delete;
-    CTemplatePageGuard& operator=(const CTemplatePageGuard&) = delete;
+    ~COpenGallery() { layout.RestoreTemplatePage(page); }
+    COpenGallery(const COpenGallery&) = delete;
+    COpenGallery& operator=(const COpenGallery&) = delete;
+
+    // Nothing after the last.
+    std::optional<int32_t> TakeChild()
+    {
+        return next != children.end() ? std::optional(*next++) : std::nullopt;
+    }
 
 private:
     CGalleryLayout& layout;
     const QString page;
+    const std::set<int32_t> children;
+    std::set<int32_t>::const_iterator next;
 };
 
-} // namespace
+struct CGalleryWalk::Walking {
+    std::deque<COpenGallery>& open; // from the root down
+    CGalleryTemplatesProcessor& processor;
+};
 
 CGalleryWalk::CGalleryWalk(CGalleryProject& project, CContentGenerator& generator, const CStopSignal& stop)
     : project(project), generator(generator), stop(stop)
@@ -35,17 +50,32 @@ CGalleryWalk::CGalleryWalk(CGalleryProject& project, CContentGenerator& generato
 bool CGalleryWalk::Run(CGalleryTemplatesProcessor& processor)
 {
     visited.clear();
-    CGallery* root = project.GetRootGallery();
-    return root == nullptr || WalkGallery(*root, QString(), processor);
+    CGallery* const root = project.GetRootGallery();
+    // By hand: a line of galleries may be longer than the stack is deep. A gallery stays open while its
+    // children are walked, since their links lead to the page that it has then.
+    std::deque<COpenGallery> open;
+    bool goesOn = root == nullptr || Enter(*root, QString(), {open, processor});
+    while (goesOn && !open.empty()) {
+        const std::optional<int32_t> index = open.back().TakeChild();
+        if (!index) {
+            open.pop_back();
+            continue;
+        }
+        CGallery* const child = project.FindGallery(*index);
+        if (child != nullptr && visited.count(child) == 0) {
+            // Not joined to its parent's own folder: the links between galleries rely on the flat layout.
+            goesOn = Enter(*child, QStringLiteral("/") + QString::number(*index), {open, processor});
+        }
+    }
+    return goesOn;
 }
 
-bool CGalleryWalk::WalkGallery(CGallery& gallery, const QString& subFolder,
-                               CGalleryTemplatesProcessor& processor)
+bool CGalleryWalk::Enter(CGallery& gallery, const QString& subFolder, const Walking& walking)
 {
     visited.insert(&gallery);
-    const CTemplatePageGuard guard(gallery);
-    processor.ProcessGallery(subFolder, gallery);
-    return WalkPages(gallery, processor) && WalkChildren(gallery, processor);
+    walking.open.emplace_back(gallery);
+    walking.processor.ProcessGallery(subFolder, gallery);
+    return WalkPages(gallery, walking.processor);
 }
 
 bool CGalleryWalk::WalkPages(CGallery& gallery, CGalleryTemplatesProcessor& processor)
@@ -74,19 +104,4 @@ bool CGalleryWalk::WalkPage(CGallery& gallery, const CGalleryTemplatePage& page,
     iterator.Reset();
     tree.Bind(iterator, generator);
     return processor.ProcessPage(tree, iterator, page.multipage);
-}
-
-bool CGalleryWalk::WalkChildren(CGallery& gallery, CGalleryTemplatesProcessor& processor)
-{
-    for (const int32_t index : gallery.GetChildren()) {
-        CGallery* child = project.FindGallery(index);
-        if (child == nullptr || visited.count(child) != 0) {
-            continue;
-        }
-        // Not joined to this gallery's own folder: the links between galleries rely on the flat layout.
-        if (!WalkGallery(*child, QStringLiteral("/") + QString::number(index), processor)) {
-            return false;
-        }
-    }
-    return true;
 }

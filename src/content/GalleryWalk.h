@@ -36,9 +36,10 @@ public:
     bool Run(CGalleryTemplatesProcessor& processor);
 
 private:
-    bool WalkGallery(CGallery& gallery, const QString& subFolder, CGalleryTemplatesProcessor& processor);
+    class COpenGallery;
+    struct Walking;
+    bool Enter(CGallery& gallery, const QString& subFolder, const Walking& walking);
     bool WalkPages(CGallery& gallery, CGalleryTemplatesProcessor& processor);
-    bool WalkChildren(CGallery& gallery, CGalleryTemplatesProcessor& processor);
     bool WalkPage(CGallery& gallery, const CGalleryTemplatePage& page, CGalleryTemplatesProcessor& processor);
 
     CGalleryProject& project;

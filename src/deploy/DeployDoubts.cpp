@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <set>
 
+#include "document/files/FileTrace.h"
 #include "document/galleries/Gallery.h"
-#include "document/pictures/PictureFiles.h"
 #include "document/project/GalleryProject.h"
 #include "effects/WatermarkFile.h"
 #include "resources/StringTable.h"

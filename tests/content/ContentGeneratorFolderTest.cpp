@@ -60,6 +60,15 @@ TEST_F(ContentGeneratorFolder, WritesABannerWithTheSizesOfTheLayout)
         "<iframe border=\"0\" width=\"468\" height=\"sixty\" src=\"http://banner.example/?a=1\"></iframe>");
 }
 
+TEST_F(ContentGeneratorFolder, WritesNoBlockForAnAdvertisementWithoutText)
+{
+    CGallery& root = fixture.GetRoot();
+    root.GetTexts().advertisements[root.GetLayout().GetTemplatePage()][QStringLiteral("none")] = QString();
+    std::ostringstream out;
+    generator.GenerateAdvertisement(iterator, "none", out);
+    EXPECT_EQ(out.str(), "");
+}
+
 TEST_F(ContentGeneratorFolder, WritesAnAdvertisementUnescapedAlsoWhenItIsEmpty)
 {
     std::ostringstream empty;

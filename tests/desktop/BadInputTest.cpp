@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <QFile>
 #include <gtest/gtest.h>
 
@@ -160,17 +162,82 @@ TEST(BadInput, ALayoutWithoutItsFileLeavesTheProgramUsable)
     EXPECT_EQ(SavedProject(project).galleries.size(), 4u);
 }
 
-TEST(BadInput, AProgramWithoutADisplaySaysSo)
+// A layout, or a text of the project, may hold scripts of others.
+TEST(BadInput, APageThatCallsTheProgramByItselfChangesNothing)
 {
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
-        environment.remove(QString::fromLatin1(name));
+    CDesktopProgram program;
+    const QString project = program.CopySample();
+    program.UseOwnData();
+    program.WriteLayout(
+        QStringLiteral("hostile"),
+        "<html><head><%pageheader%></head><body><%picture id=\"photo1\" width=\"200\" "
+        "height=\"150\" href=\"x\"%><script>function attack() { for (var i = 0; i < 20; ++i) {"
+        "external.DeleteImage('photo1'); } location.href = 'gl_1';"
+        "document.querySelectorAll('img').forEach(function (i) { i.click(); }); }"
+        "onload = attack; setInterval(attack, 20);</script></body></html>");
+    program.Start({project});
+    program.PressKeys(
+        {QStringLiteral("alt+g"), QStringLiteral("l"), QStringLiteral("Up"), QStringLiteral("Return")});
+    ASSERT_TRUE(program.WaitInPage(QStringLiteral("typeof attack == 'function'")));
+    const SavedProject before(project);
+    // With a dialog open as well.
+    program.PressKeys({QStringLiteral("alt+e"), QStringLiteral("Down"), QStringLiteral("Return")});
+    ASSERT_TRUE(program.WaitForWindow(QStringLiteral("Image signature")));
+    program.FocusWindow(QStringLiteral("Image signature"));
+    program.PressKeys({QStringLiteral("Escape")});
+    ASSERT_TRUE(program.WaitForWindowGone(QStringLiteral("Image signature")));
+    EXPECT_EQ(program.Terminate(), 0);
+    const SavedProject after(project);
+    ASSERT_EQ(after.galleries.size(), before.galleries.size());
+    for (const auto& [index, gallery] : before.galleries) {
+        EXPECT_EQ(after.galleries.at(index).pictures.size(), gallery.pictures.size()) << index;
     }
-    process.setProcessEnvironment(environment);
-    process.start(QStringLiteral(PROGRAM_FILE), QStringList());
-    ASSERT_TRUE(process.waitForFinished(60'000));
-    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
-    EXPECT_EQ(process.exitCode(), 1);
-    EXPECT_TRUE(process.readAllStandardError().startsWith("There is no display"));
+}
+
+// To open a pipe waits for its other end.
+TEST(BadInput, WhatIsNoFileIsRefusedAtOnce)
+{
+    CDesktopProgram program;
+    const QString pipe = program.Path(QStringLiteral("pipe.gallery"));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    program.StartWithMessage({pipe}, Message);
+    program.FocusWindow(Message);
+    program.TakePicture(QStringLiteral("project-is-a-pipe"));
+    program.PressKeys({QStringLiteral("Return")});
+    program.WaitForPage();
+    EXPECT_EQ(program.GetTitle(), QStringLiteral("Vistorama - My Vistorama"));
+    EXPECT_EQ(program.Terminate(), 0);
+}
+
+TEST(BadInput, WithoutADisplayTheProgramAnswersWhatItCan)
+{
+    const struct {
+        QStringList arguments;
+        int exitCode;
+        const char* output;
+        const char* errors;
+    } rows[] = {
+        {{}, 1, "", "There is no display"},
+        {{QStringLiteral("Trip.gallery")}, 1, "", "There is no display"},
+        {{QStringLiteral("--help")}, 0, "Usage:\n", ""},
+        {{QStringLiteral("--version")}, 0, "vistorama ", ""},
+        {{QStringLiteral("--typo")}, 2, "", "There is no option '--typo'.\nUsage:\n"},
+    };
+    const CScratchFolder scratch;
+    for (const auto& row : rows) {
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+            environment.remove(QString::fromLatin1(name));
+        }
+        process.setProcessEnvironment(environment);
+        process.setWorkingDirectory(scratch.Path());
+        process.start(QStringLiteral(PROGRAM_FILE), row.arguments);
+        ASSERT_TRUE(process.waitForFinished(60'000));
+        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(process.exitCode(), row.exitCode);
+        EXPECT_TRUE(process.readAllStandardOutput().startsWith(row.output));
+        EXPECT_TRUE(process.readAllStandardError().startsWith(row.errors));
+        EXPECT_TRUE(ListDirectory(scratch.Path()).empty());
+    }
 }

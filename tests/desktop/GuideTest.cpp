@@ -50,6 +50,18 @@ protected:
         WaitForPictures();
     }
 
+    // In the file, in all galleries.
+    int TurnedPictures() const
+    {
+        int count = 0;
+        for (const auto& [index, gallery] : SavedProject(project).galleries) {
+            for (const SavedProject::Picture& picture : gallery.pictures) {
+                count += picture.angle != 0 ? 1 : 0;
+            }
+        }
+        return count;
+    }
+
     // A menu of the menu bar by its letter, then what is pressed in it.
     void UseMenu(const char* letter, const QStringList& keys)
     {
@@ -112,6 +124,40 @@ TEST_F(Guide, TheWindowHasThePageTheTreeAndTheFolder)
     EXPECT_EQ(program.Terminate(), 0);
 }
 
+TEST_F(Guide, AnEarlierVersionIsOpenedFromTheMenu)
+{
+    StartWithSample();
+    program.PressStripButton(QStringLiteral("[...document.querySelectorAll('figure img[onmouseenter]')]"
+                                            ".find(i => i.alt == 'River Stones')"),
+                             QStringLiteral("Rotate clockwise"));
+    ASSERT_TRUE(program.WaitFor([&] { return TurnedPictures() == 1; }));
+    EXPECT_EQ(program.Terminate(), 0);
+
+    StartWithSample();
+    UseMenu("f", {QStringLiteral("e")});
+    WaitForDialog("Open earlier version");
+    TakePicture("earlier-versions", "Open earlier version");
+    program.PressKeys({QStringLiteral("Return")});
+    ASSERT_TRUE(program.WaitFor([&] { return TurnedPictures() == 0; }));
+    WaitForPictures();
+    EXPECT_EQ(program.Terminate(), 0);
+    EXPECT_EQ(TurnedPictures(), 0);
+
+    // What is damaged offers them by itself.
+    QFile file(project);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("<project");
+    file.close();
+    program.StartWithMessage({project}, QStringLiteral("Vistorama: please note"));
+    program.FocusWindow(QStringLiteral("Vistorama: please note"));
+    program.PressKeys({QStringLiteral("Return")});
+    WaitForDialog("Open earlier version");
+    program.PressKeys({QStringLiteral("Return")});
+    ASSERT_TRUE(program.WaitFor([&] { return program.GetTitle() == QStringLiteral("Vistorama - sample"); }));
+    EXPECT_EQ(program.Terminate(), 0);
+    EXPECT_EQ(SavedProject(project).galleries.size(), 4u);
+}
+
 TEST_F(Guide, LayoutAndStyleAreChosenInTheMenu)
 {
     StartWithSample();
@@ -156,6 +202,40 @@ TEST_F(Guide, APictureHasItsButtons)
                                           "s.style.display == 'inline')")));
     TakePicture("picture");
     EXPECT_EQ(program.Terminate(), 0);
+}
+
+// Seen when the page is made anew; the picture keeps its place.
+TEST_F(Guide, APictureThatIsNotThereIsACard)
+{
+    StartWithSample();
+    const QString picture =
+        QStringLiteral("[...document.querySelectorAll('figure img[onmouseenter]')].find(i => i.alt == '%1')");
+    const QStringList before = SavedProject(project).galleries.at(0).GetNames();
+    ASSERT_TRUE(QFile::remove(program.Path(QStringLiteral("sample/October.jpg"))));
+    program.PressStripButton(picture.arg(QStringLiteral("River Stones")), QStringLiteral("Rotate clockwise"));
+    ASSERT_TRUE(program.WaitInPage(QStringLiteral("document.querySelector('img[data-absent]') != null")));
+    program.MovePointer(program.PlaceOf(QStringLiteral("document.querySelector('img[data-absent]')")));
+    TakePicture("not-there");
+    program.PressStripButton(picture.arg(QStringLiteral("October")), QStringLiteral("Move up"));
+    ASSERT_TRUE(program.WaitFor([&] { return SavedProject(project).galleries.at(0).GetNames() != before; }));
+    EXPECT_EQ(program.Terminate(), 0);
+    QStringList after = SavedProject(project).galleries.at(0).GetNames();
+    EXPECT_EQ(after.size(), before.size());
+    EXPECT_TRUE(after.contains(QStringLiteral("October.jpg")));
+}
+
+TEST_F(Guide, AProjectIsNamedWithoutItsEnding)
+{
+    program.Start({program.Path(QStringLiteral("Trip"))});
+    EXPECT_EQ(program.GetTitle(), QStringLiteral("Vistorama - Trip"));
+    EXPECT_EQ(program.Terminate(), 0);
+    EXPECT_TRUE(QFile::exists(program.Path(QStringLiteral("Trip.gallery"))));
+    const QString link = program.Path(QStringLiteral("link.gallery"));
+    ASSERT_TRUE(QFile::link(program.Path(QStringLiteral("Trip.gallery")), link));
+    program.Start({link});
+    EXPECT_EQ(program.GetTitle(), QStringLiteral("Vistorama - Trip"));
+    EXPECT_EQ(program.Terminate(), 0);
+    EXPECT_FALSE(QFile::symLinkTarget(link).isEmpty());
 }
 
 TEST_F(Guide, PartsOfThePageAreHidden)

@@ -55,6 +55,32 @@ TEST(Safety, AChangeIsInTheFileThoughTheProgramIsKilled)
     EXPECT_EQ(program.Terminate(), 0);
 }
 
+TEST(Safety, ASignalInTheMiddleOfADeploymentEndsTheProgramInOrder)
+{
+    CDesktopProgram program;
+    const QString project = program.CopySample();
+    program.Start({project});
+    RotateAPicture(program);
+    program.PressKeys({QStringLiteral("alt+g"), QStringLiteral("d")});
+    ASSERT_TRUE(program.WaitForWindow(QStringLiteral("Deploy Wizard")));
+    program.FocusWindow(QStringLiteral("Deploy Wizard"));
+    const QString site = program.Path(QStringLiteral("site"));
+    // A picture takes until the window has come to rest.
+    const QString step = QStringLiteral("signal-in-deployment");
+    program.PressKeys({QStringLiteral("alt+n")});
+    program.TakePicture(step);
+    program.PressKeys({QStringLiteral("ctrl+a")});
+    program.TypeText(site);
+    program.PressKeys({QStringLiteral("alt+n")});
+    program.TakePicture(step);
+    program.PressKeys({QStringLiteral("alt+o")});
+    program.PressKeys({QStringLiteral("alt+n")});
+    ASSERT_TRUE(CDesktopProgram::WaitFor([&] { return FileExists(site); }));
+    EXPECT_EQ(program.Terminate(), 0);
+    EXPECT_EQ(SavedAngle(project), 1);
+    EXPECT_FALSE(FileExists(program.Path(QStringLiteral("sample/.sample.gallery.lock"))));
+}
+
 TEST(Safety, LookingAtAProjectDoesNotWriteIt)
 {
     CDesktopProgram program;

@@ -1,9 +1,13 @@
+#include <sys/stat.h>
+
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <gtest/gtest.h>
 
 #include "Program.h"
+#include "common/FileSystem.h"
 
 namespace {
 
@@ -105,6 +109,42 @@ TEST(New, WhatDoesNotExistIsNamedAndNothingIsWritten)
         EXPECT_TRUE(result.GetFailure()[QStringLiteral("caption")].contains(row.named))
             << qPrintable(result.errors);
         EXPECT_FALSE(program.scratch.ListFiles().contains(QStringLiteral("trip.gallery")));
+    }
+}
+
+TEST(New, TheEndingOfAProjectIsAddedAndMayBeLeftOut)
+{
+    const CProgram program;
+    const QString picture = program.WritePicture(QStringLiteral("a.jpg"));
+    const QString named = program.Path(QStringLiteral("Trip"));
+    // A folder of that name, of the pictures perhaps, is no obstacle.
+    MakeDirectoryPath(named);
+    EXPECT_EQ(program.Run({QStringLiteral("new"), named, picture}).exitCode, 0);
+    EXPECT_TRUE(FileExists(named + QStringLiteral(".gallery")));
+    const ProgramResult info = program.Run({QStringLiteral("info"), named});
+    EXPECT_EQ(info.exitCode, 0) << qPrintable(info.errors);
+    EXPECT_TRUE(info.output.contains(QStringLiteral("1 pictures"))) << qPrintable(info.output);
+}
+
+TEST(Info, WhatIsNoFileIsRefusedAtOnce)
+{
+    const CProgram program;
+    const QString folder = program.Path(QStringLiteral("folder.gallery"));
+    MakeDirectoryPath(folder);
+    const QString pipe = program.Path(QStringLiteral("pipe.gallery"));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    for (const QString& path : {folder, pipe, QStringLiteral("/dev/zero")}) {
+        for (const char* command : {"info", "deploy"}) {
+            QStringList arguments = {QString::fromLatin1(command), path};
+            if (arguments[0] == QStringLiteral("deploy")) {
+                arguments += program.Path(QStringLiteral("site"));
+            }
+            const ProgramResult result = program.Run(arguments);
+            EXPECT_EQ(result.exitCode, 1);
+            EXPECT_TRUE(
+                result.errors.contains(QStringLiteral("The file %1 is not a gallery project.").arg(path)))
+                << qPrintable(result.errors);
+        }
     }
 }
 

@@ -84,7 +84,7 @@ TEST(Package, HoldsTheInstalledFilesWithTheRightsOfAPackage)
     ASSERT_EQ(
         RunTool(QStringLiteral("dpkg-deb"), {QStringLiteral("--extract"), PackageFile(), folder}).exitCode,
         0);
-    EXPECT_EQ(FilesBelow(folder + QStringLiteral("/usr")), ListFilesBelow(Installed(QString())));
+    EXPECT_EQ(FilesBelow(folder + QStringLiteral("/usr")), FilesBelow(Installed(QString())));
     const QString list =
         RunTool(QStringLiteral("dpkg-deb"), {QStringLiteral("--contents"), PackageFile()}).output;
     static const QRegularExpression line(QStringLiteral("^(\\S+) (\\S+) .* \\./(.*)$"));

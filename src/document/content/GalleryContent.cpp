@@ -1,5 +1,24 @@
 #include "document/content/GalleryContent.h"
 
+#include <algorithm>
+
+#include "common/Text.h"
+
+const QString* GalleryTexts::FindAdvertisement(const QString& page, const QString& name) const
+{
+    const auto texts = advertisements.find(page);
+    if (texts == advertisements.end()) {
+        return nullptr;
+    }
+    const auto exact = texts->second.find(name);
+    if (exact != texts->second.end()) {
+        return &exact->second;
+    }
+    const auto other = std::find_if(texts->second.begin(), texts->second.end(),
+                                    [&](const auto& text) { return EqualsIgnoreCase(text.first, name); });
+    return other != texts->second.end() ? &other->second : nullptr;
+}
+
 bool CPageVisibility::Note(const QString& page, const QString& element)
 {
     const bool visible = pages[page].try_emplace(element, true).first->second;
@@ -86,11 +105,6 @@ std::optional<QString> CGalleryContent::FindOwnName() const
 void CGalleryContent::SetVisibilityMap(const CPageVisibility::Elements& map)
 {
     visibility.SetElements(layout.GetTemplatePage(), map);
-}
-
-bool CGalleryContent::IsElementVisibleOnPage(const QString& name)
-{
-    return visibility.Note(layout.GetTemplatePage(), name);
 }
 
 std::set<QString> CGalleryContent::GetWatermarks() const

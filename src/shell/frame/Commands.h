@@ -26,6 +26,7 @@ enum class CommandId : int {
     Undo = 57643,
     About = 57664,
     Exit = 57665,
+    EarlierVersion = 32800,
     NextPane = 57680,
     PreviousPane = 57681,
     Deploy = 32780,

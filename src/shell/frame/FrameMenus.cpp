@@ -11,8 +11,8 @@
 
 namespace {
 
-constexpr int LastingItemCount = 6; // that always stand in the menu
-constexpr int SeparatorPosition = 4;
+constexpr int LastingItemCount = 7; // that always stand in the menu
+constexpr int SeparatorPosition = 5;
 
 void RemoveFormerEntries(QMenu& menu)
 {
@@ -40,7 +40,7 @@ FrameMenus::FrameMenus(QMenuBar& menuBar, const CCommandActions& actions, QMenu&
 {
     file = menuBar.addMenu(Text(StringId::FileMenu));
     file->addActions({actions.Get(CommandId::New), actions.Get(CommandId::Open), actions.Get(CommandId::Save),
-                      actions.Get(CommandId::SaveAs)});
+                      actions.Get(CommandId::SaveAs), actions.Get(CommandId::EarlierVersion)});
     file->addSeparator();
     file->addAction(actions.Get(CommandId::Exit));
     file->setToolTipsVisible(true);

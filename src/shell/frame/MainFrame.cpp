@@ -21,6 +21,16 @@
 #include "shell/panes/pages/ViewPages.h"
 #include "shell/wizard/DeployGallery.h"
 
+namespace {
+
+// Of what views ask for: it changes nothing in the document.
+bool IsHarmless(UpdateHint hint)
+{
+    return hint == UpdateHint::CoverChanged || hint == UpdateHint::FolderReady;
+}
+
+} // namespace
+
 CMainFrame::CMainFrame(const CProjectEnvironment& environment, const QString& commandLinePath)
     : environment(environment),
       project(environment),
@@ -93,10 +103,9 @@ void CMainFrame::Deploy()
     CProjectKeeper& keeper = projects.GetKeeper();
     Try([&] { keeper.Save(); });
     {
-        const CProjectKeeper::CPause pause(keeper);
-        galleriesView->SetPaused(true);
+        const CProjectKeeper::CPause noSaving(keeper);
+        const CViewGalleries::CPause noCovers(*galleriesView);
         DeployGallery(project, *environment.settings, this);
-        galleriesView->SetPaused(false);
     }
     keeper.MarkChanged();
     Try([&] { keeper.Save(); });
@@ -173,9 +182,13 @@ void CMainFrame::AddDropped(const QStringList& paths, int32_t gallery)
     }
 }
 
-// What a view asks for changes the project as a rule; a save too many does no harm.
+// What a view asks for changes the project as a rule; a save too many does no harm. A dialog, or the thread
+// of a deployment, has the project to itself: what comes late is not done.
 void CMainFrame::OnViewChanged(ViewId view, UpdateHint hint, const UpdateParameter& parameter)
 {
+    if (QApplication::activeModalWidget() != nullptr && !IsHarmless(hint)) {
+        return;
+    }
     projects.GetKeeper().MarkChanged();
     switch (view) {
     case ViewId::Folder: {
@@ -223,6 +236,8 @@ void CMainFrame::OnNamedCommand(CommandId command)
         return projects.Save();
     case CommandId::SaveAs:
         return projects.SaveAs();
+    case CommandId::EarlierVersion:
+        return projects.OpenEarlierVersion();
     case CommandId::Exit:
         close();
         return;

@@ -4,8 +4,11 @@
 
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
+#include "common/Platform.h"
 #include "common/Trace.h"
 #include "document/project/GalleryProject.h"
+#include "document/project/ProjectFilePath.h"
+#include "shell/dialogs/DlgEarlierVersions.h"
 #include "shell/dialogs/DlgNewGallery.h"
 #include "shell/dialogs/FailureBox.h"
 #include "shell/dialogs/FileDialogs.h"
@@ -17,9 +20,23 @@ namespace {
 
 constexpr int SavedAgainShown = 5000; // milliseconds
 
-CGenericException ReadOnlyFailure(const QString& path)
+// The path of the state that the person has chosen; empty if none.
+QString AskForEarlierVersion(const QString& projectPath, const std::vector<CProjectBackups::State>& states,
+                             QWidget* parent)
 {
-    return CGenericException(Text(StringId::ProjectNotSaved, path), Text(StringId::ProjectIsReadOnly),
+    std::vector<CDlgEarlierVersions::Version> versions;
+    for (const CProjectBackups::State& state : states) {
+        versions.push_back({state.changed, state.galleries, state.pictures});
+    }
+    CDlgEarlierVersions dialog(ProjectNameOf(projectPath), versions, parent);
+    return dialog.exec() == QDialog::Accepted ? states[dialog.GetChosen()].path : QString();
+}
+
+// reason: null for a project that is open elsewhere.
+CGenericException ReadOnlyFailure(const QString& path, const QString& reason)
+{
+    return CGenericException(Text(StringId::ProjectNotSaved, path),
+                             reason.isNull() ? Text(StringId::ProjectIsReadOnly) : reason,
                              Text(StringId::SaveUnderOtherName));
 }
 
@@ -28,23 +45,24 @@ CGenericException ReadOnlyFailure(const QString& path)
 CProjectDesk::CProjectDesk(CGalleryProject& project, CSettingsStore& settings, Window window)
     : project(project),
       window(std::move(window)),
-      keeper(project, {.failed =
-                           [this](const CExceptionBase& failure) {
-                               this->window.statusBar->showMessage(failure.GetCaption());
-                               ShowFailure(failure, this->window.widget);
-                           },
-                       .succeededAgain =
-                           [this] {
-                               this->window.statusBar->showMessage(Text(StringId::ProjectSavedAgain),
-                                                                   SavedAgainShown);
-                           }}),
+      keeper(project,
+             {.failed =
+                  [this](const CExceptionBase& failure) {
+                      this->window.statusBar->showMessage(failure.GetCaption());
+                      ShowFailure(failure, this->window.widget);
+                  },
+              .succeededAgain =
+                  [this] {
+                      this->window.statusBar->showMessage(Text(StringId::ProjectSavedAgain), SavedAgainShown);
+                  }},
+             {.backupsFolder = FindBackupsFolder()}),
       recentProjects(settings)
 {}
 
 void CProjectDesk::Start(const QString& wanted)
 {
     recentProjects.Load();
-    const QString path = wanted.isEmpty() ? recentProjects.GetFront() : wanted;
+    const QString path = wanted.isEmpty() ? recentProjects.GetFront() : WithProjectEnding(wanted);
     try {
         if (!Open(path)) {
             OpenSubstitute();
@@ -53,7 +71,11 @@ void CProjectDesk::Start(const QString& wanted)
     } catch (const CExceptionBase& failure) {
         ShowFailure(failure, window.widget);
         if (!project.IsLoaded()) {
-            OpenSubstitute();
+            if (OfferEarlierVersion(NormalisedProjectPath(path))) {
+                Start(path);
+            } else {
+                OpenSubstitute();
+            }
             return;
         }
         // A new project that could not be written yet: it can be saved elsewhere.
@@ -96,13 +118,18 @@ bool CProjectDesk::Open(const QString& path)
     }
     keeper.Open(normalised, std::move(*lock));
     window.projectReplaced();
+    if (!keeper.GetReadOnlyReason().isNull()) {
+        ShowFailure(CGenericException(Text(StringId::ProjectOpenedReadOnly, ProjectNameOf(normalised)),
+                                      keeper.GetReadOnlyReason(), Text(StringId::SaveUnderOtherName)),
+                    window.widget);
+    }
     return true;
 }
 
 void CProjectDesk::Save()
 {
     if (keeper.IsReadOnly()) {
-        throw ReadOnlyFailure(keeper.GetPath());
+        throw ReadOnlyFailure(keeper.GetPath(), keeper.GetReadOnlyReason());
     }
     keeper.Save();
 }
@@ -116,7 +143,7 @@ void CProjectDesk::SaveAs()
     const QString path = NormalisedProjectPath(dialog.GetPath());
     CProjectLock lock(path);
     if (lock.GetState() == CProjectLock::State::OpenElsewhere) {
-        throw ReadOnlyFailure(path);
+        throw ReadOnlyFailure(path, QString());
     }
     keeper.SaveAs(path, std::move(lock));
     AddRecent(path);
@@ -128,6 +155,50 @@ void CProjectDesk::OpenByDialog()
     CGallerySaveDialog dialog(CGallerySaveDialog::Purpose::Open, recentProjects.GetFront(), window.widget);
     if (dialog.exec() == QDialog::Accepted && !recentProjects.IsCurrent(dialog.GetPath())) {
         Switch(dialog.GetPath());
+    }
+}
+
+void CProjectDesk::OpenEarlierVersion()
+{
+    const QString path = keeper.GetPath();
+    if (keeper.IsReadOnly()) {
+        throw ReadOnlyFailure(path, keeper.GetReadOnlyReason());
+    }
+    const QString state = AskForEarlierVersion(path, keeper.GetBackups().List(path), window.widget);
+    if (state.isEmpty()) {
+        return;
+    }
+    const CProjectKeeper::CPause pause(keeper);
+    try {
+        keeper.ReturnTo(state);
+        window.projectReplaced();
+    } catch (const CExceptionBase& failure) {
+        if (!project.IsLoaded()) {
+            Reopen(path);
+        }
+        ShowFailure(failure, window.widget);
+    }
+}
+
+// For a project that can't be read: true if the person has put an earlier state into its place. The damaged
+// file is kept among the states.
+bool CProjectDesk::OfferEarlierVersion(const QString& path)
+{
+    const auto states = keeper.GetBackups().List(path);
+    if (states.empty() || CProjectLock(path).GetState() != CProjectLock::State::Held) {
+        return false;
+    }
+    const QString state = AskForEarlierVersion(path, states, window.widget);
+    if (state.isEmpty()) {
+        return false;
+    }
+    try {
+        keeper.GetBackups().Keep(path, ReadWholeFile(path), QDateTime::currentDateTime());
+        WriteFileAtomically(path, ReadWholeFile(state));
+        return true;
+    } catch (const CExceptionBase& failure) {
+        ShowFailure(failure, window.widget);
+        return false;
     }
 }
 
@@ -168,6 +239,9 @@ void CProjectDesk::Switch(const QString& path)
     } catch (const CExceptionBase& failure) {
         Reopen(keeper.GetPath());
         ShowFailure(failure, window.widget);
+        if (OfferEarlierVersion(NormalisedProjectPath(path))) {
+            Switch(path);
+        }
     }
 }
 
@@ -201,7 +275,7 @@ bool CProjectDesk::SaveAtEnd()
     try {
         // What was changed in a project that is read-only is lost unless it is saved elsewhere.
         if (keeper.IsReadOnly() && keeper.HasUnsavedChanges()) {
-            throw ReadOnlyFailure(keeper.GetPath());
+            throw ReadOnlyFailure(keeper.GetPath(), keeper.GetReadOnlyReason());
         }
         keeper.Save();
         return true;

@@ -25,8 +25,9 @@ public:
 
     CProjectDesk(CGalleryProject& project, CSettingsStore& settings, Window window);
 
-    // The first project of a run: the wanted one, or the last one if that is empty. A project that can't be
-    // read is told of and left alone: a new one takes its place. Throws what CGalleryProject::New throws.
+    // The first project of a run: the wanted one, whose path may lack its ending, or the last one if that is
+    // empty. A project that can't be read is told of and left alone: a new one takes its place. Throws what
+    // CGalleryProject::New throws.
     void Start(const QString& wanted);
 
     // Throws what CGalleryProject::Open throws. Nothing happens if it is open elsewhere and the person would
@@ -36,6 +37,8 @@ public:
     void Save();
     void SaveAs();
     void OpenByDialog();
+    // Asks for an earlier state of the project that is open and goes back to it.
+    void OpenEarlierVersion();
     // By the place in the list of recent projects, from 0; -1 asks for a new project.
     void OpenRecent(int index);
     // Saves the current project, opens the other one and enters it in the list. If it can't be read the
@@ -53,6 +56,7 @@ public:
 
 private:
     void OpenSubstitute();
+    bool OfferEarlierVersion(const QString& path);
     void Reopen(const QString& path);
     void ShowWithoutFile(const QString& path);
 

@@ -1,14 +1,17 @@
 #include "shell/frame/ProjectKeeper.h"
 
+#include <QFileInfo>
+
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
+#include "common/Trace.h"
 #include "document/project/GalleryProject.h"
 
-CProjectKeeper::CProjectKeeper(CGalleryProject& project, Reports reports, std::chrono::milliseconds delay)
-    : project(project), reports(std::move(reports))
+CProjectKeeper::CProjectKeeper(CGalleryProject& project, Reports reports, const Options& options)
+    : project(project), reports(std::move(reports)), backups(options.backupsFolder)
 {
     timer.setSingleShot(true);
-    timer.setInterval(delay);
+    timer.setInterval(options.delay);
     connect(&timer, &QTimer::timeout, this, [this] { SaveByItself(); });
 }
 
@@ -16,6 +19,7 @@ void CProjectKeeper::Open(const QString& newPath, CProjectLock newLock)
 {
     project.Open(newPath);
     Adopt(newPath, std::move(newLock));
+    NoteOpened();
 }
 
 void CProjectKeeper::Adopt(const QString& newPath, CProjectLock newLock)
@@ -27,9 +31,15 @@ void CProjectKeeper::Adopt(const QString& newPath, CProjectLock newLock)
     timer.stop();
     changed = false;
     failing = false;
+    opened.reset();
     if (lock.GetState() == CProjectLock::State::Held) {
         RemoveAbandonedTemporaries(ExtractFolder(path));
     }
+}
+
+const QString& CProjectKeeper::GetReadOnlyReason() const
+{
+    return project.GetReadOnlyReason();
 }
 
 // The timer is not started again by each change: somebody who works on without a break is saved, too.
@@ -47,6 +57,7 @@ void CProjectKeeper::Save()
         return;
     }
     project.Save(path);
+    KeepOpened();
     timer.stop();
     changed = false;
     if (failing) {
@@ -59,6 +70,49 @@ void CProjectKeeper::SaveAs(const QString& newPath, CProjectLock newLock)
 {
     project.Save(newPath);
     Adopt(newPath, std::move(newLock));
+}
+
+// A file that can't be read any more has nothing to keep.
+void CProjectKeeper::NoteOpened()
+{
+    if (IsReadOnly()) {
+        return;
+    }
+    try {
+        const QDateTime time = QFileInfo(path).lastModified();
+        opened = Opened{ReadWholeFile(path), time};
+    } catch (const CExceptionBase& failure) {
+        Trace(failure.GetDescription());
+    }
+}
+
+// Once for each time that the project is opened, and only if the file is another one by now. What hinders it
+// is tried again at the next save, and hinders no save.
+void CProjectKeeper::KeepOpened()
+{
+    if (!opened || IsFileOf(path, opened->bytes)) {
+        return;
+    }
+    try {
+        backups.Keep(path, opened->bytes, opened->changed);
+        opened.reset();
+    } catch (const CExceptionBase& failure) {
+        Trace(failure.GetDescription());
+    }
+}
+
+void CProjectKeeper::ReturnTo(const QString& state)
+{
+    const QByteArray earlier = ReadWholeFile(state);
+    Save();
+    if (FileExists(path)) {
+        backups.Keep(path, ReadWholeFile(path), QFileInfo(path).lastModified());
+    }
+    WriteFileAtomically(path, earlier);
+    project.Open(path);
+    changed = false;
+    timer.stop();
+    NoteOpened();
 }
 
 void CProjectKeeper::SaveByItself()

@@ -2,19 +2,23 @@
 
 #include <chrono>
 #include <functional>
+#include <optional>
 
+#include <QDateTime>
 #include <QObject>
 #include <QString>
 #include <QTimer>
 
+#include "document/project/ProjectBackups.h"
 #include "shell/frame/ProjectLock.h"
 
 class CExceptionBase;
 class CGalleryProject;
 
 // Keeps the file of the project that is open: reads and writes it, holds its lock, and saves it by itself a
-// short while after a change, so that a program that ends without notice loses no more than that. Owned by
-// the frame, but knows no window. Screen's thread, with an event loop.
+// short while after a change, so that a program that ends without notice loses no more than that. The state
+// that the file had when it was opened goes to the earlier versions once another one is written. Owned by the
+// frame, but knows no window. Screen's thread, with an event loop.
 class CProjectKeeper final : public QObject {
 public:
     // Longest time that a change is only in memory.
@@ -25,8 +29,12 @@ public:
         std::function<void(const CExceptionBase&)> failed;
         std::function<void()> succeededAgain;
     };
+    struct Options {
+        QString backupsFolder = {}; // empty: no earlier versions are kept
+        std::chrono::milliseconds delay = SaveDelay;
+    };
     // project: borrowed.
-    CProjectKeeper(CGalleryProject& project, Reports reports, std::chrono::milliseconds delay = SaveDelay);
+    CProjectKeeper(CGalleryProject& project, Reports reports, const Options& options);
 
     // Reads the project, or makes a new one if there is no such file. From then on its file is kept here, and
     // the former one's no more; one whose lock says that it is open elsewhere is never written. Throws what
@@ -41,6 +49,13 @@ public:
     void Save();
     // Writes the project as another file and keeps that one. Throws likewise, with the former file kept on.
     void SaveAs(const QString& path, CProjectLock lock);
+
+    // The states of the file before it was changed, of a project that need not be open.
+    const CProjectBackups& GetBackups() const { return backups; }
+    // Puts an earlier state into the place of the file and reads it; the present state becomes an earlier
+    // one. Throws what Save and CGalleryProject::Open throw, and CWin32Exception if a file can't be read or
+    // written: the file is the present one then, or whole in its earlier state.
+    void ReturnTo(const QString& state);
 
     // Nothing is saved from now on: what is in memory may be half a change.
     void GiveUp() { ++pauses; }
@@ -59,14 +74,28 @@ public:
 
     // Empty before the first project.
     const QString& GetPath() const { return path; }
-    bool IsReadOnly() const { return lock.GetState() == CProjectLock::State::OpenElsewhere; }
+    // The file is open elsewhere, or is one that the project can't be saved to.
+    bool IsReadOnly() const { return IsOpenElsewhere() || !GetReadOnlyReason().isNull(); }
+    bool IsOpenElsewhere() const { return lock.GetState() == CProjectLock::State::OpenElsewhere; }
+    // As CGalleryProject tells it.
+    const QString& GetReadOnlyReason() const;
     bool HasUnsavedChanges() const { return changed; }
 
 private:
     void SaveByItself();
+    void NoteOpened();
+    void KeepOpened();
+
+    // A file as it was opened.
+    struct Opened {
+        QByteArray bytes;
+        QDateTime changed;
+    };
 
     CGalleryProject& project;
     const Reports reports;
+    const CProjectBackups backups;
+    std::optional<Opened> opened; // until it is among the earlier versions
     QString path;
     CProjectLock lock;
     QTimer timer;

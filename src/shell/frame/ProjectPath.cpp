@@ -3,12 +3,27 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include "common/Exceptions.h"
 #include "common/FileSystem.h"
+
+namespace {
+
+// As many links in a row as the system follows.
+constexpr int LinkLimit = 40;
+
+QString Cleaned(const QString& path)
+{
+    return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
+}
+
+} // namespace
 
 QString NormalisedProjectPath(const QString& path)
 {
-    return QDir::toNativeSeparators(QDir::cleanPath(QFileInfo(path).absoluteFilePath()));
+    QString file = Cleaned(path);
+    for (int i = 0; i < LinkLimit && QFileInfo(file).isSymLink(); ++i) {
+        file = Cleaned(QFileInfo(file).symLinkTarget());
+    }
+    return QDir::toNativeSeparators(file);
 }
 
 QString ProjectNameOf(const QString& path)
@@ -16,12 +31,4 @@ QString ProjectNameOf(const QString& path)
     const QString name = ExtractLastName(path);
     const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
     return dot > 0 ? name.left(dot) : name;
-}
-
-void RequireProjectFile(const QString& path)
-{
-    if (FileExists(path) && !path.endsWith(QStringLiteral(".gallery"), Qt::CaseInsensitive)) {
-        throw CGenericException(Text(StringId::NotAProject, path), Text(StringId::ProjectsEndInGallery),
-                                Text(StringId::ChooseProjectFile));
-    }
 }

@@ -1,5 +1,6 @@
 #include "shell/ftpdialogs/FTPEngineResLibDlgBrowseFolder.h"
 
+#include <QApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -130,6 +131,7 @@ void CFTPEngineResLibDlgBrowseFolder::Listen()
 
 void CFTPEngineResLibDlgBrowseFolder::OnMessage(const FTPMessage& message)
 {
+    StayPatient();
     if (std::holds_alternative<FTP_LIST_STARTED>(message)) {
         OnListStarted();
     } else if (const auto* listed = std::get_if<FTP_LIST_FINISHED>(&message)) {
@@ -139,6 +141,23 @@ void CFTPEngineResLibDlgBrowseFolder::OnMessage(const FTPMessage& message)
     } else if (const auto* renamed = std::get_if<FTP_RENAME_FINISHED>(&message)) {
         OnChangeFinished(renamed->result);
     }
+}
+
+// The wait is for a minute without anything, not for a minute in all.
+void CFTPEngineResLibDlgBrowseFolder::StayPatient()
+{
+    if (change) {
+        quiet.start(QuietLimit);
+    }
+}
+
+// Of the whole program, while a change is waited for: the dialog's own controls hear nothing then.
+bool CFTPEngineResLibDlgBrowseFolder::eventFilter(QObject* watched, QEvent* event)
+{
+    if (dynamic_cast<QInputEvent*>(event)) {
+        StayPatient();
+    }
+    return QDialog::eventFilter(watched, event);
 }
 
 void CFTPEngineResLibDlgBrowseFolder::List()
@@ -292,6 +311,7 @@ void CFTPEngineResLibDlgBrowseFolder::OnChangeFinished(const CTaskResult& result
 void CFTPEngineResLibDlgBrowseFolder::SetChanging(bool isChanging)
 {
     isChanging ? quiet.start() : quiet.stop();
+    isChanging ? qApp->installEventFilter(this) : qApp->removeEventFilter(this);
     for (QWidget* control :
          {static_cast<QWidget*>(list), static_cast<QWidget*>(ok), static_cast<QWidget*>(newFolder)}) {
         control->setEnabled(!isChanging);

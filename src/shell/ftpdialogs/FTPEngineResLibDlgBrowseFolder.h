@@ -30,6 +30,7 @@ public:
 protected:
     // Enter presses a button only where that has the focus; in the list it enters a folder.
     void keyPressEvent(QKeyEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     enum RowKind { ExistingFolder = 0, FolderUnderNaming = 1, WayUp = 2, Waiting = 3 };
@@ -49,6 +50,7 @@ private:
     void OnLabelEdited(const QPersistentModelIndex& index, const QString& text);
     void OnChangeFinished(const CTaskResult& result);
 
+    void StayPatient();
     void List();
     void FillList(const CFTPDirectoryContent& content);
     QTreeWidgetItem* AddRow(const QString& text, RowKind kind);
@@ -74,7 +76,7 @@ private:
     QPushButton* newFolder = nullptr;
     QPushButton* ok = nullptr;
     QTimer dots{this};
-    QTimer quiet{this}; // limits how long a change is waited for
+    QTimer quiet{this}; // limits how long a change is waited for without any event
 
     std::shared_ptr<CFTPTarget> target;
     std::unique_ptr<CFTPEngine> engine;

@@ -23,6 +23,11 @@ void CPanel::SetClient(QWidget* client)
     arrangement->addWidget(client, 1);
 }
 
+void CPanel::SetNotice(QWidget* notice)
+{
+    arrangement->insertWidget(1, notice);
+}
+
 CPanelTitle::CPanelTitle(QWidget* parent) : QLabel(parent)
 {
     QFont titleFont = font();

@@ -7,7 +7,7 @@ class QBoxLayout;
 class QToolBar;
 
 // A pane of the main window: a toolbar along its top, at the toolbar's own height, and one client below that
-// takes the rest. Owns both. Screen's thread.
+// takes the rest. Owns both, and what may stand between them. Screen's thread.
 class CPanel : public QWidget {
 public:
     explicit CPanel(QWidget* parent = nullptr);
@@ -16,6 +16,8 @@ protected:
     // Each is to be called once.
     void SetToolBar(QToolBar* toolBar);
     void SetClient(QWidget* client);
+    // A line between both that is not always shown. After the toolbar.
+    void SetNotice(QWidget* notice);
 
 private:
     QBoxLayout* const arrangement;

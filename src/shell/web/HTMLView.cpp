@@ -61,10 +61,12 @@ void PrepareHTMLViews()
     if (::geteuid() == 0) {
         qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
     }
-    // No name is ever looked up, whatever a layout asks for and the browser itself would like to know.
+    // No name is ever looked up, whatever a layout asks for and the browser itself would like to know; and
+    // the real-time connections of a page, which go past its requests, get neither datagrams nor a proxy.
     QByteArray flags = qgetenv("QTWEBENGINE_CHROMIUM_FLAGS");
     flags += " --disable-background-networking --dns-prefetch-disable"
-             " --host-resolver-rules=\"MAP * ~NOTFOUND\"";
+             " --host-resolver-rules=\"MAP * ~NOTFOUND\""
+             " --force-webrtc-ip-handling-policy=disable_non_proxied_udp";
     qputenv("QTWEBENGINE_CHROMIUM_FLAGS", flags.trimmed());
     QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
     RegisterViewSchemes();

@@ -1,5 +1,6 @@
 #include "shell/web/HTMLViewHost.h"
 
+#include <QApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
@@ -53,6 +54,16 @@ QString ScriptLiteral(const QString& text)
     return QString::fromUtf8(list.mid(1, list.size() - 2));
 }
 
+// The script sends an empty list for a value that is missing, since JSON has no undefined.
+QVariantList ArgumentsOf(const QJsonArray& values)
+{
+    QVariantList arguments;
+    for (const QJsonValue& value : values) {
+        arguments += value.isArray() ? QVariant() : value.toVariant();
+    }
+    return arguments;
+}
+
 } // namespace
 
 CHTMLViewHost::CHTMLViewHost(const HTMLViewOptions& options, QWidget& widget)
@@ -61,7 +72,8 @@ CHTMLViewHost::CHTMLViewHost(const HTMLViewOptions& options, QWidget& widget)
       charset(CharsetOfOption(options)),
       profile(CViewProfile::Get()),
       view(profile->AddView(*this)),
-      arrangement(new QVBoxLayout(&widget))
+      arrangement(new QVBoxLayout(&widget)),
+      input([this](int press) { AwaitArrival(press); })
 {
     arrangement->setContentsMargins(0, 0, 0, 0);
     patience.setSingleShot(true);
@@ -101,6 +113,7 @@ void CHTMLViewHost::MakeBrowser()
     browser->setPage(page.get());
     browser->setAcceptDrops(false); // files that are dropped are the frame's
     browser->setContextMenuPolicy(allowContextMenu ? Qt::DefaultContextMenu : Qt::NoContextMenu);
+    input.Watch(*browser);
     arrangement->addWidget(browser.get());
     widget.setFocusProxy(browser.get());
     page->load(ShellAddress(view));
@@ -140,6 +153,7 @@ void CHTMLViewHost::RemoveBrowser()
     patience.stop();
     isAskedForLife = false;
     isStarted = false;
+    input.Forget();
     disconnect(page.get(), nullptr, this, nullptr);
     browser.reset();
     page.reset();
@@ -204,6 +218,7 @@ void CHTMLViewHost::OnShown(int revision)
     patience.stop();
     shown = std::move(awaited);
     awaited.reset();
+    input.Forget();
     while (!scripts.empty()) {
         const Script script = std::move(scripts.front());
         scripts.pop_front();
@@ -237,17 +252,15 @@ void CHTMLViewHost::OnCalled(int revision, const QString& method, const QJsonArr
 
 void CHTMLViewHost::Dispatch(int revision, const QString& method, const QJsonArray& arguments)
 {
-    // Ids mean other pictures once the next page is made, and nobody clicks behind an open dialog.
-    const bool isCurrent = shown && shown->revision == revision && !awaited;
-    if (!dispatch || !isCurrent || isDispatching) {
-        Trace(QStringLiteral("A call comes too late: ") + method);
+    if (!dispatch || !MayAsk(revision)) {
+        Trace(QStringLiteral("A call is not heard: ") + method);
         return;
     }
     std::vector<int> ids;
     DispatchResult result = dispatch->GetIDsOfNames({method}, ids);
     if (result == DispatchResult::Ok) {
         isDispatching = true;
-        result = dispatch->Invoke(ids[0], DispatchKind::Method, arguments.toVariantList());
+        result = dispatch->Invoke(ids[0], DispatchKind::Method, ArgumentsOf(arguments));
         isDispatching = false;
     }
     if (result != DispatchResult::Ok) {
@@ -257,11 +270,29 @@ void CHTMLViewHost::Dispatch(int revision, const QString& method, const QJsonArr
 
 void CHTMLViewHost::Follow(int revision, const QString& link)
 {
-    // As with a call: a link means something else once the next page is made.
-    const bool isCurrent = shown && shown->revision == revision && !awaited;
-    if (loader && isCurrent && !isDispatching) {
+    if (loader && MayAsk(revision)) {
         loader->LoadURL(link);
     }
+}
+
+bool CHTMLViewHost::MayAsk(int revision)
+{
+    // Ids and links mean something else once the next page is made.
+    const bool isCurrent = shown && shown->revision == revision && !awaited;
+    // A dialog, a menu or the wizard looks at the document, and nobody clicks behind it.
+    const bool isBusy =
+        isDispatching || QApplication::activeModalWidget() || QApplication::activePopupWidget();
+    return isCurrent && !isBusy && input.Take();
+}
+
+// An answer of the page comes after what was sent to it before.
+void CHTMLViewHost::AwaitArrival(int press)
+{
+    page->runJavaScript(QStringLiteral("1"), [this, press, asked = page.get()](const QVariant&) {
+        if (asked == page.get()) {
+            input.Arrived(press);
+        }
+    });
 }
 
 QByteArray CHTMLViewHost::FindPage(int revision) const

@@ -12,6 +12,7 @@
 #include <QWebEngineView>
 
 #include "shell/web/HTMLViewOptions.h"
+#include "shell/web/PersonInput.h"
 #include "shell/web/ServedFiles.h"
 #include "shell/web/ViewPage.h"
 #include "shell/web/ViewProfile.h"
@@ -44,8 +45,9 @@ private:
 };
 
 // The browser control of a CHTMLView, which owns it: keeps the bytes of the page on the screen and of the
-// next one, takes the calls of their scripts, and replaces a control that does not respond any more. Screen's
-// thread; whatever comes from inside the browser is queued first.
+// next one, takes the calls of their scripts and the links that are followed, both in answer to a person
+// only, and replaces a control that does not respond any more. Screen's thread; whatever comes from inside
+// the browser is queued first.
 class CHTMLViewHost final : public QObject, public CPageSource {
 public:
     // widget: gets the browser as its only child. Borrowed; it owns this object.
@@ -86,6 +88,9 @@ private:
     void OnCalled(int revision, const QString& method, const QJsonArray& arguments);
     void Dispatch(int revision, const QString& method, const QJsonArray& arguments);
     void Follow(int revision, const QString& link);
+    // Whether the page of that revision may ask for something now.
+    bool MayAsk(int revision);
+    void AwaitArrival(int press);
     void AskWhetherAlive();
     void GiveUp();
 
@@ -110,6 +115,7 @@ private:
     int replacedFor = 0;        // the revision for which the control was replaced last
     std::deque<Script> scripts; // that wait for the next page
     bool isDispatching = false; // a command, perhaps a dialog, is at work
-    QTimer patience;            // for the awaited page, then for a sign of life
+    CPersonInput input;
+    QTimer patience; // for the awaited page, then for a sign of life
     bool isAskedForLife = false;
 };

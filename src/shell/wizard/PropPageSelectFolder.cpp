@@ -65,6 +65,7 @@ bool CPropPageSelectFolder::isComplete() const
 bool CPropPageSelectFolder::validatePage()
 {
     state.job.settings.folder = AbsoluteFolder(path->text());
+    Examine();
     return true;
 }
 
@@ -95,6 +96,7 @@ void CPropPageSelectFTPFolder::OnShown()
 bool CPropPageSelectFTPFolder::validatePage()
 {
     state.job.settings.ftp_directory = path->text();
+    Examine();
     return true;
 }
 

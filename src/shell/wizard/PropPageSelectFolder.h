@@ -34,7 +34,7 @@ public:
     explicit CPropPageSelectFolder(DeployWizardState& state);
 
     void OnShown() override;
-    int nextId() const override { return DeployPageId::DeployToFolder; }
+    int nextId() const override { return AfterExamination(DeployPageId::DeployToFolder); }
     // Not without a path: the site would go nowhere.
     bool isComplete() const override;
     bool validatePage() override;
@@ -51,7 +51,7 @@ public:
     explicit CPropPageSelectFTPFolder(DeployWizardState& state);
 
     void OnShown() override;
-    int nextId() const override { return DeployPageId::DeployToFTP; }
+    int nextId() const override { return AfterExamination(DeployPageId::DeployToFTP); }
     bool validatePage() override;
 
 private:

@@ -2,7 +2,33 @@
 
 #include <QWizard>
 
+#include "common/Exceptions.h"
+#include "common/Trace.h"
 #include "shell/look/Icons.h"
+#include "shell/look/WaitCursor.h"
+
+void CWizardPage::Examine()
+{
+    const CWaitCursor waiting;
+    state.job.leaveOutMissing = false;
+    state.job.overwrite = false;
+    try {
+        state.doubts = state.job.Examine();
+    } catch (const CExceptionBase& failure) {
+        Trace(failure.GetDescription());
+        state.doubts = {};
+    }
+    if (state.job.settings.destination_kind != 0) {
+        // Those of the folder that was chosen for another deployment.
+        state.doubts.strangeFiles.clear();
+    }
+}
+
+int CWizardPage::AfterExamination(int following) const
+{
+    const bool hasDoubts = state.doubts.IsAnyMissing() || !state.doubts.strangeFiles.isEmpty();
+    return hasDoubts ? static_cast<int>(DeployPageId::DeployDoubts) : following;
+}
 
 void CWizardPage::MakeExterior(const QString& title)
 {

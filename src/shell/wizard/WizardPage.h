@@ -9,6 +9,7 @@ struct DeployPageId {
     enum {
         DeployDestination = 241,
         SelectFolder = 256,
+        DeployDoubts = 258,
         DeployToFolder = 107,
         EditFTP = 237,
         SelectFTPFolder = 257,
@@ -38,6 +39,12 @@ public:
 
 protected:
     explicit CWizardPage(DeployWizardState& state) : state(state) {}
+
+    // For the pages that choose the target: has the job look for what a person should decide. A failure is
+    // left to the run, which meets it again and tells of it.
+    void Examine();
+    // The page of doubts if there are any, else the one that follows.
+    int AfterExamination(int following) const;
 
     // An exterior page has the wizard's side picture, an interior one a header with a subtitle and
     // a small picture.

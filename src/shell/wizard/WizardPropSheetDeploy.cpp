@@ -5,6 +5,7 @@
 
 #include "resources/StringTable.h"
 #include "shell/wizard/PropPageDeployDestination.h"
+#include "shell/wizard/PropPageDeployDoubts.h"
 #include "shell/wizard/PropPageDeployError.h"
 #include "shell/wizard/PropPageDeployToFTP.h"
 #include "shell/wizard/PropPageDeployToFolder.h"
@@ -47,6 +48,7 @@ void CWizardPropSheetDeploy::MakePages()
 {
     setPage(DeployPageId::DeployDestination, new CPropPageDeployDestination(state));
     setPage(DeployPageId::SelectFolder, new CPropPageSelectFolder(state));
+    setPage(DeployPageId::DeployDoubts, new CPropPageDeployDoubts(state));
     setPage(DeployPageId::DeployToFolder, new CPropPageDeployToFolder(state));
     setPage(DeployPageId::EditFTP, new CPropPageEditFTP(state));
     setPage(DeployPageId::SelectFTPFolder, new CPropPageSelectFTPFolder(state));

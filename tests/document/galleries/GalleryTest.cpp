@@ -6,6 +6,16 @@
 #include "document/galleries/GalleryIterator.h"
 #include "document/pictures/PictureInfo.h"
 
+namespace {
+
+// Of the page that is shown.
+bool IsElementVisibleOnPage(CGallery& gallery, const QString& name)
+{
+    return gallery.IsElementVisible(gallery.GetLayout().GetTemplatePage(), name);
+}
+
+} // namespace
+
 TEST(PicturesPerPage, AreCountedOnceForEachPage)
 {
     CTestProject test;
@@ -29,6 +39,24 @@ TEST(PicturesPerPage, OfABrokenPageAreNoneUntilItIsMended)
     EXPECT_EQ(gallery.GetPicturesPerPage(layout, QStringLiteral("p.html")), 0);
     test.AddPage(QStringLiteral("a"), QStringLiteral("p.html"), 2);
     EXPECT_EQ(gallery.GetPicturesPerPage(layout, QStringLiteral("p.html")), 2);
+}
+
+TEST(PicturesPerPage, CountingLeavesTheElementsOfThePageThatIsShownAlone)
+{
+    CTestProject test;
+    test.AddLayout(QStringLiteral("a"), "<page file=\"index.html\"/><page file=\"picture.html\"/>");
+    test.AddPage(QStringLiteral("a"), QStringLiteral("index.html"), 4);
+    test.AddPageText(QStringLiteral("a"), QStringLiteral("picture.html"),
+                     "<%if <%isvisible layout=\"Neighbours\"%><%picture id=\"n\" width=\"1\" height=\"1\" "
+                     "href=\"\"%>%><%picture id=\"p\" width=\"1\" height=\"1\" href=\"\"%>");
+    CGallery& gallery = test.NewGallery();
+    gallery.SetTemplatePage(QStringLiteral("index.html"));
+    EXPECT_TRUE(IsElementVisibleOnPage(gallery, QStringLiteral("Captions")));
+    const auto pages = gallery.GetVisibility().GetPages();
+    EXPECT_EQ(gallery.GetPicturesPerPage(*gallery.GetLayout().GetTemplate(), QStringLiteral("picture.html")),
+              2);
+    EXPECT_EQ(gallery.GetVisibility().GetPages(), pages);
+    EXPECT_EQ(gallery.GetVisibilityMap(), (CPageVisibility::Elements{{QStringLiteral("Captions"), true}}));
 }
 
 TEST(PicturesPerPage, OfAMissingPageFileAreAnError)
@@ -192,15 +220,15 @@ TEST(GalleryVisibility, ElementsAreEnteredAsVisibleAndNotedAsSeen)
     CTestProject test;
     CGallery& gallery = test.NewGallery();
     gallery.SetTemplatePage(QStringLiteral("p.html"));
-    EXPECT_TRUE(gallery.IsElementVisibleOnPage(QStringLiteral("a")));
-    EXPECT_TRUE(gallery.IsElementVisibleOnPage(QStringLiteral("b")));
+    EXPECT_TRUE(IsElementVisibleOnPage(gallery, QStringLiteral("a")));
+    EXPECT_TRUE(IsElementVisibleOnPage(gallery, QStringLiteral("b")));
     gallery.SetVisibilityMap({{QStringLiteral("a"), false}});
     EXPECT_EQ(gallery.GetVisibilityMap(), (CPageVisibility::Elements{{QStringLiteral("a"), false}}));
-    EXPECT_FALSE(gallery.IsElementVisibleOnPage(QStringLiteral("a")));
-    EXPECT_TRUE(gallery.IsElementVisibleOnPage(QStringLiteral("b")));
+    EXPECT_FALSE(IsElementVisibleOnPage(gallery, QStringLiteral("a")));
+    EXPECT_TRUE(IsElementVisibleOnPage(gallery, QStringLiteral("b")));
     EXPECT_EQ(gallery.GetVisibilityMap().size(), 2u);
     gallery.SetTemplatePage(QStringLiteral("q.html"));
-    EXPECT_TRUE(gallery.IsElementVisibleOnPage(QStringLiteral("a")));
+    EXPECT_TRUE(IsElementVisibleOnPage(gallery, QStringLiteral("a")));
     CGalleryIterator iterator;
     iterator.Init(gallery);
     EXPECT_TRUE(gallery.GetVisibilityMap().empty());

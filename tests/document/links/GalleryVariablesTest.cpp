@@ -127,6 +127,7 @@ TEST(GalleryVariables, ObjectsAnswerOrAreUnknown)
         {"CONTENT", "note", "listed"},
         {"content", "missing", "empty"},
         {"advertisement", "top", "buy"},
+        {"advertisement", "TOP", "buy"},
         {"Advertisement", "bottom", ""},
         {"nonsense", "name", "not found, empty"},
         {"", "name", "not found, empty"},
@@ -151,8 +152,10 @@ TEST(GalleryVariables, AMissingAdvertisementIsCreatedEmptyOnThePageInWork)
     const auto value = root.GetObjectVariable(QStringLiteral("advertisement"), QStringLiteral("Top"));
     ASSERT_EQ(value, CVariant(QStringLiteral("")));
     EXPECT_FALSE(value->GetString().isNull());
+    root.GetObjectVariable(QStringLiteral("advertisement"), QStringLiteral("TOP"));
     const auto& texts = root.GetTexts().advertisements[QStringLiteral("p.html")];
     EXPECT_EQ(texts.count(QStringLiteral("Top")), 1u);
+    EXPECT_EQ(texts.size(), 1u);
 }
 
 TEST(GalleryVariables, APageAnswersWithItsOwnStyle)

@@ -231,6 +231,7 @@ TEST(AbsentFiles, AFolderOrAPipeInPlaceOfThePictureIsNoPicture)
     EXPECT_FALSE(PictureAt(test, 0).IsThere());
     EXPECT_FALSE(PictureAt(test, 1).IsThere());
     EXPECT_EQ(test.project.GetAbsentFiles().size(), 3u);
+    EXPECT_TRUE(IsFile(test.project.GetRootGallery()->GetCoverPath())); // and nobody waits for the pipe
 }
 
 TEST(AbsentFiles, OddTracesAreNone)

@@ -310,7 +310,7 @@ TEST(DamagedProject, APictureOfACoversPathDoesNotPushTheChildOut)
 
 TEST(DamagedProject, ADeepLineOfGalleriesIsWalkedWithoutRecursion)
 {
-    constexpr int depth = 3000;
+    constexpr int depth = 30'000;
     QByteArray xml = "<project>";
     for (int index = 0; index < depth; ++index) {
         xml += GalleryListing(index, {index + 1});
@@ -320,6 +320,7 @@ TEST(DamagedProject, ADeepLineOfGalleriesIsWalkedWithoutRecursion)
     test.project.Open(test.ProjectPath());
     CGallery& deepest = *test.project.FindGallery(depth - 1);
     EXPECT_EQ(deepest.GetParentPath().count(QStringLiteral("<a href")), depth - 1);
+    test.project.Save(test.ProjectPath());
 }
 
 TEST(DamagedProject, ManyGalleriesAndPicturesAreReadInOrder)

@@ -86,7 +86,7 @@ TEST(ProjectFileReading, AbsentAttributesOfPicturesAndPagesReadAsTheTableSays)
     EXPECT_EQ(CTestProject::Entries(gallery), QStringLiteral("a.jpg"));
     EXPECT_EQ(gallery.GetPictures().GetAt(0)->GetAngle(), 0);
     EXPECT_EQ(gallery.GetPageVariable(QString(), 0, QStringLiteral("v")), CVariant(4));
-    EXPECT_FALSE(gallery.IsElementVisibleOnPage(QString()));
+    EXPECT_FALSE(gallery.IsElementVisible(gallery.GetLayout().GetTemplatePage(), QString()));
     EXPECT_EQ(gallery.GetLayout().GetPageStyles(),
               (std::map<QString, QString>{{QStringLiteral("q"), QStringLiteral("s")}}));
 }
@@ -154,6 +154,11 @@ TEST(ProjectFileReading, AdvertisementsGoToTheirPageOrToEveryPageOfTheLayout)
         {QStringLiteral("b2.html"), {{QStringLiteral("all"), QStringLiteral("w")}}},
     };
     EXPECT_EQ(test.project.GetRootGallery()->GetTexts().advertisements, expected);
+    // A missing text is an empty one.
+    EXPECT_FALSE(test.project.GetRootGallery()
+                     ->GetTexts()
+                     .advertisements[QStringLiteral("b1.html")][QString()]
+                     .isNull());
 }
 
 TEST(ProjectFileReading, ChildrenOnAFrontPageGatherAheadInReverseOrder)

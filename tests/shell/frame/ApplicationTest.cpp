@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include <QCloseEvent>
+#include <QDialog>
 #include <QTimer>
 #include <QWidget>
 #include <gtest/gtest.h>
@@ -62,6 +63,37 @@ TEST(Application, ASignalToEndClosesTheWindows)
     QWidget window;
     window.show();
     EXPECT_EQ(RunLoop([] { std::raise(SIGTERM); }), 0);
+    EXPECT_FALSE(window.isVisible());
+}
+
+// A deployment is cancelled by closing its wizard, which goes when what is under way has ended.
+TEST(Application, ADialogThatTakesItsTimeIsWaitedFor)
+{
+    class CSlow final : public QDialog {
+    public:
+        using QDialog::QDialog;
+        bool isAsked = false;
+        void reject() override { isAsked = true; }
+    };
+    QWidget window;
+    window.show();
+    bool wasOpen = false;
+    QTimer work;
+    const int exitCode = RunLoop([&] {
+        CSlow dialog(&window);
+        QObject::connect(&work, &QTimer::timeout, &dialog, [&] {
+            if (dialog.isAsked) {
+                wasOpen = window.isVisible();
+                work.stop();
+                dialog.done(QDialog::Rejected);
+            }
+        });
+        work.start(1);
+        std::raise(SIGTERM);
+        dialog.exec();
+    });
+    EXPECT_EQ(exitCode, 0);
+    EXPECT_TRUE(wasOpen);
     EXPECT_FALSE(window.isVisible());
 }
 

@@ -42,7 +42,7 @@ QStringList EntriesOf(const QMenu& menu)
 
 void AddLastingItems(QMenu& menu)
 {
-    for (const char* name : {"New", "Open", "Save", "Save As"}) {
+    for (const char* name : {"New", "Open", "Save", "Save As", "Earlier"}) {
         menu.addAction(QString::fromLatin1(name));
     }
     menu.addSeparator();
@@ -82,7 +82,8 @@ TEST(FrameMenus, HoldTheCommandsInTheirOrder)
     }
     EXPECT_EQ(found,
               (QStringList{
-                  QStringLiteral("&File: &New 57600|&Open... 57601|&Save 57603|Save &As... 57604|-|E&xit "
+                  QStringLiteral("&File: &New 57600|&Open... 57601|&Save 57603|Save &As... 57604|Open "
+                                 "&earlier version... 32800|-|E&xit "
                                  "57665"),
                   QStringLiteral("&Gallery: &Deploy... 32780|&Layout 32786|&Style 32788"),
                   QStringLiteral("&Effects: &Image watermark... 32792|&Image signature... 32794|&Ads... "
@@ -101,12 +102,12 @@ TEST_F(RecentProjectsMenu, ListsTheOthersByName)
     AddLastingItems(menu);
     UpdateRecentProjectsMenu(menu, projects, [](int) {});
     EXPECT_EQ(EntriesOf(menu).join(QLatin1Char('|')),
-              QStringLiteral("New|Open|Save|Save As|-|Alps|beach|you && me|-|Exit"));
+              QStringLiteral("New|Open|Save|Save As|Earlier|-|Alps|beach|you && me|-|Exit"));
     // 32999 plus the place in the list, counted from 1.
-    EXPECT_EQ(menu.actions().at(5)->data().toInt(), 33001);
-    EXPECT_EQ(menu.actions().at(6)->data().toInt(), 33003);
-    EXPECT_EQ(menu.actions().at(7)->data().toInt(), 33002);
-    EXPECT_EQ(menu.actions().at(5)->statusTip(), QStringLiteral("/z/Alps.gallery"));
+    EXPECT_EQ(menu.actions().at(6)->data().toInt(), 33001);
+    EXPECT_EQ(menu.actions().at(7)->data().toInt(), 33003);
+    EXPECT_EQ(menu.actions().at(8)->data().toInt(), 33002);
+    EXPECT_EQ(menu.actions().at(6)->statusTip(), QStringLiteral("/z/Alps.gallery"));
 }
 
 TEST_F(RecentProjectsMenu, StaysAsItIsForOneProject)
@@ -116,7 +117,7 @@ TEST_F(RecentProjectsMenu, StaysAsItIsForOneProject)
     const QStringList lasting = EntriesOf(menu);
     UpdateRecentProjectsMenu(menu, List({QStringLiteral("/a.gallery"), QStringLiteral("/b.gallery")}),
                              [](int) {});
-    EXPECT_EQ(menu.actions().size(), 8);
+    EXPECT_EQ(menu.actions().size(), 9);
     UpdateRecentProjectsMenu(menu, List({QStringLiteral("/a.gallery")}), [](int) {});
     EXPECT_EQ(EntriesOf(menu), lasting);
 }
@@ -129,7 +130,7 @@ TEST_F(RecentProjectsMenu, AnEntryGivesItsNumberOnceTheMenuIsThrough)
     AddLastingItems(menu);
     int chosen = 0;
     UpdateRecentProjectsMenu(menu, projects, [&](int commandId) { chosen = commandId; });
-    menu.actions().at(5)->trigger();
+    menu.actions().at(6)->trigger();
     EXPECT_EQ(chosen, 0);
     EXPECT_TRUE(QTest::qWaitFor([&] { return chosen == 33001; }));
 }

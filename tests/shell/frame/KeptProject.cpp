@@ -31,7 +31,7 @@ int main(int argumentCount, char** arguments)
                            .succeededAgain =
                                [] {
                                }},
-                          std::chrono::milliseconds(words.value(3).toInt()));
+                          {.delay = std::chrono::milliseconds(words.value(3).toInt())});
     try {
         CProjectLock lock(path);
         if (lock.GetState() != CProjectLock::State::Held) {

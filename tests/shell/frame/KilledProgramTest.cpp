@@ -109,9 +109,11 @@ TEST_F(KilledProgram, WhatItLeftBehindIsRemovedLater)
     ASSERT_EQ(Leftovers().size(), 1);
 
     CGalleryProject project(fixture.GetEnvironment());
-    CProjectKeeper keeper(project, {[](const CExceptionBase&) {},
-                                    [] {
-                                    }});
+    CProjectKeeper keeper(project,
+                          {[](const CExceptionBase&) {},
+                           [] {
+                           }},
+                          {});
     keeper.Open(path, CProjectLock(path));
     EXPECT_EQ(Leftovers(), QStringList());
 }

@@ -1,11 +1,15 @@
 #include "shell/frame/MainFrame.h"
 
+#include <QDialog>
+#include <QFile>
+#include <QFileInfo>
 #include <QTest>
 #include <gtest/gtest.h>
 
 #include "MainFrameFixture.h"
 #include "common/FileSystem.h"
 #include "shell/frame/MainFrameSettings.h"
+#include "shell/panes/galleries/ViewGalleries.h"
 #include "shell/panes/pages/ViewPages.h"
 
 using MainFrame = CMainFrameFixture;
@@ -83,6 +87,58 @@ TEST_F(MainFrame, CommandsAreKnownByTheirNumbers)
     }
     QCoreApplication::processEvents();
     EXPECT_EQ(RecentNames().first(), QStringLiteral("a"));
+}
+
+// What a view has sent may come when a dialog is open already, which has the project to itself.
+TEST_F(MainFrame, WhileADialogIsOpenNoViewChangesTheProject)
+{
+    Start(Path("a.gallery"));
+    const auto layout = [this] {
+        return ExtractLastName(frame->GetProject().GetCurrentGallery()->GetLayout().GetTemplateKey());
+    };
+    const int32_t gallery = frame->GetProject().GetCurrentGalleryIndex();
+    QDialog dialog(frame.get());
+    dialog.setModal(true);
+    dialog.show();
+    frame->GetPagesView().ChooseLayout(1);
+    CViewGalleriesExternalDispatchCommands& galleries = frame->GetGalleriesView();
+    galleries.AddChildGallery(gallery);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(layout(), QStringLiteral("one.xml"));
+    EXPECT_EQ(frame->GetProject().GetGalleries().size(), 1u);
+    dialog.close();
+    frame->GetPagesView().ChooseLayout(1);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return layout() == QStringLiteral("two.xml"); }));
+}
+
+// One lock and one file for a project and a link to it.
+TEST_F(MainFrame, AProjectThatIsOpenedByALinkIsSavedAsItsFile)
+{
+    const QString file = Path("a.gallery");
+    Start(file);
+    frame.reset();
+    const QString link = Path("link.gallery");
+    ASSERT_TRUE(QFile::link(file, link));
+    Start(link);
+    EXPECT_TRUE(FileExists(CProjectLock::PathFor(file)));
+    frame->AddDropped({fixture.WritePicture(QStringLiteral("one.jpg"))});
+    frame->OnCommand(57603);
+    EXPECT_TRUE(QFileInfo(link).isSymLink());
+    EXPECT_FALSE(QFileInfo(file).isSymLink());
+    EXPECT_TRUE(fixture.scratch.Read(QStringLiteral("a.gallery")).contains("one.jpg"));
+}
+
+TEST_F(MainFrame, AProjectWithoutItsEndingIsMadeWithItAndFoundAgain)
+{
+    for (int run = 1; run <= 2; ++run) {
+        Start(Path("Trip"));
+        EXPECT_EQ(frame->windowTitle(), QStringLiteral("Vistorama - Trip"));
+        EXPECT_EQ(frame->GetProjects().GetKeeper().GetPath(), Path("Trip.gallery"));
+        EXPECT_TRUE(frame->close());
+        frame.reset();
+        EXPECT_TRUE(FileExists(Path("Trip.gallery")));
+        EXPECT_FALSE(FileExists(Path("Trip")));
+    }
 }
 
 TEST_F(MainFrame, TheToolbarAndTheMenuListTheRecentProjects)

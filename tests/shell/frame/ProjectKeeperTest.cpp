@@ -15,6 +15,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
+constexpr std::chrono::milliseconds Never = 1h;
+
 // For its lifetime no file of this process grows beyond so many bytes: a disk that is full.
 class CFullDisk {
 public:
@@ -57,15 +59,14 @@ protected:
 
     void Open(std::chrono::milliseconds delay)
     {
-        keeper =
-            std::make_unique<CProjectKeeper>(*project,
-                                             CProjectKeeper::Reports{[this](const CExceptionBase& failure) {
-                                                                         failures += failure.GetCaption();
-                                                                     },
-                                                                     [this] {
-                                                                         ++recoveries;
-                                                                     }},
-                                             delay);
+        keeper = std::make_unique<CProjectKeeper>(
+            *project,
+            CProjectKeeper::Reports{
+                [this](const CExceptionBase& failure) { failures += failure.GetCaption(); },
+                [this] {
+                    ++recoveries;
+                }},
+            CProjectKeeper::Options{fixture.scratch.Path(QStringLiteral("earlier")), delay});
         keeper->Open(path, CProjectLock(path));
     }
 
@@ -244,4 +245,75 @@ TEST_F(ProjectKeeper, AProjectThatCannotBeReadLeavesTheFormerOneKept)
     EXPECT_EQ(CProjectLock(path).GetState(), CProjectLock::State::OpenElsewhere);
     EXPECT_EQ(CProjectLock(broken).GetState(), CProjectLock::State::Held);
     EXPECT_EQ(fixture.scratch.Read(QStringLiteral("kept/broken.gallery")), "<project");
+}
+
+TEST_F(ProjectKeeper, TheStateThatWasOpenedIsKeptOnceWhenItHasBeenChanged)
+{
+    Open(Never);
+    Open(Never);
+    keeper->Save(); // the page that is shown is written now
+    const size_t before = keeper->GetBackups().List(path).size();
+    const QByteArray opened = ReadWholeFile(path);
+    Open(Never);
+    keeper->Save();
+    EXPECT_EQ(keeper->GetBackups().List(path).size(), before); // opened, not changed
+    AddPicture("a.jpg");
+    keeper->Save();
+    AddPicture("b.jpg");
+    keeper->Save();
+    const auto states = keeper->GetBackups().List(path);
+    ASSERT_EQ(states.size(), before + 1);
+    EXPECT_EQ(ReadWholeFile(states[0].path), opened);
+}
+
+TEST_F(ProjectKeeper, AReturnToAnEarlierStateKeepsThePresentOne)
+{
+    Open(Never);
+    keeper->Save();
+    Open(Never);
+    AddPicture("a.jpg");
+    keeper->Save();
+    AddPicture("b.jpg"); // not saved yet
+    keeper->ReturnTo(keeper->GetBackups().List(path).front().path);
+    EXPECT_EQ(project->GetCurrentGallery()->GetPictures().GetCount(), 0);
+    EXPECT_FALSE(keeper->HasUnsavedChanges());
+    const auto states = keeper->GetBackups().List(path);
+    ASSERT_EQ(states.size(), 2u);
+    EXPECT_EQ(states[0].pictures, 2);
+    keeper->ReturnTo(states[0].path);
+    EXPECT_NE(ReadWholeFile(path).indexOf("b.jpg"), -1);
+}
+
+TEST_F(ProjectKeeper, AStateThatCanNotBeKeptHindersNoSave)
+{
+    Open(Never);
+    keeper->Save();
+    fixture.scratch.Write(QStringLiteral("earlier"), "a file in the way");
+    Open(Never);
+    AddPicture("a.jpg");
+    keeper->Save();
+    EXPECT_NE(ReadWholeFile(path).indexOf("a.jpg"), -1);
+    EXPECT_TRUE(failures.isEmpty());
+    // As soon as there is a way, the state that was opened is kept, however many saves came between.
+    ASSERT_TRUE(QFile::remove(fixture.scratch.Path(QStringLiteral("earlier"))));
+    keeper->Save();
+    ASSERT_EQ(keeper->GetBackups().List(path).size(), 1u);
+    EXPECT_EQ(keeper->GetBackups().List(path)[0].pictures, 0);
+}
+
+TEST_F(ProjectKeeper, AFileOfANewerVersionIsNeverWritten)
+{
+    const QByteArray newer = "<project version=\"3.0\"><gallery index=\"0\" holograms=\"7\"/></project>";
+    fixture.scratch.Write(QStringLiteral("kept/a.gallery"), newer);
+    Open(1ms);
+    EXPECT_TRUE(keeper->IsReadOnly());
+    EXPECT_FALSE(keeper->IsOpenElsewhere());
+    AddPicture("a.jpg");
+    keeper->Save();
+    EXPECT_EQ(ReadWholeFile(path), newer);
+    EXPECT_TRUE(keeper->HasUnsavedChanges());
+    const QString copy = fixture.scratch.Path(QStringLiteral("kept/b.gallery"));
+    keeper->SaveAs(copy, CProjectLock(copy));
+    EXPECT_FALSE(keeper->IsReadOnly());
+    EXPECT_NE(ReadWholeFile(copy).indexOf("holograms"), -1);
 }

@@ -1,9 +1,9 @@
 #include "shell/frame/ProjectPath.h"
 
 #include <QDir>
+#include <QFile>
 #include <gtest/gtest.h>
 
-#include "common/Exceptions.h"
 #include "support/ScratchFolder.h"
 
 TEST(ProjectPath, RelativePathsAreThoseOfTheWorkingFolder)
@@ -20,18 +20,17 @@ TEST(ProjectPath, ProjectsAreNamedByTheirFilesWithoutExtension)
     EXPECT_EQ(ProjectNameOf(QStringLiteral("/x/.gallery")), QStringLiteral(".gallery"));
 }
 
-// Any XML can be read as a project; a drawing that is opened by mistake must not become one.
-TEST(ProjectFile, AFileOfAnotherKindIsNoProject)
+TEST(ProjectPath, ALinkStandsForItsFile)
 {
     const CScratchFolder scratch;
-    const QString drawing = scratch.Write(QStringLiteral("drawing.svg"), "<svg/>");
-    try {
-        RequireProjectFile(drawing);
-        FAIL();
-    } catch (const CGenericException& failure) {
-        EXPECT_EQ(failure.GetCaption(), QStringLiteral("The file %1 is not a gallery project.").arg(drawing));
-    }
-    EXPECT_NO_THROW(RequireProjectFile(scratch.Write(QStringLiteral("a.GALLERY"), "")));
-    EXPECT_NO_THROW(RequireProjectFile(scratch.Path(QStringLiteral("new one"))));
-    EXPECT_THROW(RequireProjectFile(scratch.Path()), CGenericException);
+    const QString file = scratch.Write(QStringLiteral("a/Trip.gallery"), "");
+    const QString link = scratch.Path(QStringLiteral("Trip.gallery"));
+    const QString linkOfLink = scratch.Path(QStringLiteral("Again.gallery"));
+    ASSERT_TRUE(QFile::link(QStringLiteral("a/../a/Trip.gallery"), link)); // relative to its folder
+    ASSERT_TRUE(QFile::link(link, linkOfLink));
+    EXPECT_EQ(NormalisedProjectPath(link), file);
+    EXPECT_EQ(NormalisedProjectPath(linkOfLink), file);
+    // One whose file is not there yet is made as that file.
+    ASSERT_TRUE(QFile::remove(file));
+    EXPECT_EQ(NormalisedProjectPath(linkOfLink), file);
 }

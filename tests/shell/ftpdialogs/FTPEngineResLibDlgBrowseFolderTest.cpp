@@ -392,6 +392,13 @@ TEST_F(BrowseFolder, WaitsAMinuteForAChangeAndNoLonger)
     }
     ASSERT_NE(limit, nullptr);
     EXPECT_EQ(limit->interval(), 60000);
+    // Whatever the person does begins the minute anew.
+    limit->start(1'000'000);
+    QTest::mouseMove(dialog.get(), QPoint(3, 3));
+    EXPECT_EQ(limit->interval(), 60000);
+    limit->start(1'000'000);
+    QTest::keyClick(dialog.get(), Qt::Key_Tab);
+    EXPECT_EQ(limit->interval(), 60000);
     limit->start(1);
     WAIT_UNTIL(answer.WasAsked() && List().isEnabled());
     EXPECT_TRUE(conversation.contains(QStringLiteral("0x0000274c Connection timed out")));

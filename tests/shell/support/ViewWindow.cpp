@@ -4,6 +4,7 @@
 #include <QTest>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <QWebEngineView>
 #include <QWindow>
 #include <gtest/gtest.h>
 
@@ -73,6 +74,18 @@ void MoveMouse(CHTMLView& view, QPoint place)
 void ClickMouse(CHTMLView& view, QPoint place)
 {
     QTest::mouseClick(view.window()->windowHandle(), Qt::LeftButton, Qt::NoModifier, InWindow(view, place));
+}
+
+void PressKey(CHTMLView& view)
+{
+    QTest::keyClick(view.findChild<QWebEngineView*>()->focusProxy(), Qt::Key_F13);
+}
+
+void CallByKey(CHTMLView& view, const QString& script)
+{
+    Ask(view, QStringLiteral("1")); // a key belongs to the page that it was pressed on
+    PressKey(view);
+    Ask(view, script);
 }
 
 void CCallRecorder::Note(const QString& line)

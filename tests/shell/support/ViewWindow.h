@@ -23,6 +23,10 @@ QRectF RectOf(CHTMLView& view, const QString& selector);
 // The mouse of a person, in the coordinates of the view.
 void MoveMouse(CHTMLView& view, QPoint place);
 void ClickMouse(CHTMLView& view, QPoint place);
+// A key that pages have no use for, pressed by a person in the page that is on the screen.
+void PressKey(CHTMLView& view);
+// A script of the page that runs in answer to that key; returns when it has run.
+void CallByKey(CHTMLView& view, const QString& script);
 
 // What pages have called and which links were followed, one line each.
 class CCallRecorder final : public CViewPagesExternalDispatchCommands, public CContentURLLoader {
@@ -55,6 +59,7 @@ public:
     // Returns when the page is on the screen.
     void Show(const std::string& page, CHTMLView::ScrollPlace place = CHTMLView::ScrollPlace::Top);
     QVariant Ask(const QString& expression) { return ::Ask(*view, expression); }
+    void CallByKey(const char* script) { ::CallByKey(*view, QString::fromUtf8(script)); }
     int GetShownCount() const { return shownCount; }
 
     CCallRecorder recorder;

@@ -25,6 +25,7 @@ void CWizardFixture::Open()
     services.openSite = [this](const QString& path) {
         opened += path;
     };
+    services.recordsFolder = recordsFolder;
     services.timeouts = timeouts;
     services.port = server.GetPort();
     wizard = std::make_unique<CWizardPropSheetDeploy>(fixture.GetProject(), services, nullptr);

@@ -51,7 +51,8 @@ protected:
     const CPasswordProtection protection{userKeys, fixture.scratch.Path(QStringLiteral("machine-keys"))};
     CFTPDestinations destinations{*fixture.settings, protection};
     CScriptedServer server;
-    QStringList opened; // in the web browser
+    QStringList opened;    // in the web browser
+    QString recordsFolder; // none is kept
     FTPTimeouts timeouts = QuickGreeting();
     std::unique_ptr<CWizardPropSheetDeploy> wizard;
 };

@@ -151,7 +151,7 @@ void CViewGalleries::UpdateProject(UpdateHint hint, const UpdateParameter& param
 
 void CViewGalleries::UpdateView(UpdateHint hint, CGalleryProject& project)
 {
-    if (!ConcernsGalleriesView(hint) || isPaused) {
+    if (!ConcernsGalleriesView(hint) || pauses > 0) {
         return;
     }
     const TraceScope scope(QStringLiteral("CViewGalleries::UpdateView"));
@@ -242,13 +242,16 @@ void CViewGalleries::OnCoverArrived(int32_t gallery, bool isChanged)
     }
 }
 
-void CViewGalleries::SetPaused(bool paused)
+CViewGalleries::CPause::CPause(CViewGalleries& view) : view(view)
 {
-    isPaused = paused;
-    if (isPaused) {
-        covers.Stop();
-    } else {
-        notifier.Send(UpdateHint::CoverChanged);
+    ++view.pauses;
+    view.covers.Stop();
+}
+
+CViewGalleries::CPause::~CPause()
+{
+    if (--view.pauses == 0) {
+        view.notifier.Send(UpdateHint::CoverChanged);
     }
 }
 

@@ -41,8 +41,17 @@ public:
 
     CHTMLView& GetHTMLView() { return *htmlView; }
 
-    // While paused, the view does not look at the document: another thread does.
-    void SetPaused(bool paused);
+    // While it lives, the view does not look at the document: another thread does.
+    class CPause {
+    public:
+        explicit CPause(CViewGalleries& view);
+        ~CPause();
+        CPause(const CPause&) = delete;
+        CPause& operator=(const CPause&) = delete;
+
+    private:
+        CViewGalleries& view;
+    };
 
     void UpdateProject(UpdateHint hint, const UpdateParameter& parameter, CGalleryProject& project) override;
     // The page comes onto the screen with its pictures, or soon without those that take long; they follow.
@@ -88,7 +97,7 @@ private:
     int replacementCount = 0;       // of pictures in pages that are on the screen
     QTimer patience;                // runs while the page waits for its pictures
     QTimer resizing;                // runs until the size has settled
-    bool isPaused = false;
+    int pauses = 0;
     std::shared_ptr<int> life = std::make_shared<int>(0); // what a page answers later must not come too late
     CGalleryCovers covers;
 };

@@ -125,11 +125,25 @@ std::optional<QString> CShownPage::ReadVariable(const QString& property) const
     }
 }
 
-void CShownPage::WriteVariable(const QString& property, const QString& text)
+void CShownPage::WriteVariable(const QString& property, const CVariant& value)
 {
-    const qsizetype point = property.indexOf(QLatin1Char('.'));
-    if (iterator && point >= 0) {
-        iterator->SetVariable(property.left(point), property.mid(point + 1), CVariant(text));
+    const CTemplateVariableName name(property);
+    if (iterator) {
+        iterator->SetVariable(name.GetObjectName(), name.GetVariableName(), value);
+    }
+}
+
+void CShownPage::RequireKept(const QString& property, const QString& name) const
+{
+    const QString object = property.section(QLatin1Char('.'), 0, 0);
+    const bool isObject = EqualsIgnoreCase(object, QStringLiteral("gallery")) ||
+                          EqualsIgnoreCase(object, QStringLiteral("page")) ||
+                          EqualsIgnoreCase(object, QStringLiteral("content")) ||
+                          FindPictureIndex(object) >= 0;
+    if (!isObject || !property.contains(QLatin1Char('.'))) {
+        throw CGenericException(Text(StringId::TextNotKept, name),
+                                Text(StringId::PropertyOfNothing, '"' + property + '"'),
+                                Text(StringId::TextNotKeptAdvice));
     }
 }
 

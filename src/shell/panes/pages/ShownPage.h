@@ -10,6 +10,7 @@
 class CExceptionBase;
 class CGallery;
 class CGalleryIterator;
+class CVariant;
 
 // The page of a gallery that the pages view shows: makes it, and knows what the names in it mean. Owned by
 // the pages view; screen's thread.
@@ -33,7 +34,10 @@ public:
     QString GetPicturePath(int32_t position) const;
     // property: "object.variable". Nothing if it has no value.
     std::optional<QString> ReadVariable(const QString& property) const;
-    void WriteVariable(const QString& property, const QString& text);
+    // An empty value takes the property away: then the layout's own text shows.
+    void WriteVariable(const QString& property, const CVariant& value);
+    // Throws CExceptionBase if what is written there would be lost. name: of the text, for people.
+    void RequireKept(const QString& property, const QString& name) const;
 
 private:
     std::string GeneratePage();

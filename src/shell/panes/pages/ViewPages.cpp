@@ -5,9 +5,8 @@
 #include "common/Exceptions.h"
 #include "common/Trace.h"
 #include "document/project/GalleryProject.h"
-#include "shell/dialogs/DlgEditHref.h"
-#include "shell/dialogs/DlgEditTextProperty.h"
 #include "shell/dialogs/DlgVisibility.h"
+#include "shell/panes/pages/PageTexts.h"
 
 namespace {
 
@@ -28,6 +27,26 @@ QString TextOf(const UpdateParameter& parameter)
 {
     const QString* const text = std::get_if<QString>(&parameter);
     return text ? *text : QString();
+}
+
+struct PicturePlace {
+    int32_t gallery = 0; // index
+    int32_t position = 0;
+};
+
+// Those whose files are not there, by gallery and position.
+std::vector<PicturePlace> FindAbsentPictures(const CGalleryProject& project)
+{
+    std::vector<PicturePlace> places;
+    for (const auto& [index, gallery] : project.GetGalleries()) {
+        const int32_t count = gallery ? gallery->GetPictures().GetCount() : 0;
+        for (int32_t position = 0; position < count; ++position) {
+            if (!gallery->GetPictures().GetAt(position)->IsThere()) {
+                places.push_back({.gallery = index, .position = position});
+            }
+        }
+    }
+    return places;
 }
 
 QString PageOf(const CGallery& gallery)
@@ -57,6 +76,7 @@ CViewPages::CViewPages(const Services& services, QWidget* parent)
                }},
           this)),
       htmlView(new CHTMLView(services.browser, this)),
+      absentBar(new CAbsentBar([this] { notifier.Send(UpdateHint::AbsentPictureWanted); }, this)),
       dragging(*htmlView,
                {.findPicture = [this](const QString& id) { return shownPage.FindPictureIndex(id); },
                 .getPath = [this](int32_t position) { return shownPage.GetPicturePath(position); },
@@ -65,6 +85,7 @@ CViewPages::CViewPages(const Services& services, QWidget* parent)
 {
     setObjectName(QStringLiteral("PagesView"));
     SetToolBar(toolBar);
+    SetNotice(absentBar);
     SetClient(htmlView);
     htmlView->SetLoader(this);
     htmlView->SetExternalDispatch(&dispatch);
@@ -143,32 +164,15 @@ void CViewPages::SendForPicture(UpdateHint hint, const QString& id)
 
 void CViewPages::EditText(const TextToEdit& edited)
 {
-    if (!shownPage.HasNames()) {
-        return;
-    }
-    const QString text = shownPage.ReadVariable(edited.property).value_or(edited.text);
-    CDlgEditTextProperty dialog(
-        edited.name, text,
-        {.multiline = edited.multiline, .galleryWide = edited.property.startsWith(QStringLiteral("gallery"))},
-        this);
-    if (dialog.exec() == QDialog::Accepted) {
-        shownPage.WriteVariable(edited.property, dialog.GetText());
+    if (EditTextOfPage(shownPage, edited, this)) {
         notifier.Send(UpdateHint::TextEdited);
     }
 }
 
 void CViewPages::EditReference(const QString& name, const QString& hrefProperty, const QString& textProperty)
 {
-    if (!shownPage.HasNames()) {
-        return;
-    }
-    CDlgEditHref dialog(name,
-                        {.url = shownPage.ReadVariable(hrefProperty).value_or(QString()),
-                         .text = shownPage.ReadVariable(textProperty).value_or(QString())},
-                        this);
-    if (dialog.exec() == QDialog::Accepted) {
-        shownPage.WriteVariable(hrefProperty, dialog.GetReference().url);
-        shownPage.WriteVariable(textProperty, dialog.GetReference().text);
+    if (EditReferenceOfPage(
+            shownPage, {.name = name, .hrefProperty = hrefProperty, .textProperty = textProperty}, this)) {
         notifier.Send(UpdateHint::TextEdited);
     }
 }
@@ -187,15 +191,25 @@ void CViewPages::UpdateProject(UpdateHint hint, const UpdateParameter& parameter
         services.deploy(project);
     }
     Change change{.hint = hint};
-    if (!Apply(change, parameter, project)) {
-        return;
-    }
-    CGallery* const gallery = project.GetCurrentGallery();
-    if (gallery && change.positionToShow != -1) {
-        gallery->SetCurrentPicture(change.positionToShow);
+    try {
+        if (!Apply(change, parameter, project)) {
+            return;
+        }
+        CGallery* const gallery = project.GetCurrentGallery();
+        if (gallery && change.positionToShow != -1) {
+            gallery->SetCurrentPicture(change.positionToShow);
+        }
+    } catch (const CExceptionBase& failure) {
+        // A layout's file has gone meanwhile. What was changed before that is changed, and the page, made
+        // anew, says what is wrong.
+        Trace(failure.GetDescription());
     }
     if (change.changed) {
         UpdateView(change.hint, project);
+    }
+    if (hint == UpdateHint::AbsentPictureWanted) {
+        htmlView->RunScript(QStringLiteral("document.querySelector('img[data-absent]')"
+                                           "?.scrollIntoView({block:'center',behavior:'instant'})"));
     }
     CGalleryProjectConsumer::UpdateProject(change.hint, parameter, project);
     if (change.rebuild) {
@@ -228,6 +242,9 @@ bool CViewPages::Apply(Change& change, const UpdateParameter& parameter, CGaller
         return true;
     case UpdateHint::LinkFollowed:
         FollowLink(change, TextOf(parameter), *gallery);
+        return true;
+    case UpdateHint::AbsentPictureWanted:
+        GoToAbsentPicture(change, project);
         return true;
     case UpdateHint::VisibilityChosen:
         return ChooseVisibility(*gallery);
@@ -311,6 +328,19 @@ void CViewPages::MoveAlong(Change& change, const std::vector<int32_t>& way, CGal
     change.rebuild = std::min(from, to) < CGalleryCover::PictureCount;
 }
 
+void CViewPages::GoToAbsentPicture(Change& change, CGalleryProject& project)
+{
+    const std::vector<PicturePlace> places = FindAbsentPictures(project);
+    if (places.empty()) {
+        return; // it has come back
+    }
+    if (places[0].gallery != project.GetCurrentGalleryIndex()) {
+        project.SetCurrentGallery(places[0].gallery);
+        change.hint = UpdateHint::GalleryChosen;
+    }
+    change.positionToShow = places[0].position;
+}
+
 void CViewPages::FollowLink(Change& change, const QString& url, CGallery& gallery)
 {
     bool styleChanged = false;
@@ -360,6 +390,7 @@ void CViewPages::UpdateMenus(CGalleryProject& project)
 void CViewPages::ShowCurrentPage(CGalleryProject& project)
 {
     CGallery* const gallery = project.GetCurrentGallery();
+    absentBar->SetCount(static_cast<int>(FindAbsentPictures(project).size()));
     if (!gallery) {
         shownPage.Clear();
         Show(std::string(), QString());

@@ -6,6 +6,7 @@
 #include "document/project/GalleryProjectConsumer.h"
 #include "shell/look/Panel.h"
 #include "shell/panes/ViewNotification.h"
+#include "shell/panes/pages/AbsentBar.h"
 #include "shell/panes/pages/PageDragging.h"
 #include "shell/panes/pages/ShownPage.h"
 #include "shell/panes/pages/ViewPagesExternalDispatch.h"
@@ -76,6 +77,7 @@ private:
     void ApplyChoice(Change& change, int32_t place, CGallery& gallery);
     void ApplyToPicture(Change& change, int32_t position, CGallery& gallery);
     void MoveAlong(Change& change, const std::vector<int32_t>& way, CGallery& gallery);
+    void GoToAbsentPicture(Change& change, CGalleryProject& project);
     void FollowLink(Change& change, const QString& url, CGallery& gallery);
     bool ChooseVisibility(CGallery& gallery);
     void UpdateMenus(CGalleryProject& project);
@@ -88,6 +90,7 @@ private:
     CViewPagesExternalDispatch dispatch;
     CViewPagesToolBar* const toolBar;
     CHTMLView* const htmlView;
+    CAbsentBar* const absentBar;
     CPageDragging dragging;
     CShownPage shownPage;
     QString shownName; // gallery, layout, page and number

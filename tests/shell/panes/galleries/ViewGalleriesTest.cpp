@@ -244,7 +244,7 @@ TEST_F(ViewGalleries, AChildOfMinusOneIsThatOfTheCurrentGallery)
     window.AddChild(0);
     window.GetProject().SetCurrentGallery(1);
     window.Show();
-    window.Ask(QStringLiteral("external.AddChildGallery(-1)"));
+    CallByKey(window.GetPage(), QStringLiteral("external.AddChildGallery(-1)"));
     ASSERT_TRUE(WaitForPage(window.GetPage(), QStringLiteral("!!document.querySelector('img[id=gl_2]')")));
     EXPECT_EQ(window.GetGallery(1).GetChildren(), std::set<int32_t>{2});
 }
@@ -303,13 +303,17 @@ TEST_F(ViewGalleries, ACoverThatChangesIsShownAnew)
 TEST_F(ViewGalleries, WhilePausedItLeavesTheDocumentAlone)
 {
     window.Show();
-    window.GetView().SetPaused(true);
+    {
+        const CViewGalleries::CPause pause(window.GetView());
+        const CViewGalleries::CPause inner(window.GetView());
+    }
+    std::optional<CViewGalleries::CPause> pause(window.GetView());
     const int before = window.shownCount;
     window.AddChild(0);
     window.GetView().UpdateView(UpdateHint::ChildGalleryAdded, window.GetProject());
     EXPECT_FALSE(window.Ask(QStringLiteral("!!document.querySelector('img[id=gl_1]')")).toBool());
     EXPECT_EQ(window.shownCount, before);
-    window.GetView().SetPaused(false);
+    pause.reset();
     EXPECT_TRUE(WaitForPage(window.GetPage(), QStringLiteral("!!document.querySelector('img[id=gl_1]')")));
 }
 

@@ -277,7 +277,7 @@ TEST_F(Strips, OfATextInALinkDoNotFollowTheLink)
     ASSERT_TRUE(WaitForStrip("gallery_title", 1));
     ClickMouse(window.GetView(), QPoint(10, 9));
     ASSERT_TRUE(WaitUntil([&] { return !window.recorder.lines.isEmpty(); }));
-    window.Ask(QStringLiteral("external.MoveImageUp('end')"));
+    window.CallByKey("external.MoveImageUp('end')");
     ASSERT_TRUE(WaitUntil([&] { return window.recorder.lines.contains(QStringLiteral("MoveImageUp end")); }));
     ASSERT_EQ(window.recorder.lines.size(), 2) << qPrintable(window.recorder.lines.join(QLatin1Char('\n')));
     EXPECT_TRUE(window.recorder.lines[0].startsWith(QStringLiteral("EditText gallery.title|Title|A title|")));

@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QTimer>
 #include <gtest/gtest.h>
@@ -43,7 +44,7 @@ private:
 void Call(CPagesWindow& window, const char* call, const std::function<bool(QDialog&)>& accepts)
 {
     const CAnswer answer(accepts);
-    window.GetPage().RunScript(QString::fromUtf8(call));
+    CallByKey(window.GetPage(), QString::fromUtf8(call));
     EXPECT_TRUE(WaitUntil([&] { return answer.WasAsked(); })) << call;
 }
 
@@ -60,6 +61,7 @@ Control* Find(const QDialog& dialog, const char* name)
     return dialog.findChild<Control*>(QString::fromLatin1(name));
 }
 
+constexpr char editHome[] = "external.EditReference('Home','gallery.home_href','gallery.home_text')";
 constexpr char editTitle[] = "external.EditText('gallery.title','Heading',gallery_title.innerHTML,1,2,false)";
 
 } // namespace
@@ -105,7 +107,7 @@ TEST(ViewPagesDialogs, APropertyOfTheGalleryShowsTheNoteAndAnotherDoesNot)
         const char* property;
         bool note;
     } rows[] = {
-        {"gallery.title", true}, {"gallery2.title", true}, {"photo1.title", false}, {"page.title", false}};
+        {"gallery.title", true}, {"GALLERY.Title", true}, {"photo1.title", false}, {"page.title", false}};
     for (const auto& row : rows) {
         Call(window, (std::string("external.EditText('") + row.property + "','N','t',1,2,true)").c_str(),
              [&](QDialog& dialog) {
@@ -137,8 +139,7 @@ TEST(ViewPagesDialogs, ATextOfSeveralLinesKeepsItsLineBreaks)
 TEST(ViewPagesDialogs, AReferenceIsEdited)
 {
     CPagesWindow window(1);
-    const char* const call = "external.EditReference('Home','gallery.home_href','gallery.home_text')";
-    Call(window, call, [](QDialog& dialog) {
+    Call(window, editHome, [](QDialog& dialog) {
         EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Home"));
         EXPECT_EQ(Find<QLineEdit>(dialog, "url")->text(), QString());
         Find<QLineEdit>(dialog, "url")->setText(QStringLiteral("large.html"));
@@ -149,7 +150,7 @@ TEST(ViewPagesDialogs, AReferenceIsEdited)
     EXPECT_EQ(Variable(window, "home_href"), QStringLiteral("large.html"));
     EXPECT_EQ(Variable(window, "home_text"), QStringLiteral("Look"));
     EXPECT_THAT(window.notifications, ElementsAre(UpdateHint::TextEdited));
-    Call(window, call, [](QDialog& dialog) {
+    Call(window, editHome, [](QDialog& dialog) {
         EXPECT_EQ(Find<QLineEdit>(dialog, "url")->text(), QStringLiteral("large.html"));
         EXPECT_EQ(Find<QLineEdit>(dialog, "text")->text(), QStringLiteral("Look"));
         return false;
@@ -186,19 +187,69 @@ TEST(ViewPagesDialogs, ElementsOfThePageAreHidden)
     EXPECT_TRUE(window.GetPageText().contains(QStringLiteral("The footer")));
 }
 
-TEST(ViewPagesDialogs, APropertyThatIsNoneStoresNothing)
+// What would be typed would be lost.
+TEST(ViewPagesDialogs, APropertyThatIsNoneIsToldOfBeforeAnythingIsTyped)
+{
+    CPagesWindow window(1);
+    const std::string rows[] = {"EditText('nopoint','N','t',1,2,false)",
+                                "EditText('','N','t',1,2,false)",
+                                "EditText('nobody.title','N','t',1,2,false)",
+                                "EditText('photo9.title','N','t',1,2,false)",
+                                "EditReference('N','nopoint','gallery.home_text')",
+                                "EditReference('N','gallery.home_href','nobody.text')"};
+    for (const std::string& row : rows) {
+        Call(window, ("external." + row).c_str(), [&](QDialog& dialog) {
+            const auto* const box = qobject_cast<QMessageBox*>(&dialog);
+            EXPECT_TRUE(box && box->text().contains(QStringLiteral("\"N\""))) << row;
+            return true;
+        });
+    }
+    EXPECT_EQ(window.GetShownCount(), 1);
+    EXPECT_TRUE(window.notifications.empty());
+}
+
+TEST(ViewPagesDialogs, WhatIsNotTypedIsNotStored)
+{
+    CPagesWindow window(1);
+    const auto accept = [](QDialog&) {
+        return true;
+    };
+    // The text that the layout shows stays the layout's.
+    Call(window, editTitle, accept);
+    Call(window, editHome, accept);
+    const auto find = [&](const char* name) {
+        return window.GetGallery().GetObjectVariable(QStringLiteral("gallery"), QString::fromLatin1(name));
+    };
+    for (const char* name : {"title", "home_href", "home_text"}) {
+        EXPECT_TRUE(!find(name) || find(name)->IsEmpty()) << name;
+    }
+    EXPECT_TRUE(window.notifications.empty());
+    // Of two texts the one that was changed.
+    Call(window, editHome, [](QDialog& dialog) {
+        Find<QLineEdit>(dialog, "url")->setText(QStringLiteral("large.html"));
+        return true;
+    });
+    window.WaitForPageShown(2);
+    EXPECT_EQ(Variable(window, "home_href"), QStringLiteral("large.html"));
+    EXPECT_EQ(
+        Ask(window.GetPage(), QStringLiteral("document.links[document.links.length - 1].text")).toString(),
+        QStringLiteral("Go home"));
+}
+
+TEST(ViewPagesDialogs, ALinkWhoseTextIsTakenAwayHasTheTextOfTheLayout)
 {
     CPagesWindow window(1);
     int pages = 1;
-    for (const char* property : {"nopoint", "", "nobody.title"}) {
-        Call(window, (std::string("external.EditText('") + property + "','N','t',1,2,false)").c_str(),
-             [](QDialog& dialog) {
-                 Find<QLineEdit>(dialog, "text")->setText(QStringLiteral("x"));
-                 return true;
-             });
+    for (const char* text : {"Look", ""}) {
+        Call(window, editHome, [&](QDialog& dialog) {
+            Find<QLineEdit>(dialog, "text")->setText(QString::fromLatin1(text));
+            return true;
+        });
         window.WaitForPageShown(++pages);
+        EXPECT_EQ(Ask(window.GetPage(), QStringLiteral("document.links[document.links.length - 1].text"))
+                      .toString(),
+                  *text ? QString::fromLatin1(text) : QStringLiteral("Go home"));
     }
-    EXPECT_EQ(Variable(window, "title"), QString());
 }
 
 TEST(ViewPagesDialogs, AFloodOfCallsOpensOneDialog)
@@ -211,10 +262,10 @@ TEST(ViewPagesDialogs, AFloodOfCallsOpensOneDialog)
          [&](QDialog&) {
              ++dialogs;
              // The rest arrives while the dialog is open.
+             PressKey(window.GetPage());
              Ask(window.GetPage(), QStringLiteral("1"));
              return true;
          });
-    window.WaitForPageShown(2);
     EXPECT_EQ(dialogs, 1);
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
