@@ -53,7 +53,7 @@ _vistorama_cli() {
     local pictures=('*.[gG][iI][fF]' '*.[pP][nN][gG]' '*.[bB][mM][pP]' '*.[jJ][pP][gG]' '*.[pP][cC][xX]')
 
     if ((COMP_CWORD == 1)); then
-        COMPREPLY=($(compgen -W "new deploy info check destination ftp-test ftp-ls ftp-mkdir ftp-rename \
+        COMPREPLY=($(compgen -W "new deploy info check relink cache destination ftp-test ftp-ls ftp-mkdir ftp-rename \
             --help --version" -- "$word"))
         return
     fi
@@ -76,8 +76,9 @@ _vistorama_cli() {
     local action=
     case $command in
         new) options="--layout --style --tree --watermark --signature --position --margin --size-class" ;;
-        deploy) options="--to --directory --quiet" ;;
+        deploy) options="--to --directory --leave-out-missing --overwrite --quiet" ;;
         info) options="--json --clusters" ;;
+        cache) options="--size --clear" ;;
         destination)
             if ((COMP_CWORD == 2)); then
                 COMPREPLY=($(compgen -W "add list remove" -- "$word"))
@@ -103,10 +104,10 @@ _vistorama_cli() {
                 _vistorama_cli_files "$word" "${pictures[@]}"
             fi
             ;;
-        deploy: | info:)
+        deploy: | info: | relink:)
             if ((COMP_CWORD == 2)); then
                 _vistorama_cli_files "$word" '*.gallery'
-            elif [[ $command == deploy ]]; then
+            elif [[ $command != info ]]; then
                 _vistorama_cli_files "$word"
             fi
             ;;

@@ -37,7 +37,9 @@ $command -f
 $command -n __vistorama_cli_no_command -a new -d 'Make a project'
 $command -n __vistorama_cli_no_command -a deploy -d 'Write the site into a folder or send it to a server'
 $command -n __vistorama_cli_no_command -a info -d 'Show the tree of galleries'
-$command -n __vistorama_cli_no_command -a check -d 'Look for errors in layouts'
+$command -n __vistorama_cli_no_command -a check -d 'Look for errors in layouts and styles'
+$command -n __vistorama_cli_no_command -a relink -d 'Look for missing pictures'
+$command -n __vistorama_cli_no_command -a cache -d 'Show or remove what is kept from run to run'
 $command -n __vistorama_cli_no_command -a destination -d 'Store, list or remove FTP destinations'
 $command -n __vistorama_cli_no_command -a ftp-test -d 'Log in to an FTP server and enter a directory'
 $command -n __vistorama_cli_no_command -a ftp-ls -d 'List a directory of an FTP server'
@@ -46,7 +48,7 @@ $command -n __vistorama_cli_no_command -a ftp-rename -d 'Rename a directory on a
 $command -n __vistorama_cli_no_command -l help -d 'Print the usage'
 $command -n __vistorama_cli_no_command -l version -d 'Print the version'
 
-for each in new deploy info
+for each in new deploy info relink
     $command -n "__vistorama_cli_command_and $each 2" -k -a '(__fish_complete_suffix .gallery)'
 end
 $command -n '__fish_seen_subcommand_from new' -F
@@ -61,6 +63,11 @@ $command -n '__fish_seen_subcommand_from new' -x -l size-class -a 'small middle 
 $command -n '__vistorama_cli_command_and deploy 3' -a '(__fish_complete_directories)'
 $command -n '__fish_seen_subcommand_from deploy' -x -l to -a '(__vistorama_cli_destinations)' -d 'Send to a stored destination'
 $command -n '__fish_seen_subcommand_from deploy' -x -l directory -d 'In place of the stored directory'
+$command -n '__fish_seen_subcommand_from deploy' -l leave-out-missing -d 'Publish without what is missing'
+$command -n '__fish_seen_subcommand_from deploy' -l overwrite -d 'Overwrite files of others'
+$command -n '__fish_seen_subcommand_from relink' -a '(__fish_complete_directories)'
+$command -n '__fish_seen_subcommand_from cache' -l size -d 'Print the bytes'
+$command -n '__fish_seen_subcommand_from cache' -l clear -d 'Remove all'
 $command -n '__fish_seen_subcommand_from deploy' -l quiet -d 'No progress'
 $command -n '__fish_seen_subcommand_from info' -l json -d 'Print JSON'
 $command -n '__fish_seen_subcommand_from info' -x -l clusters -d 'Show groups by date'

@@ -19,6 +19,7 @@ Command FindCommand(const QString& name)
         {QStringLiteral("deploy"), RunDeploy},
         {QStringLiteral("info"), RunInfo},
         {QStringLiteral("check"), RunCheck},
+        {QStringLiteral("relink"), RunRelink},
         {QStringLiteral("cache"), RunCache},
         {QStringLiteral("destination"), RunDestination},
         {QStringLiteral("ftp-test"), RunFTPTest},

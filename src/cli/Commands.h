@@ -20,6 +20,10 @@ int RunInfo(const QStringList& arguments);
 // "FILE:LINE: TEXT" for each error and "FILE:LINE: warning: TEXT" for what is hardly meant.
 int RunCheck(const QStringList& arguments);
 
+// "relink": looks below the named folders for the pictures and watermarks of a project that are not there,
+// and saves where they are now.
+int RunRelink(const QStringList& arguments);
+
 // "cache": prints how many bytes the images take that the views and covers keep from run to run, or removes
 // them.
 int RunCache(const QStringList& arguments);

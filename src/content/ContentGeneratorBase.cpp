@@ -41,10 +41,11 @@ bool ConsistsOfBlanks(const QString& text)
                        [](QChar character) { return character == QLatin1Char(' '); });
 }
 
-// maxChars counts UTF-16 units; a character that the cut would halve is left out.
+// maxChars counts UTF-16 units; a character that the cut would halve is left out. Nothing is left of a text
+// that may have fewer than none.
 QString Shortened(const QString& text, int32_t maxChars)
 {
-    QString kept = text.left(maxChars);
+    QString kept = text.left(std::max(maxChars, 0));
     if (!kept.isEmpty() && kept.back().isHighSurrogate()) {
         kept.chop(1);
     }
@@ -97,7 +98,7 @@ void CContentGeneratorBase::GenerateTextSpan(CImageIterator& iterator, const Tex
 std::string CContentGeneratorBase::TextSpanText(const TextSpanAttributes& span, const CVariant& value)
 {
     QString text = VariantToString(value);
-    if (span.maxChars > 0 && span.maxChars < text.size()) {
+    if (span.maxChars != 0 && span.maxChars < text.size()) {
         text = Shortened(text, span.maxChars);
     }
     if (text.isEmpty()) {

@@ -131,6 +131,8 @@ void CDeployJob::RunGeneration()
 DeployDoubts CDeployJob::Examine()
 {
     WaitFinished();
+    cancel.Reset();
+    project.LookForFiles();
     const CDeployModeScope deployMode(project);
     DeployDoubts doubts = FindMissingFiles(project);
     if (IsTargetWatched()) {
@@ -143,6 +145,7 @@ DeployDoubts CDeployJob::Examine()
 
 void CDeployJob::Generate()
 {
+    project.LookForFiles();
     const CDeployModeScope deployMode(project);
     const DeployDoubts missing = FindMissingFiles(project);
     if (missing.IsAnyMissing() && !leaveOutMissing) {

@@ -183,7 +183,7 @@ TEST_F(ContentGeneratorBase, ATextSpanShowsItsTextOrItsDefault)
         {"abcd", 3, "abc..."},
         {"abc", 3, "abc"},
         {"abcd", 0, "abcd"},
-        {"abcd", -1, "abcd"},
+        {"abcd", -1, "..."},
         {"<b>a</br>b</b>", 0, "<b>a</br>b</b>"},
         {"", 0, "none"},
         {nullptr, 0, "none"},

@@ -489,3 +489,17 @@ TEST_F(PageGeneration, APhotographNamedLikeACoverLeavesTheCoverAlone)
     EXPECT_FALSE(fixture.GetRoot().GetPictures().GetAt(1)->GetNameSuffix().isEmpty());
     EXPECT_TRUE(fixture.GetRoot().GetPictures().GetAt(0)->GetNameSuffix().isEmpty());
 }
+
+TEST_F(PageGeneration, AMultipagePageWhoseFirstPageHasNoPictureByAConditionGoesOn)
+{
+    fixture.WriteLayout(QStringLiteral("a"), "<page file=\"p.html\" multipage=\"1\"/>");
+    fixture.WritePage(QStringLiteral("a"), QStringLiteral("p.html"),
+                      "<%if <%isequal property1=\"<%=page.index%>\" property2=\"0\"%>start"
+                      "<%else <%picture id=\"p\" width=\"20\" height=\"20\" href=\"\"%>%>%>");
+    fixture.NewProject();
+    AddPictures(fixture.GetRoot(), 4);
+    EXPECT_EQ(Generate().pages, 4);
+    EXPECT_EQ(fixture.scratch.Read(QStringLiteral("site/p.html")), "start");
+    EXPECT_NE(fixture.scratch.Read(QStringLiteral("site/p3.html")).indexOf("pictures/32020.png"), -1);
+    EXPECT_FALSE(FileExists(fixture.scratch.Path(QStringLiteral("site/p4.html"))));
+}

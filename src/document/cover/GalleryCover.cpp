@@ -45,6 +45,7 @@ CGalleryCover* CGalleryCover::FindUnmade()
 CGalleryCover::Recipe CGalleryCover::HandOut()
 {
     isHandedOut = true;
+    shownStamps = GetShownStamps();
     return {.revision = revision, .pictures = GetShownPictures()};
 }
 
@@ -143,6 +144,27 @@ bool CGalleryCover::Choose()
     return isNews;
 }
 
+bool CGalleryCover::LookForChanges()
+{
+    if ((!isMade && !isHandedOut) || GetShownStamps() == shownStamps) {
+        return false;
+    }
+    Update(0);
+    return true;
+}
+
+// Covers are left out: they tell of their changes by themselves.
+std::vector<std::optional<FileStamp>> CGalleryCover::GetShownStamps() const
+{
+    std::vector<std::optional<FileStamp>> stamps;
+    for (int32_t position = 0; position < shownCount; ++position) {
+        if (const auto* file = dynamic_cast<const CFilePictureInfo*>(pictures.GetAt(position))) {
+            stamps.push_back(FileStamp::Of(file->GetPath()));
+        }
+    }
+    return stamps;
+}
+
 void CGalleryCover::OnChildChanged(const QString& oldPath)
 {
     if (const CPictureInfo* record = pictures.FindRecord(oldPath)) {
@@ -222,6 +244,8 @@ void CGalleryCover::Make()
     if (isMade) {
         return;
     }
+    // Before the first is opened: a change that comes later is seen.
+    shownStamps = GetShownStamps();
     key = site.GetCoverCache().MakeCover(path, GetShownPictures());
     isMade = true;
 }

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include <QByteArray>
 #include <QString>
 
+#include "common/FileIdentity.h"
 #include "document/cover/CoverComposition.h"
 
 class CCoverCache;
@@ -79,6 +81,10 @@ public:
     // in all galleries above that show this one.
     void Update(int32_t changedPosition);
 
+    // Looks whether a picture that the made cover shows has another file now, and has it composed anew then.
+    // True if so.
+    bool LookForChanges();
+
     // The cover of a child has moved from oldPath to its present path.
     void OnChildChanged(const QString& oldPath);
 
@@ -92,6 +98,7 @@ private:
     int32_t PositionOf(const CPictureInfo* record) const;
     int32_t RekeyChild(int32_t childIndex, const QString& oldPath);
     std::vector<CoverPicture> GetShownPictures() const;
+    std::vector<std::optional<FileStamp>> GetShownStamps() const;
     std::vector<CGalleryCover*> GetShownCovers() const;
     static std::vector<std::vector<CGalleryCover*>> WavesOf(const std::vector<CGalleryCover*>& covers);
     QString PathOf(const std::vector<CoverPicture>& shown) const;
@@ -104,6 +111,8 @@ private:
     QString path;
     int32_t shownCount = 0; // pictures from the gallery's front
     QByteArray key;         // what the file that was made is kept under between runs; null for none
+    // Of the pictures shown, when they were handed out or made; nothing for one that was not there.
+    std::vector<std::optional<FileStamp>> shownStamps;
     bool isMade = false;
     bool isHandedOut = false; // its recipe, since it was chosen
     bool isHeld = false;

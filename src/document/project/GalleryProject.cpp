@@ -363,10 +363,14 @@ bool CGalleryProject::LookForFiles()
 {
     bool isNews = false;
     for (const auto& [index, gallery] : galleries) {
-        if (gallery && gallery->GetPictures().LookForFiles()) {
+        if (!gallery) {
+            continue;
+        }
+        if (gallery->GetPictures().LookForFiles()) {
             gallery->UpdateCover(0);
             isNews = true;
         }
+        isNews = gallery->GetCover().LookForChanges() || isNews;
     }
     return LookForWatermarks() || isNews;
 }

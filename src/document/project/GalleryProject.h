@@ -92,7 +92,8 @@ public:
 
     // --- Files of pictures and watermarks. See AbsentFiles.h.
 
-    // Looks at all of them. True if one has come or gone since the last time.
+    // Looks at all of them. True if one has come or gone since the last time, or if a cover shows one that
+    // has changed.
     bool LookForFiles();
     std::vector<AbsentFile> GetAbsentFiles() const { return ListAbsentFiles(galleries); }
     std::set<QString> GetPresentFiles() const { return ListPresentFiles(galleries); }

@@ -162,3 +162,58 @@ TEST(GalleryStyle, ReadsItsDefinition)
     EXPECT_FALSE(CGalleryStyle(scratch.Write(QStringLiteral("t.xml"), "<style default=\"0\"/>")).isDefault);
     EXPECT_FALSE(CGalleryStyle(scratch.Write(QStringLiteral("u.xml"), "<style/>")).isDefault);
 }
+
+TEST(GalleryStyle, OnlyAFolderBelowTheDefinitionIsItsOwn)
+{
+    const CScratchFolder scratch;
+    scratch.Write(QStringLiteral("Styles/Blue/Main.css"), "");
+    const struct {
+        const char* folder;
+        const char* directory; // below Styles; null for none
+        const char* published;
+    } rows[] = {
+        {"Blue", "Blue", "Blue"},
+        {"Blue/", "Blue", "Blue/"},
+        {"Missing", "Missing", "Missing"},
+        {"BLUE", "Blue", "Blue"},
+        {"", nullptr, ""},
+        {".", nullptr, "."},
+        {"..", nullptr, ".."},
+        {"Blue/..", nullptr, "Blue/.."},
+        {"../Styles", nullptr, "../Styles"},
+        {"..\\x", nullptr, "..\\x"},
+        {"/etc", nullptr, "/etc"},
+    };
+    for (const auto& row : rows) {
+        const CGalleryStyle style(
+            scratch.Write(QStringLiteral("Styles/s.xml"),
+                          QByteArray("<style css=\"main.CSS\" folder=\"") + row.folder + "\"/>"));
+        EXPECT_EQ(style.directory,
+                  row.directory ? scratch.Path(QStringLiteral("Styles/%1").arg(row.directory)) : QString())
+            << row.folder;
+        EXPECT_EQ(style.folder, QString::fromUtf8(row.published)) << row.folder;
+        if (style.directory.endsWith(QStringLiteral("Blue"))) {
+            EXPECT_EQ(style.css, QStringLiteral("Main.css"));
+        }
+    }
+}
+
+TEST(GalleryTemplate, APageOutsideOfTheDefinitionsFolderIsMissingAndOneInOtherCapitalsIsFound)
+{
+    const CScratchFolder scratch;
+    scratch.Write(QStringLiteral("secret.html"), "secret");
+    scratch.Write(QStringLiteral("Templates/F/Index.html"), "x");
+    QFile::link(scratch.Path(QStringLiteral("secret.html")),
+                scratch.Path(QStringLiteral("Templates/F/link.html")));
+    const CGalleryTemplate layout(scratch.Write(
+        QStringLiteral("Templates/a.xml"),
+        R"(<template folder="f"><page file="index.html"/><page file="link.html"/></template>)"));
+    CCompoundTemplateSection tree;
+    EXPECT_NO_THROW(layout.LoadPage(QStringLiteral("index.html"), tree));
+    EXPECT_EQ(layout.GetPageFilePath(QStringLiteral("index.html")),
+              scratch.Path(QStringLiteral("Templates/F/Index.html")));
+    EXPECT_THROW(layout.LoadPage(QStringLiteral("link.html"), tree), CFileException);
+    const CGalleryTemplate outside(scratch.Write(
+        QStringLiteral("Templates/b.xml"), R"(<template folder=".."><page file="secret.html"/></template>)"));
+    EXPECT_THROW(outside.LoadPage(QStringLiteral("secret.html"), tree), CFileException);
+}

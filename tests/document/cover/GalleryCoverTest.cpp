@@ -552,3 +552,21 @@ TEST_F(GalleryCover, TilesEndAndBeginWhereTheyShould)
     EXPECT_GT(channel(two, {400, 300}, redShift), 200);
     EXPECT_LT(channel(two, {403, 300}, redShift), 60);
 }
+
+TEST_F(GalleryCover, OfAPictureThatHasChangedIsComposedAnew)
+{
+    CGallery& child = NewChild();
+    child.AddPicture(Plain(QStringLiteral("a.png"), red));
+    const auto middleOf = [](const QString& file) {
+        const QSize size = CImage::FromFile(file).GetSize();
+        return ColourAt(file, QPoint(size.width() / 2, size.height() / 2));
+    };
+    EXPECT_EQ(middleOf(root->GetCoverPath()), red);
+    EXPECT_FALSE(test.project.LookForFiles());
+    Picture(QStringLiteral("a.png"), blue, blue, QSize(120, 62));
+    EXPECT_TRUE(test.project.LookForFiles());
+    EXPECT_EQ(middleOf(child.GetCoverPath()), blue);
+    // The cover above shows it, too.
+    EXPECT_EQ(middleOf(root->GetCoverPath()), blue);
+    EXPECT_FALSE(test.project.LookForFiles());
+}
