@@ -304,9 +304,13 @@ TEST_F(Guide, TheWizardDeploysToAFolder)
     TakePicture("deploy-start", "Deploy Wizard");
     // A browser would come up in front of the person who runs this.
     program.PressKeys({QStringLiteral("alt+o"), QStringLiteral("alt+n")});
-    // Written when all else is.
+    // Written when all else is; until then its last number is the time of the beginning.
     const QDir records(program.GetHome() + QStringLiteral("/.cache/vistorama/deployments"));
-    ASSERT_TRUE(program.WaitFor([&] { return !records.entryList(QDir::Files).isEmpty(); }));
+    ASSERT_TRUE(program.WaitFor([&] {
+        QFile record(records.filePath(records.entryList(QDir::Files).value(0)));
+        return record.open(QIODevice::ReadOnly) &&
+               record.readAll().endsWith(QByteArray(sizeof(qint64), '\0'));
+    }));
     TakePicture("deploy-done", "Deploy Wizard");
     program.PressKeys({QStringLiteral("Return")});
     ASSERT_TRUE(program.WaitForWindowGone(QStringLiteral("Deploy Wizard")));
