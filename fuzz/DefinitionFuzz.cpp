@@ -1,5 +1,6 @@
 #include "Check.h"
 #include "Workshop.h"
+#include "common/FileSystem.h"
 #include "document/catalogue/Definitions.h"
 
 namespace {
@@ -23,7 +24,9 @@ void ReadStyle(const QString& path)
 {
     try {
         const CGalleryStyle style(path);
-        Check(style.folder.isEmpty() || !style.directory.isEmpty(), "a style's folder has a full path");
+        // A folder that leads out has none.
+        Check(style.directory.isEmpty() || style.directory.startsWith(ExtractFolder(path)),
+              "a style's folder lies beside its definition");
     } catch (const CExceptionBase& failure) {
         CheckTexts(failure);
     }

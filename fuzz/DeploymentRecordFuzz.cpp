@@ -114,7 +114,10 @@ Names NamesIn(const QString& path)
         }
         names.insert(name);
     }
+    qint64 openSince = -1;
+    stream >> openSince;
     Check(stream.status() == QDataStream::Ok && stream.atEnd(), "a saved record is whole");
+    Check(openSince == 0, "a saved record has no run under way");
     Check(names.size() == count, "a record names each file once");
     return names;
 }

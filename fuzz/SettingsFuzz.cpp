@@ -102,11 +102,13 @@ void LookUp(CSettingsStore& store, const CPasswordProtection& protection,
     }
 }
 
-std::set<int> KeysOf(const std::vector<CFTPDestination>& destinations)
+using Keys = std::set<std::pair<bool, int>>; // whose, and the number
+
+Keys KeysOf(const std::vector<CFTPDestination>& destinations)
 {
-    std::set<int> keys;
+    Keys keys;
     for (const CFTPDestination& destination : destinations) {
-        Check(keys.insert(destination.key).second, "a key leads to one destination");
+        Check(keys.emplace(destination.allUsers, destination.key).second, "a key leads to one destination");
     }
     return keys;
 }
@@ -117,9 +119,9 @@ void AddAndDelete(const CSettingsWorkshop& workshop, bool allUsers)
     const std::unique_ptr<CSettingsStore> store = workshop.OpenStore();
     const CPasswordProtection protection = workshop.GetProtection();
     CFTPDestinations destinations(*store, protection);
-    const std::set<int> before = KeysOf(destinations.Enumerate());
+    const Keys before = KeysOf(destinations.Enumerate());
     CFTPDestination added = destinations.Create(allUsers);
-    Check(before.count(added.key) == 0, "a new key is a free one");
+    Check(before.count({allUsers, added.key}) == 0, "a new key is a free one");
     Check(!added.loaded, "a new destination isn't stored yet");
     added.connection = {.displayName = QStringLiteral("New=\u00fc;"),
                         .userName = QStringLiteral("anna"),

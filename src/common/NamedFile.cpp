@@ -51,6 +51,9 @@ NamedFile FindBelow(const QString& root, const QString& path)
         found.differsInCase = found.differsInCase || entry != part;
         found.path = JoinPath(found.path, entry);
     }
+    if (!QFileInfo::exists(found.path)) {
+        return {.state = NamedFile::State::Missing, .path = path, .differsInCase = false}; // a dangling link
+    }
     const bool isInside =
         LiesBelow(QFileInfo(found.path).canonicalFilePath(), QFileInfo(root).canonicalFilePath());
     found.state = isInside ? NamedFile::State::Found : NamedFile::State::LeadsOut;

@@ -474,6 +474,7 @@ TEST_F(DeploymentRecord, IsWrittenAsThePageOfFormatsTells)
             EXPECT_EQ(readFlag(), 0);
         }
     }
+    EXPECT_EQ(read64(), 0u); // no run is under way
     EXPECT_TRUE(stream.atEnd());
     EXPECT_EQ(stream.status(), QDataStream::Ok);
 }

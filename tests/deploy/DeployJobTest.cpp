@@ -253,6 +253,7 @@ TEST_F(DeployJob, TheSiteOfAnotherProjectInTheSameFolderStays)
         CDeployJob job(fixture.GetProject());
         job.settings.folder = Site();
         job.recordsFolder = fixture.scratch.Path(QStringLiteral("records"));
+        job.overwrite = true; // the pages of both have the same names
         job.StartGeneration(target);
         job.WaitFinished();
         EXPECT_FALSE(job.GetError().has_value());

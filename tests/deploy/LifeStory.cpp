@@ -300,7 +300,8 @@ void CLifeStory::ChangeInASecondProgram()
 void CLifeStory::SaveByAnOlderVersion()
 {
     Save();
-    if (std::any_of(entries.begin(), entries.end(), [this](const Entry& entry) { return !IsThere(entry); })) {
+    project->LookForFiles();
+    if (!project->GetAbsentFiles().empty()) {
         return;
     }
     WriteFileAtomically(projectPath, WithoutNewAttributes(ReadWholeFile(projectPath)));
@@ -342,6 +343,11 @@ void CLifeStory::PlugOrUnplug()
 void CLifeStory::MoveHome()
 {
     Save();
+    project->LookForFiles();
+    std::vector<bool> wasThere;
+    for (size_t i = 0; i < entries.size(); ++i) {
+        wasThere.push_back(Gallery().GetPictures().GetAt(PositionOf(i))->IsThere());
+    }
     project.reset();
     const QString former = folders[QStringLiteral("home")];
     const QString moved = root + QStringLiteral("home%1/").arg(++homes);
@@ -353,7 +359,7 @@ void CLifeStory::MoveHome()
     projectPath = moved + ExtractLastName(projectPath);
     Open();
     for (size_t i = 0; i < entries.size(); ++i) {
-        if (IsThere(entries[i]) && !Gallery().GetPictures().GetAt(PositionOf(i))->IsThere()) {
+        if (wasThere[i] && !Gallery().GetPictures().GetAt(PositionOf(i))->IsThere()) {
             Fail(QStringLiteral("not found after the move: ") + PathOf(files[entries[i].file]));
         }
     }
@@ -394,12 +400,6 @@ void CLifeStory::MakeAStranger()
         strangers[path] = QByteArray("mine ") + QByteArray::number(Random(1000));
         WriteFileAtomically(path, strangers[path]);
     }
-}
-
-bool CLifeStory::IsThere(const Entry& entry) const
-{
-    const QString path = PathOf(files[entry.file]);
-    return !path.isEmpty() && QFile::exists(path);
 }
 
 void CLifeStory::Publish()

@@ -70,7 +70,6 @@ private:
     void Check(CGalleryProject& opened, const Entries& expected, const char* when);
     void CheckSite(const QString& site, const Entries& expected);
     std::map<QString, QByteArray> Snapshot(const QString& folder) const;
-    bool IsThere(const Entry& entry) const;
     void Fail(const QString& what);
 
     int Random(int below) { return static_cast<int>(random() % static_cast<uint32_t>(below)); }

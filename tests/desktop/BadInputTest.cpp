@@ -18,8 +18,7 @@ const QString Message = QStringLiteral("Vistorama: please note");
 
 TEST(BadInput, AProjectThatCantBeReadIsToldOfAndLeftAlone)
 {
-    const QByteArray rows[] = {"<project><gallery", "", "no XML at all",
-                               "<project><gallery index=\"x\"/></project>", QByteArray(1000, '\0')};
+    const QByteArray rows[] = {"<project><gallery", "", "no XML at all", QByteArray(1000, '\0')};
     for (const QByteArray& bytes : rows) {
         CDesktopProgram program;
         const QString broken = program.scratch.Write(QStringLiteral("broken.gallery"), bytes);
@@ -81,7 +80,8 @@ TEST(BadInput, ARecentProjectThatIsBrokenLeavesTheCurrentOneOpen)
                           '\n');
     program.Start({});
     program.PressKeys({QStringLiteral("alt+f"), QStringLiteral("Down"), QStringLiteral("Down"),
-                       QStringLiteral("Down"), QStringLiteral("Down"), QStringLiteral("Return")});
+                       QStringLiteral("Down"), QStringLiteral("Down"), QStringLiteral("Down"),
+                       QStringLiteral("Return")});
     ASSERT_TRUE(program.WaitForWindow(Message));
     program.FocusWindow(Message);
     program.PressKeys({QStringLiteral("Return")});

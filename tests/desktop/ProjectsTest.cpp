@@ -90,7 +90,7 @@ TEST(Projects, ARecentProjectIsChosenInTheFileMenu)
     program.Start({});
     // Behind New, Open, Save, Save As.
     program.PressKeys({QStringLiteral("alt+f"), QStringLiteral("Down"), QStringLiteral("Down"),
-                       QStringLiteral("Down"), QStringLiteral("Down")});
+                       QStringLiteral("Down"), QStringLiteral("Down"), QStringLiteral("Down")});
     program.TakePicture(QStringLiteral("file-menu"));
     program.PressKeys({QStringLiteral("Return")});
     ASSERT_TRUE(program.WaitForWindow(QStringLiteral("Vistorama - other")));

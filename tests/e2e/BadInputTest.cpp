@@ -1,3 +1,4 @@
+#include <QDir>
 #include <QFile>
 #include <gtest/gtest.h>
 
@@ -71,11 +72,15 @@ TEST_F(BadInput, AProjectThatIsAFolderIsNamed)
     ExpectFailure(Deploy(program.Path(QStringLiteral("photos"))), program.Path(QStringLiteral("photos")));
 }
 
-TEST_F(BadInput, ANumberThatIsNoneIsNamedWithItsLine)
+TEST_F(BadInput, ANumberThatIsNoneCostsThatValueOnly)
 {
-    const ProgramResult result = Deploy(WriteProjectFile("<project>\n<gallery index=\"first\"/></project>"));
-    ExpectFailure(result, QStringLiteral("'first'"));
-    ExpectFailure(result, QStringLiteral("Line: 2"));
+    program.WriteLayout("<%=content.images_count%>");
+    const QString picture = program.WritePicture(QStringLiteral("a.jpg"));
+    const ProgramResult result = Deploy(
+        WriteProjectFile("<project>\n<gallery index=\"first\"><picture_list><picture angle=\"left\" path=\"" +
+                         picture.toUtf8() + "\"/></picture_list></gallery></project>"));
+    EXPECT_EQ(result.exitCode, 0) << qPrintable(result.errors);
+    EXPECT_EQ(program.scratch.Read(QStringLiteral("site/index.html")), "1");
 }
 
 TEST_F(BadInput, ABrokenDefinitionKeepsAProjectFromOpeningAndIsNamed)
@@ -102,16 +107,21 @@ TEST_F(BadInput, ABrokenDefinitionKeepsAProjectFromOpeningAndIsNamed)
     EXPECT_EQ(Deploy(project).exitCode, 0);
 }
 
-TEST_F(BadInput, MissingLayoutsStylesAndPicturesFollowTheirSilentRules)
+TEST_F(BadInput, MissingLayoutsAndStylesFallBackAndMissingPicturesAreLeftOutOnlyWhenAsked)
 {
     program.WriteLayout("<%=content.images_count%> <%=gallery.layout_name%> <%=gallery.css%>");
     const QString kept = program.WritePicture(QStringLiteral("kept.jpg"));
+    const QString project = WriteProjectFile("<project><gallery index=\"0\"><style template=\"/gone/x.xml\" "
+                                             "template_page=\"x.html\" css=\"/gone/y.xml\"/>"
+                                             "<picture_list><picture path=\"/gone/a.jpg\"/><picture path=\"" +
+                                             kept.toUtf8() + "\"/></picture_list></gallery></project>");
+    ExpectFailure(Deploy(project), QStringLiteral("/gone/a.jpg"));
+    EXPECT_FALSE(FolderExists(program.Path(QStringLiteral("site"))));
     const ProgramResult result =
-        Deploy(WriteProjectFile("<project><gallery index=\"0\"><style template=\"/gone/x.xml\" "
-                                "template_page=\"x.html\" css=\"/gone/y.xml\"/>"
-                                "<picture_list><picture path=\"/gone/a.jpg\"/><picture path=\"" +
-                                kept.toUtf8() + "\"/></picture_list></gallery></project>"));
+        program.Run({QStringLiteral("deploy"), project, program.Path(QStringLiteral("site")),
+                     QStringLiteral("--leave-out-missing")});
     EXPECT_EQ(result.exitCode, 0) << qPrintable(result.errors);
+    EXPECT_TRUE(result.errors.contains(QStringLiteral("/gone/a.jpg"))) << qPrintable(result.errors);
     EXPECT_EQ(program.scratch.Read(QStringLiteral("site/index.html")), "1 Own style.css");
 }
 
@@ -248,6 +258,7 @@ TEST_F(BadInput, APictureThatCannotBeDecodedStopsTheDeploymentWithItsPath)
     for (const auto& row : rows) {
         const QString path =
             program.scratch.Write(QStringLiteral("photos/") + QString::fromLatin1(row.name), row.bytes);
+        QDir(program.Path(QStringLiteral("site"))).removeRecursively();
         const ProgramResult result = Deploy(program.WriteProject({path}));
         ExpectFailure(result, QStringLiteral("Could not save image to '"));
         ExpectFailure(result, QStringLiteral("The picture '%1' could not be read: ").arg(path));

@@ -132,7 +132,7 @@ TEST(Check, ADefinitionThatIsNoLayoutIsNamedWithItsLine)
     const CProgram program;
     const QString broken =
         program.scratch.Write(QStringLiteral("broken.xml"), "<template>\n<page>\n</template>");
-    const QString other = program.scratch.Write(QStringLiteral("other.xml"), "<style/>");
+    const QString other = program.scratch.Write(QStringLiteral("other.xml"), "<picture/>");
     const ProgramResult result =
         program.Run({QStringLiteral("check"), broken, other, program.Path(QStringLiteral("none.xml"))});
     EXPECT_EQ(result.exitCode, 1);

@@ -26,13 +26,15 @@ QJsonArray MissingIn(const CProgram& program, const QString& project)
 TEST(MissingPictures, StopADeploymentAndAreFoundAgain)
 {
     const CProgram program;
+    QDir().mkpath(program.Path(QStringLiteral("photos/trip")));
     const QString picture = program.WritePicture(QStringLiteral("trip/one.jpg"));
     const QString project = program.WriteProject({picture});
     ASSERT_EQ(Deploy(program, project).exitCode, 0);
     EXPECT_EQ(MissingIn(program, project), QJsonArray());
 
-    const QString folder = QFileInfo(picture).path();
-    ASSERT_TRUE(QDir().rename(folder, program.Path(QStringLiteral("elsewhere"))));
+    // Beside the project it would be found without being asked.
+    const CScratchFolder away;
+    ASSERT_TRUE(QDir().rename(QFileInfo(picture).path(), away.Path(QStringLiteral("elsewhere"))));
     const ProgramResult stopped = Deploy(program, project);
     EXPECT_EQ(stopped.exitCode, 1);
     EXPECT_TRUE(stopped.GetFailure()[QStringLiteral("description")].contains(picture))
@@ -47,7 +49,7 @@ TEST(MissingPictures, StopADeploymentAndAreFoundAgain)
     EXPECT_EQ(without.exitCode, 0) << qPrintable(without.errors);
     EXPECT_TRUE(without.errors.contains(picture)) << qPrintable(without.errors);
 
-    const QStringList relink{QStringLiteral("relink"), project, program.Path(QStringLiteral("elsewhere"))};
+    const QStringList relink{QStringLiteral("relink"), project, away.Path(QStringLiteral("elsewhere"))};
     EXPECT_EQ(program.Run(relink).output, QStringLiteral("Found: 1. Still missing: 0.\n"));
     EXPECT_EQ(program.Run(relink).output, QStringLiteral("Found: 0. Still missing: 0.\n"));
     EXPECT_EQ(MissingIn(program, project), QJsonArray());

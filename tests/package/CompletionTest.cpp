@@ -133,7 +133,7 @@ QStringList Words(const char* words)
 TEST_F(CompletionTest, OffersAllCommands)
 {
     const QStringList commands =
-        Words("new deploy info check destination ftp-test ftp-ls ftp-mkdir ftp-rename");
+        Words("new deploy info check relink cache destination ftp-test ftp-ls ftp-mkdir ftp-rename");
     QStringList withOptions = commands + Words("--help --version");
     withOptions.sort();
     EXPECT_EQ(BashOffers(QStringLiteral("vistorama-cli ")), withOptions);
@@ -233,7 +233,8 @@ TEST_F(CompletionTest, ZshOffersCommandsOptionsAndFiles)
         const char* line;
         QStringList offers;
     } rows[] = {
-        {"vistorama-cli ", Words("new deploy info check destination ftp-test ftp-ls ftp-mkdir ftp-rename")},
+        {"vistorama-cli ",
+         Words("new deploy info check relink cache destination ftp-test ftp-ls ftp-mkdir ftp-rename")},
         {"vistorama-cli deploy trip.gallery --", Words("--to --directory --quiet")},
         {"vistorama-cli new x.gallery --", OptionsIn(UsageOf(QStringLiteral("new")))},
         {"vistorama-cli destination ", Words("add list remove")},

@@ -87,13 +87,24 @@ TEST(InstalledProgram, BothProgramsSayTheirUsageWithoutADisplay)
     EXPECT_TRUE(scratch.ListFiles().isEmpty());
 }
 
-// Only a single word is an option: all others are pieces of a path.
+TEST(InstalledProgram, AnOptionThatIsNoneIsTold)
+{
+    const CScratchFolder scratch;
+    const ToolResult result =
+        RunTool(Installed(QStringLiteral("bin/vistorama")), {QStringLiteral("--Help")}, PlainUser(scratch));
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_TRUE(result.errors.startsWith(QStringLiteral("There is no option '--Help'.\nUsage:")))
+        << qPrintable(result.errors);
+    EXPECT_TRUE(scratch.ListFiles().isEmpty());
+}
+
+// Words are pieces of a path.
 TEST(InstalledProgram, ADesktopProgramWithAnythingElseWantsADisplay)
 {
     const CScratchFolder scratch;
-    for (const QStringList& arguments : {QStringList(), QStringList{QStringLiteral("--Help")},
-                                         QStringList{QStringLiteral("--version"), QStringLiteral("--help")},
-                                         QStringList{QStringLiteral("")}}) {
+    for (const QStringList& arguments :
+         {QStringList(), QStringList{QStringLiteral("my"), QStringLiteral("trip")},
+          QStringList{QStringLiteral("")}}) {
         const ToolResult result =
             RunTool(Installed(QStringLiteral("bin/vistorama")), arguments, PlainUser(scratch));
         EXPECT_EQ(result.exitCode, 1);

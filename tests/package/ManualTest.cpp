@@ -82,7 +82,7 @@ TEST(Manual, HasTheCommandsAndOptionsOfTheUsage)
     const QString help = Help(QStringLiteral("vistorama-cli"));
     const QString page = Shown(QStringLiteral("vistorama-cli"));
     const QStringList commands = CommandsIn(help);
-    ASSERT_EQ(commands.size(), 11) << qPrintable(commands.join(' '));
+    ASSERT_EQ(commands.size(), 13) << qPrintable(commands.join(' '));
     EXPECT_EQ(CommandsIn(Section(page, QStringLiteral("SYNOPSIS"))), commands);
     EXPECT_EQ(OptionsIn(page), OptionsIn(help));
     EXPECT_EQ(OptionsIn(Section(page, QStringLiteral("SYNOPSIS"))), OptionsIn(help));

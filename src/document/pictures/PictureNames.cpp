@@ -55,7 +55,7 @@ void CPictureNames::Clear()
 QString NameSuffixFor(const CPictureInfo& record, int attempt)
 {
     if (const auto* child = dynamic_cast<const CGalleryPictureInfo*>(&record)) {
-        return NameSuffixFor(QStringLiteral("gallery %1").arg(child->GetGalleryIndex()), attempt);
+        return NameSuffixFor(QStringLiteral("#%1").arg(child->GetGalleryIndex()), attempt);
     }
     return NameSuffixFor(record.GetPath(), attempt);
 }

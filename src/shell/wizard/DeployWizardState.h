@@ -33,7 +33,7 @@ struct DeployWizardState {
     const DeployWizardServices services;
     CDeployJob job;
     std::optional<DeployError> error; // of the last run
-    DeployDoubts doubts;              // what the job has found for the chosen target
+    DeployDoubts doubts = {};         // what the job has found for the chosen target
 
     CFTPDestinations& Destinations() const { return *services.destinations; }
 };

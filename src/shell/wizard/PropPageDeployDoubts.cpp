@@ -78,6 +78,7 @@ void CPropPageDeployDoubts::OnShown()
          Text(StringId::StrangersFilesQuestion, static_cast<int>(doubts.strangeFiles.size()),
               state.job.settings.folder),
          doubts.strangeFiles);
+    Q_EMIT completeChanged(); // the wizard has asked before
 }
 
 int CPropPageDeployDoubts::nextId() const

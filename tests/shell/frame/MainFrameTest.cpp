@@ -155,7 +155,7 @@ TEST_F(MainFrame, TheToolbarAndTheMenuListTheRecentProjects)
                        .arg(action->data().toInt() - 0xE100);
     }
     EXPECT_EQ(entries.join(QLatin1Char('|')), QStringLiteral("*B 1|m 3|My Vistorama 4|z 2"));
-    EXPECT_EQ(FileMenu().actions().size(), 10);
+    EXPECT_EQ(FileMenu().actions().size(), 11);
     // The entry of "z" in the toolbar.
     toolbarMenu->actions().at(3)->trigger();
     EXPECT_TRUE(QTest::qWaitFor([&] { return frame->windowTitle() == QStringLiteral("Vistorama - z"); }));

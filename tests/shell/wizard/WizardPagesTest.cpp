@@ -22,13 +22,14 @@ TEST_F(DeployWizard, HasThePagesWithTheirTitles)
     } rows[] = {
         {241, "Gallery deployment wizard.", ""},
         {256, "Folder path", "Please select a local folder path here."},
+        {258, "Before publishing", "Nothing has been written yet. Please decide."},
         {107, "Deploying gallery to local disk folder.", ""},
         {237, "FTP connection", "Please configure FTP connection here."},
         {257, "Internet site gallery directory.", "Please select  Internet site gallery directory here."},
         {239, "Deploying gallery to Internet site.", ""},
         {245, "Gallery deployment has finished with errors.", ""},
     };
-    EXPECT_EQ(wizard->pageIds().size(), 7);
+    EXPECT_EQ(wizard->pageIds().size(), 8);
     for (const auto& row : rows) {
         const QWizardPage* page = wizard->page(row.id);
         ASSERT_NE(page, nullptr) << row.id;

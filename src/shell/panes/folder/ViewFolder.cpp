@@ -348,7 +348,7 @@ void CViewFolder::DisplayText(const std::string& page)
 
 void CViewFolder::Load(const std::string& page)
 {
-    htmlView->SetShownFolders({FindTemporaryFolder()});
+    htmlView->SetShownFolders({FindTemporaryFolder(), FindImageCacheFolder()});
     htmlView->LoadHtml(page, shownFolder == folderPath ? CHTMLView::ScrollPlace::Keep
                                                        : CHTMLView::ScrollPlace::Top);
     shownFolder = folderPath;

@@ -150,7 +150,7 @@ void CShownPage::RequireKept(const QString& property, const QString& name) const
 QStringList FoldersOfPages(CGallery& gallery)
 {
     CGalleryManager& manager = gallery.GetManager();
-    QStringList folders = {FindTemporaryFolder(), manager.GetTempFolder().GetPath(),
+    QStringList folders = {FindTemporaryFolder(), FindImageCacheFolder(), manager.GetTempFolder().GetPath(),
                            manager.GetProgramFolder()};
     if (const CGalleryTemplate* layout = gallery.GetLayout().GetTemplate()) {
         folders += layout->GetFolder();

@@ -46,7 +46,8 @@ protected:
         iterator.Reset();
         tree.Bind(iterator, generator);
         iterator.SetPageIndex(0);
-        window.GetView().SetShownFolders({FindTemporaryFolder(), fixture.scratch.Path()});
+        window.GetView().SetShownFolders(
+            {FindTemporaryFolder(), FindImageCacheFolder(), fixture.scratch.Path()});
         MoveMouse(window.GetView(), QPoint(799, 599));
         window.Show(tree.GenerateToString(iterator, generator));
     }

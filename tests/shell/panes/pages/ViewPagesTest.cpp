@@ -475,7 +475,7 @@ TEST(ViewPages, ABarSaysHowManyPicturesAreNotThereAndLeadsToTheFirst)
         auto* const picture = dynamic_cast<CFilePictureInfo*>(
             window.GetProject().FindGallery(gallery)->GetPictures().GetAt(position));
         ASSERT_NE(picture, nullptr);
-        picture->SetIsThere(false);
+        picture->SetState({});
     };
     const auto says = [&] {
         return bar->findChild<QLabel*>()->text();
