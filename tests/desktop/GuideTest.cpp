@@ -158,6 +158,33 @@ TEST_F(Guide, AnEarlierVersionIsOpenedFromTheMenu)
     EXPECT_EQ(SavedProject(project).galleries.size(), 4u);
 }
 
+TEST_F(Guide, MissingPicturesAreCardsAndAreFoundInAFolder)
+{
+    const QString folder = project.section(QLatin1Char('/'), 0, -2);
+    const QString elsewhere = QDir::cleanPath(folder + QStringLiteral("/../Elsewhere"));
+    ASSERT_TRUE(QDir().mkpath(elsewhere));
+    ASSERT_TRUE(
+        QDir().rename(folder + QStringLiteral("/By the Water"), elsewhere + QStringLiteral("/By the Water")));
+    const QString aCard =
+        QStringLiteral("[...document.images].some(i => i.src.startsWith('data:image/svg'))");
+    program.Start({project});
+    ASSERT_TRUE(program.WaitInPage(aCard));
+    TakePicture("missing-pictures");
+    UseMenu("s", {QStringLiteral("m")});
+    WaitForDialog("Select picture folder...");
+    program.PressKeys({QStringLiteral("ctrl+a")});
+    program.TypeText(elsewhere);
+    program.PressKeys({QStringLiteral("Return")});
+    WaitForDialog("Find missing pictures");
+    TakePicture("found-pictures", "Find missing pictures");
+    program.PressKeys({QStringLiteral("Return")});
+    ASSERT_TRUE(program.WaitInPage(QLatin1Char('!') + aCard));
+    WaitForPictures();
+    EXPECT_EQ(program.Terminate(), 0);
+    EXPECT_TRUE(SavedProject(project).text.contains(elsewhere + QStringLiteral("/By the Water/")));
+    EXPECT_FALSE(SavedProject(project).text.contains(folder + QStringLiteral("/By the Water/")));
+}
+
 TEST_F(Guide, LayoutAndStyleAreChosenInTheMenu)
 {
     StartWithSample();

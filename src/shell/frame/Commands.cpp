@@ -51,6 +51,8 @@ const std::vector<CommandRow>& GetCommandTable()
         {CommandId::Ads, "Ads", "ads", StringId::AdsCommand, StringId::AdsTip, ""},
         {CommandId::OpenFolder, "OpenFolder", "open-folder", StringId::OpenFolderCommand,
          StringId::OpenFolderTip, ""},
+        {CommandId::FindMissing, "FindMissing", "open-folder", StringId::FindMissingCommand,
+         StringId::FindMissingTip, ""},
         {CommandId::About, "About", "about", StringId::AboutCommand, StringId::AboutTip, ""},
         {CommandId::Print, "Print", "print", StringId::PrintCommand, StringId::PrintTip, "Ctrl+P"},
         {CommandId::Undo, "Undo", "undo", StringId::UndoCommand, StringId::UndoTip, "Ctrl+Z; Alt+Backspace"},

@@ -33,6 +33,7 @@ enum class CommandId : int {
     LayoutMenu = 32786,
     StyleMenu = 32788,
     OpenFolder = 32789,
+    FindMissing = 32801,
     ImageWatermark = 32792,
     ImageSignature = 32794,
     Ads = 32797,

@@ -55,7 +55,8 @@ FrameMenus::FrameMenus(QMenuBar& menuBar, const CCommandActions& actions, QMenu&
     menuBar.addMenu(Text(StringId::EffectsMenu))
         ->addActions({actions.Get(CommandId::ImageWatermark), actions.Get(CommandId::ImageSignature),
                       actions.Get(CommandId::Ads)});
-    menuBar.addMenu(Text(StringId::SourceMenu))->addAction(actions.Get(CommandId::OpenFolder));
+    menuBar.addMenu(Text(StringId::SourceMenu))
+        ->addActions({actions.Get(CommandId::OpenFolder), actions.Get(CommandId::FindMissing)});
     menuBar.addMenu(Text(StringId::HelpMenu))->addAction(actions.Get(CommandId::About));
 }
 

@@ -14,6 +14,7 @@
 #include "shell/frame/FrameMenus.h"
 #include "shell/frame/FramePanes.h"
 #include "shell/frame/GalleryCommands.h"
+#include "shell/frame/MissingPictures.h"
 #include "shell/frame/StandardCommands.h"
 #include "shell/look/Icons.h"
 #include "shell/panes/folder/ViewFolder.h"
@@ -72,14 +73,17 @@ void CMainFrame::CreateViews()
     const CViewNotification notify = [this](ViewId view, UpdateHint hint, const UpdateParameter& parameter) {
         OnViewChanged(view, hint, parameter);
     };
-    pagesView = new CViewPages({.notify = notify,
-                                .browser = browser,
-                                .deploy = [this](CGalleryProject&) { Deploy(); },
-                                .addFromFolder =
-                                    [this](int32_t index, const QString& path) {
-                                        folderView->AddPictureAt(index, path);
-                                    }},
-                               this);
+    pagesView = new CViewPages(
+        {.notify = notify,
+         .browser = browser,
+         .deploy = [this](CGalleryProject&) { Deploy(); },
+         .addFromFolder = [this](int32_t index,
+                                 const QString& path) { folderView->AddPictureAt(index, path); },
+         .findMissing =
+             [this] {
+                 Try([this] { FindMissing(); });
+             }},
+        this);
     folderView = new CViewFolder({.notify = notify, .browser = browser}, this);
     galleriesView = new CViewGalleries(
         {.addDropped = [this](const QStringList& paths, int32_t gallery) { AddDropped(paths, gallery); },
@@ -249,6 +253,8 @@ void CMainFrame::OnNamedCommand(CommandId command)
         return OnEffectCommand(command);
     case CommandId::OpenFolder:
         return folderView->ChooseFolder();
+    case CommandId::FindMissing:
+        return FindMissing();
     case CommandId::About:
         CDlgAbout(this).exec();
         return;
@@ -267,6 +273,31 @@ void CMainFrame::OnNamedCommand(CommandId command)
     case CommandId::StyleMenu:
         return; // they only open their menus
     }
+}
+
+void CMainFrame::FindMissing()
+{
+    project.LookForFiles();
+    const int32_t found = FindMissingPictures(project, this);
+    if (found > 0) {
+        statusBar()->showMessage(Text(StringId::PicturesFoundAgain, found));
+        projects.GetKeeper().MarkChanged();
+    }
+    UpdateViews(UpdateHint::ProjectReplaced);
+}
+
+// Files come, go and change while the person is in other windows.
+void CMainFrame::changeEvent(QEvent* event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() != QEvent::ActivationChange || !isActiveWindow() || !project.IsLoaded() ||
+        QApplication::activeModalWidget() != nullptr) {
+        return;
+    }
+    if (project.LookForFiles()) {
+        galleriesView->UpdateView(UpdateHint::ProjectReplaced, project);
+    }
+    pagesView->LookAtFiles(project);
 }
 
 void CMainFrame::OnEffectCommand(CommandId command)

@@ -53,6 +53,7 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     void CreateViews();
@@ -61,6 +62,7 @@ private:
     void CreateMenus();
     void OnViewChanged(ViewId view, UpdateHint hint, const UpdateParameter& parameter);
     void OnNamedCommand(CommandId command);
+    void FindMissing();
     void OnEffectCommand(CommandId command);
     void ShowProject();
     void UpdateTitle();

@@ -88,7 +88,7 @@ TEST(FrameMenus, HoldTheCommandsInTheirOrder)
                   QStringLiteral("&Gallery: &Deploy... 32780|&Layout 32786|&Style 32788"),
                   QStringLiteral("&Effects: &Image watermark... 32792|&Image signature... 32794|&Ads... "
                                  "32797"),
-                  QStringLiteral("&Source: &Open folder... 32789"),
+                  QStringLiteral("&Source: &Open folder... 32789|Find &missing pictures... 32801"),
                   QStringLiteral("&Help: &About Vistorama... 57664"),
               }));
 }

@@ -7,8 +7,7 @@
 #include "resources/StringTable.h"
 #include "shell/look/DialogParts.h"
 
-CAbsentBar::CAbsentBar(const std::function<void()>& show, QWidget* parent)
-    : QFrame(parent), text(new QLabel(this))
+CAbsentBar::CAbsentBar(const Actions& actions, QWidget* parent) : QFrame(parent), text(new QLabel(this))
 {
     setObjectName(QStringLiteral("AbsentBar"));
     setFrameShape(QFrame::StyledPanel);
@@ -18,13 +17,17 @@ CAbsentBar::CAbsentBar(const std::function<void()>& show, QWidget* parent)
     text->setTextFormat(Qt::PlainText);
     text->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     text->setToolTip(Text(StringId::PicturesAreNotThereTip));
-    QPushButton* const button = MakeButton(Text(StringId::ShowMissingPicture), "showAbsent", this);
-    button->setToolTip(Text(StringId::ShowMissingPictureTip));
-    connect(button, &QPushButton::clicked, this, [show] { show(); });
+    QPushButton* const find = MakeButton(Text(StringId::FindMissingFolder), "findAbsent", this);
+    find->setToolTip(Text(StringId::FindMissingTip));
+    connect(find, &QPushButton::clicked, this, [actions] { actions.find(); });
+    QPushButton* const show = MakeButton(Text(StringId::ShowMissingPicture), "showAbsent", this);
+    show->setToolTip(Text(StringId::ShowMissingPictureTip));
+    connect(show, &QPushButton::clicked, this, [actions] { actions.show(); });
     auto* const line = new QHBoxLayout(this);
     line->setContentsMargins(8, 3, 4, 3);
     line->addWidget(text, 1);
-    line->addWidget(button);
+    line->addWidget(find);
+    line->addWidget(show);
     hide();
 }
 

@@ -76,7 +76,12 @@ CViewPages::CViewPages(const Services& services, QWidget* parent)
                }},
           this)),
       htmlView(new CHTMLView(services.browser, this)),
-      absentBar(new CAbsentBar([this] { notifier.Send(UpdateHint::AbsentPictureWanted); }, this)),
+      absentBar(new CAbsentBar({.find = services.findMissing,
+                                .show =
+                                    [this] {
+                                        notifier.Send(UpdateHint::AbsentPictureWanted);
+                                    }},
+                               this)),
       dragging(*htmlView,
                {.findPicture = [this](const QString& id) { return shownPage.FindPictureIndex(id); },
                 .getPath = [this](int32_t position) { return shownPage.GetPicturePath(position); },
@@ -401,8 +406,23 @@ void CViewPages::ShowCurrentPage(CGalleryProject& project)
     Show(page, PageOf(*gallery)); // asked after the generation, which may go back by a page
 }
 
+// The names of the images in a page tell the states of their files.
+void CViewPages::LookAtFiles(CGalleryProject& project)
+{
+    CGallery* const gallery = project.GetCurrentGallery();
+    absentBar->SetCount(static_cast<int>(FindAbsentPictures(project).size()));
+    if (!gallery || !shownPage.HasNames()) {
+        return;
+    }
+    const std::string page = shownPage.Generate(*gallery);
+    if (page != shownBytes) {
+        Show(page, PageOf(*gallery));
+    }
+}
+
 void CViewPages::Show(const std::string& page, const QString& name)
 {
+    shownBytes = page;
     const bool stays = !name.isEmpty() && name == shownName;
     shownName = name;
     Trace(QStringLiteral("Before_load_HTML"));

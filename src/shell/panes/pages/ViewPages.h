@@ -29,6 +29,8 @@ public:
         std::function<void(CGalleryProject& project)> deploy; // opens the deployment wizard
         // Adds the picture of that path, which was at that place of the folder view.
         std::function<void(int32_t index, const QString& path)> addFromFolder = {};
+        std::function<void()> findMissing = [] {
+        }; // lets the person look for pictures that are not there
     };
     explicit CViewPages(const Services& services, QWidget* parent = nullptr);
     ~CViewPages() override;
@@ -45,6 +47,8 @@ public:
     void UpdateProject(UpdateHint hint, const UpdateParameter& parameter, CGalleryProject& project) override;
     // A layout that can't be read is shown as an error page in place of the page.
     void UpdateView(UpdateHint hint, CGalleryProject& project) override;
+    // Shows the page anew if files of its pictures have changed, come or gone.
+    void LookAtFiles(CGalleryProject& project);
 
     void ChangeVisibility(const QString& element) override;
     void RotateImageRight(const QString& id) override;
@@ -94,4 +98,5 @@ private:
     CPageDragging dragging;
     CShownPage shownPage;
     QString shownName; // gallery, layout, page and number
+    std::string shownBytes;
 };

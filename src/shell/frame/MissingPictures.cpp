@@ -1,0 +1,88 @@
+#include "shell/frame/MissingPictures.h"
+
+#include <atomic>
+#include <thread>
+
+#include <QMessageBox>
+#include <QProgressDialog>
+#include <QTimer>
+
+#include "common/StopSignal.h"
+#include "document/project/GalleryProject.h"
+#include "resources/StringTable.h"
+#include "shell/dialogs/DlgFoundPictures.h"
+#include "shell/dialogs/FileDialogs.h"
+
+namespace {
+
+constexpr int lookInterval = 50; // milliseconds
+
+// What is found below the folder, until the search is through or stopped.
+std::vector<FileMove> Search(const CAbsentFileSearch& search, const QString& folder, QWidget* parent)
+{
+    QProgressDialog waiting(Text(StringId::SearchingFolder, folder), Text(StringId::StopSearch), 0, 0,
+                            parent);
+    waiting.setObjectName(QStringLiteral("Searching"));
+    waiting.setWindowTitle(Text(StringId::ProgramName));
+    waiting.setWindowModality(Qt::WindowModal);
+    CStopSignal stop;
+    std::atomic<bool> isDone = false;
+    std::vector<FileMove> moves;
+    std::thread worker([&] {
+        moves = search.Find(folder, stop);
+        isDone = true;
+    });
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, &waiting, [&] {
+        if (isDone) {
+            waiting.accept();
+        }
+    });
+    look.start(lookInterval);
+    waiting.exec();
+    stop.Set();
+    worker.join();
+    return moves;
+}
+
+void TellNothing(const QString& folder, size_t absent, QWidget* parent)
+{
+    QMessageBox box(QMessageBox::Information, Text(StringId::FindMissingTitle),
+                    absent == 0 ? Text(StringId::NothingIsMissing) : Text(StringId::NoneFoundBelow, folder),
+                    QMessageBox::Ok, parent);
+    box.exec();
+}
+
+} // namespace
+
+int32_t FindMissingPictures(CGalleryProject& project, QWidget* parent)
+{
+    const std::vector<AbsentFile> absent = project.GetAbsentFiles();
+    if (absent.empty()) {
+        TellNothing(QString(), 0, parent);
+        return 0;
+    }
+    const QString folder = AskForPictureFolder(project.GetRecentFolder(), parent);
+    if (folder.isEmpty()) {
+        return 0;
+    }
+    const std::vector<FileMove> moves =
+        Search(CAbsentFileSearch(absent, project.GetPresentFiles()), folder, parent);
+    if (moves.empty()) {
+        TellNothing(folder, absent.size(), parent);
+        return 0;
+    }
+    std::vector<CDlgFoundPictures::Match> matches;
+    for (const FileMove& move : moves) {
+        matches.push_back({move.oldPath, move.newPath, move.hasExactSize});
+    }
+    CDlgFoundPictures dialog(matches, static_cast<int>(absent.size()), parent);
+    if (dialog.exec() != QDialog::Accepted) {
+        return 0;
+    }
+    std::vector<FileMove> agreed;
+    for (const size_t place : dialog.GetChosen()) {
+        agreed.push_back(moves[place]);
+    }
+    return project.Relocate(agreed);
+}
