@@ -185,6 +185,25 @@ TEST_F(Guide, MissingPicturesAreCardsAndAreFoundInAFolder)
     EXPECT_FALSE(SavedProject(project).text.contains(folder + QStringLiteral("/By the Water/")));
 }
 
+TEST_F(Guide, APictureIsFoundByItsButton)
+{
+    const QString old = project.section(QLatin1Char('/'), 0, -2) + QStringLiteral("/October.jpg");
+    const QString found = program.Path(QStringLiteral("Autumn.jpg"));
+    ASSERT_TRUE(QFile::rename(old, found));
+    program.Start({project});
+    const QString card = QStringLiteral("document.querySelector('img[data-absent]')");
+    ASSERT_TRUE(program.WaitInPage(card + QStringLiteral(" != null")));
+    program.PressStripButton(card, QStringLiteral("Find..."));
+    WaitForDialog("Find October.jpg");
+    program.TypeText(found);
+    program.PressKeys({QStringLiteral("Return")});
+    ASSERT_TRUE(program.WaitForWindowGone(QStringLiteral("Find October.jpg")));
+    ASSERT_TRUE(program.WaitInPage(card + QStringLiteral(" == null")));
+    EXPECT_EQ(program.Terminate(), 0);
+    EXPECT_TRUE(SavedProject(project).text.contains(found));
+    EXPECT_FALSE(SavedProject(project).text.contains(old));
+}
+
 TEST_F(Guide, LayoutAndStyleAreChosenInTheMenu)
 {
     StartWithSample();

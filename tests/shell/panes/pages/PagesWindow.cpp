@@ -69,9 +69,10 @@ CPagesWindow::CPagesWindow(int pictures)
                                      }
                                  },
                              .browser = {},
-                             .deploy =
-                                 [this](CGalleryProject&) {
-                                     ++deployments;
+                             .deploy = [this](CGalleryProject&) { ++deployments; },
+                             .findPicture =
+                                 [this](const QString& path) {
+                                     sought += path;
                                  }});
     view->AddConsumer(listener);
     GetPage().SetShownCallback([this] { ++shownCount; });

@@ -42,6 +42,7 @@ public:
     CListener listener;
     std::vector<UpdateHint> notifications;
     int deployments = 0;
+    QStringList sought; // paths of pictures that are to be found
 
 private:
     std::unique_ptr<CViewPages> view;

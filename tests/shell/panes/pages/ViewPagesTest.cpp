@@ -437,7 +437,7 @@ TEST(ViewPages, APictureWithoutItsFileLeavesTheOthersOnThePage)
 }
 
 // A disk that isn't connected, say.
-TEST(ViewPages, APictureThatIsNotThereIsACardThatCanOnlyBeMovedAndTakenOut)
+TEST(ViewPages, APictureThatIsNotThereIsACardThatCanOnlyBeFoundMovedAndTakenOut)
 {
     CPagesWindow window(3);
     const QString path = window.GetGallery().GetPictures().GetAt(1)->GetPath();
@@ -454,12 +454,14 @@ TEST(ViewPages, APictureThatIsNotThereIsACardThatCanOnlyBeMovedAndTakenOut)
                        .arg(QLatin1String(id)))
             .toString();
     };
-    EXPECT_EQ(tips("photo2"), QStringLiteral("|Move up|Move down|Delete"));
+    EXPECT_EQ(tips("photo2"), QStringLiteral("|Find...|Move up|Move down|Delete"));
     EXPECT_EQ(tips("photo1"),
               QStringLiteral("|Move up|Move down|Delete|Rotate clockwise|Rotate counter-clockwise"));
     EXPECT_EQ(
         Ask(window.GetPage(), QStringLiteral("document.querySelectorAll('.preview-missing').length")).toInt(),
         0);
+    CallByKey(window.GetPage(), QStringLiteral("external.FindImage('photo2')"));
+    EXPECT_TRUE(WaitUntil([&] { return window.sought == QStringList(path); }));
     Send(window, "external.DeleteImage('photo2')");
     EXPECT_EQ(window.GetOrder(), QStringLiteral("ac"));
 }
