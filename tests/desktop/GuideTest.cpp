@@ -158,6 +158,18 @@ TEST_F(Guide, AnEarlierVersionIsOpenedFromTheMenu)
     EXPECT_EQ(SavedProject(project).galleries.size(), 4u);
 }
 
+TEST_F(Guide, AProjectThatIsMovedWithItsPicturesFindsThemAgain)
+{
+    const QString folder = project.section(QLatin1Char('/'), 0, -2);
+    const QString moved = QDir::cleanPath(folder + QStringLiteral("/../Moved"));
+    ASSERT_TRUE(QDir().rename(folder, moved));
+    program.Start({moved + project.mid(folder.size())});
+    WaitForPictures();
+    EXPECT_FALSE(
+        program.InPage(QStringLiteral("document.querySelector('img[data-absent]') != null")).toBool());
+    EXPECT_EQ(program.Terminate(), 0);
+}
+
 TEST_F(Guide, MissingPicturesAreCardsAndAreFoundInAFolder)
 {
     const QString folder = project.section(QLatin1Char('/'), 0, -2);
