@@ -70,6 +70,7 @@ CPagesWindow::CPagesWindow(int pictures)
                                  },
                              .browser = {},
                              .deploy = [this](CGalleryProject&) { ++deployments; },
+                             .findMissing = [this] { ++searches; },
                              .findPicture =
                                  [this](const QString& path) {
                                      sought += path;

@@ -492,7 +492,9 @@ TEST(ViewPages, ABarSaysHowManyPicturesAreNotThereAndLeadsToTheFirst)
     window.GetProject().SetCurrentGallery(child);
     window.Do(UpdateHint::GalleryChosen);
     EXPECT_EQ(says(), QStringLiteral("2 pictures are not there."));
-    bar->findChild<QPushButton*>()->click();
+    bar->findChild<QPushButton*>(QStringLiteral("findAbsent"))->click();
+    EXPECT_EQ(window.searches, 1);
+    bar->findChild<QPushButton*>(QStringLiteral("showAbsent"))->click();
     EXPECT_TRUE(WaitForPage(window.GetPage(),
                             QStringLiteral("document.querySelectorAll('img[data-absent]').length == 1")));
     EXPECT_EQ(window.GetProject().GetCurrentGalleryIndex(), 0);
