@@ -1,9 +1,7 @@
 #include "cli/Answers.h"
 #include "cli/CommandArguments.h"
 #include "cli/Commands.h"
-#include "common/Platform.h"
 #include "content/ImageCache.h"
-#include "document/cover/CoverCache.h"
 #include "resources/StringTable.h"
 
 int RunCache(const QStringList& arguments)
@@ -15,14 +13,11 @@ int RunCache(const QStringList& arguments)
     if (parsed.Has(size) == parsed.Has(clear)) {
         throw CWrongUse(Text(StringId::CacheNeedsAction));
     }
-    const CImageCache images;
-    CCoverCache covers({.folder = FindCoversFolder()});
     if (parsed.Has(clear)) {
-        images.Clear();
-        covers.Clear();
+        ClearCaches();
     } else {
         // A number of bytes for scripts.
-        PrintOut(QString::number(images.GetSize() + covers.GetSize()) + QLatin1Char('\n'));
+        PrintOut(QString::number(GetSizeOfCaches()) + QLatin1Char('\n'));
     }
     return ExitDone;
 }

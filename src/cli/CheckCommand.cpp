@@ -130,6 +130,16 @@ public:
         : definition(definition), printer(printer)
     {}
 
+    // unnamed: what to say if the definition names none.
+    bool Check(const NamedFile& file, const QString& name, StringId unnamed)
+    {
+        if (name.isEmpty()) {
+            printer.Print({definition, 1, Text(unnamed)});
+            return false;
+        }
+        return Check(file, name);
+    }
+
     bool Check(const NamedFile& file, const QString& name)
     {
         if (file.state == NamedFile::State::Found) {
@@ -179,7 +189,8 @@ bool CheckStyle(const QString& definition, CFindingsPrinter& printer)
 {
     const CGalleryStyle style(QDir(definition).absolutePath());
     CNameCheck names(definition, printer);
-    return names.Check(style.namedFolder, style.folder) && names.Check(style.sheet, style.css);
+    return names.Check(style.namedFolder, style.folder, StringId::StyleNamesNoFolder) &&
+           names.Check(style.sheet, style.css, StringId::StyleNamesNoSheet);
 }
 
 bool IsStyle(const QString& definition)

@@ -40,6 +40,59 @@ std::set<TagAndName> NamedChildrenOf(const pugi::xml_node& element)
     return children;
 }
 
+void AppendUnknown(const pugi::xml_node& from, const XmlNames& known, pugi::xml_node& to)
+{
+    for (const pugi::xml_attribute attribute : from.attributes()) {
+        if (!Holds(known.attributes, attribute.name())) {
+            to.append_copy(attribute);
+        }
+    }
+    for (const pugi::xml_node child : from.children()) {
+        if (child.type() == pugi::node_element && !Holds(known.elements, child.name())) {
+            to.append_copy(child);
+        }
+    }
+}
+
+// What the element has already stays.
+void AppendMissing(const pugi::xml_node& from, pugi::xml_node& to)
+{
+    for (const pugi::xml_attribute attribute : from.attributes()) {
+        if (!to.attribute(attribute.name())) {
+            to.append_copy(attribute);
+        }
+    }
+    const std::set<TagAndName> written = NamedChildrenOf(to);
+    for (const pugi::xml_node child : from.children()) {
+        if (written.count(TagAndNameOf(child)) == 0) {
+            to.append_copy(child);
+        }
+    }
+}
+
+bool HasKeysOf(const pugi::xml_node& element, const pugi::xml_node& part, int count)
+{
+    for (pugi::xml_attribute key = part.first_attribute(); count > 0; key = key.next_attribute(), --count) {
+        if (std::string_view(element.attribute(key.name()).value()) != key.value()) {
+            return false;
+        }
+    }
+    return true;
+}
+
+const char* const KeyCount = "keys";
+
+// The keys that a child has already are left out with all that it has.
+void WritePart(const pugi::xml_node& part, pugi::xml_node& parent)
+{
+    const pugi::xml_node unknown = part.first_child();
+    for (pugi::xml_node child : parent.children(unknown.name())) {
+        if (HasKeysOf(child, unknown, part.attribute(KeyCount).as_int())) {
+            AppendMissing(unknown, child);
+        }
+    }
+}
+
 } // namespace
 
 CXmlRest::CXmlRest(const CXmlElement& element, const XmlNames& known)
@@ -47,19 +100,14 @@ CXmlRest::CXmlRest(const CXmlElement& element, const XmlNames& known)
     const pugi::xml_node node(element.node);
     pugi::xml_document kept;
     pugi::xml_node start = kept.append_child("k");
-    for (const pugi::xml_attribute attribute : node.attributes()) {
-        if (!Holds(known.attributes, attribute.name())) {
-            start.append_copy(attribute);
-        }
+    AppendUnknown(node, known, start);
+    for (pugi::xml_node child = start.first_child(); child; child = start.first_child()) {
+        elements += BytesOf(child);
+        start.remove_child(child);
     }
     if (start.first_attribute()) {
         const QByteArray tag = BytesOf(start); // <k a="1"/>
         attributes = tag.mid(2, tag.lastIndexOf("/>") - 2);
-    }
-    for (const pugi::xml_node child : node.children()) {
-        if (child.type() == pugi::node_element && !Holds(known.elements, child.name())) {
-            elements += BytesOf(child);
-        }
     }
 }
 
@@ -68,24 +116,41 @@ void CXmlRest::Keep(const CXmlElement& child)
     elements += BytesOf(pugi::xml_node(child.node));
 }
 
-void CXmlRest::WriteTo(CXmlElement& element) const
+void CXmlRest::KeepPart(const CXmlElement& child, const XmlNames& known,
+                        const std::vector<std::string_view>& keys)
 {
-    if (IsEmpty()) {
+    const pugi::xml_node node(child.node);
+    pugi::xml_document kept;
+    pugi::xml_node part = kept.append_child(node.name());
+    AppendUnknown(node, known, part);
+    if (!part.first_attribute() && !part.first_child()) {
         return;
     }
-    pugi::xml_node node(element.node);
-    pugi::xml_document kept;
-    const QByteArray bytes = "<k" + attributes + ">" + elements + "</k>";
-    kept.load_buffer(bytes.constData(), static_cast<size_t>(bytes.size()));
-    for (const pugi::xml_attribute attribute : kept.document_element().attributes()) {
-        if (!node.attribute(attribute.name())) {
-            node.append_copy(attribute);
+    int count = 0;
+    for (auto key = keys.rbegin(); key != keys.rend(); ++key) {
+        if (const pugi::xml_attribute attribute = node.attribute(std::string(*key).c_str())) {
+            part.prepend_copy(attribute);
+            ++count;
         }
     }
-    const std::set<TagAndName> written = NamedChildrenOf(node);
-    for (const pugi::xml_node child : kept.document_element().children()) {
-        if (written.count(TagAndNameOf(child)) == 0) {
-            node.append_copy(child);
+    parts += "<part " + QByteArray(KeyCount) + "=\"" + QByteArray::number(count) + "\">" + BytesOf(part) +
+             "</part>";
+}
+
+void CXmlRest::WriteTo(CXmlElement& element) const
+{
+    pugi::xml_node node(element.node);
+    pugi::xml_document kept;
+    if (!IsEmpty()) {
+        const QByteArray bytes = "<k" + attributes + ">" + elements + "</k>";
+        kept.load_buffer(bytes.constData(), static_cast<size_t>(bytes.size()));
+        AppendMissing(kept.document_element(), node);
+    }
+    if (!parts.isEmpty()) {
+        const QByteArray bytes = "<k>" + parts + "</k>";
+        kept.load_buffer(bytes.constData(), static_cast<size_t>(bytes.size()));
+        for (const pugi::xml_node part : kept.document_element().children()) {
+            WritePart(part, node);
         }
     }
 }

@@ -25,14 +25,21 @@ public:
     // Keeps a child element as well whose name is known but not what it says.
     void Keep(const CXmlElement& child);
 
+    // Keeps what isn't known of a child element that is known, for the children of its tag that are written
+    // with the same values of the attributes "keys". Gone if none is.
+    void KeepPart(const CXmlElement& child, const XmlNames& known, const std::vector<std::string_view>& keys);
+
     // To be called after what is known was written: an attribute that is there already, and a child whose tag
     // and attribute "name" are there already, are left out.
     void WriteTo(CXmlElement& element) const;
 
+    // Parts need no element to be written for them.
     bool IsEmpty() const { return attributes.isEmpty() && elements.isEmpty(); }
     bool operator==(const CXmlRest&) const = default;
 
 private:
     QByteArray attributes; // as in a start tag
     QByteArray elements;
+    QByteArray
+        parts; // each with its attribute "keys": how many attributes it begins with that have to be equal
 };

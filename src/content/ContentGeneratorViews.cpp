@@ -47,7 +47,12 @@ const std::vector<CPictureMenu::Row>& PictureRows()
 // There is nothing to turn.
 const std::vector<CPictureMenu::Row>& AbsentPictureRows()
 {
-    static const std::vector<CPictureMenu::Row> rows(PictureRows().begin(), PictureRows().begin() + 3);
+    static const std::vector<CPictureMenu::Row> rows = {
+        {310, 311, StringId::FindPicture},
+        {278, 295, StringId::MoveUp},
+        {281, 288, StringId::MoveDown},
+        {280, 287, StringId::Delete},
+    };
     return rows;
 }
 

@@ -16,6 +16,7 @@
 #include "common/FileIdentity.h"
 #include "common/FileSystem.h"
 #include "common/Platform.h"
+#include "document/cover/CoverCache.h"
 #include "effects/FileNames.h"
 #include "effects/ImageEffect.h"
 
@@ -122,4 +123,15 @@ void RemoveFormerImageFolders(const QString& temporaryFolder)
             RemoveDirectoryTree(JoinPath(temporaryFolder, entry.name));
         }
     }
+}
+
+int64_t GetSizeOfCaches()
+{
+    return CImageCache().GetSize() + CCoverCache({.folder = FindCoversFolder()}).GetSize();
+}
+
+void ClearCaches()
+{
+    CImageCache().Clear();
+    CCoverCache({.folder = FindCoversFolder()}).Clear();
 }

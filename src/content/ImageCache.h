@@ -39,6 +39,11 @@ private:
     const Options options;
 };
 
+// Of all that the views keep on the disk, the covers of galleries included: bytes, and to remove it. Throws
+// nothing: a file that can't be removed stays.
+int64_t GetSizeOfCaches();
+void ClearCaches();
+
 // Removes the folders "NAME_imgs" below the user's temporary folder, in which earlier versions have kept the
 // images of the views.
 void RemoveFormerImageFolders(const QString& temporaryFolder);

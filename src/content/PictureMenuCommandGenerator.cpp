@@ -36,6 +36,8 @@ QString PreviewMethod(int32_t command)
         return QStringLiteral("RotateImageRight");
     case 286:
         return QStringLiteral("RotateImageLeft");
+    case 310:
+        return QStringLiteral("FindImage");
     default:
         return QString();
     }

@@ -93,3 +93,17 @@ TEST(XmlNumbers, ANumberThatIsNoneIsNothing)
         EXPECT_EQ(FindAttributeLong(root, name), std::nullopt) << name;
     }
 }
+
+TEST(XmlRest, APartGoesToTheChildrenOfItsTagAndKeys)
+{
+    const CScratchFolder scratch;
+    const auto document = Loaded(
+        scratch,
+        R"(<e><known name="n" a="9" odd="&lt;1&gt;"><x/></known><known name="m" odd="2"/><known name="n"/></e>)");
+    CXmlRest rest(document->GetRoot(), Known);
+    for (const CXmlElement& child : document->GetRoot().GetChildren("known")) {
+        rest.KeepPart(child, {{"name", "a"}, {}}, {"name", "b"});
+    }
+    EXPECT_TRUE(rest.IsEmpty());
+    EXPECT_EQ(Written(rest).toStdString(), R"(<e a="1"><known name="n" odd="&lt;1&gt;"><x/></known></e>)");
+}

@@ -119,6 +119,20 @@ TEST_F(ViewGenerators, APictureOfAPageHasSixImagesBeforeItsLink)
         << html;
 }
 
+TEST_F(ViewGenerators, APictureThatIsNotThereCanBeFoundButNotTurned)
+{
+    fixture.GetRoot().AddPicture(fixture.WritePicture(QStringLiteral("a.jpg")));
+    ASSERT_TRUE(QFile::remove(fixture.scratch.Path(QStringLiteral("photos/a.jpg"))));
+    CContentGeneratorPreview generator(strips);
+    const std::string html =
+        Picture(generator, {.id = "photo1", .href = "p.html", .height = "15", .width = "20"});
+    EXPECT_EQ(Count(html, "<img id=\"photo1_menu\""), 5u);
+    EXPECT_NE(html.find("onclick=\"window.external.FindImage('photo1');\"  alt=\"Find...\" "),
+              std::string::npos)
+        << html;
+    EXPECT_EQ(Count(html, "Rotate"), 0u) << html;
+}
+
 TEST_F(ViewGenerators, ATextSpanHasOneButton)
 {
     CContentGeneratorPreview generator(strips);

@@ -158,6 +158,18 @@ TEST_F(Guide, AnEarlierVersionIsOpenedFromTheMenu)
     EXPECT_EQ(SavedProject(project).galleries.size(), 4u);
 }
 
+TEST_F(Guide, AProjectThatIsMovedWithItsPicturesFindsThemAgain)
+{
+    const QString folder = project.section(QLatin1Char('/'), 0, -2);
+    const QString moved = QDir::cleanPath(folder + QStringLiteral("/../Moved"));
+    ASSERT_TRUE(QDir().rename(folder, moved));
+    program.Start({moved + project.mid(folder.size())});
+    WaitForPictures();
+    EXPECT_FALSE(
+        program.InPage(QStringLiteral("document.querySelector('img[data-absent]') != null")).toBool());
+    EXPECT_EQ(program.Terminate(), 0);
+}
+
 TEST_F(Guide, MissingPicturesAreCardsAndAreFoundInAFolder)
 {
     const QString folder = project.section(QLatin1Char('/'), 0, -2);
@@ -183,6 +195,25 @@ TEST_F(Guide, MissingPicturesAreCardsAndAreFoundInAFolder)
     EXPECT_EQ(program.Terminate(), 0);
     EXPECT_TRUE(SavedProject(project).text.contains(elsewhere + QStringLiteral("/By the Water/")));
     EXPECT_FALSE(SavedProject(project).text.contains(folder + QStringLiteral("/By the Water/")));
+}
+
+TEST_F(Guide, APictureIsFoundByItsButton)
+{
+    const QString old = project.section(QLatin1Char('/'), 0, -2) + QStringLiteral("/October.jpg");
+    const QString found = program.Path(QStringLiteral("Autumn.jpg"));
+    ASSERT_TRUE(QFile::rename(old, found));
+    program.Start({project});
+    const QString card = QStringLiteral("document.querySelector('img[data-absent]')");
+    ASSERT_TRUE(program.WaitInPage(card + QStringLiteral(" != null")));
+    program.PressStripButton(card, QStringLiteral("Find..."));
+    WaitForDialog("Find October.jpg");
+    program.TypeText(found);
+    program.PressKeys({QStringLiteral("Return")});
+    ASSERT_TRUE(program.WaitForWindowGone(QStringLiteral("Find October.jpg")));
+    ASSERT_TRUE(program.WaitInPage(card + QStringLiteral(" == null")));
+    EXPECT_EQ(program.Terminate(), 0);
+    EXPECT_TRUE(SavedProject(project).text.contains(found));
+    EXPECT_FALSE(SavedProject(project).text.contains(old));
 }
 
 TEST_F(Guide, LayoutAndStyleAreChosenInTheMenu)

@@ -312,7 +312,7 @@ TEST_F(BadInput, ATargetInsideAStyleFolderIsNotCopiedIntoItself)
     EXPECT_FALSE(FileExists(program.Path(QStringLiteral("data/Styles/Plain/site/Plain/site/Plain"))));
 }
 
-TEST_F(BadInput, APictureListedTwiceInOtherCapitalsIsPublishedOnce)
+TEST_F(BadInput, APictureListedTwiceIsPublishedOnce)
 {
     program.WriteLayout("<%=content.images_count%>");
     const QByteArray path = program.WritePicture(QStringLiteral("a.jpg")).toUtf8();

@@ -1,5 +1,8 @@
 #include <csignal>
+#include <map>
+#include <set>
 
+#include <QDir>
 #include <QFile>
 #include <QRegularExpression>
 #include <gtest/gtest.h>
@@ -174,6 +177,39 @@ TEST(Deploy, PicturesWithOddNamesArePublished)
     const qsizetype files = site.GetFiles().filter(QStringLiteral("pictures/")).size();
     EXPECT_GE(files, 2 * pictures.size());
     EXPECT_EQ(files % pictures.size(), 0);
+}
+
+// Cameras begin to count anew, and servers may not tell capitals apart.
+TEST(Deploy, PicturesOfOneNameAreFilesOfTheirOwn)
+{
+    const CProgram program;
+    const QStringList folders{QStringLiteral("a"), QStringLiteral("b")};
+    QStringList pictures;
+    int width = 40;
+    for (const QString& folder : folders) {
+        ASSERT_TRUE(QDir().mkpath(program.Path(QStringLiteral("photos/") + folder)));
+        for (const char* name :
+             {"IMG_0001.jpg", "img_0001.JPG", "Tor.jpg", "Tor_r1.jpg", "a b.jpg", "a10b.jpg"}) {
+            pictures += program.WritePicture(folder + QLatin1Char('/') + QString::fromLatin1(name),
+                                             QSize(++width, 30));
+        }
+    }
+    const QString project = program.WriteProject(pictures);
+    const ProgramResult result =
+        program.Run({QStringLiteral("deploy"), project, program.Path(QStringLiteral("site"))});
+    ASSERT_EQ(result.exitCode, 0) << qPrintable(result.errors);
+    const CSite site(program.Path(QStringLiteral("site")));
+    EXPECT_EQ(site.FindBrokenLinks().join(QLatin1Char('\n')), QString());
+    std::map<QString, QByteArray> files; // by name without capitals
+    std::set<QByteArray> contents;
+    for (const QString& file : site.GetFiles().filter(QStringLiteral("pictures/"))) {
+        const QByteArray bytes = program.scratch.Read(QStringLiteral("site/") + file);
+        EXPECT_TRUE(files.emplace(file.toLower(), bytes).second) << qPrintable(file);
+        contents.insert(bytes);
+    }
+    EXPECT_GE(files.size(), static_cast<size_t>(pictures.size()));
+    // The pictures differ in their widths, so that each has a file of its own.
+    EXPECT_GE(contents.size(), static_cast<size_t>(pictures.size()));
 }
 
 TEST(Deploy, DatesAndNumbersStandInTheFormOfTheUsersLocale)

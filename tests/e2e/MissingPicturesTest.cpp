@@ -124,7 +124,9 @@ TEST(CheckOfStyles, RefusesWhatLeadsOutAndWarnsOfCapitals)
         {R"(folder="..\outside" css="x.css")", 1, "leads out"},
         {R"(folder="Blue/.." css="x.css")", 1, "leads out"},
         {R"(folder="." css="x.css")", 1, "leads out"},
-        {R"(folder="" css="x.css")", 1, "There is no ''."},
+        {R"(folder="" css="x.css")", 1, "The style names no folder"},
+        {R"(css="x.css")", 1, "The style names no folder"},
+        {R"(folder="Blue")", 1, "The style names no style sheet"},
         {R"(folder="/etc" css="passwd")", 1, "leads out"},
     };
     for (const auto& row : rows) {

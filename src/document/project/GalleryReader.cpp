@@ -116,7 +116,7 @@ void ReadPages(const CXmlElement& element, CGallery& gallery)
         const GalleryTexts::PageKey key(TextOf(page, "name"), NumberOf(page, "index"));
         CXmlRest rest(page, {{"name", "index"}, {"page_variable"}});
         ReadVariables(page, "page_variable", gallery.GetTexts().pages[key], rest);
-        if (!rest.IsEmpty()) {
+        if (rest != CXmlRest()) {
             gallery.GetRests().pages[key] = rest;
         }
     }
@@ -126,11 +126,12 @@ void ReadVisibility(CGallery& gallery, const CXmlElement& element)
 {
     for (const CXmlElement& page : element.GetChildren("page_visibility")) {
         const QString name = TextOf(page, "name");
+        CXmlRest rest(page, {{"name"}, {"visible_element"}});
         for (const CXmlElement& state : page.GetChildren("visible_element")) {
             gallery.GetVisibility().SetElement(name, TextOf(state, "name"), NumberOf(state, "visible") != 0);
+            rest.KeepPart(state, {{"name", "visible"}, {}}, {"name"});
         }
-        const CXmlRest rest(page, {{"name"}, {"visible_element"}});
-        if (!rest.IsEmpty()) {
+        if (rest != CXmlRest()) {
             gallery.GetRests().visibility[name] = rest;
         }
     }
@@ -138,9 +139,13 @@ void ReadVisibility(CGallery& gallery, const CXmlElement& element)
 
 void ReadPageStyles(CGalleryContent& gallery, const CXmlElement& element)
 {
+    CXmlRest& rest = gallery.GetRests().gallery;
     for (const CXmlElement& page : element.GetChildren("page_style")) {
         if (HasAttribute(page, "name") && HasAttribute(page, "style")) {
             gallery.GetLayout().SetPageStyle(TextOf(page, "name"), TextOf(page, "style"));
+            rest.KeepPart(page, {{"name", "style"}, {}}, {"name"});
+        } else {
+            rest.Keep(page);
         }
     }
 }
@@ -212,6 +217,7 @@ void ReadAdvertisements(CGalleryContent& gallery, const CXmlElement& element)
     auto& advertisements = gallery.GetTexts().advertisements;
     for (const CXmlElement& advertisement : element.GetChildren("advertisement")) {
         const QString name = TextOf(advertisement, "name");
+        gallery.GetRests().gallery.KeepPart(advertisement, {{"name", "value", "page"}, {}}, {"name", "page"});
         // A missing value is an empty text: a null one would write no block at all.
         const QString value =
             HasAttribute(advertisement, "value") ? TextOf(advertisement, "value") : QStringLiteral("");

@@ -88,6 +88,9 @@ void CGalleryProject::ReadFolders(CXmlDocument& document)
     if (const CXmlElement folders = document.GetRoot().FindChild("project_folders")) {
         SetRecentFolder(GetAttributeText(folders, "recent_folder").GetString());
         rests.folders = CXmlRest(folders, {{"recent_folder"}, {"folder"}});
+        for (const CXmlElement& folder : folders.GetChildren("folder")) {
+            rests.folders.KeepPart(folder, {{"path"}, {}}, {"path"});
+        }
     }
 }
 

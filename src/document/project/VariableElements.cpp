@@ -97,6 +97,7 @@ void ReadVariables(const CXmlElement& parent, const char* tag, CVariableMap& var
         const CVariant name = GetAttributeText(element, "name");
         if (!name.IsEmpty() && !value.IsEmpty()) {
             variables.Set(name.GetString(), value);
+            rest.KeepPart(element, {{"name", "vt", "lVal", "bstrVal", "doubleVal"}, {}}, {"name"});
         } else if (SaysType(element)) {
             rest.Keep(element);
         }

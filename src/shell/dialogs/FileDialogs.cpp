@@ -26,3 +26,12 @@ QString AskForPictureFolder(const QString& current, QWidget* parent)
     dialog.setOption(QFileDialog::ShowDirsOnly);
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
+
+QString AskForPicture(const QString& name, const QString& current, QWidget* parent)
+{
+    QFileDialog dialog(parent, Text(StringId::FindPictureTitle, name), current,
+                       Text(StringId::PictureFilesFilter));
+    dialog.setObjectName(QStringLiteral("SelectPicture"));
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+}

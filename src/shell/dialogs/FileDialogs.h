@@ -16,3 +16,7 @@ public:
 
 // Asks a person for a folder with pictures. current: where the dialog begins. Empty if none was chosen.
 QString AskForPictureFolder(const QString& current, QWidget* parent);
+
+// Asks a person for the file of the picture of that name. current: where the dialog begins. Empty if none was
+// chosen.
+QString AskForPicture(const QString& name, const QString& current, QWidget* parent);

@@ -34,6 +34,7 @@ enum class CommandId : int {
     StyleMenu = 32788,
     OpenFolder = 32789,
     FindMissing = 32801,
+    EmptyCache = 32802,
     ImageWatermark = 32792,
     ImageSignature = 32794,
     Ads = 32797,

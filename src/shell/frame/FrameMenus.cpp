@@ -56,7 +56,8 @@ FrameMenus::FrameMenus(QMenuBar& menuBar, const CCommandActions& actions, QMenu&
         ->addActions({actions.Get(CommandId::ImageWatermark), actions.Get(CommandId::ImageSignature),
                       actions.Get(CommandId::Ads)});
     menuBar.addMenu(Text(StringId::SourceMenu))
-        ->addActions({actions.Get(CommandId::OpenFolder), actions.Get(CommandId::FindMissing)});
+        ->addActions({actions.Get(CommandId::OpenFolder), actions.Get(CommandId::FindMissing),
+                      actions.Get(CommandId::EmptyCache)});
     menuBar.addMenu(Text(StringId::HelpMenu))->addAction(actions.Get(CommandId::About));
 }
 

@@ -2,11 +2,14 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QLocale>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QStatusBar>
 
 #include "common/Exceptions.h"
 #include "common/Trace.h"
+#include "content/ImageCache.h"
 #include "shell/dialogs/DlgAbout.h"
 #include "shell/dialogs/FailureBox.h"
 #include "shell/drag/DropWatcher.h"
@@ -79,9 +82,10 @@ void CMainFrame::CreateViews()
          .deploy = [this](CGalleryProject&) { Deploy(); },
          .addFromFolder = [this](int32_t index,
                                  const QString& path) { folderView->AddPictureAt(index, path); },
-         .findMissing =
-             [this] {
-                 Try([this] { FindMissing(); });
+         .findMissing = [this] { Try([this] { FindMissing(); }); },
+         .findPicture =
+             [this](const QString& path) {
+                 Try([&] { FindMissing(path); });
              }},
         this);
     folderView = new CViewFolder({.notify = notify, .browser = browser}, this);
@@ -255,6 +259,8 @@ void CMainFrame::OnNamedCommand(CommandId command)
         return folderView->ChooseFolder();
     case CommandId::FindMissing:
         return FindMissing();
+    case CommandId::EmptyCache:
+        return EmptyCache();
     case CommandId::About:
         CDlgAbout(this).exec();
         return;
@@ -275,15 +281,30 @@ void CMainFrame::OnNamedCommand(CommandId command)
     }
 }
 
-void CMainFrame::FindMissing()
+void CMainFrame::FindMissing(const QString& path)
 {
     project.LookForFiles();
-    const int32_t found = FindMissingPictures(project, this);
+    const int32_t found =
+        path.isEmpty() ? FindMissingPictures(project, this) : FindMissingPicture(project, path, this);
     if (found > 0) {
         statusBar()->showMessage(Text(StringId::PicturesFoundAgain, found));
         projects.GetKeeper().MarkChanged();
     }
     UpdateViews(UpdateHint::ProjectReplaced);
+}
+
+void CMainFrame::EmptyCache()
+{
+    const QString size = QLocale().formattedDataSize(GetSizeOfCaches());
+    QMessageBox box(QMessageBox::Question, Text(StringId::EmptyCacheTitle),
+                    Text(StringId::EmptyCacheQuestion, size), QMessageBox::Ok | QMessageBox::Cancel, this);
+    box.button(QMessageBox::Ok)->setText(Text(StringId::EmptyCacheButton));
+    if (box.exec() != QMessageBox::Ok) {
+        return;
+    }
+    ClearCaches();
+    UpdateViews(UpdateHint::ProjectReplaced);
+    statusBar()->showMessage(Text(StringId::CacheEmptied, size));
 }
 
 // Files come, go and change while the person is in other windows.

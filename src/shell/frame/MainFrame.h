@@ -62,7 +62,9 @@ private:
     void CreateMenus();
     void OnViewChanged(ViewId view, UpdateHint hint, const UpdateParameter& parameter);
     void OnNamedCommand(CommandId command);
-    void FindMissing();
+    // path: of the one that is looked for; empty: all of them.
+    void FindMissing(const QString& path = QString());
+    void EmptyCache();
     void OnEffectCommand(CommandId command);
     void ShowProject();
     void UpdateTitle();

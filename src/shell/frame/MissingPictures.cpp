@@ -1,5 +1,6 @@
 #include "shell/frame/MissingPictures.h"
 
+#include <algorithm>
 #include <atomic>
 #include <thread>
 
@@ -53,6 +54,38 @@ void TellNothing(const QString& folder, size_t absent, QWidget* parent)
     box.exec();
 }
 
+// The same file may be lost to several galleries.
+std::vector<FileMove> MovesTo(const QString& found, const QString& path,
+                              const std::vector<AbsentFile>& absent)
+{
+    std::vector<FileMove> moves;
+    for (const AbsentFile& file : absent) {
+        if (file.path == path && !file.isWatermark) {
+            moves.push_back({.gallery = file.gallery, .oldPath = path, .newPath = found});
+        }
+    }
+    return moves;
+}
+
+// Moves those of the matches that the person agrees to; returns how many.
+int32_t MoveAgreed(CGalleryProject& project, const std::vector<FileMove>& moves, size_t absent,
+                   QWidget* parent)
+{
+    std::vector<CDlgFoundPictures::Match> matches;
+    for (const FileMove& move : moves) {
+        matches.push_back({move.oldPath, move.newPath, move.hasExactSize});
+    }
+    CDlgFoundPictures dialog(matches, static_cast<int>(absent), parent);
+    if (dialog.exec() != QDialog::Accepted) {
+        return 0;
+    }
+    std::vector<FileMove> agreed;
+    for (const size_t place : dialog.GetChosen()) {
+        agreed.push_back(moves[place]);
+    }
+    return project.Relocate(agreed);
+}
+
 } // namespace
 
 int32_t FindMissingPictures(CGalleryProject& project, QWidget* parent)
@@ -72,17 +105,32 @@ int32_t FindMissingPictures(CGalleryProject& project, QWidget* parent)
         TellNothing(folder, absent.size(), parent);
         return 0;
     }
-    std::vector<CDlgFoundPictures::Match> matches;
-    for (const FileMove& move : moves) {
-        matches.push_back({move.oldPath, move.newPath, move.hasExactSize});
+    return MoveAgreed(project, moves, absent.size(), parent);
+}
+
+int32_t FindMissingPicture(CGalleryProject& project, const QString& path, QWidget* parent)
+{
+    const std::vector<AbsentFile> absent = project.GetAbsentFiles();
+    if (std::none_of(absent.begin(), absent.end(),
+                     [&](const AbsentFile& file) { return file.path == path; })) {
+        return 0; // it has come back
     }
-    CDlgFoundPictures dialog(matches, static_cast<int>(absent.size()), parent);
-    if (dialog.exec() != QDialog::Accepted) {
+    const QString found = AskForPicture(ExtractLastName(path), project.GetRecentFolder(), parent);
+    if (found.isEmpty()) {
         return 0;
     }
-    std::vector<FileMove> agreed;
-    for (const size_t place : dialog.GetChosen()) {
-        agreed.push_back(moves[place]);
+    const int32_t moved = project.Relocate(MovesTo(found, path, absent));
+    if (moved == 0) {
+        QMessageBox(QMessageBox::Information, Text(StringId::FindMissingTitle),
+                    Text(StringId::FoundIsHereAlready, found), QMessageBox::Ok, parent)
+            .exec();
+        return 0;
     }
-    return project.Relocate(agreed);
+    project.LookForFiles();
+    const std::vector<AbsentFile> others = project.GetAbsentFiles();
+    const std::vector<FileMove> nearby =
+        others.empty()
+            ? std::vector<FileMove>()
+            : Search(CAbsentFileSearch(others, project.GetPresentFiles()), ExtractFolder(found), parent);
+    return moved + (nearby.empty() ? 0 : MoveAgreed(project, nearby, others.size(), parent));
 }

@@ -62,12 +62,40 @@ TEST(KeptElements, WhatIsNotKnownIsWrittenBackWhereItStood)
         {R"(<project><gallery/><deploy_settings speed="9"><host/></deploy_settings></project>)",
          R"(open_browser_after_deploy="0" speed="9"><host/></deploy_settings>)"},
         {R"(<project version="2.7"><gallery/></project>)", R"(<project version="2.7")"},
+        {R"(<project><project_folders><folder path="/a" star="1"><x/></folder></project_folders><gallery/></project>)",
+         R"(<folder path="/a" star="1"><x/></folder></project_folders>)"},
+        {InGallery(listed +
+                   R"(><picture_variable bstrVal="t" name="v" vt="8" by="me"/></picture></picture_list>)"),
+         R"(<picture_variable bstrVal="t" name="v" vt="8" by="me"/></picture>)"},
+        {InGallery(
+             R"(<page name="index" index="3"><page_variable lVal="4" name="v" vt="3" by="me"/></page>)"),
+         R"(<page_variable lVal="4" name="v" vt="3" by="me"/></page>)"},
+        {InGallery(R"(<project_variable lVal="4" name="v" vt="3"><x/></project_variable>)"),
+         R"(<project_variable lVal="4" name="v" vt="3"><x/></project_variable>)"},
+        {InGallery(
+             R"(<page_visibility name="i.html"><visible_element name="e" visible="0" until="May"/></page_visibility>)"),
+         R"(<visible_element name="e" visible="0" until="May"/>)"},
+        {InGallery(R"(<page_style name="p" style="s" dark="t"/>)"),
+         R"(<page_style name="p" style="s" dark="t"/>)"},
+        {InGallery(R"(<page_style name="p" dark="t"/>)"), R"(<page_style name="p" dark="t"/>)"},
+        {InGallery(R"(<advertisement name="a" value="v" page="p.html" until="May"/>)"),
+         R"(<advertisement name="a" value="v" page="p.html" until="May"/>)"},
     };
     for (const auto& row : rows) {
         const QByteArray first = SavedAgain(test, row.xml);
         EXPECT_TRUE(first.contains(row.written)) << row.written << "\n" << first.data();
         EXPECT_EQ(SavedAgain(test, first).toStdString(), first.toStdString()) << row.written;
     }
+}
+
+TEST(KeptElements, WhatIsUnknownOfATextLeavesWithIt)
+{
+    CTestProject test;
+    test.LoadXml(InGallery(R"(<project_variable bstrVal="t" name="v" vt="8" by="me"/>)"));
+    test.project.GetRootGallery()->SetObjectVariable(QStringLiteral("gallery"), QStringLiteral("v"),
+                                                     CVariant());
+    test.project.Save(test.ProjectPath());
+    EXPECT_FALSE(test.scratch.Read(QStringLiteral("site/My.gallery")).contains("by=\"me\""));
 }
 
 TEST(KeptElements, GoWithTheirPictureAndLeaveWithIt)

@@ -128,6 +128,20 @@ TEST(FTPDestinations, DeletingTheDefaultClearsIt)
     }
 }
 
+// For instance because another program has written what this one doesn't touch.
+TEST(FTPDestinations, OneThatCannotBeRemovedIsTheDefaultNoMore)
+{
+    TestDestinations test;
+    const int key = test.Saved(true, FullRecord()).key;
+    test.destinations.SetDefault(key);
+    QFile file(test.store->Locate(Scope::Machine, Root));
+    ASSERT_TRUE(file.open(QIODevice::Append));
+    file.write("strange=@Variant(\\0\\0\\0\\x1)\n");
+    file.close();
+    EXPECT_FALSE(test.destinations.Delete(key));
+    EXPECT_EQ(test.destinations.GetDefault(), 0);
+}
+
 TEST(FTPDestinations, DeletingTheDefaultLeavesTheOthersAndTheOptions)
 {
     TestDestinations test;

@@ -80,17 +80,19 @@ TEST(FrameMenus, HoldTheCommandsInTheirOrder)
     for (const QAction* action : window.menuBar()->actions()) {
         found += action->text() + QStringLiteral(": ") + Describe(*action->menu());
     }
-    EXPECT_EQ(found,
-              (QStringList{
-                  QStringLiteral("&File: &New 57600|&Open... 57601|&Save 57603|Save &As... 57604|Open "
-                                 "&earlier version... 32800|-|E&xit "
-                                 "57665"),
-                  QStringLiteral("&Gallery: &Deploy... 32780|&Layout 32786|&Style 32788"),
-                  QStringLiteral("&Effects: &Image watermark... 32792|&Image signature... 32794|&Ads... "
-                                 "32797"),
-                  QStringLiteral("&Source: &Open folder... 32789|Find &missing pictures... 32801"),
-                  QStringLiteral("&Help: &About Vistorama... 57664"),
-              }));
+    EXPECT_EQ(
+        found,
+        (QStringList{
+            QStringLiteral("&File: &New 57600|&Open... 57601|&Save 57603|Save &As... 57604|Open "
+                           "&earlier version... 32800|-|E&xit "
+                           "57665"),
+            QStringLiteral("&Gallery: &Deploy... 32780|&Layout 32786|&Style 32788"),
+            QStringLiteral("&Effects: &Image watermark... 32792|&Image signature... 32794|&Ads... "
+                           "32797"),
+            QStringLiteral("&Source: &Open folder... 32789|Find &missing pictures... 32801|Empty picture "
+                           "&cache... 32802"),
+            QStringLiteral("&Help: &About Vistorama... 57664"),
+        }));
 }
 
 TEST_F(RecentProjectsMenu, ListsTheOthersByName)

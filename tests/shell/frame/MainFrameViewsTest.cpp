@@ -1,10 +1,14 @@
 #include <mutex>
 
 #include <QDialog>
+#include <QLocale>
+#include <QMessageBox>
+#include <QStatusBar>
 #include <QTest>
 
 #include "MainFrameFixture.h"
 #include "common/Trace.h"
+#include "content/ImageCache.h"
 #include "document/project/GalleryProjectConsumer.h"
 #include "shell/panes/pages/ViewPages.h"
 #include "shell/web/HTMLView.h"
@@ -43,7 +47,54 @@ private:
     const std::shared_ptr<Lines> lines = std::make_shared<Lines>();
 };
 
-using MainFrameViews = CMainFrameFixture;
+// Its page shows the first picture of the gallery.
+class MainFrameViews : public CMainFrameFixture {
+protected:
+    MainFrameViews() { qputenv("XDG_CACHE_HOME", QFile::encodeName(Path("cache"))); }
+    ~MainFrameViews() override { qunsetenv("XDG_CACHE_HOME"); }
+
+    void ShowPicture()
+    {
+        fixture.WritePage(
+            QStringLiteral("one"), QStringLiteral("index.html"),
+            "<html><head><%pageheader%></head><body><%picture id=\"photo1\" width=\"40\" height=\"30\" "
+            "href=\"a.html\"%></body></html>");
+        picture = fixture.WritePicture(QStringLiteral("one.png"));
+        Start(Path("a.gallery"));
+        frame->AddDropped({picture});
+        frame->show();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(frame.get()));
+        ASSERT_TRUE(WaitForPicture(QStringLiteral("src.endsWith('.png') && photo1.naturalWidth == 40")));
+    }
+    bool WaitForPicture(const QString& condition)
+    {
+        CHTMLView& page = frame->GetPagesView().GetHTMLView();
+        const QString script =
+            QStringLiteral("!!(window.photo1 && photo1.complete && photo1.") + condition + QLatin1Char(')');
+        QVariant answer;
+        bool isAsked = false;
+        return QTest::qWaitFor(
+            [&] {
+                if (!isAsked) {
+                    isAsked = true;
+                    page.RunScript(script, [&](const QVariant& value) {
+                        answer = value;
+                        isAsked = false;
+                    });
+                }
+                return answer.toBool();
+            },
+            60'000);
+    }
+    // As when the person comes back from another window.
+    void ComeBack()
+    {
+        QEvent event(QEvent::ActivationChange);
+        QCoreApplication::sendEvent(frame.get(), &event);
+    }
+
+    QString picture;
+};
 
 } // namespace
 
@@ -126,5 +177,40 @@ TEST_F(MainFrameViews, NothingThatIsDroppedIsTakenBehindADialog)
         EXPECT_TRUE(answer.WasAsked()) << command;
         EXPECT_EQ(frame->windowTitle(), QStringLiteral("Vistorama - a")) << command;
         EXPECT_EQ(frame->GetProject().GetCurrentGallery()->GetPictures().GetCount(), 0) << command;
+    }
+}
+
+TEST_F(MainFrameViews, FilesAreLookedAtWhenThePersonComesBackToTheWindow)
+{
+    ShowPicture();
+    ASSERT_TRUE(QFile::remove(picture));
+    ComeBack();
+    EXPECT_TRUE(WaitForPicture(QStringLiteral("hasAttribute('data-absent')")));
+    fixture.WritePicture(QStringLiteral("one.png"), QSize(20, 30), 0x993366);
+    ComeBack();
+    EXPECT_TRUE(WaitForPicture(QStringLiteral("naturalWidth == 20")));
+    fixture.WritePicture(QStringLiteral("one.png"), QSize(30, 30), 0x336699);
+    ComeBack();
+    EXPECT_TRUE(WaitForPicture(QStringLiteral("naturalWidth == 30")));
+}
+
+TEST_F(MainFrameViews, TheCacheIsEmptiedIfThePersonAgreesAndThePageStays)
+{
+    ShowPicture();
+    const int64_t size = GetSizeOfCaches();
+    ASSERT_GT(size, 0);
+    frame->statusBar()->clearMessage();
+    for (const bool agrees : {false, true}) {
+        QString question;
+        const CModalAnswer answer([&](QWidget& box) {
+            question = static_cast<QMessageBox&>(box).text();
+            static_cast<QDialog&>(box).done(agrees ? QMessageBox::Ok : QMessageBox::Cancel);
+        });
+        frame->OnCommand(32802);
+        EXPECT_TRUE(question.contains(QLocale().formattedDataSize(size))) << qPrintable(question);
+        EXPECT_EQ(frame->statusBar()->currentMessage().isEmpty(), !agrees);
+        // The page has made its picture again.
+        EXPECT_TRUE(WaitForPicture(QStringLiteral("naturalWidth == 40")));
+        EXPECT_GT(GetSizeOfCaches(), 0);
     }
 }

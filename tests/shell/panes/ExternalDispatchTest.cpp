@@ -75,7 +75,8 @@ TEST(ExternalDispatch, ThePagesViewHasItsMethods)
                  {"MoveImageDown", 5, one, ok, "MoveImageDown pic_1"},
                  {"DeleteImage", 6, one, ok, "DeleteImage pic_1"},
                  {"EditText", 7, six, ok, "EditText p.q|Name|<b>|7|-8|1"},
-                 {"EditReference", 8, {text, text, text}, ok, "EditReference a|a|a"}});
+                 {"EditReference", 8, {text, text, text}, ok, "EditReference a|a|a"},
+                 {"FindImage", 10, one, ok, "FindImage pic_1"}});
 }
 
 TEST(ExternalDispatch, TheFolderViewHasItsMethods)

@@ -146,6 +146,11 @@ void CCallRecorder::DragImage(const QString& id, const QString& look)
     Note(QStringLiteral("DragImage %1 %2").arg(id, look));
 }
 
+void CCallRecorder::FindImage(const QString& id)
+{
+    Note(QStringLiteral("FindImage ") + id);
+}
+
 void CCallRecorder::LoadURL(const QString& url)
 {
     Note(QStringLiteral("LoadURL ") + url);

@@ -44,6 +44,7 @@ public:
     void EditReference(const QString& name, const QString& hrefProperty,
                        const QString& textProperty) override;
     void DragImage(const QString& id, const QString& look) override;
+    void FindImage(const QString& id) override;
     void LoadURL(const QString& url) override;
 
 private:

@@ -150,6 +150,14 @@ void CViewPages::DragImage(const QString& id, const QString& look)
     dragging.Start(id, look);
 }
 
+void CViewPages::FindImage(const QString& id)
+{
+    const int32_t index = shownPage.FindPictureIndex(id);
+    if (index != -1) {
+        services.findPicture(shownPage.GetPicturePath(index));
+    }
+}
+
 void CViewPages::MoveImage(int32_t from, int32_t before)
 {
     const int32_t to = before > from ? before - 1 : before;

@@ -29,8 +29,11 @@ public:
         std::function<void(CGalleryProject& project)> deploy; // opens the deployment wizard
         // Adds the picture of that path, which was at that place of the folder view.
         std::function<void(int32_t index, const QString& path)> addFromFolder = {};
+        // Let the person look for all pictures that are not there, and for the one of that path.
         std::function<void()> findMissing = [] {
-        }; // lets the person look for pictures that are not there
+        };
+        std::function<void(const QString& path)> findPicture = [](const QString&) {
+        };
     };
     explicit CViewPages(const Services& services, QWidget* parent = nullptr);
     ~CViewPages() override;
@@ -61,6 +64,7 @@ public:
                        const QString& textProperty) override;
 
     void DragImage(const QString& id, const QString& look) override;
+    void FindImage(const QString& id) override;
 
     void LoadURL(const QString& url) override;
 

@@ -5,6 +5,7 @@ namespace {
 constexpr int editText = 7;
 constexpr int editReference = 8;
 constexpr int dragImage = 9;
+constexpr int findImage = 10;
 
 } // namespace
 
@@ -14,7 +15,7 @@ QStringList CViewPagesExternalDispatch::GetMethodNames() const
             QStringLiteral("RotateImageLeft"),  QStringLiteral("MoveImageUp"),
             QStringLiteral("MoveImageDown"),    QStringLiteral("DeleteImage"),
             QStringLiteral("EditText"),         QStringLiteral("EditReference"),
-            QStringLiteral("DragImage")};
+            QStringLiteral("DragImage"),        QStringLiteral("FindImage")};
 }
 
 DispatchResult CViewPagesExternalDispatch::CallMethod(int dispid, const QVariantList& arguments)
@@ -34,6 +35,10 @@ DispatchResult CViewPagesExternalDispatch::CallMethod(int dispid, const QVariant
     const std::optional<QString> id = TextArgument(arguments[0]);
     if (!id) {
         return DispatchResult::BadVarType;
+    }
+    if (dispid == findImage) {
+        commands.FindImage(*id);
+        return DispatchResult::Ok;
     }
     using Commands = CViewPagesExternalDispatchCommands;
     static constexpr void (Commands::*methods[])(const QString&) = {

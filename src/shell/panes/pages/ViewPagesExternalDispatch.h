@@ -29,6 +29,8 @@ public:
                                const QString& textProperty) = 0;
     // The mouse has begun to drag a picture. look: the address of what the page shows of it.
     virtual void DragImage(const QString& id, const QString& look) = 0;
+    // Of a picture that is not there.
+    virtual void FindImage(const QString& id) = 0;
 
 protected:
     ~CViewPagesExternalDispatchCommands() = default;

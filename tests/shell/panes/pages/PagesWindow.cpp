@@ -69,9 +69,11 @@ CPagesWindow::CPagesWindow(int pictures)
                                      }
                                  },
                              .browser = {},
-                             .deploy =
-                                 [this](CGalleryProject&) {
-                                     ++deployments;
+                             .deploy = [this](CGalleryProject&) { ++deployments; },
+                             .findMissing = [this] { ++searches; },
+                             .findPicture =
+                                 [this](const QString& path) {
+                                     sought += path;
                                  }});
     view->AddConsumer(listener);
     GetPage().SetShownCallback([this] { ++shownCount; });

@@ -42,6 +42,8 @@ public:
     CListener listener;
     std::vector<UpdateHint> notifications;
     int deployments = 0;
+    int searches = 0;   // for all pictures that are not there
+    QStringList sought; // paths of single ones
 
 private:
     std::unique_ptr<CViewPages> view;

@@ -437,7 +437,7 @@ TEST(ViewPages, APictureWithoutItsFileLeavesTheOthersOnThePage)
 }
 
 // A disk that isn't connected, say.
-TEST(ViewPages, APictureThatIsNotThereIsACardThatCanOnlyBeMovedAndTakenOut)
+TEST(ViewPages, APictureThatIsNotThereIsACardThatCanOnlyBeFoundMovedAndTakenOut)
 {
     CPagesWindow window(3);
     const QString path = window.GetGallery().GetPictures().GetAt(1)->GetPath();
@@ -454,12 +454,14 @@ TEST(ViewPages, APictureThatIsNotThereIsACardThatCanOnlyBeMovedAndTakenOut)
                        .arg(QLatin1String(id)))
             .toString();
     };
-    EXPECT_EQ(tips("photo2"), QStringLiteral("|Move up|Move down|Delete"));
+    EXPECT_EQ(tips("photo2"), QStringLiteral("|Find...|Move up|Move down|Delete"));
     EXPECT_EQ(tips("photo1"),
               QStringLiteral("|Move up|Move down|Delete|Rotate clockwise|Rotate counter-clockwise"));
     EXPECT_EQ(
         Ask(window.GetPage(), QStringLiteral("document.querySelectorAll('.preview-missing').length")).toInt(),
         0);
+    CallByKey(window.GetPage(), QStringLiteral("external.FindImage('photo2')"));
+    EXPECT_TRUE(WaitUntil([&] { return window.sought == QStringList(path); }));
     Send(window, "external.DeleteImage('photo2')");
     EXPECT_EQ(window.GetOrder(), QStringLiteral("ac"));
 }
@@ -490,7 +492,9 @@ TEST(ViewPages, ABarSaysHowManyPicturesAreNotThereAndLeadsToTheFirst)
     window.GetProject().SetCurrentGallery(child);
     window.Do(UpdateHint::GalleryChosen);
     EXPECT_EQ(says(), QStringLiteral("2 pictures are not there."));
-    bar->findChild<QPushButton*>()->click();
+    bar->findChild<QPushButton*>(QStringLiteral("findAbsent"))->click();
+    EXPECT_EQ(window.searches, 1);
+    bar->findChild<QPushButton*>(QStringLiteral("showAbsent"))->click();
     EXPECT_TRUE(WaitForPage(window.GetPage(),
                             QStringLiteral("document.querySelectorAll('img[data-absent]').length == 1")));
     EXPECT_EQ(window.GetProject().GetCurrentGalleryIndex(), 0);
