@@ -8,6 +8,7 @@
 #include <QProgressDialog>
 #include <QTimer>
 
+#include "common/FileSystem.h"
 #include "common/StopSignal.h"
 #include "document/project/GalleryProject.h"
 #include "resources/StringTable.h"
