@@ -40,18 +40,18 @@ std::set<TagAndName> NamedChildrenOf(const pugi::xml_node& element)
     return children;
 }
 
-void AppendUnknown(const pugi::xml_node& from, const XmlNames& known, pugi::xml_node& to)
+void AppendUnknownAttributes(const pugi::xml_node& from, const XmlNames& known, pugi::xml_node& to)
 {
     for (const pugi::xml_attribute attribute : from.attributes()) {
         if (!Holds(known.attributes, attribute.name())) {
             to.append_copy(attribute);
         }
     }
-    for (const pugi::xml_node child : from.children()) {
-        if (child.type() == pugi::node_element && !Holds(known.elements, child.name())) {
-            to.append_copy(child);
-        }
-    }
+}
+
+bool IsUnknown(const pugi::xml_node& child, const XmlNames& known)
+{
+    return child.type() == pugi::node_element && !Holds(known.elements, child.name());
 }
 
 // What the element has already stays.
@@ -100,10 +100,11 @@ CXmlRest::CXmlRest(const CXmlElement& element, const XmlNames& known)
     const pugi::xml_node node(element.node);
     pugi::xml_document kept;
     pugi::xml_node start = kept.append_child("k");
-    AppendUnknown(node, known, start);
-    for (pugi::xml_node child = start.first_child(); child; child = start.first_child()) {
-        elements += BytesOf(child);
-        start.remove_child(child);
+    AppendUnknownAttributes(node, known, start);
+    for (const pugi::xml_node child : node.children()) {
+        if (IsUnknown(child, known)) {
+            elements += BytesOf(child);
+        }
     }
     if (start.first_attribute()) {
         const QByteArray tag = BytesOf(start); // <k a="1"/>
@@ -122,7 +123,12 @@ void CXmlRest::KeepPart(const CXmlElement& child, const XmlNames& known,
     const pugi::xml_node node(child.node);
     pugi::xml_document kept;
     pugi::xml_node part = kept.append_child(node.name());
-    AppendUnknown(node, known, part);
+    AppendUnknownAttributes(node, known, part);
+    for (const pugi::xml_node grandchild : node.children()) {
+        if (IsUnknown(grandchild, known)) {
+            part.append_copy(grandchild);
+        }
+    }
     if (!part.first_attribute() && !part.first_child()) {
         return;
     }

@@ -1,6 +1,7 @@
 #include "shell/dialogs/DlgFoundPictures.h"
 
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
@@ -13,10 +14,11 @@
 
 namespace {
 
-QTreeWidgetItem* MakeRow(const CDlgFoundPictures::Match& match)
+QTreeWidgetItem* MakeRow(const CDlgFoundPictures::Match& match, const QString& folder)
 {
-    auto* row = new QTreeWidgetItem({ExtractLastName(match.oldPath), match.newPath,
-                                     Text(match.hasExactSize ? StringId::SameSize : StringId::OtherSize)});
+    auto* row =
+        new QTreeWidgetItem({ExtractLastName(match.oldPath), QDir(folder).relativeFilePath(match.newPath),
+                             Text(match.hasExactSize ? StringId::SameSize : StringId::OtherSize)});
     row->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
     row->setCheckState(0, Qt::Checked);
     row->setToolTip(0, match.oldPath);
@@ -26,7 +28,8 @@ QTreeWidgetItem* MakeRow(const CDlgFoundPictures::Match& match)
 
 } // namespace
 
-CDlgFoundPictures::CDlgFoundPictures(const std::vector<Match>& matches, int missing, QWidget* parent)
+CDlgFoundPictures::CDlgFoundPictures(const std::vector<Match>& matches, int missing, const QString& folder,
+                                     QWidget* parent)
     : QDialog(parent), list(new QTreeWidget(this))
 {
     setWindowTitle(Text(StringId::FindMissingTitle));
@@ -41,7 +44,7 @@ CDlgFoundPictures::CDlgFoundPictures(const std::vector<Match>& matches, int miss
     list->setHeaderLabels(
         {Text(StringId::PictureColumn), Text(StringId::FoundAtColumn), Text(StringId::SizeColumn)});
     for (const Match& match : matches) {
-        list->addTopLevelItem(MakeRow(match));
+        list->addTopLevelItem(MakeRow(match, folder));
     }
     list->header()->setStretchLastSection(false);
     list->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);

@@ -22,7 +22,8 @@ public:
     };
 
     // matches: not empty. missing: how many were looked for.
-    CDlgFoundPictures(const std::vector<Match>& matches, int missing, QWidget* parent);
+    // folder: that was looked through; places are shown from there on.
+    CDlgFoundPictures(const std::vector<Match>& matches, int missing, const QString& folder, QWidget* parent);
 
     // Places in the list.
     std::vector<size_t> GetChosen() const;

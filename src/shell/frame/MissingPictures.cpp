@@ -19,9 +19,14 @@ namespace {
 
 constexpr int lookInterval = 50; // milliseconds
 
-// What is found below the folder, until the search is through or stopped.
-std::vector<FileMove> Search(const CAbsentFileSearch& search, const QString& folder, QWidget* parent)
+// What is found below the folder of all that is missing, until the search is through or stopped.
+std::vector<FileMove> Search(const CGalleryProject& project, const QString& folder, QWidget* parent)
 {
+    const std::vector<AbsentFile> absent = project.GetAbsentFiles();
+    if (absent.empty()) {
+        return {};
+    }
+    const CAbsentFileSearch search(absent, project.GetPresentFiles());
     QProgressDialog waiting(Text(StringId::SearchingFolder, folder), Text(StringId::StopSearch), 0, 0,
                             parent);
     waiting.setObjectName(QStringLiteral("Searching"));
@@ -47,12 +52,10 @@ std::vector<FileMove> Search(const CAbsentFileSearch& search, const QString& fol
     return moves;
 }
 
-void TellNothing(const QString& folder, size_t absent, QWidget* parent)
+void Tell(const QString& text, QWidget* parent)
 {
-    QMessageBox box(QMessageBox::Information, Text(StringId::FindMissingTitle),
-                    absent == 0 ? Text(StringId::NothingIsMissing) : Text(StringId::NoneFoundBelow, folder),
-                    QMessageBox::Ok, parent);
-    box.exec();
+    QMessageBox(QMessageBox::Information, Text(StringId::FindMissingTitle), text, QMessageBox::Ok, parent)
+        .exec();
 }
 
 // The same file may be lost to several galleries.
@@ -69,14 +72,14 @@ std::vector<FileMove> MovesTo(const QString& found, const QString& path,
 }
 
 // Moves those of the matches that the person agrees to; returns how many.
-int32_t MoveAgreed(CGalleryProject& project, const std::vector<FileMove>& moves, size_t absent,
+int32_t MoveAgreed(CGalleryProject& project, const std::vector<FileMove>& moves, const QString& folder,
                    QWidget* parent)
 {
     std::vector<CDlgFoundPictures::Match> matches;
     for (const FileMove& move : moves) {
         matches.push_back({move.oldPath, move.newPath, move.hasExactSize});
     }
-    CDlgFoundPictures dialog(matches, static_cast<int>(absent), parent);
+    CDlgFoundPictures dialog(matches, static_cast<int>(project.GetAbsentFiles().size()), folder, parent);
     if (dialog.exec() != QDialog::Accepted) {
         return 0;
     }
@@ -91,22 +94,20 @@ int32_t MoveAgreed(CGalleryProject& project, const std::vector<FileMove>& moves,
 
 int32_t FindMissingPictures(CGalleryProject& project, QWidget* parent)
 {
-    const std::vector<AbsentFile> absent = project.GetAbsentFiles();
-    if (absent.empty()) {
-        TellNothing(QString(), 0, parent);
+    if (project.GetAbsentFiles().empty()) {
+        Tell(Text(StringId::NothingIsMissing), parent);
         return 0;
     }
     const QString folder = AskForPictureFolder(project.GetRecentFolder(), parent);
     if (folder.isEmpty()) {
         return 0;
     }
-    const std::vector<FileMove> moves =
-        Search(CAbsentFileSearch(absent, project.GetPresentFiles()), folder, parent);
+    const std::vector<FileMove> moves = Search(project, folder, parent);
     if (moves.empty()) {
-        TellNothing(folder, absent.size(), parent);
+        Tell(Text(StringId::NoneFoundBelow, folder), parent);
         return 0;
     }
-    return MoveAgreed(project, moves, absent.size(), parent);
+    return MoveAgreed(project, moves, folder, parent);
 }
 
 int32_t FindMissingPicture(CGalleryProject& project, const QString& path, QWidget* parent)
@@ -122,16 +123,10 @@ int32_t FindMissingPicture(CGalleryProject& project, const QString& path, QWidge
     }
     const int32_t moved = project.Relocate(MovesTo(found, path, absent));
     if (moved == 0) {
-        QMessageBox(QMessageBox::Information, Text(StringId::FindMissingTitle),
-                    Text(StringId::FoundIsHereAlready, found), QMessageBox::Ok, parent)
-            .exec();
+        Tell(Text(StringId::FoundIsHereAlready, found), parent);
         return 0;
     }
-    project.LookForFiles();
-    const std::vector<AbsentFile> others = project.GetAbsentFiles();
-    const std::vector<FileMove> nearby =
-        others.empty()
-            ? std::vector<FileMove>()
-            : Search(CAbsentFileSearch(others, project.GetPresentFiles()), ExtractFolder(found), parent);
-    return moved + (nearby.empty() ? 0 : MoveAgreed(project, nearby, others.size(), parent));
+    const QString folder = ExtractFolder(found);
+    const std::vector<FileMove> nearby = Search(project, folder, parent);
+    return nearby.empty() ? moved : moved + MoveAgreed(project, nearby, folder, parent);
 }

@@ -88,16 +88,6 @@ TEST(KeptElements, WhatIsNotKnownIsWrittenBackWhereItStood)
     }
 }
 
-TEST(KeptElements, WhatIsUnknownOfATextLeavesWithIt)
-{
-    CTestProject test;
-    test.LoadXml(InGallery(R"(<project_variable bstrVal="t" name="v" vt="8" by="me"/>)"));
-    test.project.GetRootGallery()->SetObjectVariable(QStringLiteral("gallery"), QStringLiteral("v"),
-                                                     CVariant());
-    test.project.Save(test.ProjectPath());
-    EXPECT_FALSE(test.scratch.Read(QStringLiteral("site/My.gallery")).contains("by=\"me\""));
-}
-
 TEST(KeptElements, GoWithTheirPictureAndLeaveWithIt)
 {
     CTestProject test;

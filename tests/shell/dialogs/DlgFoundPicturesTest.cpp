@@ -17,11 +17,11 @@ std::vector<CDlgFoundPictures::Match> TwoMatches()
 
 TEST(DlgFoundPictures, ShowsNameNewPlaceAndWhetherTheSizeIsTheSame)
 {
-    const CDlgFoundPictures dialog(TwoMatches(), 5, nullptr);
+    const CDlgFoundPictures dialog(TwoMatches(), 5, QStringLiteral("/new"), nullptr);
     const auto& list = Find<QTreeWidget>(dialog, "matches");
     ASSERT_EQ(list.topLevelItemCount(), 2);
     EXPECT_EQ(list.topLevelItem(0)->text(0), QStringLiteral("D.jpg"));
-    EXPECT_EQ(list.topLevelItem(0)->text(1), QStringLiteral("/new/2019/D.jpg"));
+    EXPECT_EQ(list.topLevelItem(0)->text(1), QStringLiteral("2019/D.jpg"));
     EXPECT_EQ(list.topLevelItem(0)->text(2), QStringLiteral("the same"));
     EXPECT_EQ(list.topLevelItem(1)->text(0), QStringLiteral("E.jpg"));
     EXPECT_EQ(list.topLevelItem(1)->text(2), QStringLiteral("not known to be the same"));
@@ -29,7 +29,7 @@ TEST(DlgFoundPictures, ShowsNameNewPlaceAndWhetherTheSizeIsTheSame)
 
 TEST(DlgFoundPictures, AllAreChosenUntilOneIsTakenOut)
 {
-    CDlgFoundPictures dialog(TwoMatches(), 5, nullptr);
+    CDlgFoundPictures dialog(TwoMatches(), 5, QStringLiteral("/new"), nullptr);
     dialog.show();
     EXPECT_EQ(dialog.GetChosen(), (std::vector<size_t>{0, 1}));
     auto& list = Find<QTreeWidget>(dialog, "matches");
@@ -44,6 +44,6 @@ TEST(DlgFoundPictures, AllAreChosenUntilOneIsTakenOut)
 
 TEST(DlgFoundPictures, IsUsable)
 {
-    CDlgFoundPictures dialog(TwoMatches(), 5, nullptr);
+    CDlgFoundPictures dialog(TwoMatches(), 5, QStringLiteral("/new"), nullptr);
     ExpectUsable(dialog, QStringLiteral("found-pictures"));
 }

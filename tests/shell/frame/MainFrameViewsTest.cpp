@@ -13,6 +13,7 @@
 #include "shell/panes/pages/ViewPages.h"
 #include "shell/web/HTMLView.h"
 #include "shell_support/DialogTools.h"
+#include "shell_support/ViewWindow.h"
 
 // The main window's views among each other, and its dialogs.
 
@@ -63,28 +64,15 @@ protected:
         Start(Path("a.gallery"));
         frame->AddDropped({picture});
         frame->show();
+        frame->activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(frame.get()));
         ASSERT_TRUE(WaitForPicture(QStringLiteral("src.endsWith('.png') && photo1.naturalWidth == 40")));
     }
     bool WaitForPicture(const QString& condition)
     {
-        CHTMLView& page = frame->GetPagesView().GetHTMLView();
-        const QString script =
-            QStringLiteral("!!(window.photo1 && photo1.complete && photo1.") + condition + QLatin1Char(')');
-        QVariant answer;
-        bool isAsked = false;
-        return QTest::qWaitFor(
-            [&] {
-                if (!isAsked) {
-                    isAsked = true;
-                    page.RunScript(script, [&](const QVariant& value) {
-                        answer = value;
-                        isAsked = false;
-                    });
-                }
-                return answer.toBool();
-            },
-            60'000);
+        return WaitForPage(frame->GetPagesView().GetHTMLView(),
+                           QStringLiteral("!!(window.photo1 && photo1.complete && photo1.") + condition +
+                               QLatin1Char(')'));
     }
     // As when the person comes back from another window.
     void ComeBack()

@@ -5,6 +5,7 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QMessageBox>
+#include <QPointer>
 #include <QTimer>
 #include <QTreeWidget>
 #include <gtest/gtest.h>
@@ -56,7 +57,7 @@ private:
     const QString path;
     const bool agrees;
     QTimer timer;
-    const QWidget* last = nullptr;
+    QPointer<QWidget> last; // another one may take its address
 };
 
 // A project with the pictures a.png and b.png, whose folder has moved from "photos" to "moved".
@@ -97,8 +98,7 @@ TEST_F(MissingPictures, AreFoundBelowAFolderAndMovedIfThePersonAgrees)
     for (const bool agrees : {false, true}) {
         const CFinder finder(Path("moved"), agrees);
         EXPECT_EQ(FindMissingPictures(*project, nullptr), agrees ? 2 : 0);
-        EXPECT_EQ(finder.rows, QStringList({QStringLiteral("a.png ") + Path("moved/a.png"),
-                                            QStringLiteral("b.png ") + Path("moved/b.png")}));
+        EXPECT_EQ(finder.rows, QStringList({QStringLiteral("a.png a.png"), QStringLiteral("b.png b.png")}));
         EXPECT_EQ(Paths(), agrees ? QStringList({Path("moved/a.png"), Path("moved/b.png")}) : before);
     }
     EXPECT_TRUE(project->GetAbsentFiles().empty());
@@ -132,13 +132,14 @@ TEST_F(MissingPictures, OneIsShownByHandAndTheOthersBesideItAreOffered)
     ASSERT_TRUE(QFile::rename(Path("moved/a.png"), Path("moved/other.png")));
     const CFinder finder(Path("moved/other.png"));
     EXPECT_EQ(FindMissingPicture(*project, Path("photos/a.png"), nullptr), 2);
-    EXPECT_EQ(finder.rows, QStringList(QStringLiteral("b.png ") + Path("moved/b.png")));
+    EXPECT_EQ(finder.rows, QStringList(QStringLiteral("b.png b.png")));
     EXPECT_EQ(Paths(), QStringList({Path("moved/other.png"), Path("moved/b.png")}));
     EXPECT_EQ(fixture.GetRoot().GetPictures().GetAt(0)->GetAngle(), angle);
 }
 
 TEST_F(MissingPictures, OneFileCantStandForTwo)
 {
+    ASSERT_TRUE(QDir().mkpath(Path("photos")));
     const QString other = fixture.WritePicture(QStringLiteral("c.png"));
     fixture.GetRoot().AppendPicture(other, 2);
     const QStringList before = Paths();

@@ -165,7 +165,7 @@ TEST(ExternalDispatch, OnlyMethodsAreCalled)
     CViewPagesExternalDispatch dispatch(recorder);
     EXPECT_EQ(dispatch.Invoke(4, DispatchKind::PropertyGet, {text}), DispatchResult::MemberNotFound);
     EXPECT_EQ(dispatch.Invoke(4, DispatchKind::PropertyPut, {text}), DispatchResult::MemberNotFound);
-    for (const int dispid : {-1, 0, 10}) {
+    for (const int dispid : {-1, 0, 11}) {
         EXPECT_EQ(dispatch.Invoke(dispid, DispatchKind::Method, {text}), DispatchResult::MemberNotFound);
     }
     EXPECT_TRUE(recorder.lines.isEmpty());
