@@ -15,7 +15,7 @@ as_root() {
 is_installed() {
     local package
     for package in "$@"; do
-        if dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed; then
+        if [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" = installed ]; then
             return
         fi
     done
@@ -26,7 +26,8 @@ is_installed() {
 known_package() {
     local package
     for package in "$@"; do
-        if apt-cache policy "$package" | grep -q '^  Candidate: [0-9]'; then
+        # To its end: a reader that stops early would make a failure of the writer's broken pipe.
+        if [ -n "$(apt-cache policy "$package" | sed -n '/^  Candidate: [0-9]/p')" ]; then
             echo "$package"
             return
         fi
