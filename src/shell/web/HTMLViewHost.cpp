@@ -58,7 +58,7 @@ QString ScriptLiteral(const QString& text)
 QVariantList ArgumentsOf(const QJsonArray& values)
 {
     QVariantList arguments;
-    for (const QJsonValue& value : values) {
+    for (const auto value : values) {
         arguments += value.isArray() ? QVariant() : value.toVariant();
     }
     return arguments;
