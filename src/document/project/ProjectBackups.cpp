@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QTimeZone>
 
 #include "common/FileSystem.h"
 #include "common/Text.h"
@@ -43,7 +44,7 @@ QStringList NamesOfStates(const QString& folder)
 QDateTime TimeOf(const QString& name)
 {
     QDateTime time = QDateTime::fromString(name.chopped(Extension.size()), TimeFormat);
-    time.setTimeSpec(Qt::UTC);
+    time.setTimeZone(QTimeZone::utc());
     return time;
 }
 

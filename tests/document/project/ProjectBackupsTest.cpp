@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QTimeZone>
 #include <gtest/gtest.h>
 
 #include "common/Exceptions.h"
@@ -23,7 +24,7 @@ QByteArray ProjectWith(int pictures, const QByteArray& id = "0123456789abcdef012
 
 QDateTime Day(int day)
 {
-    return QDateTime(QDate(2026, 3, day), QTime(12, 0), Qt::UTC);
+    return QDateTime(QDate(2026, 3, day), QTime(12, 0), QTimeZone::utc());
 }
 
 class ProjectBackups : public testing::Test {
