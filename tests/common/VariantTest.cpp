@@ -1,5 +1,7 @@
 #include "common/Variant.h"
 
+#include <QTimeZone>
+
 TEST(Variant, KnowsItsTypeAndAnswersNeutrallyForOthers)
 {
     const struct {
@@ -50,7 +52,7 @@ TEST(Date, CountsDaysFromTheThirtiethOfDecember1899InLocalTime)
     EXPECT_EQ(DateFromLocalTime(QDateTime(QDate(1899, 12, 30), QTime(0, 0))), 0.0);
     EXPECT_EQ(DateFromLocalTime(QDateTime(QDate(2000, 1, 1), QTime(12, 0))), 36526.5);
     // 12:00 UTC is 13:00 in Berlin in winter.
-    const QDateTime utc(QDate(2000, 1, 1), QTime(12, 0), Qt::UTC);
+    const QDateTime utc(QDate(2000, 1, 1), QTime(12, 0), QTimeZone::utc());
     EXPECT_EQ(DateFromLocalTime(utc), DateFromLocalTime(utc.toLocalTime()));
     EXPECT_NEAR(DateFromLocalTime(utc), 36526.0 + 13.0 / 24, 1e-9);
 }
