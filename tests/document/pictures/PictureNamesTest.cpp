@@ -76,8 +76,8 @@ TEST(PictureNames, ManyPicturesOfOneNameAreAllKeptApart)
 TEST(PictureNames, WhoWasThereFirstKeepsItsNameInWhateverOrder)
 {
     CPictureList list;
-    const CPictureInfo& first = Add(list, QStringLiteral("/a/x.jpg"));
-    const CPictureInfo& second = Add(list, QStringLiteral("/b/x.jpg"));
+    CPictureInfo& first = Add(list, QStringLiteral("/a/x.jpg"));
+    CPictureInfo& second = Add(list, QStringLiteral("/b/x.jpg"));
     const QString suffix = second.GetNameSuffix();
     list.Swap(0, 1);
     EXPECT_TRUE(IsPlain(first));
@@ -92,7 +92,7 @@ TEST(PictureNames, ATurnedPictureGivesWayToTheOneThatHasItsName)
 {
     CPictureList list;
     CPictureInfo& turned = Add(list, QStringLiteral("/a/Tor.jpg"));
-    const CPictureInfo& real = Add(list, QStringLiteral("/a/Tor_r1.jpg"));
+    CPictureInfo& real = Add(list, QStringLiteral("/a/Tor_r1.jpg"));
     EXPECT_TRUE(IsPlain(turned) && IsPlain(real));
     list.SetAngle(turned, 1);
     EXPECT_EQ(turned.GetAngle(), 1);
