@@ -75,10 +75,12 @@ QWidget* CDlgTextStamp::MakeStampControls()
 
 void CDlgTextStamp::OnFont()
 {
-    bool chosen = false;
-    const QFont newFont = QFontDialog::getFont(&chosen, ToQFont(font), this, Text(StringId::ChooseFont));
-    if (chosen) {
-        font = FromQFont(newFont);
+    QFontDialog dialog(ToQFont(font), this);
+    dialog.setWindowTitle(Text(StringId::ChooseFont));
+    // It shows what is installed: of a font without italics, say, another style.
+    const QFont shown = dialog.currentFont();
+    if (dialog.exec() == QDialog::Accepted && dialog.selectedFont() != shown) {
+        font = FromQFont(dialog.selectedFont());
         OnControlChanged();
     }
 }
