@@ -159,8 +159,10 @@ QString CFTPServer::WriteProFtpdConfiguration() const
                           "UseIPv6 off\nUser %2\nGroup %3\nModulePath %4proftpd-core/usr/lib/proftpd\n"
                           "AuthOrder mod_auth_file.c\nAuthUserFile %5users\nRequireValidShell off\n"
                           "RootLogin on\nUseFtpUsers off\nWtmpLog off\nPidFile %5pid\nScoreboardFile none\n"
-                          "DelayEngine off\nUseReverseDNS off\nSystemLog %5log\nTransferLog none\n"
-                          "ControlsEngine off\n<Global>\nAllowOverwrite on\n</Global>\n")
+                          "<IfModule mod_delay.c>\nDelayEngine off\n</IfModule>\n"
+                          "<IfModule mod_ctrls.c>\nControlsEngine off\n</IfModule>\n"
+                          "UseReverseDNS off\nSystemLog %5log\nTransferLog none\n"
+                          "<Global>\nAllowOverwrite on\n</Global>\n")
         .arg(port)
         .arg(OwnUserName(), OwnGroupName(), ServersFolder, scratch.Path(QString()));
 }
