@@ -184,7 +184,10 @@ say "--- The desktop knows the program"
 in_root apt-get install -q -y --no-install-recommends desktop-file-utils shared-mime-info man-db appstream xz-utils \
     >>"$folder/install.log" 2>&1 || fail "the tools; see $folder/install.log"
 in_root desktop-file-validate /usr/share/applications/com.corvane.Vistorama.desktop
-in_root appstreamcli validate --no-net /usr/share/metainfo/com.corvane.Vistorama.metainfo.xml
+# The program has no home page, which newer versions of the tool miss.
+findings=$(in_root appstreamcli validate --no-net --no-color /usr/share/metainfo/com.corvane.Vistorama.metainfo.xml |
+    sed -n '/^[EW]:/{/url-homepage-missing/!p}' || true)
+[ -z "$findings" ] || fail "$findings"
 in_root grep -h vistorama /usr/share/mime/globs2 /usr/share/applications/mimeinfo.cache
 in_root man -w vistorama vistorama-cli
 
