@@ -37,11 +37,12 @@ protected:
                                 folder + QStringLiteral("/By the Water"), folder + QStringLiteral("/Night")});
     }
 
-    // The page has its pictures.
+    // The page has its pictures, but for those that a browser gets only when one scrolls to them.
     void WaitForPictures()
     {
         ASSERT_TRUE(program.WaitInPage(
-            QStringLiteral("[...document.images].every(i => i.complete && i.naturalWidth)")));
+            QStringLiteral("[...document.images].every(i => (i.complete && i.naturalWidth) || "
+                           "(i.loading == 'lazy' && i.getBoundingClientRect().top > innerHeight))")));
     }
 
     void StartWithSample()
