@@ -157,6 +157,9 @@ QString CFTPServer::WriteProFtpdConfiguration() const
 {
     return QStringLiteral("ServerType standalone\nDefaultAddress 127.0.0.1\nSocketBindTight on\nPort %1\n"
                           "UseIPv6 off\nUser %2\nGroup %3\nModulePath %4proftpd-core/usr/lib/proftpd\n"
+                          // Transfers and listings: part of the program, or modules from Debian 13 on.
+                          "<IfModule !mod_xfer.c>\nLoadModule mod_xfer.c\n</IfModule>\n"
+                          "<IfModule !mod_ls.c>\nLoadModule mod_ls.c\n</IfModule>\n"
                           "AuthOrder mod_auth_file.c\nAuthUserFile %5users\nRequireValidShell off\n"
                           "RootLogin on\nUseFtpUsers off\nWtmpLog off\nPidFile %5pid\nScoreboardFile none\n"
                           "<IfModule mod_delay.c>\nDelayEngine off\n</IfModule>\n"
