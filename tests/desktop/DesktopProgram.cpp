@@ -268,6 +268,13 @@ void CDesktopProgram::ReleaseMouse()
     RunTool({QStringLiteral("mouseup"), QStringLiteral("1")});
 }
 
+bool CDesktopProgram::WaitForPictures()
+{
+    return WaitInPage(
+        QStringLiteral("[...document.images].every(i => (i.complete && i.naturalWidth) || "
+                       "(i.loading == 'lazy' && i.getBoundingClientRect().top > innerHeight))"));
+}
+
 void CDesktopProgram::ClickElement(const QString& elementExpression)
 {
     Click(PlaceOf(elementExpression));

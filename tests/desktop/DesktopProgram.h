@@ -73,6 +73,8 @@ public:
 
     // Until the expression is true in the page on the screen.
     bool WaitInPage(const QString& condition) { return page.WaitFor(condition); }
+    // Until the page has its pictures, but for those that a browser gets only when one scrolls to them.
+    bool WaitForPictures();
     QVariant InPage(const QString& expression) { return page.Ask(expression); }
     // The middle of an element, on the screen; the expression gives the element.
     QPoint PlaceOf(const QString& elementExpression) { return page.PlaceOf(elementExpression); }

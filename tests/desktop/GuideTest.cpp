@@ -37,13 +37,7 @@ protected:
                                 folder + QStringLiteral("/By the Water"), folder + QStringLiteral("/Night")});
     }
 
-    // The page has its pictures, but for those that a browser gets only when one scrolls to them.
-    void WaitForPictures()
-    {
-        ASSERT_TRUE(program.WaitInPage(
-            QStringLiteral("[...document.images].every(i => (i.complete && i.naturalWidth) || "
-                           "(i.loading == 'lazy' && i.getBoundingClientRect().top > innerHeight))")));
-    }
+    void WaitForPictures() { ASSERT_TRUE(program.WaitForPictures()); }
 
     void StartWithSample()
     {

@@ -12,8 +12,7 @@ TEST(Look, TheWindowFitsAllScreensInBothColourSchemes)
             const QString project = program.CopySample();
             program.WriteSettings(QByteArray("ColourScheme=") + scheme + '\n');
             program.Start({project});
-            ASSERT_TRUE(program.WaitInPage(
-                QStringLiteral("[...document.images].every(i => i.complete && i.naturalWidth)")));
+            ASSERT_TRUE(program.WaitForPictures());
             // The pages view has three quarters of the width.
             EXPECT_EQ(program.InPage(QStringLiteral("innerWidth")).toInt(), size.width() * 75 / 100);
             EXPECT_GT(program.InPage(QStringLiteral("innerHeight")).toInt(), size.height() * 8 / 10);

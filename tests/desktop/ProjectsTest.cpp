@@ -50,8 +50,7 @@ TEST(Projects, APathWithBlanksOnTheCommandLineIsOpenedAndListedFirst)
         EXPECT_EQ(program.GetTitle(), QStringLiteral("Vistorama - sample"));
         EXPECT_TRUE(
             program.WaitInPage(QStringLiteral("document.querySelectorAll('img[onmouseenter]').length > 5")));
-        EXPECT_TRUE(program.WaitInPage(
-            QStringLiteral("[...document.images].every(i => i.complete && i.naturalWidth)")));
+        EXPECT_TRUE(program.WaitForPictures());
         EXPECT_EQ(program.Terminate(), 0);
         EXPECT_FALSE(FileExists(program.GetDefaultProject()));
         const QByteArray settings = program.ReadSettings();
