@@ -3,7 +3,6 @@
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
 #include "common/Platform.h"
-#include "common/Text.h"
 #include "common/Trace.h"
 #include "document/project/GalleryProject.h"
 #include "shell/dialogs/FileDialogs.h"
@@ -75,7 +74,7 @@ void CViewFolder::ChooseFolder()
 void CViewFolder::SetFolder(const QString& folder)
 {
     const QString chosen = WithoutTrailingSeparator(folder);
-    if (!EqualsIgnoreCase(chosen, WithoutTrailingSeparator(folderPath))) {
+    if (chosen != WithoutTrailingSeparator(folderPath)) {
         folderPath = chosen;
         notifier.Send(UpdateHint::FolderChosen);
     }
@@ -280,7 +279,7 @@ void CViewFolder::OnProgress(const FolderProgress& progress)
     }
     waitingCount = progress.count;
     for (const FolderCard& card : progress.cards) {
-        if (galleryPaths.count(Lower(card.path)) == 0) {
+        if (galleryPaths.count(card.path) == 0) {
             waitingCards.push_back(card);
         }
     }

@@ -45,7 +45,7 @@ public:
 
     // Opens the folder browser.
     void ChooseFolder();
-    // The folder that is shown, without regard to case, is no new one.
+    // The folder that is shown is no new one.
     void SetFolder(const QString& folder);
     // Asks for the picture at that place of the list to be added to the current gallery, and takes its row
     // away. The list may have become another one since: then the path counts.
@@ -96,7 +96,7 @@ private:
     std::vector<std::unique_ptr<CFilePictureInfo>> pictures;
     std::unique_ptr<CViewFolderImageIterator> imageIterator;
     std::map<int32_t, QString> chosenPaths; // by index, of those that the frame has not been asked for yet
-    std::set<QString> galleryPaths;         // lower-cased, of the current gallery when the loading began
+    std::set<QString> galleryPaths;         // of the current gallery when the loading began
     int waitingCount = 0;                   // of thumbnails, that the page does not show yet
     std::vector<FolderCard> waitingCards;   // likewise
     bool isProgressPageShown = false;

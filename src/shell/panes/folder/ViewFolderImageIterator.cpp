@@ -1,6 +1,5 @@
 #include "shell/panes/folder/ViewFolderImageIterator.h"
 
-#include "common/Text.h"
 #include "document/galleries/Gallery.h"
 
 void CViewFolderImageIterator::SetCollection()
@@ -8,7 +7,7 @@ void CViewFolderImageIterator::SetCollection()
     hiddenPictures.clear();
     indexByPath.clear();
     for (size_t i = 0; i < collection.size(); ++i) {
-        indexByPath.emplace(Lower(collection[i]->GetPath()), static_cast<int32_t>(i));
+        indexByPath.emplace(collection[i]->GetPath(), static_cast<int32_t>(i));
     }
     Reset();
 }
@@ -26,7 +25,7 @@ void CViewFolderImageIterator::SetGallery(const CGallery* gallery)
 
 int32_t CViewFolderImageIterator::FindIndex(const QString& path) const
 {
-    const auto entry = indexByPath.find(Lower(path));
+    const auto entry = indexByPath.find(path);
     return entry != indexByPath.end() ? entry->second : -1;
 }
 

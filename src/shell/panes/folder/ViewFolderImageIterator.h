@@ -26,7 +26,7 @@ public:
     bool IsHidden(int32_t index) const { return hiddenPictures.contains(index); }
     // Hides the pictures of the gallery, and shows all others. Null hides nothing.
     void SetGallery(const CGallery* gallery);
-    // The index of a picture by its path, without regard to case; -1 if the collection does not have it.
+    // The index of a picture by its path; -1 if the collection does not have it.
     int32_t FindIndex(const QString& path) const;
     // The index in the collection of the picture under the cursor.
     int32_t GetIndex() const { return index; }
@@ -56,10 +56,10 @@ private:
     void SkipHidden();
 
     const Collection& collection;
-    std::map<QString, int32_t> indexByPath; // lower-cased
+    std::map<QString, int32_t> indexByPath;
     std::set<int32_t> hiddenPictures;
     int32_t index = 0;
 };
 
-// Lower-cased paths. Null has none.
+// The paths by which the gallery knows its pictures. Null has none.
 std::set<QString> KeysOfPictures(const CGallery* gallery);

@@ -6,7 +6,6 @@
 #include <QMenu>
 #include <QToolButton>
 
-#include "common/Text.h"
 #include "resources/StringTable.h"
 #include "shell/look/Panel.h"
 #include "shell/panes/folder/FolderPages.h"
@@ -15,16 +14,14 @@ namespace {
 
 bool Contains(const std::vector<QString>& folders, const QString& folder)
 {
-    return std::any_of(folders.begin(), folders.end(),
-                       [&](const QString& each) { return EqualsIgnoreCase(each, folder); });
+    return std::any_of(folders.begin(), folders.end(), [&](const QString& each) { return each == folder; });
 }
 
 bool HasEntry(const QMenu& menu, const QString& folder)
 {
     const QList<QAction*> entries = menu.actions();
-    return std::any_of(entries.begin(), entries.end(), [&](const QAction* entry) {
-        return EqualsIgnoreCase(entry->data().toString(), folder);
-    });
+    return std::any_of(entries.begin(), entries.end(),
+                       [&](const QAction* entry) { return entry->data().toString() == folder; });
 }
 
 } // namespace
@@ -81,7 +78,7 @@ void CViewFolderToolBar::UpdateFoldersMenu(const std::vector<QString>& folders, 
         }
     }
     for (QAction* const entry : foldersMenu->actions()) {
-        entry->setChecked(EqualsIgnoreCase(entry->data().toString(), current));
+        entry->setChecked(entry->data().toString() == current);
     }
     ShowChoice(foldersMenu);
 }

@@ -73,13 +73,14 @@ TEST_F(FolderIterator, GivesThePathOfTheThumbnail)
 TEST_F(FolderIterator, HidesThePicturesOfTheGalleryAndNoOthers)
 {
     iterator.SetCollection();
-    fixture.GetRoot().AppendPicture(QStringLiteral("/F/b.JPG"), 0);
+    fixture.GetRoot().AppendPicture(QStringLiteral("/f/B.jpg"), 0);
+    fixture.GetRoot().AppendPicture(QStringLiteral("/f/c.JPG"), 0); // another one than "c.jpg"
     fixture.GetRoot().AppendPicture(QStringLiteral("/other/a.jpg"), 0);
     fixture.GetRoot().AppendPicture(QStringLiteral("/f/d.jpg"), 0);
     iterator.HidePicture(0);
     iterator.SetGallery(&fixture.GetRoot());
     EXPECT_EQ(Walk(iterator), QStringLiteral("02"));
-    fixture.GetRoot().RemovePicture(2);
+    fixture.GetRoot().RemovePicture(3);
     iterator.SetGallery(&fixture.GetRoot());
     EXPECT_EQ(Walk(iterator), QStringLiteral("023"));
     iterator.SetGallery(nullptr);
@@ -89,7 +90,8 @@ TEST_F(FolderIterator, HidesThePicturesOfTheGalleryAndNoOthers)
 TEST_F(FolderIterator, FindsAPictureByItsPath)
 {
     iterator.SetCollection();
-    EXPECT_EQ(iterator.FindIndex(QStringLiteral("/F/C.jpg")), 2);
+    EXPECT_EQ(iterator.FindIndex(QStringLiteral("/f/c.jpg")), 2);
+    EXPECT_EQ(iterator.FindIndex(QStringLiteral("/F/C.jpg")), -1);
     EXPECT_EQ(iterator.FindIndex(QStringLiteral("/f/x.jpg")), -1);
 }
 

@@ -119,7 +119,6 @@ TEST_F(ViewFolder, AProjectWithoutAFolderSaysSo)
 TEST_F(ViewFolder, AnotherFolderEntersTheProjectAndTheSameOneDoesNot)
 {
     Open("one");
-    view->SetFolder(Folder("ONE"));
     view->SetFolder(Folder("one/"));
     EXPECT_EQ(CountOf(UpdateHint::FolderChosen), 0);
     view->SetFolder(Folder("two"));
@@ -128,6 +127,24 @@ TEST_F(ViewFolder, AnotherFolderEntersTheProjectAndTheSameOneDoesNot)
     EXPECT_EQ(fixture.GetProject().GetRecentFolder(), Folder("two"));
     EXPECT_EQ(fixture.GetProject().GetFolders().back(), Folder("two"));
     EXPECT_EQ(Heading(), QStringLiteral("two ( 1 picture )"));
+}
+
+// Letters count: "Photos" and "photos" are two folders, "A.jpg" and "a.jpg" two pictures.
+TEST_F(ViewFolder, NamesThatDifferInCapitalsAreTwo)
+{
+    Add("ONE/e.jpg");
+    Add("one/A.jpg");
+    fixture.GetRoot().AppendPicture(Folder("one/a.jpg"), 0);
+    Open("one");
+    EXPECT_EQ(Heading(), QStringLiteral("one ( 4 pictures )"));
+    EXPECT_EQ(Rows().split(QLatin1Char(' ')).size(), 3);
+    view->AddAllImages();
+    ASSERT_TRUE(WaitUntil([&] { return CountOf(UpdateHint::PicturesAdded) == 1; }));
+    EXPECT_EQ(fixture.GetRoot().GetPictures().GetCount(), 4);
+    view->SetFolder(Folder("ONE"));
+    EXPECT_TRUE(WaitForPage(view->GetHTMLView(),
+                            QStringLiteral("document.body.innerText.includes('( 1 picture )')")));
+    EXPECT_EQ(fixture.GetProject().GetRecentFolder(), Folder("ONE"));
 }
 
 TEST_F(ViewFolder, AddsOnePictureAndTellsOfTheCover)

@@ -38,11 +38,11 @@ protected:
 
 TEST_F(FolderToolBar, ListsTheRecentFoldersByTheirLastNames)
 {
-    toolBar.UpdateFoldersMenu(
-        Folders({QStringLiteral("/p/Sea"), QStringLiteral("/p/R&B/"), QStringLiteral("/")}),
-        QStringLiteral("/P/sea"));
-    EXPECT_EQ(Entries(), (QStringList{QStringLiteral("*Sea=/p/Sea"), QStringLiteral("R&&B=/p/R&B/"),
-                                      QStringLiteral("/=/")}));
+    toolBar.UpdateFoldersMenu(Folders({QStringLiteral("/p/sea"), QStringLiteral("/p/Sea"),
+                                       QStringLiteral("/p/R&B/"), QStringLiteral("/")}),
+                              QStringLiteral("/p/Sea"));
+    EXPECT_EQ(Entries(), (QStringList{QStringLiteral("sea=/p/sea"), QStringLiteral("*Sea=/p/Sea"),
+                                      QStringLiteral("R&&B=/p/R&B/"), QStringLiteral("/=/")}));
 }
 
 TEST_F(FolderToolBar, EntriesThatStayKeepTheirPlacesAndNewOnesAreAppended)
