@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <exception>
 #include <thread>
 
 #include <QMessageBox>
@@ -35,8 +36,13 @@ std::vector<FileMove> Search(const CGalleryProject& project, const QString& fold
     CStopSignal stop;
     std::atomic<bool> isDone = false;
     std::vector<FileMove> moves;
+    std::exception_ptr failure;
     std::thread worker([&] {
-        moves = search.Find(folder, stop);
+        try {
+            moves = search.Find(folder, stop);
+        } catch (...) {
+            failure = std::current_exception();
+        }
         isDone = true;
     });
     QTimer look;
@@ -49,6 +55,9 @@ std::vector<FileMove> Search(const CGalleryProject& project, const QString& fold
     waiting.exec();
     stop.Set();
     worker.join();
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
     return moves;
 }
 
