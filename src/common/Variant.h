@@ -63,6 +63,8 @@ public:
     void Clear() { entries.clear(); }
     const Entries& GetEntries() const { return entries; }
 
+    bool operator==(const CVariableMap&) const = default;
+
 private:
     Entries entries;
 };

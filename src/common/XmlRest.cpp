@@ -6,6 +6,8 @@
 #include <string>
 #include <utility>
 
+#include <QDataStream>
+#include <QIODevice>
 #include <pugixml.hpp>
 
 namespace {
@@ -159,4 +161,20 @@ void CXmlRest::WriteTo(CXmlElement& element) const
             WritePart(part, node);
         }
     }
+}
+
+QByteArray CXmlRest::ToBytes() const
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream << attributes << elements << parts;
+    return bytes;
+}
+
+CXmlRest CXmlRest::FromBytes(const QByteArray& bytes)
+{
+    CXmlRest rest;
+    QDataStream stream(bytes);
+    stream >> rest.attributes >> rest.elements >> rest.parts;
+    return rest;
 }

@@ -33,6 +33,11 @@ public:
     // and attribute "name" are there already, are left out.
     void WriteTo(CXmlElement& element) const;
 
+    // For other places than a project's file; bytes that ToBytes has not made give an empty one, or what can
+    // be read of them.
+    QByteArray ToBytes() const;
+    static CXmlRest FromBytes(const QByteArray& bytes);
+
     // Parts need no element to be written for them.
     bool IsEmpty() const { return attributes.isEmpty() && elements.isEmpty(); }
     bool operator==(const CXmlRest&) const = default;

@@ -76,6 +76,18 @@ int32_t CGalleryContent::UnlistChild(const CGalleryPictureInfo& entry)
     return position;
 }
 
+void CGalleryContent::ListAnew(std::vector<std::unique_ptr<CPictureInfo>> entries)
+{
+    pictures.Clear();
+    childPictures.clear();
+    for (std::unique_ptr<CPictureInfo>& entry : entries) {
+        if (auto* const child = dynamic_cast<CGalleryPictureInfo*>(entry.get())) {
+            childPictures[child->GetGalleryIndex()] = child;
+        }
+        pictures.Add(std::move(entry), false);
+    }
+}
+
 void CGalleryContent::SetObjectVariable(const QString& object, const QString& name, const CVariant& value)
 {
     if (EqualsIgnoreCase(object, QStringLiteral("gallery"))) {
@@ -120,8 +132,8 @@ std::set<QString> CGalleryContent::GetWatermarks() const
 
 FileTrace CGalleryContent::GetWatermarkTrace(const QString& path) const
 {
-    const auto found = watermarkTraces.find(path);
-    return found != watermarkTraces.end() ? found->second : FileTrace();
+    const auto found = rests.watermarkTraces.find(path);
+    return found != rests.watermarkTraces.end() ? found->second : FileTrace();
 }
 
 bool CGalleryContent::RelocateWatermark(const QString& oldPath, const QString& newPath)

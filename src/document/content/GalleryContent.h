@@ -7,6 +7,7 @@
 #include <optional>
 #include <set>
 #include <utility>
+#include <vector>
 
 #include <QString>
 
@@ -32,6 +33,8 @@ struct GalleryTexts {
     CVariableMap own; // of the object "gallery"
     Pages pages;
     Advertisements advertisements;
+
+    bool operator==(const GalleryTexts&) const = default;
 };
 
 // What a project's file says of a gallery beyond what this version knows, by the elements that it stands in.
@@ -44,6 +47,10 @@ struct GalleryRests {
     std::map<QString, CXmlRest> visibility; // by page file name
     std::array<CXmlRest, 3> imageStamps;
     std::array<CXmlRest, 3> textStamps;
+    // By path; of other watermarks than are in use as well.
+    std::map<QString, FileTrace> watermarkTraces;
+
+    bool operator==(const GalleryRests&) const = default;
 };
 
 // Which elements of a gallery's pages are shown. Elements are entered when a page first asks about them.
@@ -63,6 +70,7 @@ public:
 
     // By page file name.
     const std::map<QString, Elements>& GetPages() const { return pages; }
+    void SetPages(const std::map<QString, Elements>& newPages) { pages = newPages; }
 
 private:
     std::map<QString, Elements> pages;
@@ -138,7 +146,10 @@ public:
     std::set<QString> GetWatermarks() const;
     // As read from the project's file; empty for a path that it has no trace of.
     FileTrace GetWatermarkTrace(const QString& path) const;
-    void SetWatermarkTrace(const QString& path, const FileTrace& trace) { watermarkTraces[path] = trace; }
+    void SetWatermarkTrace(const QString& path, const FileTrace& trace)
+    {
+        rests.watermarkTraces[path] = trace;
+    }
     // False if no stamp has the old path.
     bool RelocateWatermark(const QString& oldPath, const QString& newPath);
 
@@ -152,6 +163,8 @@ protected:
     CGalleryPictureInfo* ListChild(std::unique_ptr<CGalleryPictureInfo> entry);
     // Returns where it stood.
     int32_t UnlistChild(const CGalleryPictureInfo& entry);
+    // Puts other entries into the place of all that are listed.
+    void ListAnew(std::vector<std::unique_ptr<CPictureInfo>> entries);
 
 private:
     const int32_t index;
@@ -163,6 +176,5 @@ private:
     CPageVisibility visibility;
     ImageStamps imageStamps;
     TextStamps textStamps;
-    std::map<QString, FileTrace> watermarkTraces; // by path; of other watermarks than are in use as well
     GalleryRests rests;
 };

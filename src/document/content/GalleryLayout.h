@@ -65,6 +65,8 @@ public:
     // The folders of all styles in use: those of single pages, then the gallery's. One may stand there twice.
     std::vector<QString> GetStyleDirectories() const;
 
+    bool operator==(const CGalleryLayout&) const = default;
+
 private:
     const CGalleryCatalogue* catalogue;
     CGalleryCatalogue::Templates::const_iterator currentTemplate; // the end if there are no layouts

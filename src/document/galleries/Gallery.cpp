@@ -159,6 +159,36 @@ void CGallery::MovePicture(int32_t a, int32_t b)
     }
 }
 
+void CGallery::ReorderPictures(const std::vector<int32_t>& order)
+{
+    GetPictures().Reorder(order);
+    UpdateCover(0);
+}
+
+std::vector<std::unique_ptr<CPictureInfo>> CGallery::TakePictures(const std::vector<int32_t>& positions)
+{
+    std::vector<int32_t> files;
+    std::copy_if(positions.begin(), positions.end(), std::back_inserter(files), [this](int32_t position) {
+        return GetPictures().GetAt(position) && !IsChild(GetPictures().GetAt(position));
+    });
+    std::vector<std::unique_ptr<CPictureInfo>> taken = GetPictures().Remove(files);
+    if (!files.empty()) {
+        UpdateCover(*std::min_element(files.begin(), files.end()));
+    }
+    return taken;
+}
+
+bool CGallery::TakeOver(std::unique_ptr<CPictureInfo>& picture)
+{
+    if (GetPictures().FindRecord(picture->GetKey())) {
+        return false;
+    }
+    const CPictureInfo* const record = GetPictures().Add(std::move(picture), GetLayout().IsAddedAtFront());
+    GetPictures().CountDateOf(*record);
+    UpdateCover(PositionOfAdded(record));
+    return true;
+}
+
 void CGallery::RotatePicture(int32_t position, bool clockwise)
 {
     CPictureInfo* const record = GetPictures().GetAt(position);
@@ -183,6 +213,74 @@ void CGallery::MakeChildFromPicture(int32_t position)
     manager.GetGallery(childIndex)->GetPictures().Add(std::move(record), GetLayout().IsAddedAtFront());
     pictures.MoveTo(entry, position);
     UpdateCover(std::min(position, pictures.GetCount() - 1));
+}
+
+void CGallery::Restore(const GalleryState& wanted, const GalleryState& present)
+{
+    if (wanted.layout != present.layout) {
+        GetLayout() = *wanted.layout;
+    }
+    if (wanted.pictures != present.pictures) {
+        RestorePictures(*wanted.pictures);
+    }
+    if (wanted.texts != present.texts) {
+        GetTexts() = *wanted.texts;
+    }
+    if (wanted.visibility != present.visibility) {
+        GetVisibility().SetPages(*wanted.visibility);
+    }
+    if (wanted.stamps != present.stamps) {
+        GetImageStamps() = wanted.stamps->images;
+        GetTextStamps() = wanted.stamps->texts;
+    }
+    if (wanted.rests != present.rests) {
+        GetRests() = *wanted.rests;
+    }
+}
+
+void CGallery::BecomeCopyOf(const CGallery& other, const std::map<int32_t, int32_t>& copies)
+{
+    const GalleryState state = StateOf(other, {});
+    PictureListState pictures = *state.pictures;
+    for (PictureListState::Entry& entry : pictures.entries) {
+        if (auto* const child = std::get_if<PictureListState::Child>(&entry)) {
+            child->gallery = copies.at(child->gallery);
+        }
+    }
+    GalleryState copy = state;
+    copy.pictures = std::make_shared<const PictureListState>(std::move(pictures));
+    Restore(copy, {});
+    UpdateCover(0);
+}
+
+// A file may have come or gone since.
+void CGallery::RestorePictures(const PictureListState& state)
+{
+    ForgetChildren();
+    std::vector<std::unique_ptr<CPictureInfo>> entries;
+    entries.reserve(state.entries.size());
+    for (const PictureListState::Entry& entry : state.entries) {
+        if (const auto* record = std::get_if<std::shared_ptr<const CFilePictureInfo>>(&entry)) {
+            entries.push_back(std::make_unique<CFilePictureInfo>(**record));
+        } else {
+            entries.push_back(MakeChildEntry(std::get<PictureListState::Child>(entry)));
+        }
+    }
+    ListAnew(std::move(entries));
+    GetPictures().SetValues(state);
+    GetPictures().LookForFiles();
+}
+
+std::unique_ptr<CGalleryPictureInfo> CGallery::MakeChildEntry(const PictureListState::Child& state)
+{
+    CGallery& child = *manager.FindGallery(state.gallery);
+    CListedGallery& listed = child;
+    auto entry = std::make_unique<CGalleryPictureInfo>(listed, state.gallery);
+    entry->SetAngle(state.angle);
+    entry->SetNameSuffix(state.nameSuffix);
+    entry->SetRest(state.rest);
+    child.parentIndexes.insert(GetIndex());
+    return entry;
 }
 
 CGalleryPictureInfo* CGallery::AddChild(int32_t childIndex)
@@ -223,6 +321,32 @@ bool CGallery::IsAtOrAbove(const CGallery& gallery) const
         }
     }
     return false;
+}
+
+std::optional<CGallery::ChildPlace> CGallery::FindChildPlace(int32_t childIndex) const
+{
+    const CGalleryPictureInfo* const entry = FindChildPicture(childIndex);
+    return entry ? std::optional<ChildPlace>({.entry = {.gallery = childIndex,
+                                                        .angle = entry->GetAngle(),
+                                                        .nameSuffix = entry->GetNameSuffix(),
+                                                        .rest = entry->GetRest()},
+                                              .position = GetPictures().FindPosition(entry)})
+                 : std::nullopt;
+}
+
+void CGallery::AddChild(const ChildPlace& place)
+{
+    const int32_t count = GetPictures().GetCount();
+    const int32_t position = std::clamp(place.position, 0, count);
+    const int32_t listedAt = GetPictures().FindPosition(ListChild(MakeChildEntry(place.entry)));
+    std::vector<int32_t> order;
+    for (int32_t old = 0; old <= count; ++old) {
+        if (old != listedAt) {
+            order.push_back(old);
+        }
+    }
+    order.insert(order.begin() + position, listedAt);
+    ReorderPictures(order);
 }
 
 void CGallery::RemoveChild(int32_t childIndex)

@@ -8,6 +8,7 @@
 #include <QString>
 
 #include "document/content/GalleryContent.h"
+#include "document/content/GalleryState.h"
 #include "document/cover/GalleryCover.h"
 #include "document/galleries/GalleryManager.h"
 
@@ -48,16 +49,40 @@ public:
     void RemovePicture(int32_t position);
     // Swaps the two.
     void MovePicture(int32_t a, int32_t b);
+    // order: where each picture stands now, by its new position; every position once.
+    void ReorderPictures(const std::vector<int32_t>& order);
+    // Plain pictures leave with all that is known of them, in the order of the positions; child galleries
+    // stay.
+    std::vector<std::unique_ptr<CPictureInfo>> TakePictures(const std::vector<int32_t>& positions);
+    // Takes one over, where the current page adds what is new. False, and the picture stays with the caller,
+    // if its file is in the gallery already.
+    bool TakeOver(std::unique_ptr<CPictureInfo>& picture);
     // By a quarter turn.
     void RotatePicture(int32_t position, bool clockwise);
     // A plain picture becomes a child gallery that holds it.
     void MakeChildFromPicture(int32_t position);
+
+    // --- Moments. See GalleryState.h.
+
+    // Takes back or does anew: the parts in which the two differ become those of the first. The galleries
+    // that are children in it have to be there. The cover is to be updated afterwards.
+    void Restore(const GalleryState& wanted, const GalleryState& present);
+    // For a new gallery. copies: for each gallery below the other the one that stands for it below this one.
+    void BecomeCopyOf(const CGallery& other, const std::map<int32_t, int32_t>& copies);
 
     // --- Tree.
 
     // The new entry, or the one that is there already. Null, and nothing changed, for an index that names no
     // gallery, this gallery, or one above it: the tree has no circles.
     CGalleryPictureInfo* AddChild(int32_t childIndex);
+    // The entry that stands for a child, and where.
+    struct ChildPlace {
+        PictureListState::Child entry;
+        int32_t position = 0;
+    };
+    std::optional<ChildPlace> FindChildPlace(int32_t childIndex) const;
+    // Lists a gallery that nobody lists, in front of what stands there; at the end for a position after it.
+    void AddChild(const ChildPlace& place);
     void RemoveChild(int32_t childIndex);
     // Null for the root, and for a gallery that no other lists.
     CGallery* GetParent() const { return manager.GetParentGallery(GetIndex()); }
@@ -105,6 +130,8 @@ private:
         bool atFront;
     };
     AddedPicture AddFile(const NewFile& file);
+    void RestorePictures(const PictureListState& state);
+    std::unique_ptr<CGalleryPictureInfo> MakeChildEntry(const PictureListState::Child& state);
     int32_t ScaledPageNumber(const CGalleryLayout& before);
     int32_t PositionOfAdded(const CPictureInfo* record) const;
     bool IsAtOrAbove(const CGallery& gallery) const;

@@ -30,6 +30,10 @@ public:
     void BindPictureReference(const QString& id, int32_t offset, int32_t modulo) override;
     int32_t GetPicturesPerPage() const override;
     int32_t GetPageIndex() const override { return pageIndex; }
+    // Of all places for pictures, in their order; an id may stand there twice.
+    const std::vector<QString>& GetBoundIds() const { return boundIds; }
+    // Of the page's file in the layout.
+    const QString& GetPageBaseName() const { return pageBaseName; }
     int32_t GetPageCount() const override;
     int32_t GetPictureCount() const override;
     QString GetPageFileName(int32_t page) const override;

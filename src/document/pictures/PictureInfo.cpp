@@ -1,6 +1,7 @@
 #include "document/pictures/PictureInfo.h"
 
 #include <algorithm>
+#include <tuple>
 
 #include "common/FileSystem.h"
 #include "common/Text.h"
@@ -59,6 +60,16 @@ std::optional<CVariant> CFilePictureInfo::GetVariable(const QString& name) const
         return property;
     }
     return variables.Find(name);
+}
+
+bool CFilePictureInfo::operator==(const CFilePictureInfo& other) const
+{
+    const auto valuesOf = [](const CFilePictureInfo& record) {
+        return std::tie(record.path, record.thumbnailPath, record.angle, record.isThere, record.date,
+                        record.size, record.tracedPath, record.trace, record.variables,
+                        record.GetNameSuffix(), record.GetRest());
+    };
+    return valuesOf(*this) == valuesOf(other);
 }
 
 void CFilePictureInfo::SetState(const FileState& state)

@@ -43,6 +43,11 @@ public:
     // The path under which a list keeps the record. Unlike GetPath it never makes a file.
     virtual QString GetKey() const { return GetPath(); }
 
+protected:
+    CPictureInfo() = default;
+    CPictureInfo(const CPictureInfo&) = default;
+    CPictureInfo& operator=(const CPictureInfo&) = default;
+
 private:
     QString nameSuffix;
     CXmlRest rest;
@@ -83,6 +88,9 @@ public:
 
     // For the list that owns the record: it has to be kept under its path.
     void SetPath(const QString& newPath);
+
+    // In all that is known of it, the state of its file included.
+    bool operator==(const CFilePictureInfo& other) const;
 
 private:
     QString path;

@@ -3,8 +3,53 @@
 #include <algorithm>
 
 #include <QDateTime>
+#include <QHash>
 
 #include "common/Text.h"
+
+namespace {
+
+// The records of a former state, to be shared by a new one as far as they are the same.
+class CFormerRecords {
+public:
+    explicit CFormerRecords(const PictureListState& former) : former(former) {}
+
+    // place: where the record stands now; most stand where they stood.
+    std::shared_ptr<const CFilePictureInfo> Share(const CFilePictureInfo& record, size_t place) const
+    {
+        const std::shared_ptr<const CFilePictureInfo> same =
+            place < former.entries.size() ? RecordOf(former.entries[place]) : nullptr;
+        if (same && *same == record) {
+            return same;
+        }
+        const std::shared_ptr<const CFilePictureInfo> moved = FindByPath(record.GetPath());
+        return moved && *moved == record ? moved : std::make_shared<const CFilePictureInfo>(record);
+    }
+
+private:
+    static std::shared_ptr<const CFilePictureInfo> RecordOf(const PictureListState::Entry& entry)
+    {
+        const auto* const record = std::get_if<std::shared_ptr<const CFilePictureInfo>>(&entry);
+        return record ? *record : nullptr;
+    }
+
+    std::shared_ptr<const CFilePictureInfo> FindByPath(const QString& path) const
+    {
+        if (byPath.isEmpty()) {
+            for (const PictureListState::Entry& entry : former.entries) {
+                if (const auto record = RecordOf(entry)) {
+                    byPath.insert(record->GetPath(), record);
+                }
+            }
+        }
+        return byPath.value(path);
+    }
+
+    const PictureListState& former;
+    mutable QHash<QString, std::shared_ptr<const CFilePictureInfo>> byPath; // made when it is first needed
+};
+
+} // namespace
 
 AddedPicture CPictureList::AddFile(const QString& path, int32_t angle, bool atFront)
 {
@@ -77,22 +122,46 @@ int32_t CPictureList::FindPosition(const CPictureInfo* record) const
 
 std::unique_ptr<CPictureInfo> CPictureList::Remove(int32_t position)
 {
-    CPictureInfo* const record = GetAt(position);
-    if (!record) {
-        return nullptr;
+    std::vector<std::unique_ptr<CPictureInfo>> removed = Remove(std::vector<int32_t>{position});
+    return removed.empty() ? nullptr : std::move(removed.front());
+}
+
+std::vector<std::unique_ptr<CPictureInfo>> CPictureList::Remove(const std::vector<int32_t>& positions)
+{
+    std::vector<std::unique_ptr<CPictureInfo>> removed;
+    bool hasLostEarliest = false;
+    bool hasLostLatest = false;
+    for (const int32_t position : positions) {
+        if (const CPictureInfo* const record = GetAt(position)) {
+            removed.push_back(TakeOut(*record));
+            entries[static_cast<size_t>(position)] = nullptr;
+            hasLostEarliest = hasLostEarliest || record->GetDate() == minDate;
+            hasLostLatest = hasLostLatest || record->GetDate() == maxDate;
+        }
     }
-    auto slot = byPath.find(record->GetKey());
-    if (slot == byPath.end() || slot->second.get() != record) {
+    entries.erase(std::remove(entries.begin(), entries.end(), nullptr), entries.end());
+    if (hasLostEarliest) {
+        RecountEarliest();
+    }
+    if (hasLostLatest) {
+        RecountLatest();
+    }
+    return removed;
+}
+
+// Of everything but the order.
+std::unique_ptr<CPictureInfo> CPictureList::TakeOut(const CPictureInfo& record)
+{
+    auto slot = byPath.find(record.GetKey());
+    if (slot == byPath.end() || slot->second.get() != &record) {
         // Its path has changed since it came in, and no other key was free for it then.
         slot = std::find_if(byPath.begin(), byPath.end(),
-                            [&](const auto& entry) { return entry.second.get() == record; });
+                            [&](const auto& entry) { return entry.second.get() == &record; });
     }
-    std::unique_ptr<CPictureInfo> removed = std::move(slot->second);
-    names.Release(*removed);
+    std::unique_ptr<CPictureInfo> taken = std::move(slot->second);
+    names.Release(*taken);
     byPath.erase(slot);
-    entries.erase(entries.begin() + position);
-    RecountAfter(removed->GetDate());
-    return removed;
+    return taken;
 }
 
 void CPictureList::Swap(int32_t a, int32_t b)
@@ -111,6 +180,16 @@ void CPictureList::MoveTo(const CPictureInfo* record, int32_t position)
     if (from >= 0 && from < to) {
         std::rotate(entries.begin() + from, entries.begin() + from + 1, entries.begin() + to + 1);
     }
+}
+
+void CPictureList::Reorder(const std::vector<int32_t>& newOrder)
+{
+    std::vector<CPictureInfo*> ordered;
+    ordered.reserve(newOrder.size());
+    for (const int32_t position : newOrder) {
+        ordered.push_back(entries[static_cast<size_t>(position)]);
+    }
+    entries = std::move(ordered);
 }
 
 void CPictureList::Rekey(const QString& path)
@@ -213,6 +292,31 @@ CVariant CPictureList::GetVariable(const QString& name) const
         return CVariant::Date(maxDate);
     }
     return variables.Find(name).value_or(CVariant());
+}
+
+PictureListState CPictureList::GetState(const PictureListState& former) const
+{
+    const CFormerRecords records(former);
+    PictureListState state{.entries = {}, .variables = variables, .minDate = minDate, .maxDate = maxDate};
+    state.entries.reserve(entries.size());
+    for (const CPictureInfo* entry : entries) {
+        if (const auto* file = dynamic_cast<const CFilePictureInfo*>(entry)) {
+            state.entries.emplace_back(records.Share(*file, state.entries.size()));
+        } else if (const auto* child = dynamic_cast<const CGalleryPictureInfo*>(entry)) {
+            state.entries.emplace_back(PictureListState::Child{.gallery = child->GetGalleryIndex(),
+                                                               .angle = child->GetAngle(),
+                                                               .nameSuffix = child->GetNameSuffix(),
+                                                               .rest = child->GetRest()});
+        }
+    }
+    return state;
+}
+
+void CPictureList::SetValues(const PictureListState& state)
+{
+    variables = state.variables;
+    minDate = state.minDate;
+    maxDate = state.maxDate;
 }
 
 // 0 is no date.

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "document/pictures/PictureInfo.h"
+#include "document/pictures/PictureListState.h"
 #include "document/pictures/PictureNames.h"
 
 // What adding a path has come to.
@@ -32,8 +33,9 @@ public:
     // is, with its texts, angle, place and date of addition.
     AddedPicture AddFile(const QString& path, int32_t angle, bool atFront);
     AddedPicture AddFile(const QString& path, const QString& thumbnailPath, int32_t angle, bool atFront);
-    // A record of the same key is replaced in place.
+    // A record of the same key is replaced in place. Its date counts only when CountDateOf says so.
     CPictureInfo* Add(std::unique_ptr<CPictureInfo> record, bool atFront);
+    void CountDateOf(const CPictureInfo& record) { CountDate(record.GetDate()); }
 
     // Null for a position outside the list.
     const CPictureInfo* GetAt(int32_t position) const;
@@ -48,11 +50,16 @@ public:
 
     // Hands the record over; dropping it deletes it. Null for a position outside the list.
     std::unique_ptr<CPictureInfo> Remove(int32_t position);
+    // Many at once, in time that grows with the list and not with its square. Positions outside the list
+    // count for nothing.
+    std::vector<std::unique_ptr<CPictureInfo>> Remove(const std::vector<int32_t>& positions);
 
     // Positions outside the list change nothing.
     void Swap(int32_t a, int32_t b);
     // Towards the end only; a record that stands at the position or after it stays where it is.
     void MoveTo(const CPictureInfo* record, int32_t position);
+    // order: where each entry stands now, by its new position; every position once.
+    void Reorder(const std::vector<int32_t>& order);
     // To be called with the old path after a change of a record's path.
     void Rekey(const QString& path);
     // Gives a file record another path; texts, angle and place stay. False, and nothing changed, for a path
@@ -75,11 +82,17 @@ public:
     const CVariableMap& GetVariables() const { return variables; }
     CVariableMap& GetVariables() { return variables; }
 
+    // former: one of the same list, or an empty one.
+    PictureListState GetState(const PictureListState& former) const;
+    // Of a list whose entries are those of the state already: all that it has beside them.
+    void SetValues(const PictureListState& state);
+
     // Of its files that are there; 0 if none has a date.
     DateValue GetMinDate() const { return minDate; }
     DateValue GetMaxDate() const { return maxDate; }
 
 private:
+    std::unique_ptr<CPictureInfo> TakeOut(const CPictureInfo& record);
     void CountDate(DateValue date);
     void RecountAfter(DateValue removed);
     void RecountEarliest();

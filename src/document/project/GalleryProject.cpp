@@ -246,6 +246,56 @@ int32_t CGalleryProject::AddParentGallery(int32_t index)
     return newIndex;
 }
 
+std::vector<int32_t> CGalleryProject::ListBelow(int32_t index) const
+{
+    std::vector<int32_t> below = {index};
+    for (size_t i = 0; i < below.size(); ++i) {
+        const CGallery* const gallery = FindGallery(below[i]);
+        for (const int32_t child : gallery ? gallery->GetChildren() : std::set<int32_t>()) {
+            below.push_back(child);
+        }
+    }
+    return below;
+}
+
+bool CGalleryProject::MoveGallery(int32_t index, int32_t newParentIndex, int32_t position)
+{
+    CGallery* const oldParent = GetParentGallery(index);
+    CGallery* const newParent = FindGallery(newParentIndex);
+    const std::vector<int32_t> below = ListBelow(index);
+    if (!oldParent || !newParent || std::count(below.begin(), below.end(), newParentIndex) != 0) {
+        return false;
+    }
+    const CGallery::ChildPlace place = *oldParent->FindChildPlace(index);
+    // It leaves its own place first.
+    const bool isLater = newParent == oldParent && place.position < position;
+    oldParent->RemoveChild(index);
+    newParent->AddChild({.entry = place.entry, .position = isLater ? position - 1 : position});
+    return true;
+}
+
+// From the bottom up, so that each finds its children.
+int32_t CGalleryProject::DuplicateGallery(int32_t index)
+{
+    CGallery* const parent = GetParentGallery(index);
+    if (!parent) {
+        return -1;
+    }
+    const std::vector<int32_t> originals = ListBelow(index);
+    std::map<int32_t, int32_t> copies;
+    for (const int32_t original : originals) {
+        copies[original] = AddGallery();
+    }
+    for (auto original = originals.rbegin(); original != originals.rend(); ++original) {
+        FindGallery(copies[*original])->BecomeCopyOf(*FindGallery(*original), copies);
+    }
+    CGallery::ChildPlace place = *parent->FindChildPlace(index);
+    place.entry.gallery = copies[index];
+    ++place.position;
+    parent->AddChild(place);
+    return copies[index];
+}
+
 void CGalleryProject::RemoveGallery(int32_t index)
 {
     CGallery* const gallery = FindGallery(index);

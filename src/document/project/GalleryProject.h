@@ -17,6 +17,7 @@
 #include "document/project/AbsentFiles.h"
 #include "document/project/DeploySettings.h"
 #include "document/project/ProjectIdentity.h"
+#include "document/project/ProjectState.h"
 #include "document/project/RecentFolders.h"
 
 // What a project needs of the machine that it is opened on. The pointers are borrowed, are not null and
@@ -89,6 +90,25 @@ public:
     // Puts a new gallery, which becomes the current one, between the gallery and its parent. Returns its
     // index, or -1 if there is no such gallery. Throws what CGallery::SetTemplate throws.
     int32_t AddParentGallery(int32_t index);
+
+    // A gallery goes to another parent, or to another place of its own, with all that lies below it: before
+    // the entry of that position, or to the end. False, and nothing changed, for the root, and for a parent
+    // that is the gallery itself or lies below it.
+    bool MoveGallery(int32_t index, int32_t newParent, int32_t position);
+    // A second one beside it, with all that lies below it. Returns its index, or -1 for the root and for a
+    // gallery that isn't there.
+    int32_t DuplicateGallery(int32_t index);
+    // The gallery and all that lie below it, each before its children.
+    std::vector<int32_t> ListBelow(int32_t index) const;
+
+    // --- Moments, to come back to.
+
+    // Of those galleries, there or not. former: an earlier state, which shares with the new one what has not
+    // changed; an empty one will do.
+    ProjectState GetState(const std::set<int32_t>& indexes, const ProjectState& former) const;
+    // Changes what differs between the two states, which name the same galleries; present is that of now.
+    // The person is back where they were, with the page of that time.
+    void Restore(const ProjectState& wanted, const ProjectState& present);
 
     // --- Files of pictures and watermarks. See AbsentFiles.h.
 

@@ -220,6 +220,30 @@ TEST(PictureList, ARecordCanBeTakenOutWithoutBeingDeleted)
     EXPECT_EQ(list.Remove(-1), nullptr);
 }
 
+TEST(PictureList, ManyAreRemovedAtOnce)
+{
+    CTestProject test;
+    CPictureList list;
+    for (int day = 1; day <= 5; ++day) {
+        list.AddFile(test.MakePicture(QString::number(day), QDate(2020, 1, day)), 0, false);
+    }
+    CPictureInfo* const first = list.GetAt(0);
+    CPictureInfo* const fourth = list.GetAt(3);
+    CPictureInfo* const fifth = list.GetAt(4);
+    const auto taken = list.Remove(std::vector<int32_t>{-1, 0, 3, 4, 3, 5});
+    ASSERT_EQ(taken.size(), 3u);
+    EXPECT_EQ(taken[0].get(), first);
+    EXPECT_EQ(taken[1].get(), fourth);
+    EXPECT_EQ(taken[2].get(), fifth);
+    ASSERT_EQ(list.GetCount(), 2);
+    EXPECT_EQ(list.Find(first->GetPath()), -1);
+    EXPECT_EQ(list.Find(list.GetAt(1)->GetPath()), 1);
+    EXPECT_EQ(Value(list, "min_creation_date"), QStringLiteral("date:43832.5"));
+    EXPECT_EQ(Value(list, "max_creation_date"), QStringLiteral("date:43833.5"));
+    EXPECT_TRUE(list.Remove(std::vector<int32_t>{}).empty());
+    EXPECT_EQ(list.GetCount(), 2);
+}
+
 TEST(PictureList, MovesTowardsTheEndOnly)
 {
     const struct {
