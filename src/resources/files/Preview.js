@@ -245,6 +245,7 @@ var previewStrips = (function () {
 
   // By keyboard: the menu key or Shift+F10 opens the strip of what is in the focused link, the arrows go from button to
   // button, Enter presses one and Escape closes the strip.
+  var openedByKey = null; // a group
   function openByKey() {
     var focused = document.activeElement, edited = '[onmouseenter^="showMenu("]';
     var object = !focused ? null : focused.matches(edited) ? focused : focused.querySelector(edited);
@@ -255,6 +256,7 @@ var previewStrips = (function () {
       show(group);
       light(group, 1);
     }
+    openedByKey = group;
     return group;
   }
 
@@ -272,11 +274,21 @@ var previewStrips = (function () {
 
   document.addEventListener("keydown", function (event) {
     var isMenuKey = event.key == "ContextMenu" || (event.key == "F10" && event.shiftKey);
+    if (isMenuKey && window.previewSelection && previewSelection.openMenuByKey()) {
+      open.forEach(close);
+      event.preventDefault();
+      event.stopPropagation();
+      return;
+    }
     var group = isMenuKey ? openByKey() : Array.from(open).pop();
     if (!group || event.key == "Tab") { open.forEach(close); return; }
     if (event.key == "ArrowRight" || event.key == "ArrowLeft") { moveByKey(group, event.key == "ArrowRight" ? 1 : -1); }
     else if (event.key == "Enter") { pressByKey(group); }
-    else if (event.key == "Escape") { close(group); }
+    else if (event.key == "Escape") {
+      close(group);
+      // A strip that has come up under the mouse is not what the key is for.
+      if (group !== openedByKey) { return; }
+    }
     else if (!isMenuKey) { return; }
     event.preventDefault();
     event.stopPropagation();
@@ -316,7 +328,7 @@ var previewStrips = (function () {
   }
 
   return { show: show, leave: leave, light: light, buttonAt: buttonAt, groupOf: groupOf, groupAt: groupAt,
-           groupOfObject: groupOfObject };
+           groupOfObject: groupOfObject, covered: coveredGroup };
 })();
 
 // Pictures are dragged by the program, which asks the page where they would go.
@@ -394,7 +406,10 @@ var previewDragging = (function () {
   // Shows where a picture of the page would go.
   function markGap(x, y) {
     var gap = gapAt(x, y);
-    if (!gap) { return; }
+    if (!gap) {
+      markPage();
+      return;
+    }
     var bar = "background:#005afa;border-radius:3px;box-shadow:0 0 0 1px #fff,0 1px 4px rgba(0,0,0,.5);";
     var rect = gap.rect;
     if (gap.inRow) {
@@ -407,7 +422,7 @@ var previewDragging = (function () {
     scrollAt(x, y);
   }
 
-  // Shows that a picture from elsewhere would be added to the page.
+  // Shows that a picture would come onto a page that has none yet.
   function markPage() {
     showMark("inset:0;border:4px solid #005afa;box-shadow:inset 0 0 0 1px #fff;box-sizing:border-box;");
   }
@@ -441,5 +456,5 @@ var previewDragging = (function () {
     if (document.scrollingElement.scrollTop != before) { markGap(at.x, at.y); }
   }
 
-  return { markGap: markGap, markPage: markPage, clear: clear, take: take };
+  return { markGap: markGap, clear: clear, take: take };
 })();
