@@ -57,8 +57,8 @@ bool CDropWatcher::eventFilter(QObject* watched, QEvent* event)
     case QEvent::Drop:
         return Take(*static_cast<QWidget*>(watched), *static_cast<QDropEvent*>(event));
     case QEvent::DragLeave:
-        if (handlers.pictureLeft) {
-            handlers.pictureLeft();
+        if (handlers.picturesLeft) {
+            handlers.picturesLeft();
         }
         return false;
     default:
@@ -73,25 +73,27 @@ bool CDropWatcher::Take(QWidget& watched, QDropEvent& event)
         return true;
     }
     // Another instance of the program has positions of its own; from there a picture is a file.
-    return event.source() != nullptr ? TakePicture(watched, event)
+    return event.source() != nullptr ? TakePictures(watched, event)
                                      : !watched.property(TakesDropsProperty).toBool() && TakeFiles(event);
 }
 
-bool CDropWatcher::TakePicture(const QWidget& watched, QDropEvent& event)
+bool CDropWatcher::TakePictures(const QWidget& watched, QDropEvent& event)
 {
-    if (!handlers.pictureDropped) {
+    if (!handlers.picturesDropped) {
         return false;
     }
-    const std::optional<DraggedPicture> picture = ReadDraggedPicture(*event.mimeData());
-    if (!picture) {
+    const std::optional<DraggedPictures> pictures = ReadDraggedPictures(*event.mimeData());
+    if (!pictures) {
         return false;
     }
     Accept(event);
-    const QPoint place = watched.mapTo(&target, event.position().toPoint());
+    const PictureDrop drop{.pictures = *pictures,
+                           .place = watched.mapTo(&target, event.position().toPoint()),
+                           .copies = event.modifiers().testFlag(Qt::ControlModifier)};
     if (event.type() == QEvent::Drop) {
-        handlers.pictureDropped(*picture, place);
-    } else {
-        handlers.pictureHovered(*picture, place);
+        handlers.picturesDropped(drop);
+    } else if (handlers.picturesHovered) {
+        handlers.picturesHovered(drop);
     }
     return true;
 }

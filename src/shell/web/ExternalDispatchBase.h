@@ -35,12 +35,23 @@ public:
     // arguments: in the order in which the script wrote them.
     DispatchResult Invoke(int dispid, DispatchKind kind, const QVariantList& arguments);
 
+    // Whether calls of a page are understood that isn't the current one any more, or not yet: a person has
+    // pressed something on it while the next one was on its way. page: the number that CHTMLView::LoadHtml
+    // gave it.
+    virtual bool KnowsPage(int) const { return false; }
+    // Of the call that comes next.
+    void SetCallingPage(int page) { callingPage = page; }
+    int GetCallingPage() const { return callingPage; }
+
     // By dispid, from 1 on.
     virtual QStringList GetMethodNames() const = 0;
 
 protected:
     // dispid: that of one of the methods.
     virtual DispatchResult CallMethod(int dispid, const QVariantList& arguments) = 0;
+
+private:
+    int callingPage = 0;
 };
 
 // The conversions of arguments. A missing value (undefined) is an empty text, 0 or false; null, a list and an

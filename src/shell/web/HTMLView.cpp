@@ -35,9 +35,9 @@ void CHTMLView::SetShownFolders(const QStringList& folders)
     }
 }
 
-void CHTMLView::LoadHtml(const std::string& page, ScrollPlace place)
+int CHTMLView::LoadHtml(const std::string& page, ScrollPlace place)
 {
-    host->Load(page, place);
+    return host->Load(page, place);
 }
 
 void CHTMLView::SetShownCallback(std::function<void()> callback)

@@ -34,8 +34,8 @@ public:
     void SetShownFolders(const QStringList& folders);
 
     // page: the bytes of a whole page. A page without a charset of its own is in the code page of
-    // the option Default_CodePage.
-    void LoadHtml(const std::string& page, ScrollPlace place = ScrollPlace::Top);
+    // the option Default_CodePage. Returns a number of the page's own.
+    int LoadHtml(const std::string& page, ScrollPlace place = ScrollPlace::Top);
 
     // Called each time a page has come onto the screen.
     void SetShownCallback(std::function<void()> callback);

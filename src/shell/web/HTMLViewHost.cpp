@@ -73,7 +73,7 @@ CHTMLViewHost::CHTMLViewHost(const HTMLViewOptions& options, QWidget& widget)
       profile(CViewProfile::Get()),
       view(profile->AddView(*this)),
       arrangement(new QVBoxLayout(&widget)),
-      input([this](int press) { AwaitArrival(press); })
+      input([this](int press) { OnPress(press); })
 {
     arrangement->setContentsMargins(0, 0, 0, 0);
     patience.setSingleShot(true);
@@ -184,12 +184,13 @@ void CHTMLViewHost::SetExternalDispatch(CExternalDispatchBase* newDispatch)
     InsertScripts();
 }
 
-void CHTMLViewHost::Load(const std::string& bytes, HTMLScrollPlace place)
+int CHTMLViewHost::Load(const std::string& bytes, HTMLScrollPlace place)
 {
     awaited = Page{.revision = ++lastRevision,
                    .bytes = WithArtworkPaths(servedFiles.Readdressed(QByteArray::fromStdString(bytes))),
                    .place = place};
     Start();
+    return lastRevision;
 }
 
 void CHTMLViewHost::Start()
@@ -218,7 +219,6 @@ void CHTMLViewHost::OnShown(int revision)
     patience.stop();
     shown = std::move(awaited);
     awaited.reset();
-    input.Forget();
     while (!scripts.empty()) {
         const Script script = std::move(scripts.front());
         scripts.pop_front();
@@ -252,7 +252,7 @@ void CHTMLViewHost::OnCalled(int revision, const QString& method, const QJsonArr
 
 void CHTMLViewHost::Dispatch(int revision, const QString& method, const QJsonArray& arguments)
 {
-    if (!dispatch || !MayAsk(revision)) {
+    if (!dispatch || !(IsCurrent(revision) || dispatch->KnowsPage(revision)) || !MayAsk(revision)) {
         Trace(QStringLiteral("A call is not heard: ") + method);
         return;
     }
@@ -260,6 +260,7 @@ void CHTMLViewHost::Dispatch(int revision, const QString& method, const QJsonArr
     DispatchResult result = dispatch->GetIDsOfNames({method}, ids);
     if (result == DispatchResult::Ok) {
         isDispatching = true;
+        dispatch->SetCallingPage(revision);
         result = dispatch->Invoke(ids[0], DispatchKind::Method, ArgumentsOf(arguments));
         isDispatching = false;
     }
@@ -270,24 +271,33 @@ void CHTMLViewHost::Dispatch(int revision, const QString& method, const QJsonArr
 
 void CHTMLViewHost::Follow(int revision, const QString& link)
 {
-    if (loader && MayAsk(revision)) {
+    // A link of a page that is about to go may lead to something else by now.
+    if (loader && IsCurrent(revision) && MayAsk(revision)) {
         loader->LoadURL(link);
     }
 }
 
 bool CHTMLViewHost::MayAsk(int revision)
 {
-    // Ids and links mean something else once the next page is made.
-    const bool isCurrent = shown && shown->revision == revision && !awaited;
     // A dialog, a menu or the wizard looks at the document, and nobody clicks behind it.
     const bool isBusy =
         isDispatching || QApplication::activeModalWidget() || QApplication::activePopupWidget();
-    return isCurrent && !isBusy && input.Take();
+    return pressedPages.count(revision) != 0 && !isBusy && input.Take();
 }
 
-// An answer of the page comes after what was sent to it before.
-void CHTMLViewHost::AwaitArrival(int press)
+// While a page comes onto the screen the person may have seen either. An answer of the page comes after what
+// was sent to it before.
+void CHTMLViewHost::OnPress(int press)
 {
+    if (press != lastPress) {
+        lastPress = press;
+        pressedPages.clear();
+        for (const std::optional<Page>* each : {&shown, &awaited}) {
+            if (*each) {
+                pressedPages.insert((*each)->revision);
+            }
+        }
+    }
     page->runJavaScript(QStringLiteral("1"), [this, press, asked = page.get()](const QVariant&) {
         if (asked == page.get()) {
             input.Arrived(press);

@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 
 #include <QJsonArray>
 #include <QStringList>
@@ -54,7 +55,7 @@ public:
     CHTMLViewHost(const HTMLViewOptions& options, QWidget& widget);
     ~CHTMLViewHost() override;
 
-    void Load(const std::string& bytes, HTMLScrollPlace place);
+    int Load(const std::string& bytes, HTMLScrollPlace place);
     void RunScript(const QString& expression, std::function<void(const QVariant&)> answer);
     void SetExternalDispatch(CExternalDispatchBase* dispatch);
 
@@ -88,9 +89,11 @@ private:
     void OnCalled(int revision, const QString& method, const QJsonArray& arguments);
     void Dispatch(int revision, const QString& method, const QJsonArray& arguments);
     void Follow(int revision, const QString& link);
+    // Whether that page is on the screen, with no other on its way.
+    bool IsCurrent(int revision) const { return shown && shown->revision == revision && !awaited; }
     // Whether the page of that revision may ask for something now.
     bool MayAsk(int revision);
-    void AwaitArrival(int press);
+    void OnPress(int press);
     void AskWhetherAlive();
     void GiveUp();
 
@@ -116,6 +119,8 @@ private:
     std::deque<Script> scripts; // that wait for the next page
     bool isDispatching = false; // a command, perhaps a dialog, is at work
     CPersonInput input;
-    QTimer patience; // for the awaited page, then for a sign of life
+    int lastPress = 0;
+    std::set<int> pressedPages; // revisions of the pages that the last press may have been meant for
+    QTimer patience;            // for the awaited page, then for a sign of life
     bool isAskedForLife = false;
 };

@@ -24,7 +24,7 @@ void CPersonInput::Watch(QWidget& widget)
     }
 }
 
-bool CPersonInput::eventFilter(QObject*, QEvent* event)
+bool CPersonInput::eventFilter(QObject* watched, QEvent* event)
 {
     switch (event->type()) {
     case QEvent::ChildAdded: {
@@ -36,13 +36,13 @@ bool CPersonInput::eventFilter(QObject*, QEvent* event)
     }
     case QEvent::KeyPress:
         if (!IsModifier(static_cast<QKeyEvent*>(event)->key())) {
-            Press();
+            Press(*static_cast<QWidget*>(watched), *static_cast<QInputEvent*>(event));
         }
         break;
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
     case QEvent::TouchBegin:
-        Press();
+        Press(*static_cast<QWidget*>(watched), *static_cast<QInputEvent*>(event));
         break;
     case QEvent::MouseMove:
         // A button that is held down while the mouse moves: a drag begins late.
@@ -61,20 +61,27 @@ bool CPersonInput::eventFilter(QObject*, QEvent* event)
     return false;
 }
 
-void CPersonInput::Press()
+void CPersonInput::Press(QWidget& target, const QInputEvent& event)
 {
+    // What a widget has no use for comes to its parent as well.
+    if (lastTarget && lastTarget != &target && target.isAncestorOf(lastTarget) &&
+        event.timestamp() == lastTime) {
+        return;
+    }
+    lastTarget = &target;
+    lastTime = event.timestamp();
     ++lastPress;
-    isPressed = true;
+    presses.emplace_back(life);
     isUnderway = false;
     Renew();
 }
 
 void CPersonInput::Renew()
 {
-    if (!isPressed || isUnderway) {
+    if (presses.empty() || isUnderway) {
         return;
     }
-    deadline.setRemainingTime(life);
+    presses.back().setRemainingTime(life);
     isUnderway = true;
     pressed(lastPress);
 }
@@ -83,13 +90,20 @@ void CPersonInput::Arrived(int press)
 {
     if (press == lastPress) {
         isUnderway = false;
-        deadline.setRemainingTime(life);
+        if (!presses.empty()) {
+            presses.back().setRemainingTime(life);
+        }
     }
 }
 
 bool CPersonInput::Take()
 {
-    const bool isGood = isPressed && (isUnderway || !deadline.hasExpired());
-    isPressed = false;
+    while (presses.size() > (isUnderway ? 1 : 0) && presses.front().hasExpired()) {
+        presses.pop_front();
+    }
+    const bool isGood = !presses.empty();
+    if (isGood) {
+        presses.pop_front();
+    }
     return isGood;
 }

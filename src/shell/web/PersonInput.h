@@ -1,12 +1,15 @@
 #pragma once
 
 #include <chrono>
+#include <deque>
 #include <functional>
 
 #include <QDeadlineTimer>
 #include <QObject>
+#include <QPointer>
+#include <QWidget>
 
-class QWidget;
+class QInputEvent;
 
 // What a person does on a view by mouse, keyboard or finger. Each press is good for one request of the page
 // that it was made on, and not for long: so a page can ask for something in answer to a person, and never by
@@ -25,22 +28,23 @@ public:
 
     // The life of the press begins anew: a page that is busy hears of it late.
     void Arrived(int press);
-    // Uses the last press up. False if there is none, or it was too long ago.
+    // Uses the oldest press up that is still good. False if there is none.
     bool Take();
     // What was pressed was pressed on another page.
-    void Forget() { isPressed = false; }
+    void Forget() { presses.clear(); }
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void Press();
+    void Press(QWidget& target, const QInputEvent& event);
     void Renew();
 
     const std::function<void(int press)> pressed;
     const std::chrono::milliseconds life;
     int lastPress = 0;
-    bool isPressed = false;  // and not used up
-    bool isUnderway = false; // the page may not have got it yet
-    QDeadlineTimer deadline;
+    QPointer<QWidget> lastTarget;       // of its event
+    quint64 lastTime = 0;               // likewise, in milliseconds
+    bool isUnderway = false;            // the page may not have got the last one yet
+    std::deque<QDeadlineTimer> presses; // that are not used up: how long each is good
 };

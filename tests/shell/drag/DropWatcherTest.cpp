@@ -92,14 +92,14 @@ TEST(DropWatcher, APictureOfAnotherInstanceIsAFile)
 {
     QWidget window;
     QStringList dropped;
-    new CDropWatcher(window, {.pictureHovered = [](const DraggedPicture&, QPoint) { FAIL(); },
-                              .pictureDropped = [](const DraggedPicture&, QPoint) { FAIL(); },
+    new CDropWatcher(window, {.picturesHovered = [](const PictureDrop&) { FAIL(); },
+                              .picturesDropped = [](const PictureDrop&) { FAIL(); },
                               .filesDropped =
                                   [&](const QStringList& paths) {
                                       dropped = paths;
                                   }});
     QMimeData data;
-    data.setData(QStringLiteral("application/x-vistorama-picture"), "folder 2");
+    data.setData(QStringLiteral("application/x-vistorama-pictures"), "folder 2");
     data.setUrls({QUrl::fromLocalFile(QStringLiteral("/a.png"))});
     QDragEnterEvent enter(QPoint(1, 1), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(&window, &enter);
@@ -114,10 +114,10 @@ TEST(DropWatcher, WhatHasNoHandlerIsLeftToOthers)
 {
     QWidget window;
     int leftCount = 0;
-    new CDropWatcher(window, {.pictureHovered = [](const DraggedPicture&, QPoint) { FAIL(); },
-                              .pictureLeft = [&] { ++leftCount; },
-                              .pictureDropped =
-                                  [](const DraggedPicture&, QPoint) {
+    new CDropWatcher(window, {.picturesHovered = [](const PictureDrop&) { FAIL(); },
+                              .picturesLeft = [&] { ++leftCount; },
+                              .picturesDropped =
+                                  [](const PictureDrop&) {
                                       FAIL();
                                   }});
     QMimeData data;

@@ -71,9 +71,30 @@ void MoveMouse(CHTMLView& view, QPoint place)
     QTest::mouseMove(view.window()->windowHandle(), InWindow(view, place));
 }
 
-void ClickMouse(CHTMLView& view, QPoint place)
+void ClickMouse(CHTMLView& view, QPoint place, Qt::KeyboardModifiers modifiers, Qt::MouseButton button)
 {
-    QTest::mouseClick(view.window()->windowHandle(), Qt::LeftButton, Qt::NoModifier, InWindow(view, place));
+    QTest::mouseClick(view.window()->windowHandle(), button, modifiers, InWindow(view, place));
+}
+
+void DoubleClickMouse(CHTMLView& view, QPoint place)
+{
+    QTest::mouseDClick(view.window()->windowHandle(), Qt::LeftButton, Qt::NoModifier, InWindow(view, place));
+}
+
+void DragMouse(CHTMLView& view, QPoint from, QPoint to, Qt::KeyboardModifiers modifiers)
+{
+    constexpr int steps = 4;
+    QWindow* const window = view.window()->windowHandle();
+    QTest::mousePress(window, Qt::LeftButton, modifiers, InWindow(view, from));
+    for (int i = 1; i <= steps; ++i) {
+        QTest::mouseMove(window, InWindow(view, from + (to - from) * i / steps));
+    }
+    QTest::mouseRelease(window, Qt::LeftButton, modifiers, InWindow(view, to));
+}
+
+void PressKey(CHTMLView& view, Qt::Key key, Qt::KeyboardModifiers modifiers)
+{
+    QTest::keyClick(view.findChild<QWebEngineView*>()->focusProxy(), key, modifiers);
 }
 
 void PressKey(CHTMLView& view)
@@ -149,6 +170,16 @@ void CCallRecorder::DragImage(const QString& id, const QString& look)
 void CCallRecorder::FindImage(const QString& id)
 {
     Note(QStringLiteral("FindImage ") + id);
+}
+
+void CCallRecorder::Select(const QString& ids, const QString& way)
+{
+    Note(QStringLiteral("Select %1 %2").arg(QString(ids).replace(QLatin1Char('\n'), QLatin1Char('+')), way));
+}
+
+void CCallRecorder::OpenMenu(const QString& id, int32_t x, int32_t y)
+{
+    Note(QStringLiteral("OpenMenu %1|%2|%3").arg(id).arg(x).arg(y));
 }
 
 void CCallRecorder::LoadURL(const QString& url)

@@ -22,7 +22,13 @@ QRectF RectOf(CHTMLView& view, const QString& selector);
 
 // The mouse of a person, in the coordinates of the view.
 void MoveMouse(CHTMLView& view, QPoint place);
-void ClickMouse(CHTMLView& view, QPoint place);
+void ClickMouse(CHTMLView& view, QPoint place, Qt::KeyboardModifiers modifiers = Qt::NoModifier,
+                Qt::MouseButton button = Qt::LeftButton);
+void DoubleClickMouse(CHTMLView& view, QPoint place);
+// With the left button down, by several steps.
+void DragMouse(CHTMLView& view, QPoint from, QPoint to, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+// In the page that has the focus.
+void PressKey(CHTMLView& view, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 // A key that pages have no use for, pressed by a person in the page that is on the screen.
 void PressKey(CHTMLView& view);
 // A script of the page that runs in answer to that key; returns when it has run.
@@ -45,6 +51,9 @@ public:
                        const QString& textProperty) override;
     void DragImage(const QString& id, const QString& look) override;
     void FindImage(const QString& id) override;
+    void Select(const QString& ids, const QString& way) override;
+    void OpenMenu(const QString& id, int32_t x, int32_t y) override;
+    bool KnowsPage(int) const override { return false; }
     void LoadURL(const QString& url) override;
 
 private:
