@@ -72,6 +72,11 @@ void CLimitedTextEdit::SetText(const QString& text)
     setPlainText(CutToLength(text, limit));
 }
 
+void CLimitedTextEdit::InsertLineBreak()
+{
+    insertPlainText(CutToLength(ShownBreak, GetRoom()));
+}
+
 qsizetype CLimitedTextEdit::GetRoom() const
 {
     // A selection has U+2029 for its line ends.

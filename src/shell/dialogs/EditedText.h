@@ -35,6 +35,8 @@ public:
 
     // In place of setPlainText, which knows no limit.
     void SetText(const QString& text);
+    // At the cursor, as Enter does, if it has room.
+    void InsertLineBreak();
 
 protected:
     void insertFromMimeData(const QMimeData* source) override;
