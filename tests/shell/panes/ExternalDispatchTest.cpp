@@ -16,12 +16,27 @@ public:
     {
         lines += QStringLiteral("DragImage %1 %2").arg(id, look);
     }
+    void Select(const QString& ids, const QString& way) override
+    {
+        lines += QStringLiteral("Select %1 %2").arg(ids, way);
+    }
+    bool KnowsPage(int) const override { return false; }
+    void TakeSelected(const QString& id) override { lines += QStringLiteral("TakeSelected ") + id; }
+    void OpenMenu(const QString& id, int32_t x, int32_t y) override
+    {
+        lines += QStringLiteral("OpenMenu %1 %2 %3").arg(id).arg(x).arg(y);
+    }
 };
 
 class CGalleriesRecorder final : public CViewGalleriesExternalDispatchCommands {
 public:
     QStringList lines;
     void AddChildGallery(int32_t id) override { Note("AddChildGallery", id); }
+    void DragGallery(int32_t id) override { Note("DragGallery", id); }
+    void OpenMenu(int32_t id, int32_t x, int32_t y) override
+    {
+        lines += QStringLiteral("OpenMenu %1 %2 %3").arg(id).arg(x).arg(y);
+    }
     void AddParentGallery(int32_t id) override { Note("AddParentGallery", id); }
     void RemoveGallery(int32_t id) override { Note("RemoveGallery", id); }
     void SetCurrentGallery(int32_t id) override { Note("SetCurrentGallery", id); }
@@ -76,7 +91,9 @@ TEST(ExternalDispatch, ThePagesViewHasItsMethods)
                  {"DeleteImage", 6, one, ok, "DeleteImage pic_1"},
                  {"EditText", 7, six, ok, "EditText p.q|Name|<b>|7|-8|1"},
                  {"EditReference", 8, {text, text, text}, ok, "EditReference a|a|a"},
-                 {"FindImage", 10, one, ok, "FindImage pic_1"}});
+                 {"FindImage", 10, one, ok, "FindImage pic_1"},
+                 {"Select", 11, {text, text}, ok, "Select a a"},
+                 {"OpenMenu", 12, {text, 7, -8}, ok, "OpenMenu a|7|-8"}});
 }
 
 TEST(ExternalDispatch, TheFolderViewHasItsMethods)
@@ -91,7 +108,13 @@ TEST(ExternalDispatch, TheFolderViewHasItsMethods)
                  {"AddAllImages", 2, {text}, DispatchResult::BadParamCount, nullptr},
                  {"DragImage", 3, {text, text}, DispatchResult::Ok, "DragImage a a"},
                  {"DragImage", 3, {text}, DispatchResult::BadParamCount, nullptr},
-                 {"DragImage", 3, {text, null}, DispatchResult::TypeMismatch, nullptr}});
+                 {"DragImage", 3, {text, null}, DispatchResult::TypeMismatch, nullptr},
+                 {"Select", 4, {text, text}, DispatchResult::Ok, "Select a a"},
+                 {"Select", 4, {text}, DispatchResult::BadParamCount, nullptr},
+                 {"TakeSelected", 5, {text}, DispatchResult::Ok, "TakeSelected a"},
+                 {"OpenMenu", 6, {text, 7, -8}, DispatchResult::Ok, "OpenMenu a 7 -8"},
+                 {"OpenMenu", 6, {text, 7, text}, DispatchResult::TypeMismatch, nullptr},
+                 {"OpenMenu", 6, {text, 7}, DispatchResult::BadParamCount, nullptr}});
 }
 
 TEST(ExternalDispatch, TheGalleriesViewHasItsMethods)
@@ -110,7 +133,12 @@ TEST(ExternalDispatch, TheGalleriesViewHasItsMethods)
                  {"SetCurrentGallery", 4, {1e12}, mismatch, nullptr},
                  {"SetCurrentGallery", 4, {null}, mismatch, nullptr},
                  {"SetCurrentGallery", 4, {}, DispatchResult::BadParamCount, nullptr},
-                 {"SetCurrentGallery", 4, {1, 2}, DispatchResult::BadParamCount, nullptr}});
+                 {"SetCurrentGallery", 4, {1, 2}, DispatchResult::BadParamCount, nullptr},
+                 {"DragGallery", 5, {4}, ok, "DragGallery 4"},
+                 {"DragGallery", 5, {4, 1, 1}, DispatchResult::BadParamCount, nullptr},
+                 {"OpenMenu", 6, {4, 100, 60.5}, ok, "OpenMenu 4 100 60"},
+                 {"OpenMenu", 6, {4}, DispatchResult::BadParamCount, nullptr},
+                 {"OpenMenu", 6, {4, 100, null}, mismatch, nullptr}});
 }
 
 TEST(ExternalDispatch, WrongCountsAndTypesCallNothing)
@@ -142,7 +170,11 @@ TEST(ExternalDispatch, WrongCountsAndTypesCallNothing)
                  {"EditReference", 8, {text, text, object}, mismatch, nullptr},
                  {"DragImage", 9, {text, text}, DispatchResult::Ok, "DragImage a a"},
                  {"DragImage", 9, {text}, count, nullptr},
-                 {"DragImage", 9, {object, text}, mismatch, nullptr}});
+                 {"DragImage", 9, {object, text}, mismatch, nullptr},
+                 {"Select", 11, {text}, count, nullptr},
+                 {"Select", 11, {text, null}, mismatch, nullptr},
+                 {"OpenMenu", 12, {text, 1}, count, nullptr},
+                 {"OpenMenu", 12, {text, text, 1}, mismatch, nullptr}});
 }
 
 TEST(ExternalDispatch, NamesAreFoundWithoutRegardToCase)
@@ -165,7 +197,7 @@ TEST(ExternalDispatch, OnlyMethodsAreCalled)
     CViewPagesExternalDispatch dispatch(recorder);
     EXPECT_EQ(dispatch.Invoke(4, DispatchKind::PropertyGet, {text}), DispatchResult::MemberNotFound);
     EXPECT_EQ(dispatch.Invoke(4, DispatchKind::PropertyPut, {text}), DispatchResult::MemberNotFound);
-    for (const int dispid : {-1, 0, 11}) {
+    for (const int dispid : {-1, 0, 13}) {
         EXPECT_EQ(dispatch.Invoke(dispid, DispatchKind::Method, {text}), DispatchResult::MemberNotFound);
     }
     EXPECT_TRUE(recorder.lines.isEmpty());

@@ -6,7 +6,8 @@
 CFolderLoader::CFolderLoader(Listener newListener)
     : listener(std::move(newListener)),
       progressTarget(CEventLoopTarget<FolderProgress>::Create(
-          [this](const FolderProgress& progress) { listener.progressed(progress); }))
+          [this](const FolderProgress& progress) { listener.progressed(progress); })),
+      filledTarget(CEventLoopTarget<int>::Create([this](int) { listener.filled(); }))
 {
     Start();
 }
@@ -42,11 +43,12 @@ void CFolderLoader::DoWork()
     if (!IsRunning()) {
         return;
     }
+    const int number = result.number;
     {
         const CMutexLock lock(pictureLock);
         filled = std::move(result);
     }
-    listener.filled();
+    filledTarget->Post(number);
 }
 
 void CFolderLoader::OnProgress(int count, const std::vector<FolderCard>& cards)

@@ -31,8 +31,9 @@ struct FolderProgress {
 // screen's thread.
 class CFolderLoader final : private CBackgroundWorker, private CFolderPicturesListener {
 public:
+    // Called on the screen's thread.
     struct Listener {
-        std::function<void()> filled; // there is something to take; on the worker's thread
+        std::function<void()> filled; // there is something to take
         std::function<void(const FolderProgress&)> progressed;
     };
     explicit CFolderLoader(Listener listener);
@@ -65,6 +66,7 @@ private:
 
     const Listener listener;
     std::shared_ptr<CEventLoopTarget<FolderProgress>> progressTarget;
+    std::shared_ptr<CEventLoopTarget<int>> filledTarget; // number of the request
     bool isWorking = false;
 
     // Changed on the screen's thread, and only while the worker rests.

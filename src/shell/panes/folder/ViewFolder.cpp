@@ -1,34 +1,32 @@
 #include "shell/panes/folder/ViewFolder.h"
 
-#include "common/Exceptions.h"
+#include <algorithm>
+
+#include <QMenu>
+
 #include "common/FileSystem.h"
 #include "common/Platform.h"
 #include "common/Trace.h"
 #include "document/project/GalleryProject.h"
+#include "editing/PictureActs.h"
 #include "shell/dialogs/FileDialogs.h"
-#include "shell/drag/DraggedPicture.h"
-#include "shell/look/WaitCursor.h"
-#include "shell/panes/folder/FolderLoader.h"
+#include "shell/drag/DropWatcher.h"
+#include "shell/panes/SelectionBar.h"
+#include "shell/panes/SelectionScript.h"
 #include "shell/panes/folder/FolderPages.h"
-#include "shell/panes/folder/ViewFolderImageIterator.h"
 
 namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto resizePause = 400ms;   // after the last change of the size
-constexpr auto progressPause = 100ms; // between two changes of the progress page
-
-bool ListsFolderAnew(UpdateHint hint)
-{
-    return ConcernsFolderView(hint) && hint != UpdateHint::FolderReady;
-}
+constexpr auto resizePause = 400ms; // after the last change of the size
+constexpr size_t keptPages = 4;     // of which ids are still understood
 
 } // namespace
 
 CViewFolder::CViewFolder(const Services& services, QWidget* parent)
     : CPanel(parent),
-      notifier(ViewId::Folder, services.notify),
+      services(services),
       dispatch(*this),
       toolBar(new CViewFolderToolBar({.browse = [this] { ChooseFolder(); },
                                       .chooseFolder =
@@ -37,26 +35,32 @@ CViewFolder::CViewFolder(const Services& services, QWidget* parent)
                                           }},
                                      this)),
       htmlView(new CHTMLView(services.browser, this)),
-      watcher([this] { Refresh(); }),
-      imageIterator(std::make_unique<CViewFolderImageIterator>(pictures)),
-      loader(std::make_unique<CFolderLoader>(
-          CFolderLoader::Listener{.filled = [this] { notifier.Send(UpdateHint::FolderReady); },
-                                  .progressed =
-                                      [this](const FolderProgress& progress) {
-                                          OnProgress(progress);
-                                      }}))
+      selectionBar(new CSelectionBar(*this, [this] { ClearSelection(); })),
+      pictureMenu(new QMenu(this)),
+      listing({.load = [this](const std::string& page, HTMLScrollPlace place) { LoadPage(page, place); },
+               .run = [this](const QString& script) { htmlView->RunScript(script); },
+               .getCardSize = [this] { return CardSize(htmlView->width()); },
+               .getGallery = [this]() -> const CGallery* {
+                   return this->services.desk.GetProject().GetCurrentGallery();
+               },
+               .changed =
+                   [this] {
+                       selection.Keep(ListPaths());
+                       MarkSelection();
+                   }})
 {
     setObjectName(QStringLiteral("FolderView"));
+    pictureMenu->setObjectName(QStringLiteral("FolderPictureMenu"));
     SetToolBar(toolBar);
     SetClient(htmlView);
     htmlView->SetLoader(this);
     htmlView->SetExternalDispatch(&dispatch);
     resizeTimer.setSingleShot(true);
     resizeTimer.setInterval(resizePause);
-    connect(&resizeTimer, &QTimer::timeout, this, &CViewFolder::Refresh);
-    progressTimer.setSingleShot(true);
-    progressTimer.setInterval(progressPause);
-    connect(&progressTimer, &QTimer::timeout, this, &CViewFolder::ShowProgress);
+    connect(&resizeTimer, &QTimer::timeout, this, [this] { listing.Refresh(); });
+    new CDropWatcher(*htmlView, {.picturesDropped = [this](const PictureDrop& drop) {
+        TakeBack(drop);
+    }});
 }
 
 CViewFolder::~CViewFolder() = default;
@@ -65,7 +69,7 @@ CViewFolder::~CViewFolder() = default;
 
 void CViewFolder::ChooseFolder()
 {
-    const QString folder = AskForPictureFolder(folderPath, this);
+    const QString folder = AskForPictureFolder(GetFolder(), this);
     if (!folder.isEmpty()) {
         SetFolder(folder);
     }
@@ -74,46 +78,38 @@ void CViewFolder::ChooseFolder()
 void CViewFolder::SetFolder(const QString& folder)
 {
     const QString chosen = WithoutTrailingSeparator(folder);
-    if (chosen != WithoutTrailingSeparator(folderPath)) {
-        folderPath = chosen;
-        notifier.Send(UpdateHint::FolderChosen);
+    if (chosen == GetFolder()) {
+        return;
     }
+    CGalleryProject& project = services.desk.GetProject();
+    project.AddFolder(chosen);
+    project.SetRecentFolder(chosen);
+    services.desk.MarkChanged();
+    ShowFolder(project, chosen);
 }
 
 void CViewFolder::AddImage(const QString& id)
 {
-    const int32_t index = FindIndex(id);
-    if (index >= 0) {
-        Choose(index);
-        notifier.Send(UpdateHint::PictureAdded, index);
-    }
-}
-
-void CViewFolder::Choose(int32_t index)
-{
-    imageIterator->HidePicture(index);
-    chosenPaths[index] = pictures[static_cast<size_t>(index)]->GetPath();
-}
-
-void CViewFolder::AddPictureAt(int32_t index, const QString& path)
-{
-    const bool stays = index >= 0 && static_cast<size_t>(index) < pictures.size() &&
-                       pictures[static_cast<size_t>(index)]->GetPath() == path;
-    AddImage(QStringLiteral("i%1").arg(stays ? index : imageIterator->FindIndex(path)));
+    AddPicture(FindCalled(id));
 }
 
 void CViewFolder::AddAllImages()
 {
-    std::vector<int32_t> indices;
-    for (int32_t i = 0; loaded && i < imageIterator->GetPictureCount(); ++i) {
-        if (!imageIterator->IsHidden(i)) {
-            indices.push_back(i);
-            Choose(i);
-        }
+    Add(ListPaths());
+}
+
+void CViewFolder::AddPicture(const CFilePictureInfo* picture)
+{
+    if (picture) {
+        Add({picture->GetPath()});
     }
-    if (!indices.empty()) {
-        htmlView->RunScript(HideAllRowsScript());
-        notifier.Send(UpdateHint::PicturesAdded, indices);
+}
+
+// They leave the list when the gallery has them.
+void CViewFolder::Add(const QStringList& paths)
+{
+    if (!paths.isEmpty()) {
+        services.desk.Do(AddPictures(services.desk.GetProject().GetCurrentGalleryIndex(), paths));
     }
 }
 
@@ -121,243 +117,183 @@ void CViewFolder::LoadURL(const QString& url)
 {
     const QString prefix = QStringLiteral("addpicture");
     if (url.startsWith(prefix)) {
-        AddImage(QLatin1Char('i') + url.mid(prefix.size()));
+        AddPicture(FindPicture(QLatin1Char('i') + url.mid(prefix.size()), 0));
     }
 }
 
 void CViewFolder::DragImage(const QString& id, const QString&)
 {
-    const int32_t index = FindIndex(id);
-    if (index < 0) {
+    const CFilePictureInfo* const picture = FindCalled(id);
+    if (!picture) {
         return;
     }
-    CFilePictureInfo& picture = *pictures[static_cast<size_t>(index)];
-    const DraggedPicture dragged{.origin = DraggedPicture::Origin::Folder,
-                                 .position = index,
-                                 .path = picture.GetPath(),
-                                 .look = picture.GetThumbnailPath()};
+    DraggedPictures dragged{.origin = DraggedPictures::Origin::Folder,
+                            .positions = {},
+                            .paths = GetCompany(picture->GetPath()),
+                            .look = picture->GetThumbnailPath()};
+    const QStringList list = ListPaths();
+    for (const QString& path : dragged.paths) {
+        dragged.positions.push_back(static_cast<int>(list.indexOf(path)));
+    }
     // The drag has an event loop of its own, in which the page must be able to call.
-    QTimer::singleShot(0, this, [this, dragged] { DragPicture(dragged, *htmlView); });
+    QTimer::singleShot(0, this, [this, dragged] { DragPictures(dragged, *htmlView); });
 }
 
-int32_t CViewFolder::FindIndex(const QString& id) const
+// Files of the gallery that are dragged back leave it; child galleries stay.
+void CViewFolder::TakeBack(const PictureDrop& drop)
 {
-    bool isNumber = false;
-    const int32_t index = id.mid(1).toInt(&isNumber);
-    const bool isKnown = loaded && isNumber && id.startsWith(QLatin1Char('i')) && index >= 0 &&
-                         static_cast<size_t>(index) < pictures.size();
-    return isKnown && !imageIterator->IsHidden(index) ? index : -1;
-}
-
-// --- Changes of the document.
-
-void CViewFolder::UpdateProject(UpdateHint hint, const UpdateParameter& parameter, CGalleryProject& project)
-{
-    CGallery* const gallery = project.GetCurrentGallery();
-    const bool adds = hint == UpdateHint::PictureAdded || hint == UpdateHint::PicturesAdded;
-    if (hint == UpdateHint::FolderChosen) {
-        project.AddFolder(folderPath);
-        project.SetRecentFolder(folderPath);
-    } else if (adds && gallery) {
-        AddToGallery(parameter, *gallery);
-    }
-    CGalleryProjectConsumer::UpdateProject(hint, parameter, project);
-    if (adds) {
-        notifier.Send(UpdateHint::CoverChanged);
+    if (drop.pictures.origin == DraggedPictures::Origin::Page) {
+        CGalleryProject& project = services.desk.GetProject();
+        services.desk.Do(TakeOutFiles(project, project.GetCurrentGalleryIndex(), drop.pictures.positions));
     }
 }
 
-// One index, or several in ascending order. The gallery updates its cover itself.
-void CViewFolder::AddToGallery(const UpdateParameter& parameter, CGallery& gallery)
+// --- Selected pictures.
+
+void CViewFolder::SetPictureCommands(const QList<QAction*>& bar, const QList<QAction*>& menu)
 {
-    std::vector<int32_t> indices;
-    if (const auto* list = std::get_if<std::vector<int32_t>>(&parameter)) {
-        indices = *list;
-    } else if (const auto* one = std::get_if<int32_t>(&parameter)) {
-        indices = {*one};
-    }
-    std::vector<int32_t> added;
-    for (const int32_t index : indices) {
-        const QString path = TakeChosenPath(index);
-        const int32_t row = imageIterator->FindIndex(path);
-        if (!path.isEmpty() && gallery.AddPicture(path) && row >= 0) {
-            imageIterator->HidePicture(row);
-            added.push_back(row);
+    selectionBar->SetActions(bar);
+    for (QAction* action : menu) {
+        if (action) {
+            pictureMenu->addAction(action);
+        } else {
+            pictureMenu->addSeparator();
         }
     }
-    if (!added.empty()) {
-        htmlView->RunScript(HideRowsScript(added));
+}
+
+void CViewFolder::Select(const QString& ids, const QString& way)
+{
+    QStringList paths;
+    for (const QString& id : ids.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+        if (const CFilePictureInfo* const picture = FindCalled(id)) {
+            paths += picture->GetPath();
+        }
+    }
+    if (ApplySelection(selection, paths, way, ListPaths())) {
+        MarkSelection();
     }
 }
 
-// The picture that was chosen by that index: the list may have become another one meanwhile.
-QString CViewFolder::TakeChosenPath(int32_t index)
+void CViewFolder::SelectAll()
 {
-    const auto chosen = chosenPaths.extract(index);
-    if (!chosen.empty()) {
-        return chosen.mapped();
-    }
-    const bool isKnown = index >= 0 && static_cast<size_t>(index) < pictures.size();
-    return isKnown ? pictures[static_cast<size_t>(index)]->GetPath() : QString();
+    selection.Select(ListPaths(), false);
+    MarkSelection();
 }
 
-void CViewFolder::UpdateView(UpdateHint hint, CGalleryProject& project)
+void CViewFolder::ClearSelection()
 {
+    selection.Clear();
+    MarkSelection();
+}
+
+void CViewFolder::TakeSelected(const QString& id)
+{
+    if (const CFilePictureInfo* const picture = FindCalled(id)) {
+        Add(GetCompany(picture->GetPath()));
+    }
+}
+
+void CViewFolder::OpenMenu(const QString& id, int32_t x, int32_t y)
+{
+    const CFilePictureInfo* const picture = FindCalled(id);
+    if (picture && !selection.Has(picture->GetPath())) {
+        Select(id, QStringLiteral("only"));
+    }
+    pictureMenu->popup(htmlView->mapToGlobal(QPoint(x, y)));
+}
+
+const CFilePictureInfo* CViewFolder::FindPicture(const QString& id, int page) const
+{
+    if (pages.empty()) {
+        return nullptr;
+    }
+    const auto known = pages.find(page);
+    const auto shown = known != pages.end() ? known : std::prev(pages.end());
+    const auto path = shown->second.find(id);
+    return path != shown->second.end() ? listing.Find(path->second) : nullptr;
+}
+
+QStringList CViewFolder::GetCompany(const QString& path) const
+{
+    return selection.Has(path) ? GetSelectedPaths() : QStringList{path};
+}
+
+QStringList CViewFolder::GetSelectedPaths() const
+{
+    QStringList paths;
+    for (const QString& path : ListPaths()) {
+        if (selection.Has(path)) {
+            paths += path;
+        }
+    }
+    return paths;
+}
+
+QStringList CViewFolder::ListPaths() const
+{
+    QStringList paths;
+    for (const auto& [id, path] : listing.List()) {
+        paths += path;
+    }
+    return paths;
+}
+
+void CViewFolder::MarkSelection()
+{
+    QStringList ids;
+    if (!selection.IsEmpty()) {
+        for (const auto& [id, path] : listing.List()) {
+            if (selection.Has(path)) {
+                ids += id;
+            }
+        }
+    }
+    htmlView->RunScript(MarkScript(ids));
+    selectionBar->SetCount(selection.GetCount());
+}
+
+// --- What is shown.
+
+void CViewFolder::UpdateView(const ViewUpdate& update, CGalleryProject& project)
+{
+    using Cause = ViewUpdate::Cause;
     const TraceScope scope(QStringLiteral("CViewFolder::UpdateView"));
-    if (ListsFolderAnew(hint)) {
-        UpdateList(hint, project);
-    } else if (hint == UpdateHint::FolderReady) {
-        if (std::optional<FilledFolder> filled = loader->Take(folderPath)) {
-            Display(std::move(*filled), project.GetCurrentGallery());
-        }
+    if (update.cause == Cause::ProjectReplaced) {
+        ShowFolder(project, WithoutTrailingSeparator(project.GetRecentFolder()));
+    } else if (update.cause == Cause::GalleryChosen ||
+               (update.cause == Cause::Edited && update.edited->isOtherGallery)) {
+        ShowFolder(project, GetFolder());
+    } else if (update.cause == Cause::Edited &&
+               update.edited->pictureLists.count(project.GetCurrentGalleryIndex()) != 0) {
+        listing.FollowGallery();
     }
 }
 
-void CViewFolder::UpdateList(UpdateHint hint, CGalleryProject& project)
+void CViewFolder::ShowFolder(CGalleryProject& project, const QString& folder)
 {
-    if (hint == UpdateHint::ProjectReplaced) {
-        folderPath = WithoutTrailingSeparator(project.GetRecentFolder());
-    }
-    galleryPaths = KeysOfPictures(project.GetCurrentGallery());
     toolBar->UpdateFoldersMenu(project.GetFolders(), project.GetRecentFolder());
-    toolBar->SetTitle(folderPath.isEmpty() ? QString() : FolderName(folderPath));
-    StartLoading();
+    toolBar->SetTitle(folder.isEmpty() ? QString() : FolderName(folder));
+    listing.Show(folder);
 }
 
-// --- Loading.
-
-QSize CViewFolder::GetCardSize() const
-{
-    return CardSize(htmlView->width());
-}
-
-// The list of another folder goes at once. That of the same folder stays, and can be used, until the new one
-// is there: nothing flashes.
-void CViewFolder::StartLoading()
-{
-    const bool isOther = folderPath != shownFolder || !loaded;
-    loader->Choose(folderPath, GetCardSize());
-    if (isOther) {
-        loaded = false;
-        pictures.clear();
-        imageIterator->SetCollection();
-        isProgressPageShown = false;
-        waitingCount = 0;
-        waitingCards.clear();
-        progressTimer.stop();
-    }
-    watcher.Watch(folderPath);
-    isOutdated = false;
-    if (folderPath.isEmpty()) {
-        DisplayText(BuildTextPage(Text(StringId::NoFolderChosen), {Text(StringId::ChooseFolderAdvice)}));
-        return;
-    }
-    if (isOther && shownFolder != folderPath) {
-        htmlView->LoadHtml(BuildLoadingPage());
-        shownFolder = folderPath;
-    }
-    loader->Request();
-}
-
-// A change while the worker is busy waits for it: what it has made by then is not lost, and a folder that is
-// being filled shows what has come.
-void CViewFolder::Refresh()
-{
-    if (loader->IsWorking() && loader->GetCard() == GetCardSize()) {
-        isOutdated = true;
-    } else if (!folderPath.isEmpty()) {
-        StartLoading();
-    }
-}
-
-// --- Pages.
-
-void CViewFolder::OnProgress(const FolderProgress& progress)
-{
-    if (loaded || progress.number != loader->GetNumber()) {
-        return;
-    }
-    waitingCount = progress.count;
-    for (const FolderCard& card : progress.cards) {
-        if (galleryPaths.count(card.path) == 0) {
-            waitingCards.push_back(card);
-        }
-    }
-    if (!progressTimer.isActive()) {
-        ShowProgress();
-    }
-}
-
-void CViewFolder::ShowProgress()
-{
-    if (loaded || waitingCount == 0) {
-        return;
-    }
-    if (!isProgressPageShown) {
-        isProgressPageShown = true;
-        Load(BuildProgressPage(waitingCount));
-    } else {
-        htmlView->RunScript(SetCountScript(waitingCount));
-    }
-    if (!waitingCards.empty()) {
-        htmlView->RunScript(AppendCardsScript(waitingCards));
-    }
-    waitingCount = 0;
-    waitingCards.clear();
-    progressTimer.start();
-}
-
-void CViewFolder::Display(FilledFolder filled, CGallery* gallery)
-{
-    pictures = std::move(filled.found.pictures);
-    imageIterator->SetCollection();
-    watcher.WatchFiles(filled.found.unfinished);
-    progressTimer.stop();
-    if (!filled.failure.isEmpty()) {
-        DisplayText(BuildFailurePage(folderPath, {filled.failure}));
-    } else if (filled.found.state != FolderPictures::State::Listed) {
-        DisplayText(BuildStatePage(folderPath, filled.found.state));
-    } else {
-        imageIterator->SetGallery(gallery);
-        DisplayFolder();
-    }
-    if (isOutdated) {
-        StartLoading();
-    }
-}
-
-void CViewFolder::DisplayFolder()
-{
-    const CWaitCursor cursor;
-    try {
-        Load(BuildListPage({.folder = folderPath, .card = loader->GetCard()}, *imageIterator));
-        loaded = true;
-    } catch (const CExceptionBase& error) {
-        DisplayText(BuildFailurePage(folderPath, {error.GetCaption(), error.GetDescription()}));
-    }
-}
-
-void CViewFolder::DisplayText(const std::string& page)
-{
-    pictures.clear();
-    imageIterator->SetCollection();
-    Load(page);
-    loaded = true;
-}
-
-void CViewFolder::Load(const std::string& page)
+void CViewFolder::LoadPage(const std::string& page, HTMLScrollPlace place)
 {
     htmlView->SetShownFolders({FindTemporaryFolder(), FindImageCacheFolder()});
-    htmlView->LoadHtml(page, shownFolder == folderPath ? CHTMLView::ScrollPlace::Keep
-                                                       : CHTMLView::ScrollPlace::Top);
-    shownFolder = folderPath;
+    const int number = htmlView->LoadHtml(page, place);
+    const auto list = listing.List();
+    pages[number] = {list.begin(), list.end()};
+    if (pages.size() > keptPages) {
+        pages.erase(pages.begin());
+    }
+    htmlView->RunScript(SelectionScript({.clicksSelect = true}));
 }
 
 void CViewFolder::resizeEvent(QResizeEvent* event)
 {
     CPanel::resizeEvent(event);
     // The page scales its cards meanwhile.
-    if (loader->GetNumber() > 0 && loader->GetCard() != GetCardSize()) {
+    if (listing.IsOutOfSize()) {
         resizeTimer.start();
     }
 }

@@ -10,6 +10,15 @@ public:
     virtual void AddAllImages() = 0;
     // The mouse has begun to drag a thumbnail. look: the address of what the page shows of it.
     virtual void DragImage(const QString& id, const QString& look) = 0;
+    // ids: one to a line. way: see ApplySelection.
+    virtual void Select(const QString& ids, const QString& way) = 0;
+    // The picture is to be added and, if it is selected, the others with it.
+    virtual void TakeSelected(const QString& id) = 0;
+    // Of what can be done with a picture; id may be empty. x, y: in the view, in pixels.
+    virtual void OpenMenu(const QString& id, int32_t x, int32_t y) = 0;
+
+    // See CExternalDispatchBase::KnowsPage.
+    virtual bool KnowsPage(int page) const = 0;
 
 protected:
     ~CViewFolderExternalDispatchCommands() = default;
@@ -22,10 +31,13 @@ public:
     {}
 
     QStringList GetMethodNames() const override;
+    bool KnowsPage(int page) const override { return commands.KnowsPage(page); }
 
 protected:
     DispatchResult CallMethod(int dispid, const QVariantList& arguments) override;
 
 private:
+    DispatchResult CallOpenMenu(const QVariantList& arguments);
+
     CViewFolderExternalDispatchCommands& commands;
 };

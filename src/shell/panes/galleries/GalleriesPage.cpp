@@ -69,6 +69,16 @@ QSize GetCoverBox(QSize cellSize)
     return cellSize - QSize(22, 22);
 }
 
+std::string GetCoverStandIn(QSize box)
+{
+    const QSize size = QSize(4, 3).scaled(box, Qt::KeepAspectRatio);
+    return Narrow(QStringLiteral("data:image/svg+xml,<svg xmlns='http://www.w3.org/2000/svg' width='%1' "
+                                 "height='%2'><rect width='100%25' height='100%25' fill='white' "
+                                 "fill-opacity='.35'/></svg>")
+                      .arg(size.width())
+                      .arg(size.height()));
+}
+
 GalleriesPage ArrangeGalleries(const CGalleryTree& tree, int32_t currentGallery, int galleryCount)
 {
     GalleriesPage page;

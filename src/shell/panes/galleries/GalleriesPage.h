@@ -26,6 +26,8 @@ struct GalleriesPage {
 QSize GetGalleryCellSize(QSize client, int scrollBarExtent);
 // What a cover is scaled into.
 QSize GetCoverBox(QSize cellSize);
+// The address of a light card of a cover's proportions, for a cover that is still in the making.
+std::string GetCoverStandIn(QSize box);
 
 // The page without pictures. A current gallery that the tree doesn't hold is no reason for an empty page: the
 // root stands in its place.

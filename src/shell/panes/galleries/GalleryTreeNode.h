@@ -5,7 +5,11 @@
 
 #include <QString>
 
+class CGallery;
 class CGalleryProject;
+
+// What people call the gallery: its title, or else the name by which the project knows it.
+QString GetGalleryTitle(const CGallery& gallery);
 
 // One gallery in the tree of all galleries of a project. Owned by its CGalleryTree, which holds the nodes
 // that this one points at.
@@ -20,8 +24,8 @@ public:
 };
 
 // The tree as it is at the moment: built afresh for every drawing, no link to the document stays.
-// Siblings stand in the order of their indexes. A gallery that several others list stands under the one
-// nearest to the root.
+// Siblings stand in the order in which their parent lists them. A gallery that several others list stands
+// under the one nearest to the root.
 class CGalleryTree {
 public:
     explicit CGalleryTree(const CGalleryProject& project);

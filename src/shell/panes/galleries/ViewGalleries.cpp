@@ -5,6 +5,7 @@
 #include <QDropEvent>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QMenu>
 #include <QResizeEvent>
 #include <QStyle>
 #include <QVBoxLayout>
@@ -17,10 +18,15 @@
 #include "common/Trace.h"
 #include "content/PictureMenu.h"
 #include "document/project/GalleryProject.h"
+#include "editing/GalleryActs.h"
 #include "resources/Resources.h"
+#include "shell/drag/DraggedGallery.h"
 #include "shell/drag/DropWatcher.h"
 #include "shell/look/WaitCursor.h"
+#include "shell/panes/galleries/CoverMenu.h"
+#include "shell/panes/galleries/GalleryNameEditor.h"
 #include "shell/panes/galleries/GalleryTreeNode.h"
+#include "shell/panes/galleries/RootLimits.h"
 
 namespace {
 
@@ -38,33 +44,29 @@ int CountGalleries(const CGalleryProject& project)
                                           [](const auto& entry) { return entry.second != nullptr; }));
 }
 
-// A light card of a cover's proportions, for a cover that is still in the making.
-std::string StandIn(QSize box)
-{
-    const QSize size = QSize(4, 3).scaled(box, Qt::KeepAspectRatio);
-    return Narrow(QStringLiteral("data:image/svg+xml,<svg xmlns='http://www.w3.org/2000/svg' width='%1' "
-                                 "height='%2'><rect width='100%25' height='100%25' fill='white' "
-                                 "fill-opacity='.35'/></svg>")
-                      .arg(size.width())
-                      .arg(size.height()));
-}
-
 } // namespace
 
 CViewGalleries::CViewGalleries(const Services& services, QWidget* parent)
     : QWidget(parent),
       services(services),
-      notifier(ViewId::Galleries, services.notify),
       dispatch(*this),
       menus(std::make_unique<const GalleryMenus>(MakeGalleryMenus(FindTemporaryFolder()))),
       htmlView(new CHTMLView(services.browser, this)),
+      nameEditor(new CGalleryNameEditor(
+          *this, *htmlView,
+          [this](int32_t gallery, const QString& name) { Do(::RenameGallery(gallery, name)); })),
       covers({.arrived = [this](int32_t gallery, bool isChanged) { OnCoverArrived(gallery, isChanged); },
               .finished =
                   [this] {
                       if (patience.isActive()) {
                           ShowPage();
                       }
-                  }})
+                  }}),
+      drops({.htmlView = *htmlView,
+             .page = page,
+             .getProject = [this]() -> CGalleryProject& { return this->services.desk.GetProject(); },
+             .perform = [this](const Act& act) { Do(act); },
+             .addFiles = services.addDropped})
 {
     setObjectName(QStringLiteral("GalleriesView"));
     setAcceptDrops(true);
@@ -77,31 +79,155 @@ CViewGalleries::CViewGalleries(const Services& services, QWidget* parent)
     patience.setSingleShot(true);
     patience.callOnTimeout(this, [this] { ShowPage(); });
     resizing.setSingleShot(true);
-    resizing.callOnTimeout(this, [this] { notifier.Send(UpdateHint::CoverChanged); });
+    resizing.callOnTimeout(this, [this] { ShowTree(this->services.desk.GetProject()); });
 }
 
-CViewGalleries::~CViewGalleries() = default;
+// The field loses the keyboard when the widgets go, and would change the document.
+CViewGalleries::~CViewGalleries()
+{
+    nameEditor->GiveUp();
+}
 
-// --- What the page calls.
+// --- What the page and the frame ask for.
 
 void CViewGalleries::AddChildGallery(int32_t id)
 {
-    notifier.Send(UpdateHint::ChildGalleryAdded, id);
+    // The page may leave out whose child it is: the current gallery's.
+    const int32_t parent = id == CurrentGallery ? services.desk.GetProject().GetCurrentGalleryIndex() : id;
+    const std::set<int32_t> before = GetChildrenOf(parent);
+    Do(AddGalleryBelow(parent));
+    for (const int32_t child : GetChildrenOf(parent)) {
+        if (before.count(child) == 0) {
+            if (!IsOnPage(child)) {
+                services.desk.ChooseGallery(child);
+            }
+            AskForName(child);
+        }
+    }
+}
+
+std::set<int32_t> CViewGalleries::GetChildrenOf(int32_t gallery) const
+{
+    const CGallery* const parent = services.desk.GetProject().FindGallery(gallery);
+    return parent ? parent->GetChildren() : std::set<int32_t>();
 }
 
 void CViewGalleries::AddParentGallery(int32_t id)
 {
-    notifier.Send(UpdateHint::ParentGalleryAdded, id);
+    Do(InsertGalleryAbove(services.desk.GetProject(), id));
 }
 
 void CViewGalleries::RemoveGallery(int32_t id)
 {
-    notifier.Send(UpdateHint::GalleryRemoved, id);
+    CGalleryProject& project = services.desk.GetProject();
+    if (const std::optional<CGenericException> reason = WhyNotRemoved(project, id)) {
+        services.tell(*reason);
+    } else {
+        Do(RemoveGalleryAct(project, id));
+    }
+}
+
+void CViewGalleries::DuplicateGallery(int32_t id)
+{
+    CGalleryProject& project = services.desk.GetProject();
+    if (const std::optional<CGenericException> reason = WhyNotDuplicated(project, id)) {
+        services.tell(*reason);
+    } else {
+        Do(DuplicateGalleryAct(project, id));
+    }
+}
+
+void CViewGalleries::RenameGallery()
+{
+    AskForName(services.desk.GetProject().GetCurrentGalleryIndex());
+}
+
+void CViewGalleries::DuplicateGallery()
+{
+    DuplicateGallery(services.desk.GetProject().GetCurrentGalleryIndex());
+}
+
+void CViewGalleries::DeleteGallery()
+{
+    RemoveGallery(services.desk.GetProject().GetCurrentGalleryIndex());
+}
+
+void CViewGalleries::AskForName(int32_t id)
+{
+    const CGallery* const gallery = services.desk.GetProject().FindGallery(id);
+    if (gallery && IsOnPage(id)) {
+        nameEditor->Open(id, GetGalleryTitle(*gallery));
+        PlaceNameEditor();
+    }
+}
+
+// Where the cover is, or will be once the page is there that is on its way.
+void CViewGalleries::PlaceNameEditor()
+{
+    const std::optional<int32_t> renamed = nameEditor->GetGallery();
+    if (!renamed || patience.isActive()) {
+        return;
+    }
+    htmlView->RunScript(QStringLiteral("galleriesView.placeOf(%1)").arg(*renamed),
+                        [this, renamed, alive = std::weak_ptr(life)](const QVariant& answer) {
+                            const QVariantList place = answer.toList();
+                            if (alive.expired() || nameEditor->GetGallery() != renamed) {
+                                return;
+                            }
+                            if (place.size() == 3) {
+                                nameEditor->Place({.left = qRound(place[0].toDouble()),
+                                                   .width = qRound(place[1].toDouble()),
+                                                   .bottom = qRound(place[2].toDouble())});
+                            } else {
+                                nameEditor->GiveUp();
+                            }
+                        });
+}
+
+void CViewGalleries::DragGallery(int32_t id)
+{
+    const CGallery* const gallery = services.desk.GetProject().FindGallery(id);
+    if (!gallery || !gallery->GetParent()) {
+        return; // the root has no other place
+    }
+    const auto cover = shown.find(id);
+    const DraggedGallery dragged{
+        .index = id, .look = cover != shown.end() && cover->second.isThere ? cover->second.path : QString()};
+    // The drag has an event loop of its own, in which the page must be able to call.
+    QTimer::singleShot(0, this, [this, dragged] { ::DragGallery(dragged, *htmlView); });
+}
+
+void CViewGalleries::OpenMenu(int32_t id, int32_t x, int32_t y)
+{
+    CGalleryProject& project = services.desk.GetProject();
+    if (!project.FindGallery(id)) {
+        return;
+    }
+    MakeCoverMenu({.addInside = [this, id] { AddChildGallery(id); },
+                   .insertAbove = [this, id] { AddParentGallery(id); },
+                   .rename = [this, id] { AskForName(id); },
+                   .duplicate = [this, id] { DuplicateGallery(id); },
+                   .remove =
+                       [this, id] {
+                           RemoveGallery(id);
+                       }},
+                  project.GetCurrentGalleryIndex() == id, *this)
+        ->popup(htmlView->mapToGlobal(QPoint(x, y)));
 }
 
 void CViewGalleries::SetCurrentGallery(int32_t id)
 {
-    notifier.Send(UpdateHint::GalleryChosen, id);
+    services.desk.ChooseGallery(id);
+}
+
+// A layout that can't be read leaves the tree as it was.
+void CViewGalleries::Do(const Act& act)
+{
+    try {
+        services.desk.Do(act);
+    } catch (const CExceptionBase& failure) {
+        services.tell(failure);
+    }
 }
 
 void CViewGalleries::LoadURL(const QString& url)
@@ -114,47 +240,26 @@ void CViewGalleries::LoadURL(const QString& url)
     }
 }
 
-// --- Changes of the document.
+// --- The page on the screen.
 
-void CViewGalleries::UpdateProject(UpdateHint hint, const UpdateParameter& parameter,
-                                   CGalleryProject& project)
+void CViewGalleries::UpdateView(const ViewUpdate& update, CGalleryProject& project)
 {
-    const int32_t* const gallery = std::get_if<int32_t>(&parameter);
-    const int32_t currentBefore = project.GetCurrentGalleryIndex();
-    try {
-        if (!gallery) {
-            // A hint that only travels on.
-        } else if (hint == UpdateHint::GalleryChosen) {
-            project.SetCurrentGallery(*gallery);
-        } else if (hint == UpdateHint::GalleryRemoved) {
-            project.RemoveGallery(*gallery);
-        } else if (hint == UpdateHint::ParentGalleryAdded) {
-            project.AddParentGallery(*gallery);
-        } else if (hint == UpdateHint::ChildGalleryAdded) {
-            project.AddChildGallery(*gallery);
-        }
-    } catch (const CExceptionBase& failure) {
-        // A layout that can't be read: the tree is as it was.
-        services.tell(failure);
-        return;
+    if (update.cause == ViewUpdate::Cause::ProjectReplaced) {
+        nameEditor->GiveUp(); // its gallery may be another one
     }
-    CGalleryProjectConsumer::UpdateProject(hint, parameter, project);
-    // Menus and the list of the folder go by the current gallery, which a removal or a new
-    // parent changes too.
-    const int32_t current = project.GetCurrentGalleryIndex();
-    if (hint != UpdateHint::GalleryChosen && gallery && current != currentBefore) {
-        notifier.Send(UpdateHint::GalleryChosen, current);
+    const bool concernsTree = update.cause != ViewUpdate::Cause::Edited || update.edited->isTreeChanged ||
+                              update.edited->isOtherGallery || !update.edited->pictureLists.empty();
+    if (concernsTree && update.cause != ViewUpdate::Cause::ProjectRenamed) {
+        ShowTree(project);
     }
 }
 
-// --- The page on the screen.
-
-void CViewGalleries::UpdateView(UpdateHint hint, CGalleryProject& project)
+void CViewGalleries::ShowTree(CGalleryProject& project)
 {
-    if (!ConcernsGalleriesView(hint) || pauses > 0) {
+    if (pauses > 0) {
         return;
     }
-    const TraceScope scope(QStringLiteral("CViewGalleries::UpdateView"));
+    const TraceScope scope(QStringLiteral("CViewGalleries::ShowTree"));
     const CWaitCursor cursor;
     resizing.stop();
     page = ArrangeGalleries(CGalleryTree(project), project.GetCurrentGalleryIndex(), CountGalleries(project));
@@ -196,8 +301,8 @@ void CViewGalleries::ShowPage()
         for (std::optional<GalleryCell>& cell : row) {
             if (cell) {
                 const Cover& cover = shown[cell->galleryId];
-                cell->picture =
-                    cover.isThere ? Narrow(AddressOfFile(cover.path)) : StandIn(GetCoverBox(page.cellSize));
+                cell->picture = cover.isThere ? Narrow(AddressOfFile(cover.path))
+                                              : GetCoverStandIn(GetCoverBox(page.cellSize));
             }
         }
     }
@@ -205,6 +310,7 @@ void CViewGalleries::ShowPage()
     htmlView->RunScript(
         QString::fromUtf8(FindResource(QStringLiteral("galleries_view"), QStringLiteral("js"))) +
         NamesScript());
+    PlaceNameEditor();
 }
 
 // The markup of the page has no place for them, and nobody else sees which cover is whose.
@@ -251,7 +357,7 @@ CViewGalleries::CPause::CPause(CViewGalleries& view) : view(view)
 CViewGalleries::CPause::~CPause()
 {
     if (--view.pauses == 0) {
-        view.notifier.Send(UpdateHint::CoverChanged);
+        view.ShowTree(view.services.desk.GetProject());
     }
 }
 
@@ -268,48 +374,24 @@ void CViewGalleries::resizeEvent(QResizeEvent* event)
     }
 }
 
-// --- Files that are dropped on a cover.
+// --- What is dropped.
 
 void CViewGalleries::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (!DroppedPaths(*event->mimeData()).isEmpty()) {
-        event->setDropAction(Qt::CopyAction);
-        event->accept();
-    }
+    drops.Enter(*event);
 }
 
 void CViewGalleries::dragMoveEvent(QDragMoveEvent* event)
 {
-    event->setDropAction(Qt::CopyAction);
-    event->accept();
-    const QPoint place = event->position().toPoint();
-    htmlView->RunScript(QStringLiteral("galleriesView.light(%1, %2)").arg(place.x()).arg(place.y()));
+    drops.Hover(*event);
 }
 
 void CViewGalleries::dragLeaveEvent(QDragLeaveEvent*)
 {
-    htmlView->RunScript(QStringLiteral("galleriesView.light(-1, -1)"));
+    drops.Leave();
 }
 
 void CViewGalleries::dropEvent(QDropEvent* event)
 {
-    event->setDropAction(Qt::CopyAction);
-    event->accept();
-    AddDropped(DroppedPaths(*event->mimeData()), event->position().toPoint());
-}
-
-// The page knows what lies under the place. Its answer comes when the drop is over and the other program no
-// longer waits.
-void CViewGalleries::AddDropped(const QStringList& paths, QPoint place)
-{
-    htmlView->RunScript(QStringLiteral("galleriesView.light(%1, %2)").arg(place.x()).arg(place.y()),
-                        [this, paths, alive = std::weak_ptr(life)](const QVariant& answer) {
-                            if (alive.expired()) {
-                                return;
-                            }
-                            bool isGallery = false;
-                            const int32_t gallery = answer.toString().toInt(&isGallery);
-                            services.addDropped(paths, isGallery ? gallery : CurrentGallery);
-                            htmlView->RunScript(QStringLiteral("galleriesView.light(-1, -1)"));
-                        });
+    drops.Drop(*event);
 }

@@ -4,22 +4,26 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 
 #include <QTimer>
 #include <QWidget>
 
-#include "document/project/GalleryProjectConsumer.h"
-#include "shell/panes/ViewNotification.h"
+#include "shell/panes/DocumentDesk.h"
+#include "shell/panes/GalleryProjectConsumer.h"
+#include "shell/panes/galleries/CoverDrops.h"
 #include "shell/panes/galleries/GalleriesPage.h"
 #include "shell/panes/galleries/GalleryCovers.h"
 #include "shell/panes/galleries/ViewGalleriesExternalDispatch.h"
 #include "shell/web/HTMLView.h"
 
 class CExceptionBase;
+class CGalleryNameEditor;
 
-// The tree of galleries around the current one. A click on a cover makes its gallery the current one, the
-// buttons over it add and remove galleries, and files that are dropped on it go into it. Owned by the frame;
-// screen's thread.
+// The tree of galleries around the current one. A click on a cover makes its gallery the current one; the
+// buttons over it and its menu add, remove, rename and duplicate galleries. Covers are dragged to other
+// places of the tree, and pictures that are dropped on one go into its gallery. Owned by the frame; screen's
+// thread.
 class CViewGalleries final : public QWidget,
                              public CGalleryProjectConsumer,
                              public CViewGalleriesExternalDispatchCommands,
@@ -31,10 +35,10 @@ public:
         std::function<void(const QStringList& paths, int32_t gallery)> addDropped;
         // Tells the person that a change was not possible.
         std::function<void(const CExceptionBase& failure)> tell;
-        CViewNotification notify; // the frame's way to UpdateProject
+        CDocumentDesk& desk;
         CHTMLView::Options browser;
     };
-    static constexpr int32_t CurrentGallery = -1;
+    static constexpr int32_t CurrentGallery = CCoverDrops::CurrentGallery;
 
     explicit CViewGalleries(const Services& services, QWidget* parent = nullptr);
     ~CViewGalleries() override;
@@ -53,14 +57,22 @@ public:
         CViewGalleries& view;
     };
 
-    void UpdateProject(UpdateHint hint, const UpdateParameter& parameter, CGalleryProject& project) override;
     // The page comes onto the screen with its pictures, or soon without those that take long; they follow.
-    void UpdateView(UpdateHint hint, CGalleryProject& project) override;
+    void UpdateView(const ViewUpdate& update, CGalleryProject& project) override;
 
+    // Of the current gallery. The name is asked for over its cover. What the root can't do the person is
+    // told.
+    void RenameGallery();
+    void DuplicateGallery();
+    void DeleteGallery();
+
+    // Asks for the name of the new gallery.
     void AddChildGallery(int32_t id) override;
     void AddParentGallery(int32_t id) override;
     void RemoveGallery(int32_t id) override;
     void SetCurrentGallery(int32_t id) override;
+    void DragGallery(int32_t id) override;
+    void OpenMenu(int32_t id, int32_t x, int32_t y) override;
 
     // "gl_5" chooses gallery 5; other links do nothing.
     void LoadURL(const QString& url) override;
@@ -80,17 +92,23 @@ private:
     };
 
     QSize GetCellSize() const;
+    void Do(const Act& act);
+    void ShowTree(CGalleryProject& project);
     void ListCovers(CGalleryProject& project);
     void ShowPage();
     void OnCoverArrived(int32_t gallery, bool isChanged);
     QString NamesScript() const;
-    void AddDropped(const QStringList& paths, QPoint place);
+    std::set<int32_t> GetChildrenOf(int32_t gallery) const;
+    bool IsOnPage(int32_t gallery) const { return shown.count(gallery) != 0; }
+    void DuplicateGallery(int32_t id);
+    void AskForName(int32_t id);
+    void PlaceNameEditor();
 
     const Services services;
-    CViewNotifier notifier;
     CViewGalleriesExternalDispatch dispatch;
     const std::unique_ptr<const GalleryMenus> menus;
     CHTMLView* const htmlView;
+    CGalleryNameEditor* const nameEditor;
 
     GalleriesPage page;             // that is shown, or will be as soon as patience ends
     std::map<int32_t, Cover> shown; // the covers of the page
@@ -100,4 +118,5 @@ private:
     int pauses = 0;
     std::shared_ptr<int> life = std::make_shared<int>(0); // what a page answers later must not come too late
     CGalleryCovers covers;
+    const CCoverDrops drops;
 };

@@ -12,6 +12,10 @@ public:
     virtual void AddParentGallery(int32_t id) = 0;
     virtual void RemoveGallery(int32_t id) = 0;
     virtual void SetCurrentGallery(int32_t id) = 0;
+    // The person has begun to drag the cover.
+    virtual void DragGallery(int32_t id) = 0;
+    // The person asks for the cover's menu. x, y: in the page.
+    virtual void OpenMenu(int32_t id, int32_t x, int32_t y) = 0;
 
 protected:
     ~CViewGalleriesExternalDispatchCommands() = default;

@@ -30,13 +30,12 @@ QString FileOfAddress(const QString& address)
 CPageDragging::CPageDragging(CHTMLView& page, Services services) : page(page), services(std::move(services))
 {
     new CDropWatcher(
-        page,
-        {.pictureHovered = [this](const DraggedPicture& picture, QPoint place) { Hover(picture, place); },
-         .pictureLeft = [this] { this->page.RunScript(QStringLiteral("previewDragging.clear()")); },
-         .pictureDropped =
-             [this](const DraggedPicture& picture, QPoint place) {
-                 Drop(picture, place);
-             }});
+        page, {.picturesHovered = [this](const PictureDrop& drop) { Hover(drop); },
+               .picturesLeft = [this] { this->page.RunScript(QStringLiteral("previewDragging.clear()")); },
+               .picturesDropped =
+                   [this](const PictureDrop& drop) {
+                       Drop(drop);
+                   }});
 }
 
 void CPageDragging::Start(const QString& id, const QString& look)
@@ -45,44 +44,41 @@ void CPageDragging::Start(const QString& id, const QString& look)
     if (position < 0) {
         return;
     }
-    const DraggedPicture picture{.origin = DraggedPicture::Origin::Page,
-                                 .position = position,
-                                 .path = services.getPath(position),
-                                 .look = FileOfAddress(look)};
-    // The drag has an event loop of its own, in which the page must be able to call.
-    QTimer::singleShot(0, this, [this, picture] { DragPicture(picture, page); });
-}
-
-void CPageDragging::Hover(const DraggedPicture& picture, QPoint place)
-{
-    page.RunScript(picture.origin == DraggedPicture::Origin::Page
-                       ? CallAt("markGap", place)
-                       : QStringLiteral("previewDragging.markPage()"));
-}
-
-void CPageDragging::Drop(const DraggedPicture& picture, QPoint place)
-{
-    if (picture.origin == DraggedPicture::Origin::Folder) {
-        page.RunScript(QStringLiteral("previewDragging.clear()"));
-        if (services.addFromFolder) {
-            services.addFromFolder(picture.position, picture.path);
-        }
-        return;
+    DraggedPictures pictures{.origin = DraggedPictures::Origin::Page,
+                             .positions = services.getCompany(position),
+                             .paths = {},
+                             .look = FileOfAddress(look)};
+    for (const int32_t each : pictures.positions) {
+        pictures.paths += services.getPath(each);
     }
+    // The drag has an event loop of its own, in which the page must be able to call.
+    QTimer::singleShot(0, this, [this, pictures] { DragPictures(pictures, page); });
+}
+
+void CPageDragging::Hover(const PictureDrop& drop)
+{
+    page.RunScript(CallAt("markGap", drop.place));
+}
+
+void CPageDragging::Drop(const PictureDrop& drop)
+{
     // The answer may come when the view is gone.
-    page.RunScript(CallAt("take", place),
-                   [self = QPointer(this), from = picture.position](const QVariant& answer) {
+    page.RunScript(CallAt("take", drop.place),
+                   [self = QPointer(this), pictures = drop.pictures](const QVariant& answer) {
                        if (self) {
-                           self->MoveTo(from, answer.toString());
+                           self->Place(pictures, answer.toString());
                        }
                    });
 }
 
-// gap: "photo3 1", after that picture, or "photo3 0", before it.
-void CPageDragging::MoveTo(int32_t from, const QString& gap)
+// gap: "photo3 1", after that picture, or "photo3 0", before it; empty where the page has no pictures.
+void CPageDragging::Place(const DraggedPictures& pictures, const QString& gap)
 {
     const int32_t neighbour = services.findPicture(gap.section(QLatin1Char(' '), 0, 0));
-    if (neighbour >= 0) {
-        services.move(from, neighbour + gap.section(QLatin1Char(' '), 1).toInt());
+    const int32_t before = neighbour < 0 ? -1 : neighbour + gap.section(QLatin1Char(' '), 1).toInt();
+    if (pictures.origin == DraggedPictures::Origin::Folder) {
+        services.add(pictures.paths, before);
+    } else if (before >= 0) {
+        services.move(pictures.positions, before);
     }
 }

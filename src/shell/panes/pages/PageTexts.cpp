@@ -9,35 +9,34 @@
 
 namespace {
 
-struct NamedProperties {
-    QString name; // of the element, for people
-    QStringList properties;
-};
-
-// False, and the person is told, if one of the texts would be lost.
-bool CanKeep(const CShownPage& page, const NamedProperties& named, QWidget* parent)
+// Where the texts are kept; empty, and the person is told, if one of them would be lost.
+std::vector<TextPlace> FindPlaces(const CShownPage& page, const QString& name, const QStringList& properties,
+                                  QWidget* parent)
 {
     if (!page.HasNames()) {
-        return false;
+        return {};
     }
     try {
-        for (const QString& property : named.properties) {
-            page.RequireKept(property, named.name);
+        std::vector<TextPlace> places;
+        for (const QString& property : properties) {
+            places.push_back(page.FindTextPlace(property, name));
         }
-        return true;
+        return places;
     } catch (const CExceptionBase& failure) {
         ShowFailure(failure, parent);
-        return false;
+        return {};
     }
 }
 
 } // namespace
 
-bool EditTextOfPage(CShownPage& page, const CViewPagesExternalDispatchCommands::TextToEdit& edited,
-                    QWidget* parent)
+std::vector<TextChange> EditTextOfPage(const CShownPage& page,
+                                       const CViewPagesExternalDispatchCommands::TextToEdit& edited,
+                                       QWidget* parent)
 {
-    if (!CanKeep(page, {edited.name, {edited.property}}, parent)) {
-        return false;
+    const std::vector<TextPlace> places = FindPlaces(page, edited.name, {edited.property}, parent);
+    if (places.empty()) {
+        return {};
     }
     const QString text = page.ReadVariable(edited.property).value_or(edited.text);
     const bool galleryWide = edited.property.startsWith(QStringLiteral("gallery"), Qt::CaseInsensitive);
@@ -46,16 +45,18 @@ bool EditTextOfPage(CShownPage& page, const CViewPagesExternalDispatchCommands::
     // As the dialog shows it, which cuts what is too long.
     const QString before = dialog.GetText();
     if (dialog.exec() != QDialog::Accepted || dialog.GetText() == before) {
-        return false;
+        return {};
     }
-    page.WriteVariable(edited.property, CVariant(dialog.GetText()));
-    return true;
+    return {{.place = places[0], .text = CVariant(dialog.GetText())}};
 }
 
-bool EditReferenceOfPage(CShownPage& page, const ReferenceToEdit& edited, QWidget* parent)
+std::vector<TextChange> EditReferenceOfPage(const CShownPage& page, const ReferenceToEdit& edited,
+                                            QWidget* parent)
 {
-    if (!CanKeep(page, {edited.name, {edited.hrefProperty, edited.textProperty}}, parent)) {
-        return false;
+    const std::vector<TextPlace> places =
+        FindPlaces(page, edited.name, {edited.hrefProperty, edited.textProperty}, parent);
+    if (places.empty()) {
+        return {};
     }
     CDlgEditHref dialog(edited.name,
                         {.url = page.ReadVariable(edited.hrefProperty).value_or(QString()),
@@ -63,17 +64,17 @@ bool EditReferenceOfPage(CShownPage& page, const ReferenceToEdit& edited, QWidge
                         parent);
     const CDlgEditHref::Reference before = dialog.GetReference();
     if (dialog.exec() != QDialog::Accepted) {
-        return false;
+        return {};
     }
     const CDlgEditHref::Reference after = dialog.GetReference();
-    const bool isUrlChanged = after.url != before.url;
-    const bool isTextChanged = after.text != before.text;
-    if (isUrlChanged) {
-        page.WriteVariable(edited.hrefProperty, CVariant(after.url));
+    std::vector<TextChange> changes;
+    if (after.url != before.url) {
+        changes.push_back({.place = places[0], .text = CVariant(after.url)});
     }
-    if (isTextChanged) {
+    if (after.text != before.text) {
         // A link without a text could not be pointed at any more.
-        page.WriteVariable(edited.textProperty, after.text.isEmpty() ? CVariant() : CVariant(after.text));
+        changes.push_back(
+            {.place = places[1], .text = after.text.isEmpty() ? CVariant() : CVariant(after.text)});
     }
-    return isUrlChanged || isTextChanged;
+    return changes;
 }

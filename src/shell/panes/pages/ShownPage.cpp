@@ -1,5 +1,7 @@
 #include "shell/panes/pages/ShownPage.h"
 
+#include <algorithm>
+
 #include "common/Exceptions.h"
 #include "common/Platform.h"
 #include "common/TempFolder.h"
@@ -45,6 +47,39 @@ std::string BuildTemplateErrorPage(const CTemplateParsingException& error, const
 }
 
 } // namespace
+
+QString KeyOf(const CPictureInfo& picture)
+{
+    const auto* const child = dynamic_cast<const CGalleryPictureInfo*>(&picture);
+    // No path begins like that.
+    return child ? QStringLiteral("gallery:%1").arg(child->GetGalleryIndex()) : picture.GetPath();
+}
+
+QStringList KeysOf(const CGallery& gallery)
+{
+    QStringList keys;
+    const CPictureList& pictures = gallery.GetPictures();
+    keys.reserve(pictures.GetCount());
+    for (int32_t position = 0; position < pictures.GetCount(); ++position) {
+        keys += KeyOf(*pictures.GetAt(position));
+    }
+    return keys;
+}
+
+QString PagePictures::FindKey(const QString& id) const
+{
+    const auto found = std::find_if(keys.begin(), keys.end(),
+                                    [&](const auto& entry) { return EqualsIgnoreCase(entry.first, id); });
+    return found != keys.end() ? found->second : QString();
+}
+
+int32_t PagePictures::FindPosition(const CGallery& current, const QString& id) const
+{
+    const QString key = FindKey(id);
+    return key.isEmpty() || gallery != current.GetIndex()
+               ? -1
+               : static_cast<int32_t>(KeysOf(current).indexOf(key));
+}
 
 CShownPage::CShownPage() = default;
 CShownPage::~CShownPage() = default;
@@ -103,6 +138,21 @@ int32_t CShownPage::FindPictureIndex(const QString& id) const
     return iterator ? iterator->FindPictureIndex(id) : -1;
 }
 
+PagePictures CShownPage::GetPictures() const
+{
+    PagePictures page;
+    if (!iterator) {
+        return page;
+    }
+    page.gallery = gallery->GetIndex();
+    for (const QString& id : iterator->GetBoundIds()) {
+        if (const CPictureInfo* const picture = gallery->GetPictures().GetAt(FindPictureIndex(id))) {
+            page.keys[id] = KeyOf(*picture);
+        }
+    }
+    return page;
+}
+
 QString CShownPage::GetPicturePath(int32_t position) const
 {
     CPictureInfo* const picture = gallery ? gallery->GetPictures().GetAt(position) : nullptr;
@@ -125,26 +175,32 @@ std::optional<QString> CShownPage::ReadVariable(const QString& property) const
     }
 }
 
-void CShownPage::WriteVariable(const QString& property, const CVariant& value)
+TextPlace CShownPage::FindTextPlace(const QString& property, const QString& name) const
 {
-    const CTemplateVariableName name(property);
-    if (iterator) {
-        iterator->SetVariable(name.GetObjectName(), name.GetVariableName(), value);
-    }
-}
-
-void CShownPage::RequireKept(const QString& property, const QString& name) const
-{
+    using Owner = TextPlace::Owner;
     const QString object = property.section(QLatin1Char('.'), 0, 0);
-    const bool isObject = EqualsIgnoreCase(object, QStringLiteral("gallery")) ||
-                          EqualsIgnoreCase(object, QStringLiteral("page")) ||
-                          EqualsIgnoreCase(object, QStringLiteral("content")) ||
-                          FindPictureIndex(object) >= 0;
-    if (!isObject || !property.contains(QLatin1Char('.'))) {
+    TextPlace place{.name = property.section(QLatin1Char('.'), 1)};
+    const int32_t position = FindPictureIndex(object);
+    if (!iterator || !property.contains(QLatin1Char('.'))) {
+        place.name.clear();
+    } else if (EqualsIgnoreCase(object, QStringLiteral("page"))) {
+        place.owner = Owner::Page;
+        place.page = iterator->GetPageBaseName();
+        place.pageNumber = iterator->GetPageIndex();
+    } else if (position >= 0) {
+        place.owner = Owner::Picture;
+        place.position = position;
+    } else if (EqualsIgnoreCase(object, QStringLiteral("content"))) {
+        place.owner = Owner::PictureList;
+    } else if (!EqualsIgnoreCase(object, QStringLiteral("gallery"))) {
+        place.name.clear();
+    }
+    if (place.name.isEmpty()) {
         throw CGenericException(Text(StringId::TextNotKept, name),
                                 Text(StringId::PropertyOfNothing, '"' + property + '"'),
                                 Text(StringId::TextNotKeptAdvice));
     }
+    return place;
 }
 
 QStringList FoldersOfPages(CGallery& gallery)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -7,10 +9,29 @@
 #include <QString>
 #include <QStringList>
 
+#include "editing/TextActs.h"
+
 class CExceptionBase;
 class CGallery;
 class CGalleryIterator;
-class CVariant;
+class CPictureInfo;
+
+// By what a picture is known while its gallery changes: its path, or the index of the child gallery that it
+// stands for.
+QString KeyOf(const CPictureInfo& picture);
+// Of all pictures of a gallery, by position.
+QStringList KeysOf(const CGallery& gallery);
+
+// What the ids of pictures mean on a page, also when the document has changed since. A plain value.
+struct PagePictures {
+    int32_t gallery = -1;            // index
+    std::map<QString, QString> keys; // by id
+
+    // Empty for an id that means none.
+    QString FindKey(const QString& id) const;
+    // Where the picture stands by now; -1 if it doesn't.
+    int32_t FindPosition(const CGallery& current, const QString& id) const;
+};
 
 // The page of a gallery that the pages view shows: makes it, and knows what the names in it mean. Owned by
 // the pages view; screen's thread.
@@ -30,14 +51,14 @@ public:
     bool HasNames() const { return iterator != nullptr; }
     // The position in the gallery of an element's id, or -1.
     int32_t FindPictureIndex(const QString& id) const;
+    PagePictures GetPictures() const;
     // Empty for a position outside the gallery.
     QString GetPicturePath(int32_t position) const;
     // property: "object.variable". Nothing if it has no value.
     std::optional<QString> ReadVariable(const QString& property) const;
-    // An empty value takes the property away: then the layout's own text shows.
-    void WriteVariable(const QString& property, const CVariant& value);
-    // Throws CExceptionBase if what is written there would be lost. name: of the text, for people.
-    void RequireKept(const QString& property, const QString& name) const;
+    // Where the document keeps the property. Throws CExceptionBase if what is written there would be lost.
+    // name: of the text, for people.
+    TextPlace FindTextPlace(const QString& property, const QString& name) const;
 
 private:
     std::string GeneratePage();

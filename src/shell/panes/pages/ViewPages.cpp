@@ -2,32 +2,22 @@
 
 #include <algorithm>
 
+#include <QMenu>
+#include <QPointer>
+
 #include "common/Exceptions.h"
 #include "common/Trace.h"
 #include "document/project/GalleryProject.h"
+#include "editing/LookActs.h"
+#include "editing/PictureActs.h"
 #include "shell/dialogs/DlgVisibility.h"
 #include "shell/panes/pages/PageTexts.h"
 
 namespace {
 
-int32_t PositionOf(const UpdateParameter& parameter)
-{
-    const int32_t* const position = std::get_if<int32_t>(&parameter);
-    return position ? *position : -1;
-}
-
-// Two positions: from and to.
-const std::vector<int32_t>* WayOf(const UpdateParameter& parameter)
-{
-    const auto* const way = std::get_if<std::vector<int32_t>>(&parameter);
-    return way && way->size() == 2 ? way : nullptr;
-}
-
-QString TextOf(const UpdateParameter& parameter)
-{
-    const QString* const text = std::get_if<QString>(&parameter);
-    return text ? *text : QString();
-}
+// Of which ids are still understood. Pages follow each other in a tenth of a second when a button is pressed
+// again and again.
+constexpr size_t keptPages = 20;
 
 struct PicturePlace {
     int32_t gallery = 0; // index
@@ -63,34 +53,46 @@ QString PageOf(const CGallery& gallery)
 CViewPages::CViewPages(const Services& services, QWidget* parent)
     : CPanel(parent),
       services(services),
-      notifier(ViewId::Pages, services.notify),
       dispatch(*this),
-      toolBar(new CViewPagesToolBar(
-          {.chooseLayout = [this](int32_t place) { ChooseLayout(place); },
-           .chooseStyle = [this](int32_t place) { ChooseStyle(place); },
-           .chooseRecentProject =
-               [this](int32_t place) { notifier.Send(UpdateHint::RecentProjectChosen, place); },
-           .changeVisibility =
-               [this] {
-                   ChangeVisibility();
-               }},
-          this)),
+      toolBar(new CViewPagesToolBar({.chooseLayout = [this](int32_t place) { ChooseLayout(place); },
+                                     .chooseStyle = [this](int32_t place) { ChooseStyle(place); },
+                                     .chooseRecentProject = services.openRecent,
+                                     .changeVisibility =
+                                         [this] {
+                                             ChangeVisibility();
+                                         }},
+                                    this)),
       htmlView(new CHTMLView(services.browser, this)),
       absentBar(new CAbsentBar({.find = services.findMissing,
                                 .show =
                                     [this] {
-                                        notifier.Send(UpdateHint::AbsentPictureWanted);
+                                        GoToAbsentPicture();
                                     }},
                                this)),
+      selectionBar(new CSelectionBar(*this, [this] { selection.Clear(); })),
+      pictureMenu(new QMenu(this)),
+      selection(services.desk, *htmlView, *selectionBar),
       dragging(*htmlView,
                {.findPicture = [this](const QString& id) { return shownPage.FindPictureIndex(id); },
                 .getPath = [this](int32_t position) { return shownPage.GetPicturePath(position); },
-                .move = [this](int32_t from, int32_t before) { MoveImage(from, before); },
-                .addFromFolder = services.addFromFolder})
+                .getCompany = [this](int32_t position) { return GetCompany(position); },
+                .move =
+                    [this](const std::vector<int32_t>& from, int32_t before) {
+                        Do([&](CGallery& gallery) {
+                            return MovePicturesBefore(gallery.GetIndex(), from, before);
+                        });
+                    },
+                .add =
+                    [this](const QStringList& paths, int32_t before) {
+                        Do([&](CGallery& gallery) {
+                            return AddPicturesBefore(gallery.GetIndex(), paths, before);
+                        });
+                    }})
 {
     setObjectName(QStringLiteral("PagesView"));
     SetToolBar(toolBar);
     SetNotice(absentBar);
+    pictureMenu->setObjectName(QStringLiteral("PictureMenu"));
     SetClient(htmlView);
     htmlView->SetLoader(this);
     htmlView->SetExternalDispatch(&dispatch);
@@ -98,19 +100,97 @@ CViewPages::CViewPages(const Services& services, QWidget* parent)
 
 CViewPages::~CViewPages() = default;
 
+bool CViewPages::Do(const std::function<Act(CGallery& gallery)>& make)
+{
+    CGallery* const gallery = GetProject().GetCurrentGallery();
+    return gallery && services.desk.Do(make(*gallery));
+}
+
+// --- What the toolbar asks for.
+
 void CViewPages::ChooseLayout(int32_t place)
 {
-    notifier.Send(UpdateHint::LayoutChosen, place);
+    ChooseLook([place](CGallery& gallery) {
+        const CGalleryCatalogue::Templates& layouts = gallery.GetLayout().GetCatalogue().GetTemplates();
+        const bool isKnown = place >= 0 && static_cast<size_t>(place) < layouts.size();
+        return ::ChooseLayout(gallery.GetIndex(), isKnown ? std::next(layouts.begin(), place)->first
+                                                          : gallery.GetLayout().GetTemplateKey());
+    });
 }
 
 void CViewPages::ChooseStyle(int32_t place)
 {
-    notifier.Send(UpdateHint::StyleChosen, place);
+    ChooseLook([place](CGallery& gallery) {
+        const std::vector<QString> styles = GetStylesOfCurrentLayout(gallery);
+        const bool isKnown = place >= 0 && static_cast<size_t>(place) < styles.size();
+        return ::ChooseStyle(gallery.GetIndex(), isKnown ? styles[static_cast<size_t>(place)]
+                                                         : gallery.GetLayout().GetStyleKey());
+    });
+}
+
+void CViewPages::ChooseLook(const std::function<Act(CGallery& gallery)>& make)
+{
+    try {
+        if (!Do(make)) {
+            ShowCurrentPage(GetProject()); // a file of the layout may have been mended
+        }
+    } catch (const CExceptionBase& failure) {
+        // The gallery has kept its look; the person is told why.
+        Show(BuildFailurePage(failure), QString());
+    }
+    UpdateMenus(GetProject());
 }
 
 void CViewPages::ChangeVisibility()
 {
-    notifier.Send(UpdateHint::VisibilityChosen);
+    CGallery* const gallery = GetProject().GetCurrentGallery();
+    if (!gallery) {
+        return;
+    }
+    CDlgVisibility dialog(gallery->GetVisibilityMap(), this);
+    if (dialog.exec() == QDialog::Accepted) {
+        services.desk.Do(ShowElements(gallery->GetIndex(), dialog.GetElements()));
+    }
+}
+
+// --- Selected pictures.
+
+void CViewPages::SetPictureCommands(const QList<QAction*>& bar, const QList<QAction*>& menu)
+{
+    selectionBar->SetActions(bar);
+    for (QAction* action : menu) {
+        if (action) {
+            pictureMenu->addAction(action);
+        } else {
+            pictureMenu->addSeparator();
+        }
+    }
+}
+
+void CViewPages::WithPictures(std::function<void(const std::vector<int32_t>& positions)> use)
+{
+    const std::vector<int32_t> selected = selection.GetPositions();
+    if (!selected.empty()) {
+        use(selected);
+        return;
+    }
+    // The answer may come when the view is gone.
+    htmlView->RunScript(
+        QStringLiteral("previewSelection.focused()"),
+        [self = QPointer(this), use = std::move(use), page = lastPage](const QVariant& answer) {
+            const CGallery* const gallery = self ? self->GetProject().GetCurrentGallery() : nullptr;
+            if (gallery) {
+                const int32_t position = self->pages[page].FindPosition(*gallery, answer.toString());
+                use(position < 0 ? std::vector<int32_t>() : std::vector<int32_t>{position});
+            }
+        });
+}
+
+std::vector<int32_t> CViewPages::GetCompany(int32_t position) const
+{
+    std::vector<int32_t> selected = selection.GetPositions();
+    return std::binary_search(selected.begin(), selected.end(), position) ? selected
+                                                                          : std::vector<int32_t>{position};
 }
 
 // --- What the page calls.
@@ -120,278 +200,160 @@ void CViewPages::ChangeVisibility(const QString&)
     ChangeVisibility();
 }
 
+void CViewPages::DoWithPicture(const QString& id,
+                               const std::function<Act(int32_t gallery, int32_t position)>& make)
+{
+    const CGallery* const gallery = GetProject().GetCurrentGallery();
+    const int32_t position = gallery ? GetCallingPage().FindPosition(*gallery, id) : -1;
+    if (position != -1) {
+        services.desk.Do(make(gallery->GetIndex(), position));
+    }
+}
+
 void CViewPages::RotateImageRight(const QString& id)
 {
-    SendForPicture(UpdateHint::PictureTurnedRight, id);
+    DoWithPicture(id,
+                  [](int32_t gallery, int32_t position) { return TurnPictures(gallery, {position}, true); });
 }
 
 void CViewPages::RotateImageLeft(const QString& id)
 {
-    SendForPicture(UpdateHint::PictureTurnedLeft, id);
+    DoWithPicture(id,
+                  [](int32_t gallery, int32_t position) { return TurnPictures(gallery, {position}, false); });
 }
 
 void CViewPages::MoveImageUp(const QString& id)
 {
-    SendForPicture(UpdateHint::PictureMovedUp, id);
+    DoWithPicture(id, MovePictureUp);
 }
 
 void CViewPages::MoveImageDown(const QString& id)
 {
-    SendForPicture(UpdateHint::PictureMovedDown, id);
+    DoWithPicture(id, MovePictureDown);
 }
 
 void CViewPages::DeleteImage(const QString& id)
 {
-    SendForPicture(UpdateHint::PictureRemoved, id);
+    DoWithPicture(id, [this](int32_t gallery, int32_t position) {
+        return RemovePictures(GetProject(), gallery, {position});
+    });
 }
 
 void CViewPages::DragImage(const QString& id, const QString& look)
 {
+    if (dispatch.GetCallingPage() != lastPage) {
+        return; // its ids may mean something else by now
+    }
     dragging.Start(id, look);
 }
 
 void CViewPages::FindImage(const QString& id)
 {
+    if (dispatch.GetCallingPage() != lastPage) {
+        return; // its ids may mean something else by now
+    }
     const int32_t index = shownPage.FindPictureIndex(id);
     if (index != -1) {
         services.findPicture(shownPage.GetPicturePath(index));
     }
 }
 
-void CViewPages::MoveImage(int32_t from, int32_t before)
+const PagePictures& CViewPages::GetCallingPage() const
 {
-    const int32_t to = before > from ? before - 1 : before;
-    if (to != from) {
-        notifier.Send(to < from ? UpdateHint::PictureMovedUp : UpdateHint::PictureMovedDown,
-                      std::vector<int32_t>{from, to});
-    }
+    static const PagePictures none;
+    const auto page = pages.find(dispatch.GetCallingPage());
+    return page != pages.end() ? page->second : none;
 }
 
-void CViewPages::SendForPicture(UpdateHint hint, const QString& id)
+void CViewPages::Select(const QString& ids, const QString& way)
 {
-    const int32_t index = shownPage.FindPictureIndex(id);
-    if (index != -1) {
-        notifier.Send(hint, index);
+    selection.Select(GetCallingPage(), ids.split(QLatin1Char('\n'), Qt::SkipEmptyParts), way);
+}
+
+void CViewPages::OpenMenu(const QString& id, int32_t x, int32_t y)
+{
+    if (!id.isEmpty()) {
+        selection.Include(GetCallingPage(), id);
     }
+    pictureMenu->popup(htmlView->mapToGlobal(QPoint(x, y)));
 }
 
 void CViewPages::EditText(const TextToEdit& edited)
 {
-    if (EditTextOfPage(shownPage, edited, this)) {
-        notifier.Send(UpdateHint::TextEdited);
+    if (dispatch.GetCallingPage() != lastPage) {
+        return; // its ids may mean something else by now
+    }
+    const std::vector<TextChange> changes = EditTextOfPage(shownPage, edited, this);
+    if (!changes.empty()) {
+        Do([&](CGallery& gallery) { return ::EditText(GetProject(), gallery.GetIndex(), changes[0]); });
     }
 }
 
 void CViewPages::EditReference(const QString& name, const QString& hrefProperty, const QString& textProperty)
 {
-    if (EditReferenceOfPage(
-            shownPage, {.name = name, .hrefProperty = hrefProperty, .textProperty = textProperty}, this)) {
-        notifier.Send(UpdateHint::TextEdited);
+    if (dispatch.GetCallingPage() != lastPage) {
+        return; // its ids may mean something else by now
+    }
+    const std::vector<TextChange> changes = EditReferenceOfPage(
+        shownPage, {.name = name, .hrefProperty = hrefProperty, .textProperty = textProperty}, this);
+    if (!changes.empty()) {
+        Do([&](CGallery& gallery) { return EditLink(GetProject(), gallery.GetIndex(), changes); });
     }
 }
 
+// Where the person is stands in the project's file, but is no act.
 void CViewPages::LoadURL(const QString& url)
 {
-    notifier.Send(UpdateHint::LinkFollowed, url);
-}
-
-// --- Changes of the document.
-
-void CViewPages::UpdateProject(UpdateHint hint, const UpdateParameter& parameter, CGalleryProject& project)
-{
-    const TraceScope scope(QStringLiteral("CViewPages::UpdateProject"));
-    if (hint == UpdateHint::Deploy && services.deploy) {
-        services.deploy(project);
-    }
-    Change change{.hint = hint};
-    try {
-        if (!Apply(change, parameter, project)) {
-            return;
-        }
-        CGallery* const gallery = project.GetCurrentGallery();
-        if (gallery && change.positionToShow != -1) {
-            gallery->SetCurrentPicture(change.positionToShow);
-        }
-    } catch (const CExceptionBase& failure) {
-        // A layout's file has gone meanwhile. What was changed before that is changed, and the page, made
-        // anew, says what is wrong.
-        Trace(failure.GetDescription());
-    }
-    if (change.changed) {
-        UpdateView(change.hint, project);
-    }
-    if (hint == UpdateHint::AbsentPictureWanted) {
-        htmlView->RunScript(QStringLiteral("document.querySelector('img[data-absent]')"
-                                           "?.scrollIntoView({block:'center',behavior:'instant'})"));
-    }
-    CGalleryProjectConsumer::UpdateProject(change.hint, parameter, project);
-    if (change.rebuild) {
-        notifier.Send(UpdateHint::CoverChanged);
-    }
-}
-
-bool CViewPages::Apply(Change& change, const UpdateParameter& parameter, CGalleryProject& project)
-{
+    CGalleryProject& project = GetProject();
     CGallery* const gallery = project.GetCurrentGallery();
-    if (!gallery) {
-        return true;
-    }
-    switch (change.hint) {
-    case UpdateHint::StyleChosen:
-    case UpdateHint::LayoutChosen:
-        ApplyChoice(change, PositionOf(parameter), *gallery);
-        return true;
-    case UpdateHint::PictureMovedUp:
-    case UpdateHint::PictureMovedDown:
-        if (const std::vector<int32_t>* const way = WayOf(parameter)) {
-            MoveAlong(change, *way, *gallery);
-            return true;
-        }
-        [[fallthrough]];
-    case UpdateHint::PictureTurnedLeft:
-    case UpdateHint::PictureTurnedRight:
-    case UpdateHint::PictureRemoved:
-        ApplyToPicture(change, PositionOf(parameter), *gallery);
-        return true;
-    case UpdateHint::LinkFollowed:
-        FollowLink(change, TextOf(parameter), *gallery);
-        return true;
-    case UpdateHint::AbsentPictureWanted:
-        GoToAbsentPicture(change, project);
-        return true;
-    case UpdateHint::VisibilityChosen:
-        return ChooseVisibility(*gallery);
-    default:
-        return true;
-    }
-}
-
-void CViewPages::ApplyChoice(Change& change, int32_t place, CGallery& gallery)
-{
-    try {
-        if (change.hint == UpdateHint::StyleChosen) {
-            const std::vector<QString> styles = GetStylesOfCurrentLayout(gallery);
-            if (place >= 0 && static_cast<size_t>(place) < styles.size()) {
-                gallery.SetStyle(styles[static_cast<size_t>(place)]);
-            }
-        } else {
-            const CGalleryCatalogue::Templates& layouts = gallery.GetLayout().GetCatalogue().GetTemplates();
-            if (place >= 0 && static_cast<size_t>(place) < layouts.size()) {
-                gallery.SetTemplate(std::next(layouts.begin(), place)->first);
-            }
-        }
-    } catch (const CExceptionBase& failure) {
-        // The gallery has kept its layout; the person is told why.
-        change.changed = false;
-        Show(BuildFailurePage(failure), QString());
-    }
-    toolBar->UpdateLayoutMenu(&gallery);
-    toolBar->UpdateStyleMenu(&gallery);
-}
-
-void CViewPages::ApplyToPicture(Change& change, int32_t position, CGallery& gallery)
-{
-    const int32_t count = gallery.GetPictures().GetCount();
-    if (position < 0 || position >= count) {
-        change.changed = false;
-        return;
-    }
-    const bool isFirst = position == 0;
-    const bool isLast = position == count - 1;
-    int32_t other = position;
-    switch (change.hint) {
-    case UpdateHint::PictureMovedUp:
-        other = (isFirst ? count : position) - 1;
-        change.positionToShow = std::min(position, other);
-        break;
-    case UpdateHint::PictureMovedDown:
-        other = isLast ? 0 : position + 1;
-        change.positionToShow = std::max(position, other);
-        break;
-    case UpdateHint::PictureRemoved:
-        gallery.RemovePicture(position);
-        change.positionToShow = count > 1 ? position : -1;
-        break;
-    default:
-        gallery.RotatePicture(position, change.hint == UpdateHint::PictureTurnedRight);
-        change.positionToShow = position;
-        break;
-    }
-    if (other != position) {
-        gallery.MovePicture(position, other);
-    }
-    change.rebuild = std::min(position, other) < CGalleryCover::PictureCount;
-}
-
-// What moving up or down does, as often as it takes.
-void CViewPages::MoveAlong(Change& change, const std::vector<int32_t>& way, CGallery& gallery)
-{
-    const int32_t count = gallery.GetPictures().GetCount();
-    const int32_t from = way[0];
-    const int32_t to = way[1];
-    if (std::min(from, to) < 0 || std::max(from, to) >= count || from == to) {
-        change.changed = false;
-        return;
-    }
-    const int32_t step = to > from ? 1 : -1;
-    for (int32_t position = from; position != to; position += step) {
-        gallery.MovePicture(position, position + step);
-    }
-    change.positionToShow = to;
-    change.rebuild = std::min(from, to) < CGalleryCover::PictureCount;
-}
-
-void CViewPages::GoToAbsentPicture(Change& change, CGalleryProject& project)
-{
-    const std::vector<PicturePlace> places = FindAbsentPictures(project);
-    if (places.empty()) {
-        return; // it has come back
-    }
-    if (places[0].gallery != project.GetCurrentGalleryIndex()) {
-        project.SetCurrentGallery(places[0].gallery);
-        change.hint = UpdateHint::GalleryChosen;
-    }
-    change.positionToShow = places[0].position;
-}
-
-void CViewPages::FollowLink(Change& change, const QString& url, CGallery& gallery)
-{
     bool styleChanged = false;
     bool galleryChanged = false;
-    change.changed = gallery.FollowLink(url, styleChanged, galleryChanged);
-    if (galleryChanged) {
-        // The other views have to know as well, as if the gallery had been chosen in one of them.
-        change.hint = UpdateHint::GalleryChosen;
-        change.rebuild = true;
-    } else if (styleChanged) {
-        toolBar->UpdateStyleMenu(&gallery);
+    if (!gallery || !gallery->FollowLink(url, styleChanged, galleryChanged)) {
+        return;
     }
+    if (galleryChanged) {
+        services.desk.ChooseGallery(project.GetCurrentGalleryIndex());
+        return;
+    }
+    services.desk.MarkChanged();
+    if (styleChanged) {
+        toolBar->UpdateStyleMenu(gallery);
+    }
+    ShowCurrentPage(project);
 }
 
-bool CViewPages::ChooseVisibility(CGallery& gallery)
+void CViewPages::GoToAbsentPicture()
 {
-    CDlgVisibility dialog(gallery.GetVisibilityMap(), this);
-    if (dialog.exec() != QDialog::Accepted) {
-        return false;
+    CGalleryProject& project = GetProject();
+    const std::vector<PicturePlace> places = FindAbsentPictures(project);
+    if (!places.empty()) {
+        if (places[0].gallery != project.GetCurrentGalleryIndex()) {
+            services.desk.ChooseGallery(places[0].gallery);
+        }
+        ShowPicture(*project.GetCurrentGallery(), places[0].position);
+        services.desk.MarkChanged();
     }
-    gallery.SetVisibilityMap(dialog.GetElements());
-    return true;
+    ShowCurrentPage(project); // it may have come back
+    htmlView->RunScript(QStringLiteral("document.querySelector('img[data-absent]')"
+                                       "?.scrollIntoView({block:'center',behavior:'instant'})"));
 }
 
 // --- The page on the screen.
 
-void CViewPages::UpdateView(UpdateHint hint, CGalleryProject& project)
+void CViewPages::UpdateView(const ViewUpdate& update, CGalleryProject& project)
 {
+    using Cause = ViewUpdate::Cause;
     const TraceScope scope(QStringLiteral("CViewPages::UpdateView"));
-    if (hint == UpdateHint::ProjectReplaced || hint == UpdateHint::ProjectRenamed) {
-        toolBar->SetTitle(project.GetName());
+    toolBar->SetTitle(project.GetName());
+    if (update.cause == Cause::ProjectRenamed) {
+        return;
     }
-    if (hint == UpdateHint::ProjectReplaced || hint == UpdateHint::GalleryChosen) {
+    if (update.cause != Cause::Edited || update.edited->isOtherGallery ||
+        update.edited->looks.count(project.GetCurrentGalleryIndex()) != 0) {
         UpdateMenus(project);
     }
-    if (ConcernsPagesView(hint) && hint != UpdateHint::ProjectRenamed) {
-        ShowCurrentPage(project);
-    }
+    selection.Follow();
+    ShowCurrentPage(project);
 }
 
 void CViewPages::UpdateMenus(CGalleryProject& project)
@@ -434,6 +396,11 @@ void CViewPages::Show(const std::string& page, const QString& name)
     const bool stays = !name.isEmpty() && name == shownName;
     shownName = name;
     Trace(QStringLiteral("Before_load_HTML"));
-    htmlView->LoadHtml(page, stays ? CHTMLView::ScrollPlace::Keep : CHTMLView::ScrollPlace::Top);
+    lastPage = htmlView->LoadHtml(page, stays ? CHTMLView::ScrollPlace::Keep : CHTMLView::ScrollPlace::Top);
+    pages[lastPage] = shownPage.GetPictures();
+    if (pages.size() > keptPages) {
+        pages.erase(pages.begin());
+    }
+    selection.Mark(pages[lastPage]);
     Trace(QStringLiteral("After_load_HTML"));
 }

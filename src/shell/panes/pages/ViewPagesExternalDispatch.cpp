@@ -6,6 +6,8 @@ constexpr int editText = 7;
 constexpr int editReference = 8;
 constexpr int dragImage = 9;
 constexpr int findImage = 10;
+constexpr int selectImages = 11;
+constexpr int openMenu = 12;
 
 } // namespace
 
@@ -15,7 +17,8 @@ QStringList CViewPagesExternalDispatch::GetMethodNames() const
             QStringLiteral("RotateImageLeft"),  QStringLiteral("MoveImageUp"),
             QStringLiteral("MoveImageDown"),    QStringLiteral("DeleteImage"),
             QStringLiteral("EditText"),         QStringLiteral("EditReference"),
-            QStringLiteral("DragImage"),        QStringLiteral("FindImage")};
+            QStringLiteral("DragImage"),        QStringLiteral("FindImage"),
+            QStringLiteral("Select"),           QStringLiteral("OpenMenu")};
 }
 
 DispatchResult CViewPagesExternalDispatch::CallMethod(int dispid, const QVariantList& arguments)
@@ -26,8 +29,11 @@ DispatchResult CViewPagesExternalDispatch::CallMethod(int dispid, const QVariant
     if (dispid == editReference) {
         return CallEditReference(arguments);
     }
-    if (dispid == dragImage) {
-        return CallDragImage(arguments);
+    if (dispid == dragImage || dispid == selectImages) {
+        return CallWithTexts(dispid, arguments);
+    }
+    if (dispid == openMenu) {
+        return CallOpenMenu(arguments);
     }
     if (arguments.size() != 1) {
         return DispatchResult::BadParamCount;
@@ -83,7 +89,7 @@ DispatchResult CViewPagesExternalDispatch::CallEditReference(const QVariantList&
     return DispatchResult::Ok;
 }
 
-DispatchResult CViewPagesExternalDispatch::CallDragImage(const QVariantList& arguments)
+DispatchResult CViewPagesExternalDispatch::CallWithTexts(int dispid, const QVariantList& arguments)
 {
     if (arguments.size() != 2) {
         return DispatchResult::BadParamCount;
@@ -92,6 +98,25 @@ DispatchResult CViewPagesExternalDispatch::CallDragImage(const QVariantList& arg
     if (!texts) {
         return DispatchResult::TypeMismatch;
     }
-    commands.DragImage(texts->at(0), texts->at(1));
+    if (dispid == dragImage) {
+        commands.DragImage(texts->at(0), texts->at(1));
+    } else {
+        commands.Select(texts->at(0), texts->at(1));
+    }
+    return DispatchResult::Ok;
+}
+
+DispatchResult CViewPagesExternalDispatch::CallOpenMenu(const QVariantList& arguments)
+{
+    if (arguments.size() != 3) {
+        return DispatchResult::BadParamCount;
+    }
+    const std::optional<QString> id = TextArgument(arguments[0]);
+    const std::optional<int32_t> x = NumberArgument(arguments[1]);
+    const std::optional<int32_t> y = NumberArgument(arguments[2]);
+    if (!id || !x || !y) {
+        return DispatchResult::TypeMismatch;
+    }
+    commands.OpenMenu(*id, *x, *y);
     return DispatchResult::Ok;
 }

@@ -31,6 +31,13 @@ public:
     virtual void DragImage(const QString& id, const QString& look) = 0;
     // Of a picture that is not there.
     virtual void FindImage(const QString& id) = 0;
+    // ids: one to a line. way: see CPageSelection::Select.
+    virtual void Select(const QString& ids, const QString& way) = 0;
+    // Of what can be done with a picture; id may be empty. x, y: in the view, in pixels.
+    virtual void OpenMenu(const QString& id, int32_t x, int32_t y) = 0;
+
+    // See CExternalDispatchBase::KnowsPage.
+    virtual bool KnowsPage(int page) const = 0;
 
 protected:
     ~CViewPagesExternalDispatchCommands() = default;
@@ -42,6 +49,7 @@ public:
     explicit CViewPagesExternalDispatch(CViewPagesExternalDispatchCommands& commands) : commands(commands) {}
 
     QStringList GetMethodNames() const override;
+    bool KnowsPage(int page) const override { return commands.KnowsPage(page); }
 
 protected:
     DispatchResult CallMethod(int dispid, const QVariantList& arguments) override;
@@ -49,7 +57,8 @@ protected:
 private:
     DispatchResult CallEditText(const QVariantList& arguments);
     DispatchResult CallEditReference(const QVariantList& arguments);
-    DispatchResult CallDragImage(const QVariantList& arguments);
+    DispatchResult CallWithTexts(int dispid, const QVariantList& arguments);
+    DispatchResult CallOpenMenu(const QVariantList& arguments);
 
     CViewPagesExternalDispatchCommands& commands;
 };

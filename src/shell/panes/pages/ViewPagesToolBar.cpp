@@ -39,10 +39,14 @@ void CheckEntry(QMenu& menu, qsizetype place)
     }
 }
 
+// The choice fills the menu anew, which must not happen while one of its entries is at work.
 void ConnectMenu(QMenu& menu, int firstId, const std::function<void(int32_t)>& choose)
 {
-    QObject::connect(&menu, &QMenu::triggered, &menu,
-                     [firstId, choose](const QAction* action) { choose(action->data().toInt() - firstId); });
+    QObject::connect(&menu, &QMenu::triggered, &menu, [&menu, firstId, choose](const QAction* action) {
+        const int32_t place = action->data().toInt() - firstId;
+        QMetaObject::invokeMethod(
+            &menu, [choose, place] { choose(place); }, Qt::QueuedConnection);
+    });
 }
 
 } // namespace

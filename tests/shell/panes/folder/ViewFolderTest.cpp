@@ -1,10 +1,15 @@
 #include "shell/panes/folder/ViewFolder.h"
 
+#include <QAction>
 #include <QFile>
+#include <QMenu>
 #include <QTest>
 #include <gtest/gtest.h>
 
 #include "common/FileSystem.h"
+#include "editing/GalleryActs.h"
+#include "editing/PictureActs.h"
+#include "shell/frame/EditingDesk.h"
 #include "shell_support/ViewWindow.h"
 #include "support/ProjectFixture.h"
 
@@ -25,16 +30,14 @@ protected:
         for (const char* name : {"one/a.jpg", "one/b.jpg", "one/c.jpg", "two/d.jpg"}) {
             Add(name);
         }
-        view = std::make_unique<CViewFolder>(
-            CViewFolder::Services{.notify =
-                                      [this](ViewId, UpdateHint hint, const UpdateParameter& parameter) {
-                                          notifications.push_back(hint);
-                                          if (takesNotifications) {
-                                              view->UpdateProject(hint, parameter, fixture.GetProject());
-                                          }
-                                      },
-                                  .browser = {}});
-        view->AddConsumer(*view);
+        desk = std::make_unique<CEditingDesk>(fixture.GetProject(),
+                                              CEditingDesk::Listener{.changed = [this] { ++changes; },
+                                                                     .edited =
+                                                                         [this](const Edited& what) {
+                                                                             edited.push_back(what);
+                                                                         }});
+        view = std::make_unique<CViewFolder>(CViewFolder::Services{.desk = *desk, .browser = {}});
+        desk->AddView(*view);
         view->GetHTMLView().SetShownCallback([this] { ++shownCount; });
         view->resize(340, 500);
         view->show();
@@ -55,20 +58,31 @@ protected:
     {
         fixture.GetProject().AddFolder(Folder(folder));
         fixture.GetProject().SetRecentFolder(Folder(folder));
-        Update(UpdateHint::ProjectReplaced);
+        Update(ViewUpdate::Cause::ProjectReplaced);
     }
-    void Update(UpdateHint hint)
+    void Update(ViewUpdate::Cause cause)
     {
-        const auto readyBefore = CountOf(UpdateHint::FolderReady);
-        view->UpdateView(hint, fixture.GetProject());
-        ASSERT_TRUE(
-            WaitUntil([&] { return CountOf(UpdateHint::FolderReady) > readyBefore && view->IsLoaded(); }));
+        const int before = shownCount;
+        view->UpdateView({.cause = cause}, fixture.GetProject());
+        WaitForList(before);
+    }
+    void WaitForList(int shownBefore)
+    {
+        ASSERT_TRUE(WaitUntil([&] { return shownCount > shownBefore && view->IsLoaded(); }));
         Ask(view->GetHTMLView(), QStringLiteral("1"));
     }
-    long CountOf(UpdateHint hint) const
+    // Only what has been asked of the page by now.
+    void Settle() { Ask(view->GetHTMLView(), QStringLiteral("1")); }
+    // The middle of a row's picture, in the view.
+    QPoint PlaceOf(const char* id)
     {
-        return std::count(notifications.begin(), notifications.end(), hint);
+        return RectOf(view->GetHTMLView(), QLatin1Char('#') + QString::fromLatin1(id)).center().toPoint();
     }
+    static QString MarkCount(int count)
+    {
+        return QStringLiteral("document.querySelectorAll('.preview-selected').length == %1").arg(count);
+    }
+    QUndoStack& Steps() { return desk->GetHistory().GetStack(); }
     QString PageText()
     {
         return Ask(view->GetHTMLView(), QStringLiteral("document.body.innerText")).toString();
@@ -92,9 +106,10 @@ protected:
     }
 
     CProjectFixture fixture;
-    std::vector<UpdateHint> notifications;
-    bool takesNotifications = true;
+    std::vector<Edited> edited;
+    int changes = 0; // that are to be saved
     int shownCount = 0;
+    std::unique_ptr<CEditingDesk> desk;
     std::unique_ptr<CViewFolder> view;
 };
 
@@ -112,7 +127,7 @@ TEST_F(ViewFolder, ShowsTheFolderOfTheProject)
 TEST_F(ViewFolder, AProjectWithoutAFolderSaysSo)
 {
     fixture.GetProject().SetRecentFolder(QString());
-    view->UpdateView(UpdateHint::ProjectReplaced, fixture.GetProject());
+    view->UpdateView({.cause = ViewUpdate::Cause::ProjectReplaced}, fixture.GetProject());
     EXPECT_TRUE(PageText().contains(QStringLiteral("Choose a folder with pictures")));
 }
 
@@ -120,10 +135,11 @@ TEST_F(ViewFolder, AnotherFolderEntersTheProjectAndTheSameOneDoesNot)
 {
     Open("one");
     view->SetFolder(Folder("one/"));
-    EXPECT_EQ(CountOf(UpdateHint::FolderChosen), 0);
+    EXPECT_EQ(changes, 0);
+    const int before = shownCount;
     view->SetFolder(Folder("two"));
-    ASSERT_TRUE(WaitUntil([&] { return CountOf(UpdateHint::FolderReady) == 2; }));
-    EXPECT_EQ(CountOf(UpdateHint::FolderChosen), 1);
+    WaitForList(before);
+    EXPECT_EQ(changes, 1);
     EXPECT_EQ(fixture.GetProject().GetRecentFolder(), Folder("two"));
     EXPECT_EQ(fixture.GetProject().GetFolders().back(), Folder("two"));
     EXPECT_EQ(Heading(), QStringLiteral("two ( 1 picture )"));
@@ -139,7 +155,6 @@ TEST_F(ViewFolder, NamesThatDifferInCapitalsAreTwo)
     EXPECT_EQ(Heading(), QStringLiteral("one ( 4 pictures )"));
     EXPECT_EQ(Rows().split(QLatin1Char(' ')).size(), 3);
     view->AddAllImages();
-    ASSERT_TRUE(WaitUntil([&] { return CountOf(UpdateHint::PicturesAdded) == 1; }));
     EXPECT_EQ(fixture.GetRoot().GetPictures().GetCount(), 4);
     view->SetFolder(Folder("ONE"));
     EXPECT_TRUE(WaitForPage(view->GetHTMLView(),
@@ -147,20 +162,17 @@ TEST_F(ViewFolder, NamesThatDifferInCapitalsAreTwo)
     EXPECT_EQ(fixture.GetProject().GetRecentFolder(), Folder("ONE"));
 }
 
-TEST_F(ViewFolder, AddsOnePictureAndTellsOfTheCover)
+TEST_F(ViewFolder, AddsOnePictureAndItsRowGoes)
 {
     Open("one");
     view->AddImage(QStringLiteral("i1"));
-    // Not inside the call of a page's script.
-    EXPECT_EQ(GalleryNames(), QString());
-    ASSERT_TRUE(WaitUntil([&] { return CountOf(UpdateHint::CoverChanged) == 1; }));
     EXPECT_EQ(GalleryNames(), QStringLiteral("b.jpg"));
     EXPECT_EQ(Rows(), QStringLiteral("i0 i2"));
     // It is gone from the list: a second click, which was under way, does nothing.
     view->AddImage(QStringLiteral("i1"));
     view->LoadURL(QStringLiteral("addpicture1"));
     EXPECT_EQ(Rows(), QStringLiteral("i0 i2"));
-    EXPECT_EQ(CountOf(UpdateHint::PictureAdded), 1);
+    EXPECT_EQ(edited.size(), 1U);
 }
 
 TEST_F(ViewFolder, AddsAllPicturesInOrderThatAreNotThereYet)
@@ -170,12 +182,25 @@ TEST_F(ViewFolder, AddsAllPicturesInOrderThatAreNotThereYet)
     EXPECT_EQ(Heading(), QStringLiteral("one ( 3 pictures )"));
     EXPECT_EQ(Rows(), QStringLiteral("i0 i2"));
     view->AddAllImages();
-    ASSERT_TRUE(WaitUntil([&] { return CountOf(UpdateHint::FolderReady) == 2; }));
     EXPECT_EQ(GalleryNames(), QStringLiteral("b.jpg a.jpg c.jpg"));
     EXPECT_EQ(Rows(), QString());
     view->AddAllImages();
-    Ask(view->GetHTMLView(), QStringLiteral("1"));
-    EXPECT_EQ(CountOf(UpdateHint::PicturesAdded), 1);
+    EXPECT_EQ(edited.size(), 1U);
+}
+
+TEST_F(ViewFolder, WhatIsTakenBackShowsAgain)
+{
+    Open("one");
+    view->AddImage(QStringLiteral("i1"));
+    EXPECT_EQ(Rows(), QStringLiteral("i0 i2"));
+    int before = shownCount;
+    Steps().undo();
+    WaitForList(before);
+    EXPECT_EQ(GalleryNames(), QString());
+    EXPECT_EQ(Rows(), QStringLiteral("i0 i1 i2"));
+    Steps().redo();
+    EXPECT_EQ(GalleryNames(), QStringLiteral("b.jpg"));
+    EXPECT_EQ(Rows(), QStringLiteral("i0 i2"));
 }
 
 TEST_F(ViewFolder, LinksAndIdsThatItDoesNotKnowDoNothing)
@@ -188,10 +213,9 @@ TEST_F(ViewFolder, LinksAndIdsThatItDoesNotKnowDoNothing)
         view->AddImage(QString::fromLatin1(id));
         view->DragImage(QString::fromLatin1(id), QString());
     }
-    Ask(view->GetHTMLView(), QStringLiteral("1"));
-    EXPECT_EQ(CountOf(UpdateHint::PictureAdded), 0);
+    Settle();
+    EXPECT_TRUE(edited.empty());
     view->LoadURL(QStringLiteral("addpicture2"));
-    EXPECT_TRUE(WaitUntil([&] { return CountOf(UpdateHint::PictureAdded) == 1; }));
     EXPECT_EQ(GalleryNames(), QStringLiteral("c.jpg"));
 }
 
@@ -200,28 +224,35 @@ TEST_F(ViewFolder, ARemovedPictureShowsAgain)
     fixture.GetRoot().AppendPicture(Folder("one/b.jpg"), 0);
     Open("one");
     EXPECT_EQ(Rows(), QStringLiteral("i0 i2"));
-    fixture.GetRoot().RemovePicture(0);
-    Update(UpdateHint::PictureRemoved);
+    const int before = shownCount;
+    desk->Do(RemovePictures(fixture.GetProject(), 0, {0}));
+    WaitForList(before);
     EXPECT_EQ(Rows(), QStringLiteral("i0 i1 i2"));
 }
 
-TEST_F(ViewFolder, ListsAnewOnTheHintsThatConcernItAndOnNoOthers)
+TEST_F(ViewFolder, PicturesThatDifferInCapitalsAreTwo)
+{
+    Add("one/A.jpg");
+    fixture.GetRoot().AppendPicture(Folder("one/a.jpg"), 0);
+    Open("one");
+    EXPECT_EQ(Heading(), QStringLiteral("one ( 4 pictures )"));
+    EXPECT_EQ(Rows().split(QLatin1Char(' ')).size(), 3);
+    view->AddAllImages();
+    EXPECT_EQ(fixture.GetRoot().GetPictures().GetCount(), 4);
+}
+
+TEST_F(ViewFolder, ListsAnewForWhatConcernsItAndForNothingElse)
 {
     Open("one");
-    for (const UpdateHint hint :
-         {UpdateHint::ProjectReplaced, UpdateHint::FolderChosen, UpdateHint::PicturesAdded,
-          UpdateHint::PictureRemoved, UpdateHint::GalleryChosen}) {
-        Update(hint);
-    }
-    const auto ready = CountOf(UpdateHint::FolderReady);
+    Update(ViewUpdate::Cause::GalleryChosen);
+    Update(ViewUpdate::Cause::ProjectReplaced);
+    desk->Do(AddPictures(0, {Folder("two/d.jpg")}));
+    Settle();
     const int shown = shownCount;
-    for (const UpdateHint hint :
-         {UpdateHint::PictureAdded, UpdateHint::CoverChanged, UpdateHint::TextEdited, UpdateHint::StyleChosen,
-          UpdateHint::PictureMovedUp, UpdateHint::FolderReady}) {
-        view->UpdateView(hint, fixture.GetProject());
-    }
-    Ask(view->GetHTMLView(), QStringLiteral("1"));
-    EXPECT_EQ(CountOf(UpdateHint::FolderReady), ready);
+    view->UpdateView({.cause = ViewUpdate::Cause::ProjectRenamed}, fixture.GetProject());
+    desk->Do(TurnPictures(0, {0}, true));
+    desk->Do(RenameGallery(0, QStringLiteral("Sea")));
+    Settle();
     EXPECT_EQ(shownCount, shown);
 }
 
@@ -229,38 +260,24 @@ TEST_F(ViewFolder, ListsAnewOnTheHintsThatConcernItAndOnNoOthers)
 TEST_F(ViewFolder, AnAnswerThatComesTooLateIsDropped)
 {
     Open("one");
-    takesNotifications = false;
-    view->UpdateView(UpdateHint::PictureRemoved, fixture.GetProject());
-    ASSERT_TRUE(WaitUntil([&] { return CountOf(UpdateHint::FolderReady) == 2; }));
-    const int shown = shownCount;
+    const int before = shownCount;
+    view->UpdateView({.cause = ViewUpdate::Cause::GalleryChosen}, fixture.GetProject());
     view->SetFolder(Folder("two"));
-    view->UpdateView(UpdateHint::FolderReady, fixture.GetProject()); // before the hint of the other folder
-    Ask(view->GetHTMLView(), QStringLiteral("1"));
-    EXPECT_EQ(shownCount, shown);
-    EXPECT_EQ(Heading(), QStringLiteral("one ( 3 pictures )"));
-    view->UpdateView(UpdateHint::FolderChosen, fixture.GetProject());
-    view->UpdateView(UpdateHint::FolderReady, fixture.GetProject()); // after it
-    ASSERT_TRUE(WaitUntil([&] { return CountOf(UpdateHint::FolderReady) == 3; }));
-    view->UpdateView(UpdateHint::FolderReady, fixture.GetProject());
-    ASSERT_TRUE(WaitForPage(view->GetHTMLView(),
-                            QStringLiteral("document.body.innerText.includes('( 1 picture )')")));
+    WaitForList(before);
     EXPECT_EQ(Heading(), QStringLiteral("two ( 1 picture )"));
 }
 
 TEST_F(ViewFolder, TheOldListCanBeUsedWhileTheSameFolderIsListedAnew)
 {
     Open("one");
-    takesNotifications = false;
-    view->UpdateView(UpdateHint::GalleryChosen, fixture.GetProject());
+    // Meanwhile a picture has come before it.
+    Add("one/0.jpg");
+    const int before = shownCount;
+    view->UpdateView({.cause = ViewUpdate::Cause::GalleryChosen}, fixture.GetProject());
     EXPECT_TRUE(view->IsLoaded());
     view->AddImage(QStringLiteral("i2"));
-    ASSERT_TRUE(WaitUntil([&] { return CountOf(UpdateHint::PictureAdded) == 1; }));
-    // Meanwhile a picture has come before it.
-    takesNotifications = true;
-    Add("one/0.jpg");
-    Update(UpdateHint::GalleryChosen);
-    view->UpdateProject(UpdateHint::PictureAdded, int32_t{2}, fixture.GetProject());
     EXPECT_EQ(GalleryNames(), QStringLiteral("c.jpg"));
+    WaitForList(before);
     EXPECT_EQ(Rows(), QStringLiteral("i0 i1 i2"));
 }
 
@@ -268,22 +285,11 @@ TEST_F(ViewFolder, NothingCanBeAddedWhileAnotherFolderIsLoading)
 {
     Open("one");
     view->SetFolder(Folder("two"));
-    view->UpdateView(UpdateHint::FolderChosen, fixture.GetProject());
     EXPECT_FALSE(view->IsLoaded());
     view->AddImage(QStringLiteral("i0"));
     view->AddAllImages();
     ASSERT_TRUE(WaitUntil([&] { return view->IsLoaded(); }));
-    EXPECT_EQ(CountOf(UpdateHint::PictureAdded) + CountOf(UpdateHint::PicturesAdded), 0);
-}
-
-TEST_F(ViewFolder, AnIndexFromElsewhereIsAddedOrIgnored)
-{
-    Open("one");
-    view->UpdateProject(UpdateHint::PictureAdded, int32_t{0}, fixture.GetProject());
-    view->UpdateProject(UpdateHint::PictureAdded, int32_t{7}, fixture.GetProject());
-    view->UpdateProject(UpdateHint::PictureAdded, int32_t{-1}, fixture.GetProject());
-    view->UpdateProject(UpdateHint::PictureAdded, {}, fixture.GetProject());
-    EXPECT_EQ(GalleryNames(), QStringLiteral("a.jpg"));
+    EXPECT_TRUE(edited.empty());
 }
 
 TEST_F(ViewFolder, CardsAreMadeAnewForAnotherWidth)
@@ -302,24 +308,110 @@ TEST_F(ViewFolder, EndsInTheMiddleOfItsWork)
     }
     fixture.GetProject().AddFolder(Folder("many"));
     fixture.GetProject().SetRecentFolder(Folder("many"));
-    view->UpdateView(UpdateHint::ProjectReplaced, fixture.GetProject());
+    view->UpdateView({.cause = ViewUpdate::Cause::ProjectReplaced}, fixture.GetProject());
     EXPECT_FALSE(view->IsLoaded());
-    view.reset();
+    view.reset(); // the desk has no more to tell it
     // Whatever was under way tells nobody any more.
     QCoreApplication::sendPostedEvents();
     QCoreApplication::processEvents();
-    EXPECT_EQ(CountOf(UpdateHint::FolderReady), 0);
+    EXPECT_TRUE(edited.empty());
 }
 
-TEST_F(ViewFolder, ADraggedPictureIsAddedThoughTheListHasChangedMeanwhile)
+// --- Selected pictures.
+
+TEST_F(ViewFolder, SelectedPicturesAreAddedTogether)
 {
     Open("one");
-    Add("one/0.jpg"); // comes before all others
-    Update(UpdateHint::GalleryChosen);
-    view->AddPictureAt(1, Folder("one/b.jpg"));
-    ASSERT_TRUE(WaitUntil([&] { return CountOf(UpdateHint::CoverChanged) == 1; }));
+    view->Select(QStringLiteral("i2"), QStringLiteral("only"));
+    view->Select(QStringLiteral("i0"), QStringLiteral("toggle"));
+    EXPECT_EQ(view->GetSelectedPaths(), (QStringList{Folder("one/a.jpg"), Folder("one/c.jpg")}));
+    EXPECT_TRUE(WaitForPage(view->GetHTMLView(), MarkCount(2)));
+    EXPECT_TRUE(view->findChild<QWidget*>(QStringLiteral("SelectionBar"))->isVisible());
+    view->AddSelected();
+    EXPECT_EQ(GalleryNames(), QStringLiteral("a.jpg c.jpg"));
+    EXPECT_EQ(Steps().undoText(), QStringLiteral("Add 2 Pictures"));
+    EXPECT_TRUE(view->GetSelectedPaths().isEmpty());
+    EXPECT_FALSE(view->findChild<QWidget*>(QStringLiteral("SelectionBar"))->isVisible());
+    EXPECT_TRUE(WaitForPage(view->GetHTMLView(), MarkCount(0)));
+}
+
+TEST_F(ViewFolder, AListWithoutRowsSaysWhy)
+{
+    Open("one");
+    view->AddAllImages();
+    EXPECT_EQ(GalleryNames(), QStringLiteral("a.jpg b.jpg c.jpg"));
+    EXPECT_TRUE(WaitForPage(
+        view->GetHTMLView(),
+        QStringLiteral("document.body.innerText.includes('All pictures of this folder are in')")));
+}
+
+TEST_F(ViewFolder, TwoClicksTakeThePictureAndThoseThatAreSelectedWithIt)
+{
+    Open("one");
+    view->TakeSelected(QStringLiteral("i1"));
     EXPECT_EQ(GalleryNames(), QStringLiteral("b.jpg"));
-    view->AddPictureAt(0, Folder("one/gone.jpg"));
-    Ask(view->GetHTMLView(), QStringLiteral("1"));
-    EXPECT_EQ(CountOf(UpdateHint::PictureAdded), 1);
+    view->SelectAll();
+    view->TakeSelected(QStringLiteral("i2"));
+    EXPECT_EQ(GalleryNames(), QStringLiteral("b.jpg a.jpg c.jpg"));
+    view->TakeSelected(QStringLiteral("i2"));
+    view->TakeSelected(QStringLiteral("x"));
+    EXPECT_EQ(edited.size(), 2U);
+}
+
+TEST_F(ViewFolder, ASelectionOutlivesANewListOfTheSameFolder)
+{
+    Open("one");
+    view->Select(QStringLiteral("i1\ni2"), QStringLiteral("these"));
+    Add("one/0.jpg"); // comes before all others
+    Update(ViewUpdate::Cause::GalleryChosen);
+    EXPECT_EQ(view->GetSelectedPaths(), (QStringList{Folder("one/b.jpg"), Folder("one/c.jpg")}));
+    EXPECT_TRUE(WaitForPage(view->GetHTMLView(), MarkCount(2)));
+    view->SetFolder(Folder("two"));
+    EXPECT_TRUE(view->GetSelectedPaths().isEmpty());
+}
+
+TEST_F(ViewFolder, ClicksSelectAndTheMenuIsThatOfTheSelection)
+{
+    Open("one");
+    QMenu* const menu = view->findChild<QMenu*>(QStringLiteral("FolderPictureMenu"));
+    QAction add(QStringLiteral("Add"));
+    view->SetPictureCommands({&add}, {&add});
+    CHTMLView& page = view->GetHTMLView();
+    ClickMouse(page, PlaceOf("i1"));
+    ASSERT_TRUE(WaitUntil([&] { return view->GetSelectedPaths() == QStringList{Folder("one/b.jpg")}; }));
+    ClickMouse(page, PlaceOf("i0"), Qt::ShiftModifier);
+    ASSERT_TRUE(WaitUntil([&] { return view->GetSelectedPaths().size() == 2; }));
+    ClickMouse(page, PlaceOf("i1"), Qt::NoModifier, Qt::RightButton);
+    ASSERT_TRUE(WaitUntil([&] { return menu->isVisible(); }));
+    EXPECT_TRUE(menu->actions().contains(&add));
+    EXPECT_EQ(view->GetSelectedPaths().size(), 2);
+    menu->close();
+    EXPECT_TRUE(edited.empty());
+}
+
+TEST_F(ViewFolder, TwoClicksAddAPictureAndOneDoesNot)
+{
+    Open("one");
+    ClickMouse(view->GetHTMLView(), PlaceOf("i0"));
+    ASSERT_TRUE(WaitUntil([&] { return !view->GetSelectedPaths().isEmpty(); }));
+    EXPECT_TRUE(edited.empty());
+    DoubleClickMouse(view->GetHTMLView(), PlaceOf("i1"));
+    ASSERT_TRUE(WaitUntil([&] { return !edited.empty(); }));
+    EXPECT_EQ(GalleryNames(), QStringLiteral("b.jpg"));
+}
+
+TEST_F(ViewFolder, KeysSelectAndAdd)
+{
+    Open("one");
+    CHTMLView& page = view->GetHTMLView();
+    Ask(page, QStringLiteral("document.querySelector('a').focus()"));
+    PressKey(page, Qt::Key_Space);
+    ASSERT_TRUE(WaitUntil([&] { return view->GetSelectedPaths() == QStringList{Folder("one/a.jpg")}; }));
+    PressKey(page, Qt::Key_Down, Qt::ShiftModifier);
+    ASSERT_TRUE(WaitUntil([&] { return view->GetSelectedPaths().size() == 2; }));
+    PressKey(page, Qt::Key_Escape);
+    ASSERT_TRUE(WaitUntil([&] { return view->GetSelectedPaths().isEmpty(); }));
+    PressKey(page, Qt::Key_Return);
+    ASSERT_TRUE(WaitUntil([&] { return !edited.empty(); }));
+    EXPECT_EQ(GalleryNames(), QStringLiteral("b.jpg"));
 }

@@ -1,9 +1,13 @@
 #include "GalleriesWindow.h"
 
+#include <QDrag>
 #include <QGuiApplication>
 #include <QImage>
+#include <QLineEdit>
 #include <QScreen>
 #include <QTest>
+#include <QTimer>
+#include <QWindow>
 #include <gtest/gtest.h>
 
 #include "common/Exceptions.h"
@@ -14,6 +18,11 @@ CGalleriesWindow::CGalleriesWindow(QSize size)
     fixture.WritePage(QStringLiteral("a"), QStringLiteral("index.html"), "<html><head></head></html>");
     fixture.WriteStyle(QStringLiteral("plain"));
     fixture.NewProject();
+    desk =
+        std::make_unique<CEditingDesk>(GetProject(), CEditingDesk::Listener{.changed = [this] { ++changes; },
+                                                                            .edited =
+                                                                                [](const Edited&) {
+                                                                                }});
     view = std::make_unique<CViewGalleries>(CViewGalleries::Services{
         .addDropped =
             [this](const QStringList& paths, int32_t gallery) {
@@ -21,14 +30,10 @@ CGalleriesWindow::CGalleriesWindow(QSize size)
                 droppedOn = gallery;
             },
         .tell = [this](const CExceptionBase& failure) { told = failure.GetDescription(); },
-        .notify =
-            [this](ViewId, UpdateHint hint, const UpdateParameter& parameter) {
-                notifications.push_back(hint);
-                view->UpdateProject(hint, parameter, GetProject());
-            },
+        .desk = *desk,
         .browser = {}});
-    view->AddConsumer(*view);
-    view->AddConsumer(listener);
+    desk->AddView(*view);
+    desk->AddView(listener);
     GetPage().SetShownCallback([this] { ++shownCount; });
     view->resize(size);
     view->move(0, 0);
@@ -36,10 +41,10 @@ CGalleriesWindow::CGalleriesWindow(QSize size)
     EXPECT_TRUE(QTest::qWaitForWindowExposed(view.get()));
 }
 
-void CGalleriesWindow::Show(UpdateHint hint)
+void CGalleriesWindow::Show(ViewUpdate::Cause cause)
 {
     const int before = shownCount;
-    view->UpdateView(hint, GetProject());
+    view->UpdateView({.cause = cause}, GetProject());
     EXPECT_TRUE(WaitUntil([&] { return shownCount > before; }));
     EXPECT_TRUE(WaitForGallery(GetCurrent()));
 }
@@ -70,6 +75,87 @@ void CGalleriesWindow::PressButton(int32_t gallery, const QString& tip)
     MoveMouse(GetPage(), button);
     ASSERT_TRUE(WaitForPage(GetPage(), lit + QStringLiteral(" == '%1'").arg(tip))) << qPrintable(tip);
     ClickMouse(GetPage(), button);
+}
+
+void CGalleriesWindow::ClickRight(QPoint place)
+{
+    QTest::mouseClick(view->windowHandle(), Qt::RightButton, Qt::NoModifier, place);
+}
+
+void CGalleriesWindow::PressKey(Qt::Key key, Qt::KeyboardModifiers modifiers)
+{
+    QTest::keyClick(view->windowHandle(), key, modifiers);
+}
+
+void CGalleriesWindow::FocusCover(int32_t gallery)
+{
+    view->activateWindow();
+    GetPage().setFocus(Qt::TabFocusReason);
+    ASSERT_TRUE(WaitUntil([&] {
+        PressKey(Qt::Key_Tab);
+        return Ask(QStringLiteral("document.activeElement.getAttribute('href')")).toString() ==
+               QStringLiteral("gl_%1").arg(gallery);
+    }));
+}
+
+QLineEdit* CGalleriesWindow::FindNameEditor()
+{
+    auto* const editor = view->findChild<QLineEdit*>(QStringLiteral("GalleryNameEditor"));
+    return editor && editor->isVisible() ? editor : nullptr;
+}
+
+void CGalleriesWindow::Drag(const MouseDrag& drag)
+{
+    bool isAtWork = false;
+    bool isOver = false;
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, view.get(), [&] {
+        if (!isAtWork && view->findChild<QDrag*>()) {
+            isAtWork = true;
+            drag.meanwhile();
+            isOver = true;
+        }
+    });
+    watch.start(2);
+    QTest::mousePress(view->windowHandle(), Qt::LeftButton, Qt::NoModifier, drag.from);
+    if (drag.start) {
+        QTimer::singleShot(0, view.get(), drag.start);
+    }
+    for (int step = 1; step <= 5; ++step) {
+        QTest::mouseMove(view->windowHandle(), drag.from + QPoint(3 * step, 0));
+    }
+    EXPECT_TRUE(WaitUntil([&] { return isOver && !view->findChild<QDrag*>(); }));
+}
+
+void CGalleriesWindow::DragTo(QPoint place)
+{
+    QTest::mouseMove(view->windowHandle(), place + QPoint(1, 0));
+    QTest::mouseMove(view->windowHandle(), place);
+}
+
+void CGalleriesWindow::Drop(QPoint place, Qt::KeyboardModifiers modifiers)
+{
+    QTest::mouseRelease(view->windowHandle(), Qt::LeftButton, modifiers, place);
+}
+
+void CGalleriesWindow::Undo()
+{
+    const int before = shownCount;
+    GetDesk().GetHistory().GetStack().undo();
+    EXPECT_TRUE(WaitUntil([&] { return shownCount > before; }));
+    EXPECT_TRUE(WaitForGallery(GetCurrent()));
+}
+
+QString CGalleriesWindow::ChildrenOf(int32_t gallery)
+{
+    QStringList children;
+    const CPictureList& entries = GetGallery(gallery).GetPictures();
+    for (int32_t position = 0; position < entries.GetCount(); ++position) {
+        if (const auto* child = dynamic_cast<const CGalleryPictureInfo*>(entries.GetAt(position))) {
+            children += QString::number(child->GetGalleryIndex());
+        }
+    }
+    return children.join(QLatin1Char(' '));
 }
 
 QImage CGalleriesWindow::Capture()

@@ -50,9 +50,23 @@ TEST_F(GalleryTreeNode, HasTheProjectsShape)
     Project().AddParentGallery(2);
     EXPECT_EQ(Tree(), QStringLiteral("0(1(3 4) 6 7(2(5)))"));
     Project().RemoveGallery(1);
-    EXPECT_EQ(Tree(), QStringLiteral("0(3 4 6 7(2(5)))"));
+    EXPECT_EQ(Tree(), QStringLiteral("0(6 7(2(5)) 3 4)"));
     Project().AddParentGallery(0);
-    EXPECT_EQ(Tree(), QStringLiteral("8(0(3 4 6 7(2(5))))"));
+    EXPECT_EQ(Tree(), QStringLiteral("8(0(6 7(2(5)) 3 4))"));
+}
+
+TEST_F(GalleryTreeNode, SiblingsStandAsTheirParentListsThem)
+{
+    for (const int parent : {0, 0, 0, 2}) {
+        Project().AddChildGallery(parent);
+    }
+    Project().FindGallery(0)->AddPicture(fixture.WritePicture(QStringLiteral("a.png")));
+    Project().MoveGallery(3, 0, 0);
+    EXPECT_EQ(Tree(), QStringLiteral("0(3 1 2(4))"));
+    Project().MoveGallery(4, 0, 2);
+    EXPECT_EQ(Tree(), QStringLiteral("0(3 1 4 2)"));
+    Project().FindGallery(0)->ReorderPictures({4, 3, 2, 1, 0});
+    EXPECT_EQ(Tree(), QStringLiteral("0(2 4 1 3)"));
 }
 
 TEST_F(GalleryTreeNode, HasTheNamesOfTheGalleries)
@@ -63,6 +77,27 @@ TEST_F(GalleryTreeNode, HasTheNamesOfTheGalleries)
     const CGalleryTree tree(Project());
     EXPECT_EQ(tree.Find(1)->name, QStringLiteral("By the \"Sea\" <1>"));
     EXPECT_EQ(tree.Find(0)->name, Project().GetRootGallery()->GetDisplayName());
+}
+
+TEST_F(GalleryTreeNode, ATitleComesFirst)
+{
+    const struct {
+        CVariant title;
+        const char* name;
+    } rows[] = {
+        {CVariant(QStringLiteral("Sea & Sand")), "Sea & Sand"},
+        {CVariant(QStringLiteral("")), "trip"},
+        {CVariant(QStringLiteral("  ")), "trip"},
+        {CVariant(int32_t{7}), "trip"},
+        {CVariant(), "trip"},
+    };
+    CGallery& child = *Project().FindGallery(Project().AddChildGallery(0));
+    child.SetObjectVariable(QStringLiteral("gallery"), QStringLiteral("name"),
+                            CVariant(QStringLiteral("trip")));
+    for (const auto& row : rows) {
+        child.SetObjectVariable(QStringLiteral("gallery"), QStringLiteral("title"), row.title);
+        EXPECT_EQ(CGalleryTree(Project()).Find(1)->name, QString::fromLatin1(row.name));
+    }
 }
 
 TEST_F(GalleryTreeNode, IsFoundByItsGallery)

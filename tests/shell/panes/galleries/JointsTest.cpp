@@ -175,7 +175,7 @@ protected:
     {
         window->GetView().resize(size);
         window->GetProject().SetCurrentGallery(current);
-        window->Show(UpdateHint::GalleryChosen);
+        window->Show(ViewUpdate::Cause::GalleryChosen);
         cell = GetGalleryCellSize(size, window->GetView().style()->pixelMetric(QStyle::PM_ScrollBarExtent));
         // Pages come onto the screen a little later than they say: a mark tells that it is this one.
         const int mark = ++markCount;

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "common/FileSystem.h"
+#include "editing/PictureActs.h"
 
 namespace {
 
@@ -60,27 +61,28 @@ CPagesWindow::CPagesWindow(int pictures)
                                  QSize(200, 150), 0x203040u + 0x10101u * static_cast<uint32_t>(i)),
             0);
     }
+    desk =
+        std::make_unique<CEditingDesk>(GetProject(), CEditingDesk::Listener{.changed = [this] { ++changes; },
+                                                                            .edited =
+                                                                                [this](const Edited& what) {
+                                                                                    edited.push_back(what);
+                                                                                }});
     view = std::make_unique<CViewPages>(
-        CViewPages::Services{.notify =
-                                 [this](ViewId, UpdateHint hint, const UpdateParameter& parameter) {
-                                     notifications.push_back(hint);
-                                     if (hint != UpdateHint::CoverChanged) {
-                                         view->UpdateProject(hint, parameter, GetProject());
-                                     }
-                                 },
+        CViewPages::Services{.desk = *desk,
                              .browser = {},
-                             .deploy = [this](CGalleryProject&) { ++deployments; },
+                             .openRecent = [this](int32_t place) { recent = place; },
                              .findMissing = [this] { ++searches; },
                              .findPicture =
                                  [this](const QString& path) {
                                      sought += path;
                                  }});
-    view->AddConsumer(listener);
+    desk->AddView(*view);
+    desk->AddView(listener);
     GetPage().SetShownCallback([this] { ++shownCount; });
     view->resize(800, 600);
     view->show();
     EXPECT_TRUE(QTest::qWaitForWindowExposed(view.get()));
-    view->UpdateView(UpdateHint::ProjectReplaced, GetProject());
+    view->UpdateView({.cause = ViewUpdate::Cause::ProjectReplaced}, GetProject());
     WaitForPageShown(1);
 }
 
@@ -89,13 +91,49 @@ void CPagesWindow::WaitForPageShown(int count)
     EXPECT_TRUE(WaitUntil([&] { return shownCount >= count; }));
 }
 
-void CPagesWindow::Do(UpdateHint hint, const UpdateParameter& parameter)
+// A script waits for a page that is on its way.
+void CPagesWindow::Wait(int before)
 {
-    const int before = shownCount;
-    view->UpdateProject(hint, parameter, GetProject());
-    // A script waits for a page that is on its way.
     Ask(GetPage(), QStringLiteral("1"));
     EXPECT_LE(shownCount, before + 1);
+}
+
+void CPagesWindow::Do(const Act& act)
+{
+    const int before = shownCount;
+    desk->Do(act);
+    Wait(before);
+}
+
+void CPagesWindow::Do(Wish wish, int32_t position)
+{
+    const int32_t gallery = GetProject().GetCurrentGalleryIndex();
+    switch (wish) {
+    case Wish::MoveUp:
+        return Do(MovePictureUp(gallery, position));
+    case Wish::MoveDown:
+        return Do(MovePictureDown(gallery, position));
+    case Wish::TurnRight:
+        return Do(TurnPictures(gallery, {position}, true));
+    case Wish::TurnLeft:
+        return Do(TurnPictures(gallery, {position}, false));
+    case Wish::Remove:
+        return Do(RemovePictures(GetProject(), gallery, {position}));
+    }
+}
+
+void CPagesWindow::Follow(const char* link)
+{
+    const int before = shownCount;
+    view->LoadURL(QString::fromLatin1(link));
+    Wait(before);
+}
+
+void CPagesWindow::ShowAnew()
+{
+    const int before = shownCount;
+    view->UpdateView({.cause = ViewUpdate::Cause::ProjectReplaced}, GetProject());
+    Wait(before);
 }
 
 QString CPagesWindow::GetOrder()

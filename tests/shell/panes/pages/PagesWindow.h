@@ -5,6 +5,7 @@
 #include <QMenu>
 
 #include "document/project/GalleryProject.h"
+#include "shell/frame/EditingDesk.h"
 #include "shell/panes/pages/ViewPages.h"
 #include "shell_support/ViewWindow.h"
 #include "support/ProjectFixture.h"
@@ -18,20 +19,29 @@ class CPagesWindow {
 public:
     explicit CPagesWindow(int pictures);
 
-    // A view that gets the hints of the pages view.
+    // Another view of the same desk.
     class CListener final : public CGalleryProjectConsumer {
     public:
-        void UpdateView(UpdateHint hint, CGalleryProject&) override { hints.push_back(hint); }
-        std::vector<UpdateHint> hints;
+        void UpdateView(const ViewUpdate& update, CGalleryProject&) override
+        {
+            causes.push_back(update.cause);
+        }
+        std::vector<ViewUpdate::Cause> causes;
     };
 
     CViewPages& GetView() { return *view; }
     CHTMLView& GetPage() { return view->GetHTMLView(); }
+    CEditingDesk& GetDesk() { return *desk; }
     CGalleryProject& GetProject() { return fixture.GetProject(); }
     CGallery& GetGallery() { return *GetProject().GetCurrentGallery(); }
 
-    // As the frame does it; returns when the page is on the screen again, if there is a new one.
-    void Do(UpdateHint hint, const UpdateParameter& parameter = {});
+    // What a person can ask for of one picture.
+    enum class Wish { MoveUp, MoveDown, TurnRight, TurnLeft, Remove };
+    // Each returns when the page is on the screen again, if there is a new one.
+    void Do(const Act& act);
+    void Do(Wish wish, int32_t position);
+    void Follow(const char* link);
+    void ShowAnew();
     void WaitForPageShown(int count);
     int GetShownCount() const { return shownCount; }
     // The pictures of the gallery by name, and of the page by their id.
@@ -40,12 +50,16 @@ public:
 
     CProjectFixture fixture;
     CListener listener;
-    std::vector<UpdateHint> notifications;
-    int deployments = 0;
-    int searches = 0;   // for all pictures that are not there
-    QStringList sought; // paths of single ones
+    std::vector<Edited> edited;
+    int changes = 0;     // that are to be saved
+    int32_t recent = -1; // the place of a project that was chosen in the list
+    int searches = 0;    // for all pictures that are not there
+    QStringList sought;  // paths of single ones
 
 private:
+    void Wait(int before);
+
+    std::unique_ptr<CEditingDesk> desk;
     std::unique_ptr<CViewPages> view;
     int shownCount = 0;
 };

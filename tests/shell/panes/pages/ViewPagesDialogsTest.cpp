@@ -80,7 +80,8 @@ TEST(ViewPagesDialogs, ATextIsEditedAndThePageShowsIt)
     EXPECT_EQ(Variable(window, "title"), QStringLiteral("My <b>title</b>"));
     EXPECT_EQ(Ask(window.GetPage(), QStringLiteral("gallery_title.textContent")).toString(),
               QStringLiteral("My title"));
-    EXPECT_THAT(window.notifications, ElementsAre(UpdateHint::TextEdited));
+    ASSERT_EQ(window.edited.size(), 1U);
+    EXPECT_EQ(window.edited[0].name, QStringLiteral("Edit Text"));
     // The next time the value is edited, not the text of the page.
     Call(window, editTitle, [](QDialog& dialog) {
         EXPECT_EQ(Find<QLineEdit>(dialog, "text")->text(), QStringLiteral("My <b>title</b>"));
@@ -96,7 +97,7 @@ TEST(ViewPagesDialogs, ACancelledTextSendsNothing)
         return false;
     });
     EXPECT_EQ(Variable(window, "title"), QString());
-    EXPECT_TRUE(window.notifications.empty());
+    EXPECT_TRUE(window.edited.empty());
     EXPECT_EQ(window.GetShownCount(), 1);
 }
 
@@ -149,13 +150,14 @@ TEST(ViewPagesDialogs, AReferenceIsEdited)
     window.WaitForPageShown(2);
     EXPECT_EQ(Variable(window, "home_href"), QStringLiteral("large.html"));
     EXPECT_EQ(Variable(window, "home_text"), QStringLiteral("Look"));
-    EXPECT_THAT(window.notifications, ElementsAre(UpdateHint::TextEdited));
+    ASSERT_EQ(window.edited.size(), 1U);
+    EXPECT_EQ(window.edited[0].name, QStringLiteral("Edit Link"));
     Call(window, editHome, [](QDialog& dialog) {
         EXPECT_EQ(Find<QLineEdit>(dialog, "url")->text(), QStringLiteral("large.html"));
         EXPECT_EQ(Find<QLineEdit>(dialog, "text")->text(), QStringLiteral("Look"));
         return false;
     });
-    EXPECT_EQ(window.notifications.size(), 1u);
+    EXPECT_EQ(window.edited.size(), 1u);
 }
 
 TEST(ViewPagesDialogs, ElementsOfThePageAreHidden)
@@ -173,12 +175,12 @@ TEST(ViewPagesDialogs, ElementsOfThePageAreHidden)
     };
     // On cancel the function ends without any update.
     Call(window, "external.ChangeVisibility('Footer')", choose(Qt::Unchecked, false));
-    EXPECT_TRUE(window.listener.hints.empty());
+    EXPECT_TRUE(window.edited.empty());
     EXPECT_EQ(window.GetShownCount(), 1);
     Call(window, "external.ChangeVisibility('Footer')", choose(Qt::Unchecked, true));
     window.WaitForPageShown(2);
     EXPECT_FALSE(window.GetPageText().contains(QStringLiteral("The footer")));
-    EXPECT_THAT(window.listener.hints, ElementsAre(UpdateHint::VisibilityChosen));
+    EXPECT_EQ(window.edited.size(), 1U);
     // The toolbar has the command as well.
     const CAnswer answer(choose(Qt::Checked, true));
     window.GetView().GetToolBar().findChild<QAction*>(QStringLiteral("ChangeVisibility"))->trigger();
@@ -205,7 +207,7 @@ TEST(ViewPagesDialogs, APropertyThatIsNoneIsToldOfBeforeAnythingIsTyped)
         });
     }
     EXPECT_EQ(window.GetShownCount(), 1);
-    EXPECT_TRUE(window.notifications.empty());
+    EXPECT_TRUE(window.edited.empty());
 }
 
 TEST(ViewPagesDialogs, WhatIsNotTypedIsNotStored)
@@ -223,7 +225,7 @@ TEST(ViewPagesDialogs, WhatIsNotTypedIsNotStored)
     for (const char* name : {"title", "home_href", "home_text"}) {
         EXPECT_TRUE(!find(name) || find(name)->IsEmpty()) << name;
     }
-    EXPECT_TRUE(window.notifications.empty());
+    EXPECT_TRUE(window.edited.empty());
     // Of two texts the one that was changed.
     Call(window, editHome, [](QDialog& dialog) {
         Find<QLineEdit>(dialog, "url")->setText(QStringLiteral("large.html"));

@@ -15,6 +15,8 @@
 #include "document/pictures/PictureInfo.h"
 
 using testing::ElementsAre;
+using Cause = ViewUpdate::Cause;
+using Wish = CPagesWindow::Wish;
 
 namespace {
 
@@ -45,32 +47,31 @@ TEST(ViewPages, PicturesMoveUpAndDownAndAroundTheEnds)
 {
     const struct {
         int count;
-        UpdateHint hint;
+        Wish wish;
         int32_t position;
         const char* order;
         const char* page; // that is shown after it
     } rows[] = {
-        {6, UpdateHint::PictureMovedUp, 1, "bacdef", "bacd"},
-        {6, UpdateHint::PictureMovedUp, 5, "abcdfe", "fe"},
-        {6, UpdateHint::PictureMovedUp, 4, "abcedf", "abce"},
-        {6, UpdateHint::PictureMovedUp, 0, "fbcdea", "fbcd"}, // the first goes to the end
-        {6, UpdateHint::PictureMovedDown, 0, "bacdef", "bacd"},
-        {6, UpdateHint::PictureMovedDown, 3, "abcedf", "df"},
-        {6, UpdateHint::PictureMovedDown, 5, "fbcdea", "ea"}, // the last goes to the front
-        {1, UpdateHint::PictureMovedUp, 0, "a", "a"},
-        {1, UpdateHint::PictureMovedDown, 0, "a", "a"},
-        {2, UpdateHint::PictureMovedUp, 0, "ba", "ba"},
-        {2, UpdateHint::PictureMovedUp, 2, "ab", "ab"}, // nothing is there
-        {2, UpdateHint::PictureMovedUp, -1, "ab", "ab"},
+        {6, Wish::MoveUp, 1, "bacdef", "bacd"},
+        {6, Wish::MoveUp, 5, "abcdfe", "fe"},
+        {6, Wish::MoveUp, 4, "abcedf", "abce"},
+        {6, Wish::MoveUp, 0, "fbcdea", "fbcd"}, // the first goes to the end
+        {6, Wish::MoveDown, 0, "bacdef", "bacd"},
+        {6, Wish::MoveDown, 3, "abcedf", "df"},
+        {6, Wish::MoveDown, 5, "fbcdea", "ea"}, // the last goes to the front
+        {1, Wish::MoveUp, 0, "a", "a"},
+        {1, Wish::MoveDown, 0, "a", "a"},
+        {2, Wish::MoveUp, 0, "ba", "ba"},
+        {2, Wish::MoveUp, 2, "ab", "ab"}, // nothing is there
+        {2, Wish::MoveUp, -1, "ab", "ab"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(testing::Message()
-                     << row.count << ' ' << static_cast<int>(row.hint) << ' ' << row.position);
+                     << row.count << ' ' << static_cast<int>(row.wish) << ' ' << row.position);
         CPagesWindow window(row.count);
-        window.Do(row.hint, row.position);
+        window.Do(row.wish, row.position);
         EXPECT_EQ(window.GetOrder(), QString::fromLatin1(row.order));
         EXPECT_EQ(Shown(window), QString::fromLatin1(row.page));
-        EXPECT_THAT(window.listener.hints, ElementsAre(row.hint));
     }
 }
 
@@ -78,15 +79,15 @@ TEST(ViewPages, APictureTurnsEitherWayAround)
 {
     CPagesWindow window(2);
     for (const int32_t angle : {1, 2, 3, 0}) {
-        window.Do(UpdateHint::PictureTurnedRight, 1);
+        window.Do(Wish::TurnRight, 1);
         EXPECT_EQ(AngleAt(window, 1), angle);
     }
     for (const int32_t angle : {3, 2, 1, 0}) {
-        window.Do(UpdateHint::PictureTurnedLeft, 1);
+        window.Do(Wish::TurnLeft, 1);
         EXPECT_EQ(AngleAt(window, 1), angle);
     }
     EXPECT_EQ(AngleAt(window, 0), 0);
-    window.Do(UpdateHint::PictureTurnedRight, 1);
+    window.Do(Wish::TurnRight, 1);
     EXPECT_EQ(Ask(window.GetPage(), QStringLiteral("photo2.naturalWidth")).toInt(),
               112); // 200 by 150, upright
 }
@@ -94,7 +95,7 @@ TEST(ViewPages, APictureTurnsEitherWayAround)
 TEST(ViewPages, ATurnedPictureOnAnotherPageComesIntoSight)
 {
     CPagesWindow window(6);
-    window.Do(UpdateHint::PictureTurnedRight, 5);
+    window.Do(Wish::TurnRight, 5);
     EXPECT_EQ(Shown(window), QStringLiteral("ef"));
 }
 
@@ -113,35 +114,36 @@ TEST(ViewPages, ADeletedPictureLeavesThePageOfItsPlace)
     for (const auto& row : rows) {
         SCOPED_TRACE(testing::Message() << row.count << ' ' << row.position);
         CPagesWindow window(row.count);
-        window.Do(UpdateHint::LinkFollowed, QStringLiteral("index1.html"));
-        window.Do(UpdateHint::PictureRemoved, row.position);
+        window.Follow("index1.html");
+        window.Do(Wish::Remove, row.position);
         EXPECT_EQ(window.GetOrder(), QString::fromLatin1(row.order));
         EXPECT_EQ(Shown(window), QString::fromLatin1(row.page));
     }
 }
 
-TEST(ViewPages, TheGalleriesViewHearsOfAChangedCover)
+TEST(ViewPages, TheOtherViewsHearOfEachAct)
 {
-    const struct {
-        UpdateHint hint;
-        int32_t position;
-        bool changed;
-    } rows[] = {
-        {UpdateHint::PictureTurnedRight, 0, true},  {UpdateHint::PictureTurnedRight, 3, true},
-        {UpdateHint::PictureTurnedRight, 4, false}, {UpdateHint::PictureMovedUp, 1, true},
-        {UpdateHint::PictureMovedUp, 5, false},     {UpdateHint::PictureMovedUp, 0, true},
-        {UpdateHint::PictureMovedDown, 5, true},    {UpdateHint::PictureRemoved, 0, true},
-        {UpdateHint::PictureRemoved, 5, false},
-    };
-    for (const auto& row : rows) {
+    for (const Wish wish : {Wish::TurnRight, Wish::MoveUp, Wish::Remove}) {
         CPagesWindow window(6);
-        window.Do(row.hint, row.position);
-        EXPECT_EQ(!window.notifications.empty(), row.changed)
-            << static_cast<int>(row.hint) << ' ' << row.position;
-        for (const UpdateHint hint : window.notifications) {
-            EXPECT_EQ(hint, UpdateHint::CoverChanged);
-        }
+        window.Do(wish, 5);
+        EXPECT_THAT(window.listener.causes, ElementsAre(Cause::Edited)) << static_cast<int>(wish);
+        EXPECT_EQ(window.changes, 1);
     }
+}
+
+TEST(ViewPages, WhatIsTakenBackComesIntoSight)
+{
+    CPagesWindow window(6);
+    window.Follow("index1.html");
+    window.Do(Wish::Remove, 5);
+    window.Follow("index.html");
+    EXPECT_EQ(Shown(window), QStringLiteral("abcd"));
+    window.GetDesk().GetHistory().GetStack().undo();
+    Ask(window.GetPage(), QStringLiteral("1"));
+    EXPECT_EQ(Shown(window), QStringLiteral("ef"));
+    window.GetDesk().GetHistory().GetStack().redo();
+    Ask(window.GetPage(), QStringLiteral("1"));
+    EXPECT_EQ(Shown(window), QStringLiteral("e"));
 }
 
 TEST(ViewPages, AStyleIsChosenByItsPlaceAmongThoseOfTheLayout)
@@ -149,12 +151,12 @@ TEST(ViewPages, AStyleIsChosenByItsPlaceAmongThoseOfTheLayout)
     CPagesWindow window(2);
     EXPECT_EQ(Entries(window.GetView().GetToolBar().GetStyleMenu()),
               QStringList({QStringLiteral("*Amber 5200"), QStringLiteral("Blue 5201")}));
-    window.Do(UpdateHint::StyleChosen, 1);
+    window.GetView().ChooseStyle(1);
     EXPECT_EQ(window.GetGallery().GetLayout().GetStyle()->name, QStringLiteral("Blue"));
     EXPECT_EQ(Entries(window.GetView().GetToolBar().GetStyleMenu()),
               QStringList({QStringLiteral("Amber 5200"), QStringLiteral("*Blue 5201")}));
     for (const int32_t place : {2, -1}) {
-        window.Do(UpdateHint::StyleChosen, place);
+        window.GetView().ChooseStyle(place);
         EXPECT_EQ(window.GetGallery().GetLayout().GetStyle()->name, QStringLiteral("Blue"));
     }
 }
@@ -165,7 +167,7 @@ TEST(ViewPages, ALayoutIsChosenByItsPlaceAndBringsItsStyles)
     CViewPagesToolBar& toolBar = window.GetView().GetToolBar();
     EXPECT_EQ(Entries(toolBar.GetLayoutMenu()),
               QStringList({QStringLiteral("*one 5000"), QStringLiteral("two 5001")}));
-    window.Do(UpdateHint::LayoutChosen, 1);
+    window.GetView().ChooseLayout(1);
     EXPECT_EQ(Entries(toolBar.GetLayoutMenu()),
               QStringList({QStringLiteral("one 5000"), QStringLiteral("*two 5001")}));
     // Groups compare exactly, case included.
@@ -173,42 +175,47 @@ TEST(ViewPages, ALayoutIsChosenByItsPlaceAndBringsItsStyles)
     EXPECT_EQ(Shown(window), QStringLiteral("ab"));
     EXPECT_TRUE(window.GetPageText().startsWith(QStringLiteral("Two")));
     for (const int32_t place : {2, -1}) {
-        window.Do(UpdateHint::LayoutChosen, place);
+        window.GetView().ChooseLayout(place);
         EXPECT_EQ(window.GetGallery().GetLayout().GetTemplate()->GetName(), QStringLiteral("two"));
     }
 }
 
-TEST(ViewPages, AChoiceInAMenuTravelsThroughTheFrame)
+TEST(ViewPages, AChoiceInAMenuIsAnAct)
 {
     CPagesWindow window(2);
     CViewPagesToolBar& toolBar = window.GetView().GetToolBar();
     toolBar.GetLayoutMenu().actions()[1]->trigger();
-    EXPECT_TRUE(window.notifications.empty()); // it waits for the event loop
-    EXPECT_TRUE(WaitUntil([&] { return !window.notifications.empty(); }));
+    ASSERT_TRUE(WaitUntil([&] { return window.edited.size() == 1; }));
     EXPECT_EQ(window.GetGallery().GetLayout().GetTemplate()->GetName(), QStringLiteral("two"));
     toolBar.GetStyleMenu().actions()[0]->trigger();
-    EXPECT_TRUE(WaitUntil([&] { return window.notifications.size() == 2; }));
-    EXPECT_THAT(window.notifications, ElementsAre(UpdateHint::LayoutChosen, UpdateHint::StyleChosen));
+    ASSERT_TRUE(WaitUntil([&] { return window.edited.size() == 2; }));
+    EXPECT_EQ(window.edited[0].name, QStringLiteral("Choose Layout"));
+    EXPECT_EQ(window.edited[1].name, QStringLiteral("Choose Style"));
+    window.GetDesk().GetHistory().GetStack().undo();
+    window.GetDesk().GetHistory().GetStack().undo();
+    EXPECT_EQ(Entries(toolBar.GetLayoutMenu()),
+              QStringList({QStringLiteral("*one 5000"), QStringLiteral("two 5001")}));
 }
 
 TEST(ViewPages, ALinkLeadsToAPageOfTheGallery)
 {
     CPagesWindow window(6);
-    window.Do(UpdateHint::LinkFollowed, QStringLiteral("index1.html"));
+    window.Follow("index1.html");
     EXPECT_EQ(Shown(window), QStringLiteral("ef"));
-    window.Do(UpdateHint::LinkFollowed, QStringLiteral("large2.html"));
+    window.Follow("large2.html");
     EXPECT_EQ(Shown(window), QStringLiteral("c"));
-    EXPECT_THAT(window.listener.hints, ElementsAre(UpdateHint::LinkFollowed, UpdateHint::LinkFollowed));
+    EXPECT_EQ(window.changes, 2); // the page is kept in the project
+    EXPECT_TRUE(window.listener.causes.empty());
 }
 
 TEST(ViewPages, ALinkThatLeadsElsewhereMakesNoNewPage)
 {
     CPagesWindow window(6);
     for (const char* link : {"nowhere.html", "", "http://example.org/", "mailto:a@example.org", "?", "%%%"}) {
-        window.Do(UpdateHint::LinkFollowed, QString::fromLatin1(link));
+        window.Follow(link);
     }
     EXPECT_EQ(window.GetShownCount(), 1);
-    EXPECT_EQ(window.listener.hints.size(), 6u); // the other views hear of it all the same
+    EXPECT_EQ(window.changes, 0);
 }
 
 TEST(ViewPages, ALinkToAnotherGalleryTellsAllViews)
@@ -217,10 +224,9 @@ TEST(ViewPages, ALinkToAnotherGalleryTellsAllViews)
     const int32_t child = window.GetProject().AddChildGallery(window.GetProject().GetRootGalleryIndex());
     window.GetProject().SetCurrentGallery(window.GetProject().GetRootGalleryIndex());
     window.GetProject().FindGallery(child)->SetTemplate(QStringLiteral("two.xml"));
-    window.Do(UpdateHint::LinkFollowed, QStringLiteral("%1/index.html").arg(child));
+    window.Follow(qPrintable(QStringLiteral("%1/index.html").arg(child)));
     EXPECT_EQ(window.GetProject().GetCurrentGalleryIndex(), child);
-    EXPECT_THAT(window.listener.hints, ElementsAre(UpdateHint::GalleryChosen));
-    EXPECT_THAT(window.notifications, ElementsAre(UpdateHint::CoverChanged));
+    EXPECT_THAT(window.listener.causes, ElementsAre(Cause::GalleryChosen));
     EXPECT_TRUE(window.GetPageText().startsWith(QStringLiteral("Two")));
     EXPECT_EQ(Entries(window.GetView().GetToolBar().GetLayoutMenu()).last(), QStringLiteral("*two 5001"));
 }
@@ -231,7 +237,6 @@ TEST(ViewPages, ALinkThatIsClickedIsFollowed)
     ClickMouse(window.GetPage(), RectOf(window.GetPage(), QStringLiteral("#photo3")).center().toPoint());
     window.WaitForPageShown(2);
     EXPECT_EQ(Shown(window), QStringLiteral("c"));
-    EXPECT_THAT(window.notifications, ElementsAre(UpdateHint::LinkFollowed));
 }
 
 TEST(ViewPages, AButtonOfAStripChangesTheDocument)
@@ -259,16 +264,7 @@ TEST(ViewPages, AButtonOfAStripChangesTheDocument)
     }
 }
 
-TEST(ViewPages, ACallOfThePageChangesNothingBeforeItReturns)
-{
-    CPagesWindow window(2);
-    window.GetView().RotateImageRight(QStringLiteral("photo1"));
-    EXPECT_EQ(AngleAt(window, 0), 0);
-    EXPECT_TRUE(window.notifications.empty());
-    EXPECT_TRUE(WaitUntil([&] { return AngleAt(window, 0) == 1; }));
-}
-
-TEST(ViewPages, AnIdThatIsNoPicturesSendsNothing)
+TEST(ViewPages, AnIdThatIsNoPicturesDoesNothing)
 {
     CPagesWindow window(2);
     for (const char* id : {"photo9", "", "photo3", "nothing", "PHOTO"}) {
@@ -278,7 +274,7 @@ TEST(ViewPages, AnIdThatIsNoPicturesSendsNothing)
         }
     }
     Send(window, "external.RotateImageRight('photo2')");
-    EXPECT_THAT(window.notifications, testing::Contains(UpdateHint::PictureTurnedRight));
+    EXPECT_EQ(window.edited.size(), 1U);
     EXPECT_EQ(window.GetOrder(), QStringLiteral("ab"));
     EXPECT_EQ(AngleAt(window, 1), 1);
 }
@@ -293,49 +289,33 @@ TEST(ViewPages, AFloodOfCommandsLeavesTheProgramAtWork)
     EXPECT_EQ(AngleAt(window, 1), 1);
 }
 
-TEST(ViewPages, HintsDoTheirWork)
+TEST(ViewPages, EachCauseShowsWhatItConcerns)
 {
     const struct {
-        UpdateHint hint;
+        Cause cause;
         bool newPage;
-        bool newTitle;
-    } rows[] = {
-        {UpdateHint::ProjectReplaced, true, true}, {UpdateHint::ProjectRenamed, false, true},
-        {UpdateHint::GalleryChosen, true, false},  {UpdateHint::GalleryRemoved, true, false},
-        {UpdateHint::PictureAdded, true, false},   {UpdateHint::PicturesAdded, true, false},
-        {UpdateHint::TextEdited, true, false},     {UpdateHint::CoverChanged, false, false},
-        {UpdateHint::FolderChosen, false, false},  {UpdateHint::FolderReady, false, false},
-        {UpdateHint::Deploy, false, false},
-    };
+    } rows[] = {{Cause::ProjectReplaced, true}, {Cause::ProjectRenamed, false}, {Cause::GalleryChosen, true}};
     CPagesWindow window(2);
     for (const auto& row : rows) {
-        SCOPED_TRACE(static_cast<int>(row.hint));
+        SCOPED_TRACE(static_cast<int>(row.cause));
         window.GetView().GetToolBar().SetTitle(QStringLiteral("old"));
         const int before = window.GetShownCount();
-        window.GetView().UpdateView(row.hint, window.GetProject());
+        window.GetView().UpdateView({.cause = row.cause}, window.GetProject());
         Ask(window.GetPage(), QStringLiteral("1"));
         EXPECT_EQ(window.GetShownCount() - before, row.newPage ? 1 : 0);
-        EXPECT_EQ(window.GetView().GetToolBar().GetTitle() != QStringLiteral("old"), row.newTitle);
+        EXPECT_NE(window.GetView().GetToolBar().GetTitle(), QStringLiteral("old"));
     }
-}
-
-TEST(ViewPages, TheWizardIsOpenedForTheProject)
-{
-    CPagesWindow window(1);
-    window.Do(UpdateHint::Deploy);
-    EXPECT_EQ(window.deployments, 1);
 }
 
 TEST(ViewPages, TheScrollPlaceStaysOnThePageAndIsLeftOnAnother)
 {
     CPagesWindow window(6);
     Ask(window.GetPage(), QStringLiteral("window.scrollTo(0, 200)"));
-    for (const UpdateHint hint :
-         {UpdateHint::PictureTurnedRight, UpdateHint::PictureMovedUp, UpdateHint::TextEdited}) {
-        window.Do(hint, 2);
-        EXPECT_EQ(Ask(window.GetPage(), QStringLiteral("scrollY")).toInt(), 200) << static_cast<int>(hint);
+    for (const Wish wish : {Wish::TurnRight, Wish::MoveUp}) {
+        window.Do(wish, 2);
+        EXPECT_EQ(Ask(window.GetPage(), QStringLiteral("scrollY")).toInt(), 200) << static_cast<int>(wish);
     }
-    window.Do(UpdateHint::LinkFollowed, QStringLiteral("index1.html"));
+    window.Follow("index1.html");
     EXPECT_EQ(Ask(window.GetPage(), QStringLiteral("scrollY")).toInt(), 0);
 }
 
@@ -345,7 +325,7 @@ TEST(ViewPages, ABrokenLayoutShowsItsErrorUntilItIsMended)
     const QString file = QStringLiteral("program/Templates/one/index.html");
     const QByteArray good = window.fixture.scratch.Read(file);
     window.fixture.scratch.Write(file, "line 1\nline 2 <%nonsense%> & more");
-    window.Do(UpdateHint::TextEdited);
+    window.ShowAnew();
     const QString text = window.GetPageText();
     EXPECT_TRUE(text.contains(QStringLiteral("Error occured during layout loading:"))) << qPrintable(text);
     EXPECT_TRUE(text.contains(QStringLiteral("Unknown template section 'nonsense'.")));
@@ -354,7 +334,7 @@ TEST(ViewPages, ABrokenLayoutShowsItsErrorUntilItIsMended)
     // No command finds a picture there.
     CallByKey(window.GetPage(), QStringLiteral("external.DeleteImage('photo1')"));
     window.fixture.scratch.Write(file, good);
-    window.Do(UpdateHint::TextEdited);
+    window.ShowAnew();
     EXPECT_EQ(Shown(window), QStringLiteral("ab"));
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 }
@@ -364,7 +344,7 @@ TEST(ViewPages, ALayoutThatFailsAtItsEvaluationShowsItsErrorToo)
     CPagesWindow window(2);
     window.fixture.WritePage(QStringLiteral("one"), QStringLiteral("index.html"),
                              "<%textspan property=\"nopoint\" default=\"x\" name=\"y\"%>");
-    window.Do(UpdateHint::TextEdited);
+    window.ShowAnew();
     EXPECT_TRUE(window.GetPageText().contains(QStringLiteral("Error occured during layout loading:")));
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 }
@@ -374,7 +354,7 @@ TEST(ViewPages, APageFileThatIsGoneIsNamed)
     CPagesWindow window(2);
     const QString path = window.fixture.scratch.Path(QStringLiteral("program/Templates/one/index.html"));
     ASSERT_TRUE(QFile::remove(path));
-    window.Do(UpdateHint::TextEdited);
+    window.ShowAnew();
     EXPECT_TRUE(window.GetPageText().contains(QStringLiteral("Could not open file ") + path))
         << qPrintable(window.GetPageText());
 }
@@ -382,17 +362,14 @@ TEST(ViewPages, APageFileThatIsGoneIsNamed)
 // Which page shows a picture can't be told without the file. What was asked for is done all the same.
 TEST(ViewPages, APageFileThatGoesAwayIsNamedAfterAnyChange)
 {
-    const UpdateHint hints[] = {UpdateHint::PictureTurnedRight, UpdateHint::PictureTurnedLeft,
-                                UpdateHint::PictureMovedUp, UpdateHint::PictureMovedDown,
-                                UpdateHint::PictureRemoved};
-    for (const UpdateHint hint : hints) {
+    for (const Wish wish : {Wish::TurnRight, Wish::TurnLeft, Wish::MoveUp, Wish::MoveDown, Wish::Remove}) {
         CPagesWindow window(3);
         const QString path = window.fixture.scratch.Path(QStringLiteral("program/Templates/one/index.html"));
         ASSERT_TRUE(QFile::remove(path));
-        window.Do(hint, 1);
-        EXPECT_TRUE(window.GetPageText().contains(path)) << static_cast<int>(hint);
+        window.Do(wish, 1);
+        EXPECT_TRUE(window.GetPageText().contains(path)) << static_cast<int>(wish);
         EXPECT_TRUE(AngleAt(window, 1) != 0 || window.GetOrder() != QStringLiteral("abc"));
-        EXPECT_THAT(window.listener.hints, ElementsAre(hint));
+        EXPECT_EQ(window.edited.size(), 1U);
     }
 }
 
@@ -403,7 +380,7 @@ TEST(ViewPages, ALinkToAGalleryWithoutItsPageFileShowsWhatIsWrong)
     window.GetProject().FindGallery(child)->SetTemplate(QStringLiteral("two.xml"));
     const QString path = window.fixture.scratch.Path(QStringLiteral("program/Templates/two/index.html"));
     ASSERT_TRUE(QFile::remove(path));
-    window.Do(UpdateHint::LinkFollowed, QStringLiteral("../%1/index.html").arg(child));
+    window.Follow(qPrintable(QStringLiteral("../%1/index.html").arg(child)));
     EXPECT_EQ(window.GetProject().GetCurrentGalleryIndex(), child);
     EXPECT_TRUE(window.GetPageText().contains(path)) << qPrintable(window.GetPageText());
 }
@@ -413,12 +390,12 @@ TEST(ViewPages, ALayoutThatCannotBeChosenSaysWhyAndChangesNothing)
     CPagesWindow window(2);
     ASSERT_TRUE(
         QFile::remove(window.fixture.scratch.Path(QStringLiteral("program/Templates/two/index.html"))));
-    window.Do(UpdateHint::LayoutChosen, 1);
+    window.GetView().ChooseLayout(1);
     EXPECT_TRUE(window.GetPageText().contains(QStringLiteral("two/index.html")))
         << qPrintable(window.GetPageText());
     EXPECT_EQ(window.GetGallery().GetLayout().GetTemplate()->GetName(), QStringLiteral("one"));
     EXPECT_EQ(Entries(window.GetView().GetToolBar().GetLayoutMenu()).first(), QStringLiteral("*one 5000"));
-    window.Do(UpdateHint::TextEdited);
+    window.ShowAnew();
     EXPECT_EQ(Shown(window), QStringLiteral("ab"));
 }
 
@@ -427,7 +404,7 @@ TEST(ViewPages, APictureWithoutItsFileLeavesTheOthersOnThePage)
     CPagesWindow window(3);
     window.GetGallery().AppendPicture(window.fixture.scratch.Write(QStringLiteral("photos/x.png"), "broken"),
                                       0);
-    window.Do(UpdateHint::PictureAdded);
+    window.ShowAnew();
     EXPECT_EQ(Shown(window), QStringLiteral("abcx"));
     EXPECT_EQ(Ask(window.GetPage(), QStringLiteral("photo1.naturalWidth + photo4.naturalWidth")).toInt(),
               200);
@@ -442,7 +419,7 @@ TEST(ViewPages, APictureThatIsNotThereIsACardThatCanOnlyBeFoundMovedAndTakenOut)
     CPagesWindow window(3);
     const QString path = window.GetGallery().GetPictures().GetAt(1)->GetPath();
     ASSERT_TRUE(QFile::remove(path));
-    window.Do(UpdateHint::TextEdited);
+    window.ShowAnew();
     EXPECT_EQ(Shown(window), QStringLiteral("abc"));
     EXPECT_EQ(Ask(window.GetPage(), QStringLiteral("[photo2.naturalWidth, photo2.naturalHeight].join()"))
                   .toString(),
@@ -483,14 +460,13 @@ TEST(ViewPages, ABarSaysHowManyPicturesAreNotThereAndLeadsToTheFirst)
         return bar->findChild<QLabel*>()->text();
     };
     lose(0, 5);
-    window.Do(UpdateHint::TextEdited);
+    window.ShowAnew();
     EXPECT_TRUE(bar->isVisible());
     EXPECT_EQ(says(), QStringLiteral("One picture is not there."));
     window.GetProject().FindGallery(child)->AppendPicture(
         window.fixture.WritePicture(QStringLiteral("x.png")), 0);
     lose(child, 0);
-    window.GetProject().SetCurrentGallery(child);
-    window.Do(UpdateHint::GalleryChosen);
+    window.GetDesk().ChooseGallery(child);
     EXPECT_EQ(says(), QStringLiteral("2 pictures are not there."));
     bar->findChild<QPushButton*>(QStringLiteral("findAbsent"))->click();
     EXPECT_EQ(window.searches, 1);
@@ -499,20 +475,20 @@ TEST(ViewPages, ABarSaysHowManyPicturesAreNotThereAndLeadsToTheFirst)
                             QStringLiteral("document.querySelectorAll('img[data-absent]').length == 1")));
     EXPECT_EQ(window.GetProject().GetCurrentGalleryIndex(), 0);
     EXPECT_EQ(window.GetGallery().GetLayout().GetPageNumber(), 1);
-    EXPECT_THAT(window.listener.hints, testing::Contains(UpdateHint::GalleryChosen));
+    EXPECT_THAT(window.listener.causes, ElementsAre(Cause::GalleryChosen, Cause::GalleryChosen));
 }
 
 TEST(ViewPages, AProjectThatIsNotLoadedShowsNothingAndTakesNoCommand)
 {
     CPagesWindow window(2);
     window.GetProject().Clear();
-    window.Do(UpdateHint::ProjectReplaced);
+    window.ShowAnew();
     EXPECT_EQ(window.GetPageText(), QString());
     EXPECT_TRUE(window.GetView().GetToolBar().GetLayoutMenu().isEmpty());
     CallByKey(window.GetPage(), QStringLiteral("external.DeleteImage('photo1')"));
     CallByKey(window.GetPage(), QStringLiteral("external.EditReference('a','b.c','d')"));
-    window.Do(UpdateHint::PictureMovedUp, 0);
-    window.Do(UpdateHint::LayoutChosen, 0);
+    window.Do(Wish::MoveUp, 0);
+    window.GetView().ChooseLayout(0);
 }
 
 TEST(ViewPages, TheToolBarTakesTheDocumentCommands)
@@ -530,6 +506,5 @@ TEST(ViewPages, TheToolBarTakesTheDocumentCommands)
     EXPECT_EQ(Entries(*recent),
               QStringList({QStringLiteral("Alps && Lakes 57602"), QStringLiteral("*Now 57601")}));
     recent->actions()[0]->trigger();
-    EXPECT_TRUE(WaitUntil([&] { return !window.notifications.empty(); }));
-    EXPECT_THAT(window.notifications, ElementsAre(UpdateHint::RecentProjectChosen));
+    EXPECT_TRUE(WaitUntil([&] { return window.recent == 1; }));
 }
