@@ -181,7 +181,7 @@ TEST(BadInput, APageThatCallsTheProgramByItselfChangesNothing)
     ASSERT_TRUE(program.WaitInPage(QStringLiteral("typeof attack == 'function'")));
     const SavedProject before(project);
     // With a dialog open as well.
-    program.PressKeys({QStringLiteral("alt+e"), QStringLiteral("Down"), QStringLiteral("Return")});
+    program.PressKeys({QStringLiteral("alt+t"), QStringLiteral("Down"), QStringLiteral("Return")});
     ASSERT_TRUE(program.WaitForWindow(QStringLiteral("Image signature")));
     program.FocusWindow(QStringLiteral("Image signature"));
     program.PressKeys({QStringLiteral("Escape")});

@@ -249,6 +249,29 @@ void CDesktopProgram::Click(QPoint place)
     RunTool({QStringLiteral("click"), QStringLiteral("1")});
 }
 
+void CDesktopProgram::DoubleClick(QPoint place)
+{
+    MovePointer(place);
+    RunTool({QStringLiteral("click"), QStringLiteral("--repeat"), QStringLiteral("2"),
+             QStringLiteral("--delay"), QStringLiteral("60"), QStringLiteral("1")});
+}
+
+void CDesktopProgram::RightClick(QPoint place)
+{
+    MovePointer(place);
+    RunTool({QStringLiteral("click"), QStringLiteral("3")});
+}
+
+void CDesktopProgram::HoldKey(const QString& key)
+{
+    RunTool({QStringLiteral("keydown"), key});
+}
+
+void CDesktopProgram::ReleaseKey(const QString& key)
+{
+    RunTool({QStringLiteral("keyup"), key});
+}
+
 void CDesktopProgram::Drag(QPoint from, QPoint to)
 {
     MovePointer(from);
@@ -275,19 +298,35 @@ bool CDesktopProgram::WaitForPictures()
                        "(i.loading == 'lazy' && i.getBoundingClientRect().top > innerHeight))"));
 }
 
+QPoint CDesktopProgram::WayBetween(const QString& from, const QString& to)
+{
+    const QString difference =
+        QStringLiteral("((a, b) => Math.round(b.x + b.width / 2 - a.x - a.width / 2) + ' ' + "
+                       "Math.round(b.y + b.height / 2 - a.y - a.height / 2))"
+                       "(%1.getBoundingClientRect(), %2.getBoundingClientRect())");
+    const QStringList way = InPage(difference.arg(from, to)).toString().split(QLatin1Char(' '));
+    return QPoint(way.value(0).toInt(), way.value(1).toInt());
+}
+
 void CDesktopProgram::ClickElement(const QString& elementExpression)
 {
     Click(PlaceOf(elementExpression));
 }
 
-// The strip comes up when the mouse enters the element. Its images are named after the element.
 void CDesktopProgram::PressStripButton(const QString& elementExpression, const QString& tip)
 {
+    Click(PointAtStripButton(elementExpression, tip));
+}
+
+// The strip comes up when the mouse enters the element. Its images are named after the element.
+QPoint CDesktopProgram::PointAtStripButton(const QString& elementExpression, const QString& tip)
+{
     MovePointer(PlaceOf(elementExpression));
-    page.PressStripButton(QStringLiteral("[...document.images].filter(i => (%1).getAttribute('onmouseenter')"
-                                         ".includes('(' + i.id + ')'))")
-                              .arg(elementExpression),
-                          tip);
+    return page.PointAtStripButton(
+        QStringLiteral("[...document.images].filter(i => (%1).getAttribute('onmouseenter')"
+                       ".includes('(' + i.id + ')'))")
+            .arg(elementExpression),
+        tip);
 }
 
 void CDesktopProgram::TakePicture(const QString& name, const QString& title) const

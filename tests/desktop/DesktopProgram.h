@@ -65,6 +65,11 @@ public:
     void PressKeys(const QStringList& keys);
     void MovePointer(QPoint place);
     void Click(QPoint place);
+    void DoubleClick(QPoint place);
+    void RightClick(QPoint place);
+    // A key that stays down, as xdotool names it: "ctrl".
+    void HoldKey(const QString& key);
+    void ReleaseKey(const QString& key);
     void Drag(QPoint from, QPoint to);
     void PressMouse();
     void ReleaseMouse();
@@ -78,9 +83,13 @@ public:
     QVariant InPage(const QString& expression) { return page.Ask(expression); }
     // The middle of an element, on the screen; the expression gives the element.
     QPoint PlaceOf(const QString& elementExpression) { return page.PlaceOf(elementExpression); }
+    // From the middle of one element to that of another, as the page is scrolled.
+    QPoint WayBetween(const QString& from, const QString& to);
     void ClickElement(const QString& elementExpression);
     // Points at an element and presses a button of the strip that comes up, by its tooltip.
     void PressStripButton(const QString& elementExpression, const QString& tip);
+    // The same without the press; returns the button's place.
+    QPoint PointAtStripButton(const QString& elementExpression, const QString& tip);
 
     // Of the screen, or of the window of this title.
     void TakePicture(const QString& name, const QString& title = QString()) const;

@@ -61,14 +61,14 @@ protected:
 
 } // namespace
 
-TEST_F(Folder, AClickOnAThumbnailAddsThePicture)
+TEST_F(Folder, TwoClicksOnAThumbnailAddThePicture)
 {
     MakeFolder(3);
     Start();
     ASSERT_TRUE(pane.WaitForRows(3));
     EXPECT_EQ(pane.GetHeading(), QStringLiteral("Photos & more #1 ( 3 pictures )"));
     program.InPage(QStringLiteral("window.isOld_ = true"));
-    program.Click(pane.PlaceOf(CFolderPane::Row(1)));
+    program.DoubleClick(pane.PlaceOf(CFolderPane::Row(1)));
     ASSERT_TRUE(pane.WaitForRows(2));
     ASSERT_TRUE(program.WaitInPage(QStringLiteral("!window.isOld_")));
     // The count is of all pictures of the folder.
@@ -222,7 +222,7 @@ TEST_F(Folder, PicturesThatCanNotBeReadDoNotStopTheRest)
     ASSERT_TRUE(pane.WaitFor(QStringLiteral(
         "[...document.querySelectorAll('td a img')].every(i => i.complete && i.naturalWidth > 100)")));
     program.TakePicture(QStringLiteral("folder-unreadable"));
-    program.Click(pane.PlaceOf(CFolderPane::Row(3)));
+    program.DoubleClick(pane.PlaceOf(CFolderPane::Row(3)));
     ASSERT_TRUE(pane.WaitForRows(3));
     EXPECT_TRUE(EndAndRead().contains(QStringLiteral("zoë \n line & <b>.jpg")));
 }
@@ -246,7 +246,7 @@ TEST_F(Folder, ALargeFolderIsScrolledToItsEnd)
     ASSERT_TRUE(pane.WaitFor(
         QStringLiteral("(i => i && i.complete && i.naturalWidth > 100)(%1)").arg(CFolderPane::Row(299))));
     EXPECT_LT(pane.Ask(images).toInt(), 250);
-    program.Click(pane.PlaceOf(CFolderPane::Row(299)));
+    program.DoubleClick(pane.PlaceOf(CFolderPane::Row(299)));
     ASSERT_TRUE(pane.WaitForRows(299));
     // It does not come back with the rows around it.
     pane.Ask(QStringLiteral("document.scrollingElement.scrollTop = 0"));

@@ -33,6 +33,6 @@ void CGalleriesPane::PressButton(int gallery, const QString& tip)
 {
     program.MovePointer(ToScreen(QPoint(3, 3)));
     program.MovePointer(PlaceOf(gallery));
-    page.PressStripButton(QStringLiteral("[...document.querySelectorAll('img[id=gl_%1_menu]')]").arg(gallery),
-                          tip);
+    program.Click(page.PointAtStripButton(
+        QStringLiteral("[...document.querySelectorAll('img[id=gl_%1_menu]')]").arg(gallery), tip));
 }

@@ -259,6 +259,60 @@ TEST_F(Guide, APictureHasItsButtons)
     EXPECT_EQ(program.Terminate(), 0);
 }
 
+TEST_F(Guide, ADeletionIsTakenBackByItsNotice)
+{
+    StartWithSample();
+    const QString picture = QStringLiteral(
+        "[...document.querySelectorAll('figure img[onmouseenter]')].find(i => i.alt == 'October')");
+    program.PressStripButton(picture, QStringLiteral("Delete"));
+    ASSERT_TRUE(program.WaitInPage(QStringLiteral("!(%1)").arg(picture)));
+    WaitForPictures();
+    TakePicture("undo");
+    program.PressKeys({QStringLiteral("alt+u")});
+    ASSERT_TRUE(program.WaitInPage(QStringLiteral("!!(%1)").arg(picture)));
+    EXPECT_EQ(program.Terminate(), 0);
+    EXPECT_TRUE(SavedProject(project).galleries.at(0).GetNames().contains(QStringLiteral("October.jpg")));
+}
+
+TEST_F(Guide, SeveralPicturesAreHandledAtOnce)
+{
+    ChooseGallery(project, 1);
+    StartWithSample();
+    program.HoldKey(QStringLiteral("ctrl"));
+    int count = 0;
+    for (const char* title : {"Alpenglow", "First Snow", "High Pass"}) {
+        program.Click(program.PlaceOf(
+            QStringLiteral(
+                "[...document.querySelectorAll('figure img[onmouseenter]')].find(i => i.alt == '%1')")
+                .arg(QLatin1String(title))));
+        ASSERT_TRUE(program.WaitInPage(
+            QStringLiteral("document.querySelectorAll('.preview-selected').length == %1").arg(++count)));
+    }
+    program.ReleaseKey(QStringLiteral("ctrl"));
+    TakePicture("selection");
+    program.PressKeys({QStringLiteral("ctrl+r")});
+    EXPECT_TRUE(program.WaitFor([&] { return TurnedPictures() == 3; }));
+    EXPECT_EQ(program.Terminate(), 0);
+}
+
+TEST_F(Guide, TitlesAreEditedInATable)
+{
+    ChooseGallery(project, 1);
+    StartWithSample();
+    UseMenu("g", {QStringLiteral("t")});
+    WaitForDialog("Titles and descriptions");
+    program.TypeText(QStringLiteral("Over the clouds"));
+    program.PressKeys({QStringLiteral("Return")});
+    TakePicture("titles", "Titles and descriptions");
+    program.PressKeys({QStringLiteral("ctrl+Return")});
+    EXPECT_TRUE(program.WaitFor([&] {
+        const SavedProject saved(project);
+        return saved.galleries.at(1).pictures[0].variables.at(QStringLiteral("title")) ==
+               QStringLiteral("Over the clouds");
+    }));
+    EXPECT_EQ(program.Terminate(), 0);
+}
+
 // Seen when the page is made anew; the picture keeps its place.
 TEST_F(Guide, APictureThatIsNotThereIsACard)
 {
@@ -315,7 +369,7 @@ TEST_F(Guide, AWatermarkIsLaidOverThePictures)
                                  QStringLiteral("circle 30,30 30,8 rectangle 70,24 210,36"), mark}),
               0);
     StartWithSample();
-    UseMenu("e", {QStringLiteral("Return")});
+    UseMenu("t", {QStringLiteral("Return")});
     WaitForDialog("Image watermark");
     program.PressKeys({QStringLiteral("alt+z"), QStringLiteral("End"), QStringLiteral("alt+c")});
     WaitForDialog("Choose a watermark picture");
@@ -333,7 +387,7 @@ TEST_F(Guide, AWatermarkIsLaidOverThePictures)
 TEST_F(Guide, ASignatureIsWrittenOnThePictures)
 {
     StartWithSample();
-    UseMenu("e", {QStringLiteral("Down"), QStringLiteral("Return")});
+    UseMenu("t", {QStringLiteral("Down"), QStringLiteral("Return")});
     WaitForDialog("Image signature");
     program.PressKeys({QStringLiteral("alt+z"), QStringLiteral("End"), QStringLiteral("alt+t")});
     program.TypeText(QStringLiteral("Anna Example"));

@@ -99,15 +99,15 @@ QPoint CViewPage::PlaceOf(const QString& elementExpression)
             .arg(elementExpression));
 }
 
-void CViewPage::PressStripButton(const QString& strips, const QString& tip)
+QPoint CViewPage::PointAtStripButton(const QString& strips, const QString& tip)
 {
     const QString shown = QStringLiteral("(%1.find(s => s.style.display == 'inline') || null)").arg(strips);
-    ASSERT_TRUE(WaitFor(shown + QStringLiteral(" != null"))) << qPrintable(strips);
+    EXPECT_TRUE(WaitFor(shown + QStringLiteral(" != null"))) << qPrintable(strips);
     const QPoint button =
         PlaceFrom(QStringLiteral("(r => Math.round(r.x + 24 * %1.findIndex(i => i.alt == '%2') - 12) + ' ' + "
                                  "Math.round(r.y + 12))(%3.getBoundingClientRect())")
                       .arg(strips, tip, shown));
     program.MovePointer(button);
-    ASSERT_TRUE(WaitFor(QStringLiteral("(%1 || {}).alt == '%2'").arg(shown, tip))) << qPrintable(tip);
-    program.Click(button);
+    EXPECT_TRUE(WaitFor(QStringLiteral("(%1 || {}).alt == '%2'").arg(shown, tip))) << qPrintable(tip);
+    return button;
 }

@@ -29,9 +29,10 @@ public:
     QPoint PlaceOf(const QString& elementExpression);
     // The place that an expression gives as a text of two numbers, on the screen.
     QPoint PlaceFrom(const QString& expression);
-    // Presses a button of the strip that has come up, by its tooltip. A strip is several images: at rest,
-    // then one for each button lit, with the button's tooltip. strips: an expression for the list of them.
-    void PressStripButton(const QString& strips, const QString& tip);
+    // Points at a button of the strip that has come up, by its tooltip, and returns its place. A strip is
+    // several images: at rest, then one for each button lit, with the button's tooltip. strips: an expression
+    // for the list of them.
+    QPoint PointAtStripButton(const QString& strips, const QString& tip);
 
 private:
     bool Connect();

@@ -22,6 +22,7 @@ struct Exception {
 
 constexpr Exception Exceptions[] = {
     {"effects/", R"((picture|frame|resize|rotate|text|card)( %\d)+ ?)", "keys of effects, compared only"},
+    {"imaging/PictureDate.cpp", "yyyy:MM:dd HH:mm:ss", "the date format of EXIF"},
     {"shell/look/Icons.cpp", R"(line-icon( %\d)+)", "a key of the cache of pictures"},
     {"effects/StampParams.h", "MS Sans Serif", "the font of the project file"},
     {"cli/Answers.cpp", R"((\\n)?(caption|description|advice): )", "words that scripts look for"},

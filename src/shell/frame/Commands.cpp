@@ -1,11 +1,76 @@
 #include "shell/frame/Commands.h"
 
+#include <iterator>
+
 #include <QAction>
 #include <QWidget>
 
 #include "shell/look/Icons.h"
 
 namespace {
+
+constexpr CommandRow Table[] = {
+    {CommandId::New, "NewProject", "new", StringId::NewCommand, StringId::NewTip, "Ctrl+N"},
+    {CommandId::Open, "OpenProject", "open", StringId::OpenCommand, StringId::OpenTip, "Ctrl+O"},
+    {CommandId::Save, "SaveProject", "save", StringId::SaveCommand, StringId::SaveTip, "Ctrl+S"},
+    {CommandId::SaveAs, "SaveProjectAs", "save-as", StringId::SaveAsCommand, StringId::SaveAsTip, ""},
+    {CommandId::EarlierVersion, "EarlierVersion", "recent", StringId::EarlierVersionCommand,
+     StringId::EarlierVersionTip, ""},
+    {CommandId::Exit, "Exit", "exit", StringId::ExitCommand, StringId::ExitTip, ""},
+    {CommandId::Deploy, "Deploy", "deploy", StringId::DeployCommand, StringId::DeployTip, ""},
+    {CommandId::LayoutMenu, "LayoutMenu", "layout", StringId::LayoutCommand, StringId::LayoutTip, ""},
+    {CommandId::StyleMenu, "StyleMenu", "style", StringId::StyleCommand, StringId::StyleTip, ""},
+    {CommandId::ImageWatermark, "ImageWatermark", "watermark", StringId::WatermarkCommand,
+     StringId::WatermarkTip, ""},
+    {CommandId::ImageSignature, "ImageSignature", "signature", StringId::SignatureCommand,
+     StringId::SignatureTip, ""},
+    {CommandId::Ads, "Ads", "ads", StringId::AdsCommand, StringId::AdsTip, ""},
+    {CommandId::OpenFolder, "OpenFolder", "open-folder", StringId::OpenFolderCommand, StringId::OpenFolderTip,
+     ""},
+    {CommandId::FindMissing, "FindMissing", "find", StringId::FindMissingCommand, StringId::FindMissingTip,
+     ""},
+    {CommandId::SortByName, "SortByName", "sort", StringId::SortByName, StringId::SortByNameTip, ""},
+    {CommandId::SortByDateTaken, "SortByDateTaken", "sort", StringId::SortByDateTaken,
+     StringId::SortByDateTakenTip, ""},
+    {CommandId::SortByFileDate, "SortByFileDate", "sort", StringId::SortByFileDate,
+     StringId::SortByFileDateTip, ""},
+    {CommandId::ReverseOrder, "ReverseOrder", "sort", StringId::ReverseOrder, StringId::ReverseOrderTip, ""},
+    {CommandId::EditPictureTexts, "EditPictureTexts", "titles", StringId::PictureTextsCommand,
+     StringId::PictureTextsTip, ""},
+    {CommandId::RenameGallery, "RenameGallery", "edit-text", StringId::RenameGalleryCommand,
+     StringId::RenameGalleryTip, "F2"},
+    {CommandId::DuplicateGallery, "DuplicateGallery", "duplicate", StringId::DuplicateGalleryCommand,
+     StringId::DuplicateGalleryTip, ""},
+    {CommandId::DeleteGallery, "DeleteGallery", "remove", StringId::DeleteGalleryCommand,
+     StringId::DeleteGalleryTip, ""},
+    {CommandId::EmptyCache, "EmptyCache", "remove", StringId::EmptyCacheCommand, StringId::EmptyCacheTip, ""},
+    {CommandId::About, "About", "about", StringId::AboutCommand, StringId::AboutTip, ""},
+    {CommandId::Print, "Print", "print", StringId::PrintCommand, StringId::PrintTip, "Ctrl+P"},
+    {CommandId::Undo, "Undo", "undo", StringId::UndoCommand, StringId::UndoTip, "Ctrl+Z; Alt+Backspace"},
+    {CommandId::Redo, "Redo", "redo", StringId::RedoCommand, StringId::RedoTip, "Ctrl+Shift+Z; Ctrl+Y"},
+    {CommandId::Cut, "Cut", "cut", StringId::CutCommand, StringId::CutTip, "Ctrl+X; Shift+Delete"},
+    {CommandId::Copy, "Copy", "copy", StringId::CopyCommand, StringId::CopyTip, "Ctrl+C"},
+    {CommandId::Paste, "Paste", "paste", StringId::PasteCommand, StringId::PasteTip, "Ctrl+V; Shift+Insert"},
+    {CommandId::Clear, "Clear", "remove", StringId::ClearCommand, StringId::ClearTip, "Delete"},
+    {CommandId::SelectAll, "SelectAll", "select-all", StringId::SelectAllCommand, StringId::SelectAllTip,
+     "Ctrl+A"},
+    {CommandId::TurnLeft, "TurnLeft", "rotate-left", StringId::TurnLeftCommand, StringId::TurnLeftTip,
+     "Ctrl+L"},
+    {CommandId::TurnRight, "TurnRight", "rotate-right", StringId::TurnRightCommand, StringId::TurnRightTip,
+     "Ctrl+R"},
+    {CommandId::MoveToFront, "MoveToFront", "to-front", StringId::MoveToFrontCommand,
+     StringId::MoveToFrontTip, "Ctrl+Home"},
+    {CommandId::MoveToEnd, "MoveToEnd", "to-end", StringId::MoveToEndCommand, StringId::MoveToEndTip,
+     "Ctrl+End"},
+    {CommandId::MoveToGallery, "MoveToGallery", "move-to", StringId::MoveToGalleryCommand,
+     StringId::MoveToGalleryTip, "Ctrl+M"},
+    {CommandId::CopyToGallery, "CopyToGallery", "copy-to", StringId::CopyToGalleryCommand,
+     StringId::CopyToGalleryTip, "Ctrl+Shift+M"},
+    {CommandId::AddSelected, "AddSelected", "add", StringId::AddSelected, StringId::AddSelectedTip, ""},
+    {CommandId::NextPane, "NextPane", "next-pane", StringId::NextPaneCommand, StringId::NextPaneTip, "F6"},
+    {CommandId::PreviousPane, "PreviousPane", "previous-pane", StringId::PreviousPaneCommand,
+     StringId::PreviousPaneTip, "Shift+F6"},
+};
 
 // "New (Ctrl+N)"
 QString ToolTipOf(const QAction& action)
@@ -33,41 +98,7 @@ QAction* MakeAction(const CommandRow& row, QWidget& window)
 
 const std::vector<CommandRow>& GetCommandTable()
 {
-    static const std::vector<CommandRow> table{
-        {CommandId::New, "NewProject", "new", StringId::NewCommand, StringId::NewTip, "Ctrl+N"},
-        {CommandId::Open, "OpenProject", "open", StringId::OpenCommand, StringId::OpenTip, "Ctrl+O"},
-        {CommandId::Save, "SaveProject", "save", StringId::SaveCommand, StringId::SaveTip, "Ctrl+S"},
-        {CommandId::SaveAs, "SaveProjectAs", "save-as", StringId::SaveAsCommand, StringId::SaveAsTip, ""},
-        {CommandId::EarlierVersion, "EarlierVersion", "recent", StringId::EarlierVersionCommand,
-         StringId::EarlierVersionTip, ""},
-        {CommandId::Exit, "Exit", "exit", StringId::ExitCommand, StringId::ExitTip, ""},
-        {CommandId::Deploy, "Deploy", "deploy", StringId::DeployCommand, StringId::DeployTip, ""},
-        {CommandId::LayoutMenu, "LayoutMenu", "layout", StringId::LayoutCommand, StringId::LayoutTip, ""},
-        {CommandId::StyleMenu, "StyleMenu", "style", StringId::StyleCommand, StringId::StyleTip, ""},
-        {CommandId::ImageWatermark, "ImageWatermark", "watermark", StringId::WatermarkCommand,
-         StringId::WatermarkTip, ""},
-        {CommandId::ImageSignature, "ImageSignature", "signature", StringId::SignatureCommand,
-         StringId::SignatureTip, ""},
-        {CommandId::Ads, "Ads", "ads", StringId::AdsCommand, StringId::AdsTip, ""},
-        {CommandId::OpenFolder, "OpenFolder", "open-folder", StringId::OpenFolderCommand,
-         StringId::OpenFolderTip, ""},
-        {CommandId::FindMissing, "FindMissing", "find", StringId::FindMissingCommand,
-         StringId::FindMissingTip, ""},
-        {CommandId::EmptyCache, "EmptyCache", "remove", StringId::EmptyCacheCommand, StringId::EmptyCacheTip,
-         ""},
-        {CommandId::About, "About", "about", StringId::AboutCommand, StringId::AboutTip, ""},
-        {CommandId::Print, "Print", "print", StringId::PrintCommand, StringId::PrintTip, "Ctrl+P"},
-        {CommandId::Undo, "Undo", "undo", StringId::UndoCommand, StringId::UndoTip, "Ctrl+Z; Alt+Backspace"},
-        {CommandId::Cut, "Cut", "cut", StringId::CutCommand, StringId::CutTip, "Ctrl+X; Shift+Delete"},
-        {CommandId::Copy, "Copy", "copy", StringId::CopyCommand, StringId::CopyTip, "Ctrl+C"},
-        {CommandId::Paste, "Paste", "paste", StringId::PasteCommand, StringId::PasteTip,
-         "Ctrl+V; Shift+Insert"},
-        {CommandId::Clear, "Clear", "remove", StringId::ClearCommand, StringId::ClearTip, "Delete"},
-        {CommandId::NextPane, "NextPane", "next-pane", StringId::NextPaneCommand, StringId::NextPaneTip,
-         "F6"},
-        {CommandId::PreviousPane, "PreviousPane", "previous-pane", StringId::PreviousPaneCommand,
-         StringId::PreviousPaneTip, "Shift+F6"},
-    };
+    static const std::vector<CommandRow> table(std::begin(Table), std::end(Table));
     return table;
 }
 

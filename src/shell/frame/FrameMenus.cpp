@@ -45,12 +45,31 @@ FrameMenus::FrameMenus(QMenuBar& menuBar, const CCommandActions& actions, QMenu&
     file->addAction(actions.Get(CommandId::Exit));
     file->setToolTipsVisible(true);
 
+    QMenu* const edit = menuBar.addMenu(Text(StringId::EditMenu));
+    edit->addActions({actions.Get(CommandId::Undo), actions.Get(CommandId::Redo)});
+    edit->addSeparator();
+    edit->addActions({actions.Get(CommandId::Cut), actions.Get(CommandId::Copy),
+                      actions.Get(CommandId::Paste), actions.Get(CommandId::Clear)});
+    edit->addSeparator();
+    edit->addAction(actions.Get(CommandId::SelectAll));
+
     QAction* const layoutItem = actions.Get(CommandId::LayoutMenu);
     layoutItem->setMenu(&layouts);
     QAction* const styleItem = actions.Get(CommandId::StyleMenu);
     styleItem->setMenu(&styles);
-    menuBar.addMenu(Text(StringId::GalleryMenu))
-        ->addActions({actions.Get(CommandId::Deploy), layoutItem, styleItem});
+    QMenu* const gallery = menuBar.addMenu(Text(StringId::GalleryMenu));
+    gallery->addActions({actions.Get(CommandId::Deploy), layoutItem, styleItem});
+    gallery->addMenu(Text(StringId::PicturesMenu))
+        ->addActions({actions.Get(CommandId::TurnLeft), actions.Get(CommandId::TurnRight),
+                      actions.Get(CommandId::MoveToFront), actions.Get(CommandId::MoveToEnd),
+                      actions.Get(CommandId::MoveToGallery), actions.Get(CommandId::CopyToGallery)});
+    gallery->addMenu(Text(StringId::SortMenu))
+        ->addActions({actions.Get(CommandId::SortByName), actions.Get(CommandId::SortByDateTaken),
+                      actions.Get(CommandId::SortByFileDate), actions.Get(CommandId::ReverseOrder)});
+    gallery->addAction(actions.Get(CommandId::EditPictureTexts));
+    gallery->addSeparator();
+    gallery->addActions({actions.Get(CommandId::RenameGallery), actions.Get(CommandId::DuplicateGallery),
+                         actions.Get(CommandId::DeleteGallery)});
 
     menuBar.addMenu(Text(StringId::EffectsMenu))
         ->addActions({actions.Get(CommandId::ImageWatermark), actions.Get(CommandId::ImageSignature),
@@ -59,6 +78,24 @@ FrameMenus::FrameMenus(QMenuBar& menuBar, const CCommandActions& actions, QMenu&
         ->addActions({actions.Get(CommandId::OpenFolder), actions.Get(CommandId::FindMissing),
                       actions.Get(CommandId::EmptyCache)});
     menuBar.addMenu(Text(StringId::HelpMenu))->addAction(actions.Get(CommandId::About));
+}
+
+PictureMenus ListPictureCommands(const CCommandActions& actions)
+{
+    const auto get = [&](CommandId id) {
+        return actions.Get(id);
+    };
+    return {.pageBar = {get(CommandId::TurnLeft), get(CommandId::TurnRight), nullptr,
+                        get(CommandId::MoveToFront), get(CommandId::MoveToEnd), get(CommandId::MoveToGallery),
+                        get(CommandId::CopyToGallery), nullptr, get(CommandId::Clear)},
+            .pageMenu = {get(CommandId::TurnLeft), get(CommandId::TurnRight), nullptr,
+                         get(CommandId::MoveToFront), get(CommandId::MoveToEnd),
+                         get(CommandId::MoveToGallery), get(CommandId::CopyToGallery), nullptr,
+                         get(CommandId::Cut), get(CommandId::Copy), get(CommandId::Paste), nullptr,
+                         get(CommandId::SelectAll), get(CommandId::Clear)},
+            .folderBar = {get(CommandId::AddSelected), get(CommandId::Copy)},
+            .folderMenu = {get(CommandId::AddSelected), nullptr, get(CommandId::Copy),
+                           get(CommandId::SelectAll)}};
 }
 
 void UpdateRecentProjectsMenu(QMenu& menu, const CRecentProjects& projects,

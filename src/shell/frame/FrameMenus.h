@@ -2,9 +2,12 @@
 
 #include <functional>
 
+#include <QList>
+
 class CCommandActions;
 class CRecentProjects;
 class CViewPagesToolBar;
+class QAction;
 class QMenu;
 class QMenuBar;
 
@@ -14,6 +17,15 @@ struct FrameMenus {
 
     QMenu* file;
 };
+
+// What the views offer for selected pictures. A null entry is a separator.
+struct PictureMenus {
+    QList<QAction*> pageBar;
+    QList<QAction*> pageMenu;
+    QList<QAction*> folderBar;
+    QList<QAction*> folderMenu;
+};
+PictureMenus ListPictureCommands(const CCommandActions& actions);
 
 // Lists the recent projects, all but the current one, in the file menu: by their names, above the
 // last separator. The data of an entry's action is its command number, 33001 and up. chosen: called

@@ -11,6 +11,7 @@
 #include "common/Exceptions.h"
 #include "common/Trace.h"
 #include "content/ImageCache.h"
+#include "editing/PictureActs.h"
 #include "shell/dialogs/DlgAbout.h"
 #include "shell/dialogs/FailureBox.h"
 #include "shell/drag/DropWatcher.h"
@@ -19,22 +20,14 @@
 #include "shell/frame/FramePanes.h"
 #include "shell/frame/GalleryCommands.h"
 #include "shell/frame/MissingPictures.h"
+#include "shell/frame/PictureCommands.h"
 #include "shell/frame/StandardCommands.h"
+#include "shell/frame/UndoNotice.h"
 #include "shell/look/Icons.h"
 #include "shell/panes/folder/ViewFolder.h"
 #include "shell/panes/galleries/ViewGalleries.h"
 #include "shell/panes/pages/ViewPages.h"
 #include "shell/wizard/DeployGallery.h"
-
-namespace {
-
-// Of what views ask for: it changes nothing in the document.
-bool IsHarmless(UpdateHint hint)
-{
-    return hint == UpdateHint::CoverChanged || hint == UpdateHint::FolderReady;
-}
-
-} // namespace
 
 CMainFrame::CMainFrame(const CProjectEnvironment& environment, const QString& commandLinePath)
     : environment(environment),
@@ -47,12 +40,17 @@ CMainFrame::CMainFrame(const CProjectEnvironment& environment, const QString& co
                 .projectRenamed =
                     [this] {
                         UpdateTitle();
-                        pagesView->UpdateView(UpdateHint::ProjectRenamed, project);
+                        desk.UpdateViews(ViewUpdate::Cause::ProjectRenamed);
                     },
                 .recentListChanged =
                     [this] {
                         UpdateRecentProjectsMenus();
-                    }})
+                    }}),
+      desk(project, {.changed = [this] { projects.GetKeeper().MarkChanged(); },
+                     .edited =
+                         [this](const Edited& edited) {
+                             OnEdited(edited);
+                         }})
 {
     setObjectName(QStringLiteral("frame"));
     setWindowIcon(LoadProgramIcon());
@@ -60,12 +58,16 @@ CMainFrame::CMainFrame(const CProjectEnvironment& environment, const QString& co
     actions = std::make_unique<CCommandActions>(*this, [this](int commandId) { OnCommand(commandId); });
     CreateViews();
     CreateMenus();
-    RegisterConsumers();
+    UpdateUndoCommands();
+    // An act is heard of before it stands in the history.
+    connect(&desk.GetHistory().GetStack(), &QUndoStack::indexChanged, this, [this] { UpdateUndoCommands(); });
 }
 
 // The views go first: they look at the project.
 CMainFrame::~CMainFrame()
 {
+    // The history tells of its end, when the commands are gone.
+    disconnect(&desk.GetHistory().GetStack(), nullptr, this, nullptr);
     menus.reset();
     panes.reset();
     delete takeCentralWidget();
@@ -74,28 +76,41 @@ CMainFrame::~CMainFrame()
 void CMainFrame::CreateViews()
 {
     const CHTMLView::Options browser = ReadBrowserOptions(*environment.settings);
-    const CViewNotification notify = [this](ViewId view, UpdateHint hint, const UpdateParameter& parameter) {
-        OnViewChanged(view, hint, parameter);
-    };
-    pagesView = new CViewPages(
-        {.notify = notify,
-         .browser = browser,
-         .deploy = [this](CGalleryProject&) { Deploy(); },
-         .addFromFolder = [this](int32_t index,
-                                 const QString& path) { folderView->AddPictureAt(index, path); },
-         .findMissing = [this] { Try([this] { FindMissing(); }); },
-         .findPicture =
-             [this](const QString& path) {
-                 Try([&] { FindMissing(path); });
-             }},
-        this);
-    folderView = new CViewFolder({.notify = notify, .browser = browser}, this);
+    pagesView =
+        new CViewPages({.desk = desk,
+                        .browser = browser,
+                        .openRecent = [this](int32_t place) { Try([&] { projects.OpenRecent(place); }); },
+                        .findMissing = [this] { Try([this] { FindMissing(); }); },
+                        .findPicture =
+                            [this](const QString& path) {
+                                Try([&] { FindMissing(path); });
+                            }},
+                       this);
+    folderView = new CViewFolder({.desk = desk, .browser = browser}, this);
     galleriesView = new CViewGalleries(
         {.addDropped = [this](const QStringList& paths, int32_t gallery) { AddDropped(paths, gallery); },
          .tell = [this](const CExceptionBase& failure) { ShowFailure(failure, this); },
-         .notify = notify,
+         .desk = desk,
          .browser = browser},
         this);
+    pictureCommands = std::make_unique<CPictureCommands>(
+        CPictureCommands::Services{.desk = desk,
+                                   .pages = *pagesView,
+                                   .folder = *folderView,
+                                   .galleries = *galleriesView,
+                                   .window = *this,
+                                   .say = [this](const QString& text) { statusBar()->showMessage(text); },
+                                   .attempt =
+                                       [this](const std::function<void()>& action) {
+                                           Try(action);
+                                       }});
+    const PictureMenus commands = ListPictureCommands(*actions);
+    pagesView->SetPictureCommands(commands.pageBar, commands.pageMenu);
+    folderView->SetPictureCommands(commands.folderBar, commands.folderMenu);
+    undoNotice = new CUndoNotice(*pagesView, [this] { Undo(); });
+    desk.AddView(*pagesView);
+    desk.AddView(*folderView);
+    desk.AddView(*galleriesView);
     panes = std::make_unique<CFramePanes>(
         *this, CFramePanes::Views{.pages = pagesView, .galleries = galleriesView, .folder = folderView});
     new CDropWatcher(*this, {.filesDropped = [this](const QStringList& paths) {
@@ -129,19 +144,6 @@ void CMainFrame::CreateMenus()
                                  actions->Get(CommandId::Save), actions->Get(CommandId::Deploy), nullptr});
 }
 
-// In this order the views hear of a change.
-void CMainFrame::RegisterConsumers()
-{
-    folderView->AddConsumer(*pagesView);
-    folderView->AddConsumer(*folderView);
-    folderView->AddConsumer(*galleriesView);
-    pagesView->AddConsumer(*folderView);
-    pagesView->AddConsumer(*galleriesView);
-    galleriesView->AddConsumer(*galleriesView);
-    galleriesView->AddConsumer(*pagesView);
-    galleriesView->AddConsumer(*folderView);
-}
-
 void CMainFrame::Start()
 {
     RestoreWindowPlace(*this, *panes, *environment.settings);
@@ -150,15 +152,43 @@ void CMainFrame::Start()
 
 void CMainFrame::ShowProject()
 {
-    UpdateViews(UpdateHint::ProjectReplaced);
+    desk.BeginAnew();
     UpdateTitle();
 }
 
-void CMainFrame::UpdateViews(UpdateHint hint)
+void CMainFrame::OnEdited(const Edited& edited)
 {
-    pagesView->UpdateView(hint, project);
-    folderView->UpdateView(hint, project);
-    galleriesView->UpdateView(hint, project);
+    const StringId said = edited.way == Edited::Way::Undone   ? StringId::ActUndone
+                          : edited.way == Edited::Way::Redone ? StringId::ActRedone
+                                                              : StringId::ActDone;
+    statusBar()->showMessage(Text(said, edited.name));
+    if (edited.way == Edited::Way::Undone || edited.notice.isEmpty()) {
+        undoNotice->hide();
+    } else {
+        undoNotice->Tell(edited.notice);
+    }
+}
+
+// "Undo Delete Picture".
+void CMainFrame::UpdateUndoCommands()
+{
+    const QUndoStack& steps = desk.GetHistory().GetStack();
+    QAction& undo = *actions->Get(CommandId::Undo);
+    QAction& redo = *actions->Get(CommandId::Redo);
+    undo.setEnabled(steps.canUndo());
+    redo.setEnabled(steps.canRedo());
+    undo.setText(steps.canUndo() ? Text(StringId::UndoAct, steps.undoText()) : Text(StringId::UndoCommand));
+    redo.setText(steps.canRedo() ? Text(StringId::RedoAct, steps.redoText()) : Text(StringId::RedoCommand));
+}
+
+void CMainFrame::Undo()
+{
+    desk.GetHistory().GetStack().undo();
+}
+
+void CMainFrame::Redo()
+{
+    desk.GetHistory().GetStack().redo();
 }
 
 void CMainFrame::UpdateTitle()
@@ -183,40 +213,11 @@ void CMainFrame::AddDropped(const QStringList& paths, int32_t gallery)
     const DroppedFiles files = SortDropped(paths);
     if (!files.project.isEmpty()) {
         Try([&] { projects.Switch(files.project); });
-    } else if (CGallery* const target =
+    } else if (const CGallery* const target =
                    project.FindGallery(gallery == -1 ? project.GetCurrentGalleryIndex() : gallery)) {
-        statusBar()->showMessage(Text(StringId::PicturesDropped, AddPictures(*target, files.pictures)));
-        UpdateViews(UpdateHint::PicturesAdded);
-        projects.GetKeeper().MarkChanged();
-    }
-}
-
-// What a view asks for changes the project as a rule; a save too many does no harm. A dialog, or the thread
-// of a deployment, has the project to itself: what comes late is not done.
-void CMainFrame::OnViewChanged(ViewId view, UpdateHint hint, const UpdateParameter& parameter)
-{
-    if (QApplication::activeModalWidget() != nullptr && !IsHarmless(hint)) {
-        return;
-    }
-    projects.GetKeeper().MarkChanged();
-    switch (view) {
-    case ViewId::Folder: {
-        const TraceScope scope(QStringLiteral("CMainFrame::OnFolderViewChanged"));
-        folderView->UpdateProject(hint, parameter, project);
-        return;
-    }
-    case ViewId::Galleries: {
-        const TraceScope scope(QStringLiteral("CMainFrame::OnGalleriesViewChanged"));
-        galleriesView->UpdateProject(hint, parameter, project);
-        return;
-    }
-    case ViewId::Pages:
-        if (hint == UpdateHint::RecentProjectChosen) {
-            Try([&] { projects.OpenRecent(std::get<int32_t>(parameter)); });
-        } else {
-            pagesView->UpdateProject(hint, parameter, project);
-        }
-        return;
+        const int before = target->GetPictures().GetCount();
+        desk.Do(AddPictures(target->GetIndex(), files.pictures));
+        statusBar()->showMessage(Text(StringId::PicturesDropped, target->GetPictures().GetCount() - before));
     }
 }
 
@@ -251,11 +252,22 @@ void CMainFrame::OnNamedCommand(CommandId command)
         close();
         return;
     case CommandId::Deploy:
-        return pagesView->UpdateProject(UpdateHint::Deploy, {}, project);
+        return Deploy();
     case CommandId::ImageWatermark:
     case CommandId::ImageSignature:
     case CommandId::Ads:
         return OnEffectCommand(command);
+    case CommandId::SortByName:
+    case CommandId::SortByDateTaken:
+    case CommandId::SortByFileDate:
+    case CommandId::ReverseOrder:
+        return OnSortCommand(command);
+    case CommandId::RenameGallery:
+        return galleriesView->RenameGallery();
+    case CommandId::DuplicateGallery:
+        return galleriesView->DuplicateGallery();
+    case CommandId::DeleteGallery:
+        return galleriesView->DeleteGallery();
     case CommandId::OpenFolder:
         return folderView->ChooseFolder();
     case CommandId::FindMissing:
@@ -269,29 +281,26 @@ void CMainFrame::OnNamedCommand(CommandId command)
         return panes->FocusNext();
     case CommandId::PreviousPane:
         return panes->FocusPrevious();
-    case CommandId::Print:
     case CommandId::Undo:
-    case CommandId::Cut:
-    case CommandId::Copy:
-    case CommandId::Paste:
-    case CommandId::Clear:
+        return Undo();
+    case CommandId::Redo:
+        return Redo();
+    case CommandId::Print:
         return PerformStandardCommand(command, focusWidget());
-    case CommandId::LayoutMenu:
-    case CommandId::StyleMenu:
-        return; // they only open their menus
+    default:
+        return pictureCommands->Perform(command);
     }
 }
 
 void CMainFrame::FindMissing(const QString& path)
 {
-    project.LookForFiles();
-    const int32_t found =
-        path.isEmpty() ? FindMissingPictures(project, this) : FindMissingPicture(project, path, this);
-    if (found > 0) {
-        statusBar()->showMessage(Text(StringId::PicturesFoundAgain, found));
-        projects.GetKeeper().MarkChanged();
+    if (project.LookForFiles()) {
+        desk.UpdateViews(ViewUpdate::Cause::ProjectReplaced);
     }
-    UpdateViews(UpdateHint::ProjectReplaced);
+    const auto move = [this](const std::vector<FileMove>& moves) {
+        return desk.Do(RelocateFiles(moves));
+    };
+    path.isEmpty() ? FindMissingPictures(project, move, this) : FindMissingPicture(project, path, move, this);
 }
 
 void CMainFrame::EmptyCache()
@@ -304,7 +313,7 @@ void CMainFrame::EmptyCache()
         return;
     }
     ClearCaches();
-    UpdateViews(UpdateHint::ProjectReplaced);
+    desk.UpdateViews(ViewUpdate::Cause::ProjectReplaced);
     statusBar()->showMessage(Text(StringId::CacheEmptied, size));
 }
 
@@ -317,18 +326,24 @@ void CMainFrame::changeEvent(QEvent* event)
         return;
     }
     if (project.LookForFiles()) {
-        galleriesView->UpdateView(UpdateHint::ProjectReplaced, project);
+        galleriesView->UpdateView({.cause = ViewUpdate::Cause::ProjectReplaced}, project);
     }
     pagesView->LookAtFiles(project);
 }
 
 void CMainFrame::OnEffectCommand(CommandId command)
 {
-    CGallery* const gallery = project.GetCurrentGallery();
-    // The names of the pictures, or the page's texts, have changed: the page is made anew.
-    if (gallery != nullptr && EditGallery(command, *gallery, this)) {
-        pagesView->UpdateView(UpdateHint::ProjectReplaced, project);
-        projects.GetKeeper().MarkChanged();
+    const CGallery* const gallery = project.GetCurrentGallery();
+    if (const std::optional<Act> act = gallery ? AskForEffect(command, *gallery, this) : std::nullopt) {
+        desk.Do(*act);
+    }
+}
+
+void CMainFrame::OnSortCommand(CommandId command)
+{
+    const CGallery* const gallery = project.GetCurrentGallery();
+    if (const std::optional<Act> act = gallery ? SortBy(command, *gallery, this) : std::nullopt) {
+        desk.Do(*act);
     }
 }
 
@@ -344,6 +359,9 @@ void CMainFrame::Try(const std::function<void()>& action)
 
 void CMainFrame::closeEvent(QCloseEvent* event)
 {
+    if (QWidget* const focus = focusWidget()) {
+        focus->clearFocus(); // a name that is being typed is part of what is saved
+    }
     if (savesAtEnd && !projects.SaveAtEnd()) {
         event->ignore();
         return;

@@ -7,14 +7,16 @@
 
 #include "document/project/GalleryProject.h"
 #include "shell/frame/Commands.h"
+#include "shell/frame/EditingDesk.h"
 #include "shell/frame/MainFrameSettings.h"
 #include "shell/frame/ProjectDesk.h"
-#include "shell/panes/ViewNotification.h"
 
 class CCommandActions;
 class CFramePanes;
+class CPictureCommands;
 class CViewFolder;
 class CViewGalleries;
+class CUndoNotice;
 class CViewPages;
 struct FrameMenus;
 
@@ -57,18 +59,20 @@ protected:
 
 private:
     void CreateViews();
-    void RegisterConsumers();
     void Deploy();
     void CreateMenus();
-    void OnViewChanged(ViewId view, UpdateHint hint, const UpdateParameter& parameter);
     void OnNamedCommand(CommandId command);
     // path: of the one that is looked for; empty: all of them.
     void FindMissing(const QString& path = QString());
     void EmptyCache();
     void OnEffectCommand(CommandId command);
+    void OnSortCommand(CommandId command);
     void ShowProject();
     void UpdateTitle();
-    void UpdateViews(UpdateHint hint);
+    void OnEdited(const Edited& edited);
+    void Undo();
+    void Redo();
+    void UpdateUndoCommands();
     void UpdateRecentProjectsMenus();
     void Try(const std::function<void()>& action);
 
@@ -80,8 +84,11 @@ private:
     CGalleryProject project;
     const QString commandLinePath;
     CProjectDesk projects;
+    CEditingDesk desk;
     std::unique_ptr<CFramePanes> panes;
+    std::unique_ptr<CPictureCommands> pictureCommands;
     std::unique_ptr<CCommandActions> actions;
     std::unique_ptr<FrameMenus> menus;
+    CUndoNotice* undoNotice = nullptr; // owned by the pages view
     bool savesAtEnd = true;
 };

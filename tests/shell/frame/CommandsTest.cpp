@@ -25,13 +25,21 @@ TEST(Commands, TheKeysAreThoseOfTheGuide)
         CommandId id;
         const char* keys;
     } rows[] = {
-        {CommandId::New, "Ctrl+N"},   {CommandId::Open, "Ctrl+O"},
-        {CommandId::Save, "Ctrl+S"},  {CommandId::SaveAs, ""},
-        {CommandId::Print, "Ctrl+P"}, {CommandId::Undo, "Ctrl+Z; Alt+Backspace"},
-        {CommandId::Copy, "Ctrl+C"},  {CommandId::Cut, "Ctrl+X; Shift+Del"},
-        {CommandId::Clear, "Del"},    {CommandId::Paste, "Ctrl+V; Shift+Ins"},
-        {CommandId::NextPane, "F6"},  {CommandId::PreviousPane, "Shift+F6"},
-        {CommandId::Exit, ""},        {CommandId::Deploy, ""},
+        {CommandId::New, "Ctrl+N"},
+        {CommandId::Open, "Ctrl+O"},
+        {CommandId::Save, "Ctrl+S"},
+        {CommandId::SaveAs, ""},
+        {CommandId::Print, "Ctrl+P"},
+        {CommandId::Undo, "Ctrl+Z; Alt+Backspace"},
+        {CommandId::Copy, "Ctrl+C"},
+        {CommandId::Cut, "Ctrl+X; Shift+Del"},
+        {CommandId::Clear, "Del"},
+        {CommandId::Paste, "Ctrl+V; Shift+Ins"},
+        {CommandId::NextPane, "F6"},
+        {CommandId::PreviousPane, "Shift+F6"},
+        {CommandId::Exit, ""},
+        {CommandId::Deploy, ""},
+        {CommandId::RenameGallery, "F2"},
     };
     WindowWithActions frame;
     for (const auto& row : rows) {

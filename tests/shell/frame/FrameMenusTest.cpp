@@ -86,8 +86,12 @@ TEST(FrameMenus, HoldTheCommandsInTheirOrder)
             QStringLiteral("&File: &New 57600|&Open... 57601|&Save 57603|Save &As... 57604|Open "
                            "&earlier version... 32800|-|E&xit "
                            "57665"),
-            QStringLiteral("&Gallery: &Deploy... 32780|&Layout 32786|&Style 32788"),
-            QStringLiteral("&Effects: &Image watermark... 32792|&Image signature... 32794|&Ads... "
+            QStringLiteral("&Edit: &Undo 57643|&Redo 57644|-|Cu&t 57635|&Copy 57634|&Paste 57637|&Delete "
+                           "57632|-|Select &all 57642"),
+            QStringLiteral("&Gallery: &Deploy... 32780|&Layout 32786|&Style 32788|&Pictures |S&ort pictures "
+                           "|&Titles and descriptions... 32807|-|&Rename gallery 32810|D&uplicate gallery "
+                           "32811|D&elete gallery 32812"),
+            QStringLiteral("Effec&ts: &Image watermark... 32792|&Image signature... 32794|&Ads... "
                            "32797"),
             QStringLiteral("&Source: &Open folder... 32789|Find &missing pictures... 32801|Empty picture "
                            "&cache... 32802"),

@@ -3,6 +3,9 @@
 #include <QDialog>
 #include <QFile>
 #include <QFileInfo>
+#include <QLineEdit>
+#include <QStatusBar>
+#include <QTableView>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -11,6 +14,8 @@
 #include "shell/frame/MainFrameSettings.h"
 #include "shell/panes/galleries/ViewGalleries.h"
 #include "shell/panes/pages/ViewPages.h"
+#include "shell_support/DialogTools.h"
+#include "shell_support/ViewWindow.h"
 
 using MainFrame = CMainFrameFixture;
 
@@ -87,6 +92,34 @@ TEST_F(MainFrame, CommandsAreKnownByTheirNumbers)
     }
     QCoreApplication::processEvents();
     EXPECT_EQ(RecentNames().first(), QStringLiteral("a"));
+}
+
+TEST_F(MainFrame, TitlesOfAllPicturesAreEditedInOneStep)
+{
+    Start(Path("a.gallery"));
+    frame->OnCommand(32807);
+    EXPECT_EQ(frame->statusBar()->currentMessage(), QStringLiteral("The gallery has no pictures yet."));
+    frame->AddDropped(
+        {fixture.WritePicture(QStringLiteral("one.jpg")), fixture.WritePicture(QStringLiteral("two.jpg"))});
+    const auto titles = [this] {
+        QStringList found;
+        const CPictureList& pictures = frame->GetProject().GetCurrentGallery()->GetPictures();
+        for (const int32_t position : {0, 1}) {
+            const auto title = pictures.GetAt(position)->GetVariable(QStringLiteral("title"));
+            found += title ? title->GetString() : QStringLiteral("none");
+        }
+        return found.join(QLatin1Char(' '));
+    };
+    const CModalAnswer answer([](QWidget& dialog) {
+        QAbstractItemModel& model = *Find<QTableView>(dialog, "pictures").model();
+        model.setData(model.index(0, 1), QStringLiteral("One"), Qt::EditRole);
+        model.setData(model.index(1, 1), QStringLiteral("Two"), Qt::EditRole);
+        Click(dialog, "ok");
+    });
+    frame->OnCommand(32807);
+    EXPECT_EQ(titles(), QStringLiteral("One Two"));
+    frame->OnCommand(57643);
+    EXPECT_EQ(titles(), QStringLiteral("none none"));
 }
 
 // What a view has sent may come when a dialog is open already, which has the project to itself.
@@ -209,4 +242,33 @@ TEST_F(MainFrame, TheOptionsOfTheViewsComeFromTheSettings)
                                 QStringLiteral("EnableExplorerPopupMenu"), QString::fromLatin1(value));
         EXPECT_EQ(ReadBrowserOptions(*fixture.settings).allowContextMenu, value[0] == '1') << value;
     }
+}
+
+TEST_F(MainFrame, TheCurrentGalleryIsDuplicatedDeletedAndRenamedByCommands)
+{
+    Start(Path("a.gallery"));
+    CGalleryProject& project = frame->GetProject();
+    project.SetCurrentGallery(project.AddChildGallery(project.GetRootGalleryIndex()));
+    frame->OnCommand(32811);
+    EXPECT_EQ(project.GetGalleries().size(), 3u);
+    frame->OnCommand(32812);
+    EXPECT_EQ(project.GetGalleries().size(), 2u);
+    EXPECT_EQ(project.GetCurrentGalleryIndex(), project.GetRootGalleryIndex());
+    frame->OnCommand(32810);
+    const auto* const field =
+        frame->GetGalleriesView().findChild<QLineEdit*>(QStringLiteral("GalleryNameEditor"));
+    EXPECT_TRUE(WaitUntil([&] { return field->isVisible(); }));
+}
+
+// Nothing that was typed is lost.
+TEST_F(MainFrame, ANameThatIsBeingTypedIsSavedAtTheEnd)
+{
+    Start(Path("a.gallery"));
+    frame->activateWindow();
+    frame->OnCommand(32810);
+    auto* const field = frame->GetGalleriesView().findChild<QLineEdit*>(QStringLiteral("GalleryNameEditor"));
+    ASSERT_TRUE(WaitUntil([&] { return field->hasFocus(); }));
+    field->setText(QStringLiteral("Summer"));
+    EXPECT_TRUE(frame->close());
+    EXPECT_TRUE(fixture.scratch.Read(QStringLiteral("a.gallery")).contains("Summer"));
 }

@@ -65,6 +65,12 @@ class MissingPictures : public testing::Test {
 protected:
     CProjectFixture fixture;
     CGalleryProject* project = nullptr;
+    int32_t moved = 0;
+    const MoveFound move = [this](const std::vector<FileMove>& moves) {
+        const int32_t now = project->Relocate(moves);
+        moved += now;
+        return now > 0;
+    };
 
     void SetUp() override
     {
@@ -97,7 +103,7 @@ TEST_F(MissingPictures, AreFoundBelowAFolderAndMovedIfThePersonAgrees)
     const QStringList before = Paths();
     for (const bool agrees : {false, true}) {
         const CFinder finder(Path("moved"), agrees);
-        EXPECT_EQ(FindMissingPictures(*project, nullptr), agrees ? 2 : 0);
+        FindMissingPictures(*project, move, nullptr);
         EXPECT_EQ(finder.rows, QStringList({QStringLiteral("a.png a.png"), QStringLiteral("b.png b.png")}));
         EXPECT_EQ(Paths(), agrees ? QStringList({Path("moved/a.png"), Path("moved/b.png")}) : before);
     }
@@ -108,7 +114,8 @@ TEST_F(MissingPictures, AFolderWithoutThemIsSaid)
 {
     ASSERT_TRUE(QDir().mkpath(Path("empty")));
     const CFinder finder(Path("empty"));
-    EXPECT_EQ(FindMissingPictures(*project, nullptr), 0);
+    FindMissingPictures(*project, move, nullptr);
+    EXPECT_EQ(moved, 0);
     EXPECT_EQ(finder.rows, QStringList());
     ASSERT_EQ(finder.messages.size(), 1);
     EXPECT_TRUE(finder.messages[0].contains(Path("empty"))) << qPrintable(finder.messages[0]);
@@ -119,7 +126,8 @@ TEST_F(MissingPictures, WhereNoneIsMissingNoFolderIsAskedFor)
     ASSERT_TRUE(QDir().rename(Path("moved"), Path("photos")));
     project->LookForFiles();
     const CFinder finder(Path("photos"));
-    EXPECT_EQ(FindMissingPictures(*project, nullptr), 0);
+    FindMissingPictures(*project, move, nullptr);
+    EXPECT_EQ(moved, 0);
     EXPECT_EQ(finder.asked, 0);
     EXPECT_EQ(finder.messages,
               QStringList(QStringLiteral("All pictures and watermarks of this project are there.")));
@@ -131,7 +139,8 @@ TEST_F(MissingPictures, OneIsShownByHandAndTheOthersBesideItAreOffered)
     ASSERT_NE(angle, 0);
     ASSERT_TRUE(QFile::rename(Path("moved/a.png"), Path("moved/other.png")));
     const CFinder finder(Path("moved/other.png"));
-    EXPECT_EQ(FindMissingPicture(*project, Path("photos/a.png"), nullptr), 2);
+    FindMissingPicture(*project, Path("photos/a.png"), move, nullptr);
+    EXPECT_EQ(moved, 2);
     EXPECT_EQ(finder.rows, QStringList(QStringLiteral("b.png b.png")));
     EXPECT_EQ(Paths(), QStringList({Path("moved/other.png"), Path("moved/b.png")}));
     EXPECT_EQ(fixture.GetRoot().GetPictures().GetAt(0)->GetAngle(), angle);
@@ -144,7 +153,8 @@ TEST_F(MissingPictures, OneFileCantStandForTwo)
     fixture.GetRoot().AppendPicture(other, 2);
     const QStringList before = Paths();
     const CFinder finder(other);
-    EXPECT_EQ(FindMissingPicture(*project, Path("photos/a.png"), nullptr), 0);
+    FindMissingPicture(*project, Path("photos/a.png"), move, nullptr);
+    EXPECT_EQ(moved, 0);
     ASSERT_EQ(finder.messages.size(), 1);
     EXPECT_TRUE(finder.messages[0].contains(other)) << qPrintable(finder.messages[0]);
     EXPECT_EQ(Paths(), before);
@@ -155,6 +165,7 @@ TEST_F(MissingPictures, OneThatHasComeBackIsNotAskedFor)
     ASSERT_TRUE(QDir().rename(Path("moved"), Path("photos")));
     project->LookForFiles();
     const CFinder finder(Path("photos/a.png"));
-    EXPECT_EQ(FindMissingPicture(*project, Path("photos/a.png"), nullptr), 0);
+    FindMissingPicture(*project, Path("photos/a.png"), move, nullptr);
+    EXPECT_EQ(moved, 0);
     EXPECT_EQ(finder.asked, 0);
 }
