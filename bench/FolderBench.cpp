@@ -25,6 +25,7 @@
 #include "content/FolderPictures.h"
 #include "document/project/GalleryProject.h"
 #include "imaging/Image.h"
+#include "shell/frame/EditingDesk.h"
 #include "shell/panes/folder/FolderPages.h"
 #include "shell/panes/folder/ViewFolder.h"
 #include "support/VirtualDisplay.h"
@@ -88,15 +89,13 @@ public:
                    .picturesFolder = scratch.path(),
                    .settings = settings.get(),
                    .tempFolder = &tempFolder}),
-          view({.notify =
-                    [this](ViewId, UpdateHint hint, const UpdateParameter& parameter) {
-                        const auto start = Clock::now();
-                        view.UpdateProject(hint, parameter, project);
-                        changeTime = hint == UpdateHint::FolderChosen ? Milliseconds(start) : changeTime;
-                    },
-                .browser = {}})
+          desk(project, {.changed = [] {},
+                         .edited =
+                             [](const Edited&) {
+                             }}),
+          view({.desk = desk, .browser = {}})
     {
-        view.AddConsumer(view);
+        desk.AddView(view);
         view.resize(viewWidth, 600);
         view.show();
         RunUntil([&] { return view.GetHTMLView().isVisible(); });
@@ -105,19 +104,19 @@ public:
 
     void Open(const QString& folder)
     {
-        changeTime = 0;
+        const auto start = Clock::now();
         view.SetFolder(folder);
+        changeTime = Milliseconds(start);
     }
     CViewFolder& Get() { return view; }
-    // How long the last change of the folder held up the screen's thread, in milliseconds; 0 before it has
-    // begun.
+    // How long the last change of the folder held up the screen's thread, in milliseconds.
     double GetChangeTime() const { return changeTime; }
 
     QVariant Ask(const QString& expression)
     {
         std::optional<QVariant> answer;
         if (view.GetFolder().isEmpty()) {
-            view.UpdateView(UpdateHint::ProjectReplaced, project);
+            desk.BeginAnew();
         }
         view.GetHTMLView().RunScript(expression, [&](const QVariant& value) { answer = value; });
         RunUntil([&] { return answer.has_value(); });
@@ -137,6 +136,7 @@ private:
     CTempFolder tempFolder;
     CGalleryProject project;
     double changeTime = 0;
+    CEditingDesk desk;
     CViewFolder view;
 };
 

@@ -19,6 +19,7 @@
 #include "common/FileSystem.h"
 #include "common/TempFolder.h"
 #include "document/project/GalleryProject.h"
+#include "shell/frame/EditingDesk.h"
 #include "shell/panes/galleries/ViewGalleries.h"
 #include "support/VirtualDisplay.h"
 
@@ -80,15 +81,14 @@ bool HasAllCovers(CHTMLView& view)
     return hasAll;
 }
 
-Times Walk(CGalleryProject& project, CViewGalleries& view, const int& shown)
+Times Walk(CEditingDesk& desk, CViewGalleries& view, const int& shown)
 {
     Times times;
-    const int galleries = static_cast<int>(project.GetGalleries().size());
+    const int galleries = static_cast<int>(desk.GetProject().GetGalleries().size());
     for (int round = 0; round < rounds; ++round) {
         const int before = shown;
-        project.SetCurrentGallery(round * 7 % galleries);
         const auto start = std::chrono::steady_clock::now();
-        view.UpdateView(UpdateHint::GalleryChosen, project);
+        desk.ChooseGallery((1 + round * 7) % galleries); // never the one that is shown
         times.blocked.push_back(Milliseconds(start));
         RunUntil([&] { return shown > before; });
         times.page.push_back(Milliseconds(start));
@@ -109,19 +109,24 @@ void Print(const char* what, const Times& times)
 Times Run(int galleries, const QString& pictures)
 {
     CTreeProject project(galleries, pictures);
+    CEditingDesk desk(project.Get(), {.changed = [] {},
+                                      .edited =
+                                          [](const Edited&) {
+                                          }});
     CViewGalleries view({.addDropped = [](const QStringList&, int32_t) {},
                          .tell = [](const CExceptionBase&) {},
-                         .notify = [](ViewId, UpdateHint, const UpdateParameter&) {},
+                         .desk = desk,
                          .browser = {}});
+    desk.AddView(view);
     int shown = 0;
     view.GetHTMLView().SetShownCallback([&] { ++shown; });
     view.resize(360, 480);
     view.show();
-    view.UpdateView(UpdateHint::ProjectReplaced, project.Get());
+    desk.BeginAnew();
     RunUntil([&] { return shown > 0; });
     std::printf("%d galleries:\n", galleries);
-    Print("new covers", Walk(project.Get(), view, shown));
-    Times again = Walk(project.Get(), view, shown);
+    Print("new covers", Walk(desk, view, shown));
+    Times again = Walk(desk, view, shown);
     Print("known covers", again);
     return again;
 }

@@ -18,6 +18,8 @@
 #include "common/FileSystem.h"
 #include "common/TempFolder.h"
 #include "document/project/GalleryProject.h"
+#include "editing/PictureActs.h"
+#include "shell/frame/EditingDesk.h"
 #include "shell/panes/pages/ViewPages.h"
 #include "support/VirtualDisplay.h"
 
@@ -74,8 +76,12 @@ private:
 void Run(int pictures)
 {
     CPictureProject project(pictures);
-    CViewPages view(
-        {.notify = [](ViewId, UpdateHint, const UpdateParameter&) {}, .browser = {}, .deploy = {}});
+    CEditingDesk desk(project.Get(), {.changed = [] {},
+                                      .edited =
+                                          [](const Edited&) {
+                                          }});
+    CViewPages view({.desk = desk, .browser = {}, .openRecent = {}});
+    desk.AddView(view);
     view.resize(1000, 800);
     view.show();
     int shown = 0;
@@ -83,14 +89,14 @@ void Run(int pictures)
     const auto runUntilShown = [&](int count) {
         RunUntil([&] { return shown >= count; });
     };
-    view.UpdateView(UpdateHint::ProjectReplaced, project.Get());
+    desk.BeginAnew();
     runUntilShown(1);
     view.GetHTMLView().RunScript(QStringLiteral("window.scrollTo(0, 500)"));
     std::vector<double> whole;
     std::vector<double> made;
     for (int round = 0; round < rounds; ++round) {
         const auto start = std::chrono::steady_clock::now();
-        view.UpdateProject(UpdateHint::PictureMovedDown, int32_t(round % (pictures - 1)), project.Get());
+        desk.Do(MovePictureDown(project.Get().GetCurrentGalleryIndex(), round % (pictures - 1)));
         made.push_back(Milliseconds(start));
         runUntilShown(2 + round);
         whole.push_back(Milliseconds(start));
