@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QMenu>
 #include <QToolButton>
 
 #include "resources/StringTable.h"
@@ -72,5 +73,16 @@ void CSelectionBar::SetCount(int count)
     setVisible(count > 0);
     if (count > 0) {
         Fit();
+    }
+}
+
+void FillMenu(QMenu& menu, const QList<QAction*>& actions)
+{
+    for (QAction* action : actions) {
+        if (action) {
+            menu.addAction(action);
+        } else {
+            menu.addSeparator();
+        }
     }
 }

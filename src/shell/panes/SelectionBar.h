@@ -7,6 +7,7 @@
 class QAction;
 class QHBoxLayout;
 class QLabel;
+class QMenu;
 
 // How many pictures of a view are selected, and what can be done with them: over the view, as long as there
 // are some. Owned by its panel; screen's thread.
@@ -24,3 +25,6 @@ private:
     QLabel* const text;
     QHBoxLayout* const buttons;
 };
+
+// The entries of a menu for the same pictures, likewise.
+void FillMenu(QMenu& menu, const QList<QAction*>& actions);

@@ -153,13 +153,7 @@ void CViewFolder::TakeBack(const PictureDrop& drop)
 void CViewFolder::SetPictureCommands(const QList<QAction*>& bar, const QList<QAction*>& menu)
 {
     selectionBar->SetActions(bar);
-    for (QAction* action : menu) {
-        if (action) {
-            pictureMenu->addAction(action);
-        } else {
-            pictureMenu->addSeparator();
-        }
-    }
+    FillMenu(*pictureMenu, menu);
 }
 
 void CViewFolder::Select(const QString& ids, const QString& way)

@@ -158,13 +158,7 @@ void CViewPages::ChangeVisibility()
 void CViewPages::SetPictureCommands(const QList<QAction*>& bar, const QList<QAction*>& menu)
 {
     selectionBar->SetActions(bar);
-    for (QAction* action : menu) {
-        if (action) {
-            pictureMenu->addAction(action);
-        } else {
-            pictureMenu->addSeparator();
-        }
-    }
+    FillMenu(*pictureMenu, menu);
 }
 
 void CViewPages::WithPictures(std::function<void(const std::vector<int32_t>& positions)> use)
