@@ -334,3 +334,10 @@ void CDesktopProgram::TakePicture(const QString& name, const QString& title) con
     const QString window = title.isEmpty() ? QStringLiteral("root") : FindWindows(title).value(0);
     EXPECT_TRUE(display.TakePicture(QStringLiteral(SCREENSHOT_FOLDER "/%1.png").arg(name), window));
 }
+
+QString PictureOnPage(QAnyStringView title)
+{
+    return QStringLiteral(
+               "[...document.querySelectorAll('figure img[onmouseenter]')].find(i => i.alt == '%1')")
+        .arg(title.toString());
+}

@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#include <QAnyStringView>
 #include <QPoint>
 #include <QProcess>
 #include <QRect>
@@ -111,3 +112,6 @@ private:
     quint16 debugPort = 0;
     CViewPage page;
 };
+
+// The expression for a picture of the page, by its title. The sample's pictures are titled like their files.
+QString PictureOnPage(QAnyStringView title);

@@ -8,14 +8,6 @@
 
 namespace {
 
-// The picture of that title; the sample's pictures are titled like their files.
-QString Picture(const QString& title)
-{
-    return QStringLiteral(
-               "[...document.querySelectorAll('figure img[onmouseenter]')].find(i => i.alt == '%1')")
-        .arg(title);
-}
-
 class Dragging : public testing::Test {
 protected:
     CDesktopProgram program;
@@ -59,7 +51,7 @@ protected:
                                    "Math.round(b.y + b.height / 2 - a.y - a.height / 2))"
                                    "(%2.getBoundingClientRect(), %3.getBoundingClientRect())")
                         .arg(share)
-                        .arg(Picture(title), Picture(other)))
+                        .arg(PictureOnPage(title), PictureOnPage(other)))
                 .toString()
                 .split(QLatin1Char(' '));
         return middle + QPoint(way.value(0).toInt(), way.value(1).toInt());
@@ -97,7 +89,7 @@ TEST_F(Dragging, APictureOfThePageGoesWhereItIsDropped)
         return names[at].section(QLatin1Char('.'), 0, 0);
     };
     MarkOldPage();
-    const QPoint from = program.PlaceOf(Picture(title(4)));
+    const QPoint from = program.PlaceOf(PictureOnPage(title(4)));
     Hold(from, FromMiddle(from, title(4), title(1), 0.2));
     program.TakePicture(QStringLiteral("drag-picture"));
     program.ReleaseMouse();

@@ -7,14 +7,6 @@
 
 namespace {
 
-// The picture of that title; the sample's pictures are titled like their files.
-QString Picture(const char* title)
-{
-    return QStringLiteral(
-               "[...document.querySelectorAll('figure img[onmouseenter]')].find(i => i.alt == '%1')")
-        .arg(QString::fromUtf8(title));
-}
-
 class Editing : public testing::Test {
 protected:
     CDesktopProgram program;
@@ -48,10 +40,10 @@ TEST_F(Editing, APictureIsRotated)
 {
     StartIn(1);
     const QStringList before = SavedProject(project).galleries[1].GetNames();
-    Press(Picture("High Pass"), "Rotate clockwise");
-    Press(Picture("Blue Ridges"), "Rotate counter-clockwise");
-    Press(Picture("Alpenglow"), "Rotate clockwise");
-    Press(Picture("Alpenglow"), "Rotate clockwise");
+    Press(PictureOnPage("High Pass"), "Rotate clockwise");
+    Press(PictureOnPage("Blue Ridges"), "Rotate counter-clockwise");
+    Press(PictureOnPage("Alpenglow"), "Rotate clockwise");
+    Press(PictureOnPage("Alpenglow"), "Rotate clockwise");
     const SavedProject::Gallery saved = EndAndRead(1);
     EXPECT_EQ(saved.Find(QStringLiteral("High Pass.jpg"))->angle, 1);
     EXPECT_EQ(saved.Find(QStringLiteral("Blue Ridges.jpg"))->angle, 3);
@@ -67,16 +59,16 @@ TEST_F(Editing, PicturesAreMovedAndDeleted)
         return names[position].section(QLatin1Char('.'), 0, 0).toUtf8();
     };
 
-    Press(Picture(base(1).constData()), "Move down");
+    Press(PictureOnPage(base(1)), "Move down");
     names.swapItemsAt(1, 2);
-    Press(Picture(base(4).constData()), "Move up");
+    Press(PictureOnPage(base(4)), "Move up");
     names.swapItemsAt(4, 3);
     // The first one goes to the end, the last one to the front.
-    Press(Picture(base(0).constData()), "Move up");
+    Press(PictureOnPage(base(0)), "Move up");
     names.swapItemsAt(0, names.size() - 1);
-    Press(Picture(base(names.size() - 1).constData()), "Move down");
+    Press(PictureOnPage(base(names.size() - 1)), "Move down");
     names.swapItemsAt(0, names.size() - 1);
-    Press(Picture(base(2).constData()), "Delete");
+    Press(PictureOnPage(base(2)), "Delete");
     names.removeAt(2);
     EXPECT_EQ(EndAndRead(1).GetNames(), names);
 }
@@ -154,7 +146,7 @@ TEST_F(Editing, StyleAndLayoutAreChosenByTheMenu)
 TEST_F(Editing, ThePageKeepsItsPlace)
 {
     StartIn(0);
-    const QString picture = Picture("Old Wood");
+    const QString picture = PictureOnPage("Old Wood");
     program.MovePointer(program.PlaceOf(picture));
     const int place =
         program.InPage(QStringLiteral("Math.round(document.scrollingElement.scrollTop)")).toInt();

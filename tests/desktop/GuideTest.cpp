@@ -122,9 +122,7 @@ TEST_F(Guide, TheWindowHasThePageTheTreeAndTheFolder)
 TEST_F(Guide, AnEarlierVersionIsOpenedFromTheMenu)
 {
     StartWithSample();
-    program.PressStripButton(QStringLiteral("[...document.querySelectorAll('figure img[onmouseenter]')]"
-                                            ".find(i => i.alt == 'River Stones')"),
-                             QStringLiteral("Rotate clockwise"));
+    program.PressStripButton(PictureOnPage("River Stones"), QStringLiteral("Rotate clockwise"));
     ASSERT_TRUE(program.WaitFor([&] { return TurnedPictures() == 1; }));
     EXPECT_EQ(program.Terminate(), 0);
 
@@ -250,8 +248,7 @@ TEST_F(Guide, ATextIsEditedWhereItStands)
 TEST_F(Guide, APictureHasItsButtons)
 {
     StartWithSample();
-    program.MovePointer(program.PlaceOf(QStringLiteral(
-        "[...document.querySelectorAll('figure img[onmouseenter]')].find(i => i.alt == 'October')")));
+    program.MovePointer(program.PlaceOf(PictureOnPage("October")));
     ASSERT_TRUE(
         program.WaitInPage(QStringLiteral("[...document.querySelectorAll('img[id$=_menu]')].some(s => "
                                           "s.style.display == 'inline')")));
@@ -262,8 +259,7 @@ TEST_F(Guide, APictureHasItsButtons)
 TEST_F(Guide, ADeletionIsTakenBackByItsNotice)
 {
     StartWithSample();
-    const QString picture = QStringLiteral(
-        "[...document.querySelectorAll('figure img[onmouseenter]')].find(i => i.alt == 'October')");
+    const QString picture = PictureOnPage("October");
     program.PressStripButton(picture, QStringLiteral("Delete"));
     ASSERT_TRUE(program.WaitInPage(QStringLiteral("!(%1)").arg(picture)));
     WaitForPictures();
@@ -281,10 +277,7 @@ TEST_F(Guide, SeveralPicturesAreHandledAtOnce)
     program.HoldKey(QStringLiteral("ctrl"));
     int count = 0;
     for (const char* title : {"Alpenglow", "First Snow", "High Pass"}) {
-        program.Click(program.PlaceOf(
-            QStringLiteral(
-                "[...document.querySelectorAll('figure img[onmouseenter]')].find(i => i.alt == '%1')")
-                .arg(QLatin1String(title))));
+        program.Click(program.PlaceOf(PictureOnPage(title)));
         ASSERT_TRUE(program.WaitInPage(
             QStringLiteral("document.querySelectorAll('.preview-selected').length == %1").arg(++count)));
     }
@@ -317,15 +310,13 @@ TEST_F(Guide, TitlesAreEditedInATable)
 TEST_F(Guide, APictureThatIsNotThereIsACard)
 {
     StartWithSample();
-    const QString picture =
-        QStringLiteral("[...document.querySelectorAll('figure img[onmouseenter]')].find(i => i.alt == '%1')");
     const QStringList before = SavedProject(project).galleries.at(0).GetNames();
     ASSERT_TRUE(QFile::remove(program.Path(QStringLiteral("sample/October.jpg"))));
-    program.PressStripButton(picture.arg(QStringLiteral("River Stones")), QStringLiteral("Rotate clockwise"));
+    program.PressStripButton(PictureOnPage("River Stones"), QStringLiteral("Rotate clockwise"));
     ASSERT_TRUE(program.WaitInPage(QStringLiteral("document.querySelector('img[data-absent]') != null")));
     program.MovePointer(program.PlaceOf(QStringLiteral("document.querySelector('img[data-absent]')")));
     program.TakePicture(QStringLiteral("not-there"));
-    program.PressStripButton(picture.arg(QStringLiteral("October")), QStringLiteral("Move up"));
+    program.PressStripButton(PictureOnPage("October"), QStringLiteral("Move up"));
     ASSERT_TRUE(program.WaitFor([&] { return SavedProject(project).galleries.at(0).GetNames() != before; }));
     EXPECT_EQ(program.Terminate(), 0);
     QStringList after = SavedProject(project).galleries.at(0).GetNames();

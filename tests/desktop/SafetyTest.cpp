@@ -12,9 +12,6 @@
 
 namespace {
 
-const char APicture[] =
-    "[...document.querySelectorAll('figure img[onmouseenter]')].find(i => i.alt == 'River Stones')";
-
 // The angle of any picture that was turned; 0 if none was.
 int SavedAngle(const QString& project)
 {
@@ -31,7 +28,7 @@ int SavedAngle(const QString& project)
 void RotateAPicture(CDesktopProgram& program)
 {
     program.InPage(QStringLiteral("window.isOld_ = true"));
-    program.PressStripButton(QString::fromLatin1(APicture), QStringLiteral("Rotate clockwise"));
+    program.PressStripButton(PictureOnPage("River Stones"), QStringLiteral("Rotate clockwise"));
     ASSERT_TRUE(program.WaitInPage(QStringLiteral("!window.isOld_")));
 }
 

@@ -9,13 +9,6 @@
 
 namespace {
 
-QString Picture(const char* title)
-{
-    return QStringLiteral(
-               "[...document.querySelectorAll('figure img[onmouseenter]')].find(i => i.alt == '%1')")
-        .arg(QString::fromUtf8(title));
-}
-
 class Undo : public testing::Test {
 protected:
     CDesktopProgram program;
@@ -28,7 +21,7 @@ protected:
     }
     void Press(const char* title, const char* tip)
     {
-        Await([&] { program.PressStripButton(Picture(title), QString::fromLatin1(tip)); });
+        Await([&] { program.PressStripButton(PictureOnPage(title), QString::fromLatin1(tip)); });
     }
     // Does something that brings another page.
     void Await(const std::function<void()>& act)
@@ -108,7 +101,7 @@ TEST_F(Undo, ThreeQuickClicksTurnAPictureThreeTimes)
 {
     StartIn(1);
     const QPoint button =
-        program.PointAtStripButton(Picture("High Pass"), QStringLiteral("Rotate clockwise"));
+        program.PointAtStripButton(PictureOnPage("High Pass"), QStringLiteral("Rotate clockwise"));
     for (int i = 0; i < 3; ++i) {
         program.Click(button);
     }

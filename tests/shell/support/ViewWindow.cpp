@@ -1,5 +1,6 @@
 #include "shell_support/ViewWindow.h"
 
+#include <QAbstractEventDispatcher>
 #include <QEventLoop>
 #include <QTest>
 #include <QTimer>
@@ -34,6 +35,9 @@ bool WaitUntil(const std::function<bool()>& condition)
     if (!holds) {
         check.start(2);
         QTimer::singleShot(longTime, &loop, &QEventLoop::quit);
+        // Inside a posted event the dispatcher takes those that follow it for handled, and the browser's may
+        // be among them: without a wake-up they wait until the next one is posted.
+        QAbstractEventDispatcher::instance()->wakeUp();
         loop.exec();
     }
     return holds;
