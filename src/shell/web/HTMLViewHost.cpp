@@ -186,6 +186,11 @@ void CHTMLViewHost::SetExternalDispatch(CExternalDispatchBase* newDispatch)
 
 int CHTMLViewHost::Load(const std::string& bytes, HTMLScrollPlace place)
 {
+    if (awaited) {
+        // What was to be done in a page that never came is not meant for this one; who asks is answered by
+        // it.
+        std::erase_if(scripts, [](const Script& script) { return !script.answer; });
+    }
     awaited = Page{.revision = ++lastRevision,
                    .bytes = WithArtworkPaths(servedFiles.Readdressed(QByteArray::fromStdString(bytes))),
                    .place = place};

@@ -457,6 +457,19 @@ TEST(HTMLView, CallsOfAPageThatIsBeingReplacedAreDropped)
     EXPECT_EQ(window.recorder.lines, QStringList({QStringLiteral("DeleteImage photo1")}));
 }
 
+TEST(HTMLView, WhatIsToBeDoneInAPageThatNeverComesIsNotDoneInTheNextOne)
+{
+    CViewWindow window;
+    window.Show("page");
+    window.GetView().LoadHtml("overtaken");
+    window.GetView().RunScript(QStringLiteral("document.title = 'done'"));
+    bool isAnswered = false;
+    window.GetView().RunScript(QStringLiteral("1"), [&](const QVariant&) { isAnswered = true; });
+    window.Show("next");
+    EXPECT_EQ(window.Ask(QStringLiteral("document.title")).toString(), QString());
+    EXPECT_TRUE(isAnswered);
+}
+
 TEST(HTMLView, WhileACommandIsAtWorkNoOtherBegins)
 {
     CViewWindow window;
