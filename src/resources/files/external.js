@@ -78,12 +78,14 @@
 
     function replaceCurrent(frame) {
       var old = current;
-      var link = old && document.hasFocus() ? linkByKeyboard(old.contentDocument) : null;
+      // Also while the program has a menu open over the page: the keyboard comes back to it.
+      var hasKeyboard = document.hasFocus() || (old && document.activeElement === old);
+      var link = old && hasKeyboard ? linkByKeyboard(old.contentDocument) : null;
       current = frame;
       next = null;
       frame.className = "";
       if (old) { old.remove(); }
-      if (document.hasFocus()) { frame.contentWindow.focus(); }
+      if (hasKeyboard) { frame.contentWindow.focus(); }
       if (link) { focusLink(frame.contentDocument, link); }
     }
 
