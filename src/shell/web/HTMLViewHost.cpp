@@ -134,7 +134,8 @@ std::unique_ptr<CViewPage> CHTMLViewHost::MakePage()
             .isAwaited = [this](int revision) { return awaited && awaited->revision == revision; },
             .isShown =
                 [this](int revision) {
-                    return shown && !awaited && (revision == -1 || revision == shown->revision);
+                    return shown && (!awaited || KnowsLinksOf(shown->revision)) &&
+                           (revision == -1 || revision == shown->revision);
                 }});
 }
 
@@ -277,7 +278,7 @@ void CHTMLViewHost::Dispatch(int revision, const QString& method, const QJsonArr
 void CHTMLViewHost::Follow(int revision, const QString& link)
 {
     // A link of a page that is about to go may lead to something else by now.
-    if (loader && IsCurrent(revision) && MayAsk(revision)) {
+    if (loader && (IsCurrent(revision) || KnowsLinksOf(revision)) && MayAsk(revision)) {
         loader->LoadURL(link);
     }
 }

@@ -19,7 +19,7 @@ public:
         // Whether the page's frame may load that revision now.
         std::function<bool(int revision)> isAwaited;
         // Whether a navigation can be a followed link: the page on the screen is of that revision, or of any
-        // (-1), and none is on its way.
+        // (-1), and none is on its way, unless its links mean the same then.
         std::function<bool(int revision)> isShown;
     };
     CViewPage(QWebEngineProfile& profile, Options options);

@@ -30,6 +30,7 @@ public:
 
 class CGalleriesRecorder final : public CViewGalleriesExternalDispatchCommands {
 public:
+    bool KnowsPage(int) const override { return false; }
     QStringList lines;
     void AddChildGallery(int32_t id) override { Note("AddChildGallery", id); }
     void DragGallery(int32_t id) override { Note("DragGallery", id); }

@@ -246,6 +246,7 @@ void CViewGalleries::UpdateView(const ViewUpdate& update, CGalleryProject& proje
 {
     if (update.cause == ViewUpdate::Cause::ProjectReplaced) {
         nameEditor->GiveUp(); // its gallery may be another one
+        firstPage = lastPage + 1;
     }
     const bool concernsTree = update.cause != ViewUpdate::Cause::Edited || update.edited->isTreeChanged ||
                               update.edited->isOtherGallery || !update.edited->pictureLists.empty();
@@ -306,7 +307,7 @@ void CViewGalleries::ShowPage()
             }
         }
     }
-    htmlView->LoadHtml(WriteGalleriesPage(page, *menus), CHTMLView::ScrollPlace::Keep);
+    lastPage = htmlView->LoadHtml(WriteGalleriesPage(page, *menus), CHTMLView::ScrollPlace::Keep);
     htmlView->RunScript(
         QString::fromUtf8(FindResource(QStringLiteral("galleries_view"), QStringLiteral("js"))) +
         NamesScript());

@@ -73,9 +73,12 @@ public:
     void SetCurrentGallery(int32_t id) override;
     void DragGallery(int32_t id) override;
     void OpenMenu(int32_t id, int32_t x, int32_t y) override;
+    // A gallery keeps its index as long as the project is open.
+    bool KnowsPage(int number) const override { return number >= firstPage; }
 
     // "gl_5" chooses gallery 5; other links do nothing.
     void LoadURL(const QString& url) override;
+    bool KnowsLinksOf(int number) const override { return KnowsPage(number); }
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -112,9 +115,11 @@ private:
 
     GalleriesPage page;             // that is shown, or will be as soon as patience ends
     std::map<int32_t, Cover> shown; // the covers of the page
-    int replacementCount = 0;       // of pictures in pages that are on the screen
-    QTimer patience;                // runs while the page waits for its pictures
-    QTimer resizing;                // runs until the size has settled
+    int firstPage = 0;              // of this project, by its number
+    int lastPage = 0;
+    int replacementCount = 0; // of pictures in pages that are on the screen
+    QTimer patience;          // runs while the page waits for its pictures
+    QTimer resizing;          // runs until the size has settled
     int pauses = 0;
     std::shared_ptr<int> life = std::make_shared<int>(0); // what a page answers later must not come too late
     CGalleryCovers covers;

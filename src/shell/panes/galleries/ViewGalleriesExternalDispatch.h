@@ -16,6 +16,8 @@ public:
     virtual void DragGallery(int32_t id) = 0;
     // The person asks for the cover's menu. x, y: in the page.
     virtual void OpenMenu(int32_t id, int32_t x, int32_t y) = 0;
+    // See CExternalDispatchBase::KnowsPage.
+    virtual bool KnowsPage(int page) const = 0;
 
 protected:
     ~CViewGalleriesExternalDispatchCommands() = default;
@@ -29,6 +31,7 @@ public:
     {}
 
     QStringList GetMethodNames() const override;
+    bool KnowsPage(int page) const override { return commands.KnowsPage(page); }
 
 protected:
     DispatchResult CallMethod(int dispid, const QVariantList& arguments) override;

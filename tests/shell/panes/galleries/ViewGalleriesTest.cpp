@@ -129,6 +129,31 @@ TEST_F(ViewGalleries, AClickOnACoverChoosesItsGallery)
     ASSERT_TRUE(window.WaitForGallery(0));
 }
 
+// A gallery is the same on the page that comes.
+TEST_F(ViewGalleries, WhatIsPressedWhileTheNextPageIsOnItsWayIsDone)
+{
+    for (int i = 0; i < 3; ++i) {
+        window.AddChild(0);
+    }
+    window.Show();
+    const auto showAnew = [&] {
+        window.GetView().UpdateView({.cause = Cause::GalleryChosen}, window.GetProject());
+    };
+    ClickMouse(window.GetPage(), window.PlaceOf(QStringLiteral("img[id=gl_2]")) + QPoint(0, 5));
+    showAnew();
+    ASSERT_TRUE(window.WaitForGallery(2));
+    ::PressKey(window.GetPage());
+    window.GetPage().RunScript(QStringLiteral("external.RemoveGallery(1)"));
+    showAnew();
+    EXPECT_TRUE(WaitUntil([&] { return window.GetProject().FindGallery(1) == nullptr; }));
+    ASSERT_TRUE(WaitForPage(window.GetPage(), QStringLiteral("!document.querySelector('img[id=gl_1]')")));
+    // Not on those of another project.
+    ::PressKey(window.GetPage());
+    window.GetPage().RunScript(QStringLiteral("external.RemoveGallery(2)"));
+    window.Show(Cause::ProjectReplaced);
+    EXPECT_NE(window.GetProject().FindGallery(2), nullptr);
+}
+
 TEST_F(ViewGalleries, TheButtonsOfAGallery)
 {
     window.AddChild(0);
