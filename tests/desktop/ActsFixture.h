@@ -41,6 +41,7 @@ protected:
     void WaitUntilGone(const char* title);
     // Adds the pictures to the selection by Ctrl and the mouse.
     void Select(const std::vector<const char*>& titles);
+    bool ClearSelection();
     // Gives the keyboard to a picture of the page.
     void Focus(const char* title);
     void DragOntoPage(QPoint from, QPoint to);
