@@ -14,6 +14,11 @@ inline constexpr int ConnectionReset = 10054;
 inline constexpr int NoBufferSpace = 10055; // memory, threads or descriptors are used up
 inline constexpr int TimedOut = 10060;
 inline constexpr int UnreadablePasv = 11004;
+// Of the connection's protection; a person decides what comes next.
+inline constexpr int UntrustedServer = 12045; // the result holds the identity, with its doubt
+inline constexpr int TlsNotOffered = 12046;   // nothing secret has been sent
+inline constexpr int TlsDemanded = 12047;     // the server takes no login without
+inline constexpr int TlsFailed = 12157;       // no common version or cipher, or broken off
 
 // From errno of a socket call, and from the result of getaddrinfo. A number without a counterpart becomes
 // 10107, a failed system call.
