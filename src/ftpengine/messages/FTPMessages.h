@@ -30,7 +30,7 @@ struct CTaskResult {
     enum class Kind { Success = 0, NetworkFailure = 1, ServerRefusal = 2 };
 
     FTPReply reply;                         // the last one of the task
-    std::vector<QString> transcript;        // each command and each reply in order, the password included
+    std::vector<QString> transcript;        // each command and each reply in order, without secrets
     int32_t status = 0;                     // the number that ended the task (EngineStatus.h), 0 if none did
     std::optional<ServerIdentity> identity; // of a server that showed one
 
