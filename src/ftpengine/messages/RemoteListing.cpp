@@ -166,7 +166,8 @@ std::optional<RemoteEntry> ReadFactsLine(const QString& line)
     if (cut < 0 || line.size() > maximalLine) {
         return std::nullopt;
     }
-    RemoteEntry entry{.name = line.mid(cut + 1)};
+    RemoteEntry entry;
+    entry.name = line.mid(cut + 1);
     QString kind;
     for (const QString& fact : line.left(cut).split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
         const QString name = fact.section(QLatin1Char('='), 0, 0).toLower();
