@@ -23,6 +23,7 @@ inline FTPTimeouts ShortTimeouts()
             .stopWorker = milliseconds(1000),
             .dataStall = milliseconds(300),
             .afterData = milliseconds(500),
+            .lastWords = milliseconds(2000),
             .lookUp = milliseconds(60000),
             .connect = milliseconds(20000)};
 }

@@ -427,5 +427,6 @@ TEST(FTPTimeouts, TheDefaultsSuitSlowServers)
     EXPECT_EQ(timeouts.stopWorker, milliseconds(60000));
     EXPECT_EQ(timeouts.dataStall, milliseconds(60000));
     EXPECT_EQ(timeouts.afterData, milliseconds(300000));
+    EXPECT_EQ(timeouts.lastWords, milliseconds(5000));
     EXPECT_EQ(timeouts.connect, milliseconds(20000));
 }

@@ -220,16 +220,16 @@ void CFTPServer::Start()
                       {QStringLiteral("-n"), QStringLiteral("-c"), configuration});
         break;
     case FTPServerKind::PureFtpd:
-        process.start(
-            ServersFolder + QStringLiteral("pure-ftpd/usr/sbin/pure-ftpd"),
-            QStringList{QStringLiteral("-l"),
-                        QStringLiteral("puredb:") + scratch.Path(QStringLiteral("users.pdb")),
-                        QStringLiteral("-S"), QStringLiteral("127.0.0.1,%1").arg(port), QStringLiteral("-u"),
-                        QStringLiteral("1"), QStringLiteral("-H"), QStringLiteral("-g"),
-                        scratch.Path(QStringLiteral("pid"))} +
-                (hasTls ? QStringList{QStringLiteral("--tls=3"), QStringLiteral("--certfile=") +
-                                                                    scratch.Path(QStringLiteral("server.pem"))}
-                        : QStringList()));
+        process.start(ServersFolder + QStringLiteral("pure-ftpd/usr/sbin/pure-ftpd"),
+                      QStringList{QStringLiteral("-l"),
+                                  QStringLiteral("puredb:") + scratch.Path(QStringLiteral("users.pdb")),
+                                  QStringLiteral("-S"), QStringLiteral("127.0.0.1,%1").arg(port),
+                                  QStringLiteral("-u"), QStringLiteral("1"), QStringLiteral("-H"),
+                                  QStringLiteral("-g"), scratch.Path(QStringLiteral("pid"))} +
+                          (hasTls ? QStringList{QStringLiteral("--tls=3"),
+                                                QStringLiteral("--certfile=") +
+                                                    scratch.Path(QStringLiteral("server.pem"))}
+                                  : QStringList()));
         break;
     }
 }

@@ -8,9 +8,9 @@
 // The FTP servers that ./test brings.
 enum class FTPServerKind { Vsftpd, ProFtpd, PureFtpd };
 
-// Clear: TLS is offered by none. TlsOnly: it is demanded for both connections, data connections have to resume
-// the session of the control connection where the server knows how to ask for that, and the certificate is one
-// that the server has signed itself.
+// Clear: TLS is offered by none. TlsOnly: it is demanded for both connections, data connections have to
+// resume the session of the control connection where the server knows how to ask for that, and the
+// certificate is one that the server has signed itself.
 enum class FTPServerSecurity { Clear, TlsOnly };
 
 // A real FTP server on a free port of the loopback interface, with a configuration, a user and a root folder

@@ -1,10 +1,11 @@
 #include "support/TlsServer.h"
 
-#include <gtest/gtest.h>
 #include <openssl/err.h>
 #include <openssl/pem.h>
 #include <openssl/ssl.h>
 #include <openssl/x509v3.h>
+
+#include <gtest/gtest.h>
 
 namespace {
 

@@ -25,7 +25,8 @@ struct CertificateSetting {
 // A certificate with its key, made by the test: signed by itself, or by an issuer.
 class CTestCertificate {
 public:
-    explicit CTestCertificate(const CertificateSetting& setting = {}, const CTestCertificate* issuer = nullptr);
+    explicit CTestCertificate(const CertificateSetting& setting = {},
+                              const CTestCertificate* issuer = nullptr);
 
     QByteArray GetCertificatePem() const;
     // Key and certificate, as servers want them in one file.

@@ -134,8 +134,8 @@ CDataTransfer::Moved CDataTransfer::Protect()
     return Moved::Some;
 }
 
-// The socket stays open, and what the server may still say on it unread, until the transfer is destroyed, after
-// its reply: closing it earlier could break the connection with the last bytes still on their way.
+// The socket stays open, and what the server may still say on it unread, until the transfer is destroyed,
+// after its reply: closing it earlier could break the connection with the last bytes still on their way.
 CDataTransfer::Moved CDataTransfer::End()
 {
     const SocketResult result = channel.EndSending();

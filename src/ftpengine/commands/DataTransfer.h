@@ -11,9 +11,9 @@ struct DataEndpoint {
     CTlsClient* tls = nullptr; // protects it; none in clear. Borrowed from the control connection's stream
 };
 
-// The data connection of one transfer and what goes over it, in one direction. Never waits, so that one thread
-// looks after it and after the control connection at once. Lives on the stack of its command; its destruction
-// resets a connection that hasn't come to its end.
+// The data connection of one transfer and what goes over it, in one direction. Never waits, so that one
+// thread looks after it and after the control connection at once. Lives on the stack of its command; its
+// destruction resets a connection that hasn't come to its end.
 class CDataTransfer {
 public:
     using Clock = std::chrono::steady_clock;

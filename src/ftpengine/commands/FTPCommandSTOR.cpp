@@ -33,7 +33,7 @@ private:
     QFile file;
     std::array<char, blockSize> block;
     std::string_view left; // of the block
-    int broken = 0; // the failure of the connection, once it has failed
+    int broken = 0;        // the failure of the connection, once it has failed
 };
 
 CDataTransfer::Moved CFileSender::Move(CChannel& channel)
@@ -61,8 +61,7 @@ CDataTransfer::Moved CFileSender::Move(CChannel& channel)
 void CFileSender::OpenFile()
 {
     // Only a regular file: opening a pipe would wait for its other end.
-    if (!QFileInfo(transfer.localPath).isFile() ||
-        !file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+    if (!QFileInfo(transfer.localPath).isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         throw EngineStatus::FromErrno(errno);
     }
 }
@@ -78,9 +77,8 @@ bool CFileSender::ReadBlock()
         return false;
     }
     left = {block.data(), static_cast<std::size_t>(size)};
-    PostTo<FTPMessage>(
-        transfer.progressTarget,
-        FTP_UPLOAD_PROGRESS{.localPath = transfer.localPath, .bytes = static_cast<uint32_t>(size)});
+    PostTo<FTPMessage>(transfer.progressTarget, FTP_UPLOAD_PROGRESS{.localPath = transfer.localPath,
+                                                                    .bytes = static_cast<uint32_t>(size)});
     return true;
 }
 

@@ -177,8 +177,7 @@ FTPReply CFTPCommandSequenceStor::Run(const QString& localPath, const QString& r
                                       const std::weak_ptr<CFTPTarget>& progressTarget)
 {
     const DataEndpoint endpoint = AskForDataEndpoint();
-    CFTPCommandSTOR stor(
-        Narrow(remoteName),
-        {.localPath = localPath, .progressTarget = progressTarget, .endpoint = endpoint});
+    CFTPCommandSTOR stor(Narrow(remoteName),
+                         {.localPath = localPath, .progressTarget = progressTarget, .endpoint = endpoint});
     return Execute(stor);
 }

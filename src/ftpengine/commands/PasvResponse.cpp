@@ -57,7 +57,8 @@ sockaddr_in ParsePasvResponse(std::string_view reply)
 uint16_t ParseEpsvResponse(std::string_view reply)
 {
     const std::size_t open = reply.rfind('(');
-    const std::string_view rest = open == std::string_view::npos ? std::string_view() : reply.substr(open + 1);
+    const std::string_view rest =
+        open == std::string_view::npos ? std::string_view() : reply.substr(open + 1);
     uint16_t port = 0;
     if (rest.size() > 4 && rest[1] == rest[0] && rest[2] == rest[0]) {
         const char* const last = rest.data() + rest.size();

@@ -24,6 +24,7 @@ FTPReply CTransferExchange::AwaitReply()
     CPreliminaryReplies preliminary(NoLimit); // the transfer may take its time
     std::size_t received = stream.GetReceived();
     for (;;) {
+        const bool isReady = transfer.Advance();
         if (const auto bytes = stream.TryReceive()) {
             lastHeard = Clock::now();
             if (!preliminary.Includes(*bytes)) {
@@ -35,7 +36,6 @@ FTPReply CTransferExchange::AwaitReply()
             received = stream.GetReceived();
             lastHeard = Clock::now();
         }
-        const bool isReady = transfer.Advance();
         if (!WaitUntil(GetDeadline(), true, isReady)) {
             if (auto reply = HandleTimeout()) {
                 return *std::move(reply);

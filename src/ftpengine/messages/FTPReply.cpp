@@ -55,8 +55,8 @@ void CReplyLines::Feed(std::string_view bytes)
 bool CReplyLines::IsOpen() const
 {
     // Also a line that has begun and says so itself.
-    return !openCode.empty() || (head.size() > codeLength && IsCode(head.substr(0, codeLength)) &&
-                                 head[codeLength] == '-');
+    return !openCode.empty() ||
+           (head.size() > codeLength && IsCode(head.substr(0, codeLength)) && head[codeLength] == '-');
 }
 
 void CReplyLines::EndLine()

@@ -40,10 +40,10 @@ std::optional<int64_t> SecondsOfStamp(const QString& stamp)
 
 int MonthOf(const QString& name)
 {
-    static const QStringList months = {
-        QStringLiteral("Jan"), QStringLiteral("Feb"), QStringLiteral("Mar"), QStringLiteral("Apr"),
-        QStringLiteral("May"), QStringLiteral("Jun"), QStringLiteral("Jul"), QStringLiteral("Aug"),
-        QStringLiteral("Sep"), QStringLiteral("Oct"), QStringLiteral("Nov"), QStringLiteral("Dec")};
+    static const QStringList months = {QStringLiteral("Jan"), QStringLiteral("Feb"), QStringLiteral("Mar"),
+                                       QStringLiteral("Apr"), QStringLiteral("May"), QStringLiteral("Jun"),
+                                       QStringLiteral("Jul"), QStringLiteral("Aug"), QStringLiteral("Sep"),
+                                       QStringLiteral("Oct"), QStringLiteral("Nov"), QStringLiteral("Dec")};
     return static_cast<int>(months.indexOf(name)) + 1;
 }
 
@@ -128,9 +128,9 @@ std::optional<RemoteEntry> ReadDosLine(const QString& line)
     return RemoteEntry{.name = match.captured(8),
                        .isDirectory = match.captured(7).startsWith(QLatin1Char('<')),
                        .size = NumberOf(match.captured(7)),
-                       .modified = SecondsOf(QDate(fullYear, match.captured(1).toInt(),
-                                                   match.captured(2).toInt()),
-                                             QTime(hour, match.captured(5).toInt()))};
+                       .modified =
+                           SecondsOf(QDate(fullYear, match.captured(1).toInt(), match.captured(2).toInt()),
+                                     QTime(hour, match.captured(5).toInt()))};
 }
 
 template <class Reader>

@@ -12,8 +12,9 @@ constexpr QChar lineEnd = QLatin1Char('\n');
 bool IsUnfit(QChar c)
 {
     const ushort code = c.unicode();
-    return code < 0x20 || (code >= 0x7f && code < 0xa0) || code == 0x61c || (code >= 0x200b && code <= 0x200f) ||
-           (code >= 0x2028 && code <= 0x202e) || (code >= 0x2060 && code <= 0x2069) || code == 0xfeff;
+    return code < 0x20 || (code >= 0x7f && code < 0xa0) || code == 0x61c ||
+           (code >= 0x200b && code <= 0x200f) || (code >= 0x2028 && code <= 0x202e) ||
+           (code >= 0x2060 && code <= 0x2069) || code == 0xfeff;
 }
 
 } // namespace

@@ -25,8 +25,7 @@ void OpenConnection(const FTPDestinationConnection& destination, const std::shar
                     CSocketStream& stream)
 {
     const FTPTimeouts& timeouts = stream.GetTimeouts();
-    const auto addresses =
-        LookUpHost(destination.server, destination.port, timeouts.lookUp, *abortEvent);
+    const auto addresses = LookUpHost(destination.server, destination.port, timeouts.lookUp, *abortEvent);
     CSocket socket = ConnectToFirst(addresses, timeouts.connect, *abortEvent);
     socket.KeepAlive();
     stream.Open(std::move(socket), abortEvent);

@@ -17,6 +17,7 @@ struct FTPTimeouts {
     Milliseconds stopWorker{60000};    // for a worker to end by itself
     Milliseconds dataStall{60000};     // without a byte on a data connection, its opening included
     Milliseconds afterData{300000};    // for the reply after the last byte of a file: servers scan files
+    Milliseconds lastWords{5000};      // for a server to say why a data connection broke
     Milliseconds lookUp{60000};        // for the addresses of a name
     Milliseconds connect{20000};       // for each of these addresses
 };

@@ -79,7 +79,8 @@ std::vector<SocketAddress> LookUpHost(const QString& host, uint16_t port, std::c
         found = AskAside(name, timeout, abortEvent);
     }
     if (found.error != 0 || found.addresses.empty()) {
-        ThrowTraced("GetAddr, getaddrinfo throws: ", found.error != 0 ? found.error : EngineStatus::HostNotFound);
+        ThrowTraced("GetAddr, getaddrinfo throws: ",
+                    found.error != 0 ? found.error : EngineStatus::HostNotFound);
     }
     for (SocketAddress& address : found.addresses) {
         address.SetPort(port);

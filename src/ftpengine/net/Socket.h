@@ -13,7 +13,8 @@ class CEvent;
 struct SocketAddress {
     SocketAddress() = default;
     SocketAddress(const sockaddr* address, socklen_t size);
-    SocketAddress(const sockaddr_in& address); // NOLINT(google-explicit-constructor): the same in another form
+    SocketAddress(
+        const sockaddr_in& address); // NOLINT(google-explicit-constructor): the same in another form
 
     int GetFamily() const { return storage.ss_family; }
     uint16_t GetPort() const;
@@ -31,8 +32,8 @@ struct SocketResult {
     bool wouldBlock = false;
 };
 
-// Owns one non-blocking stream socket. Reports by results, so that its callers trace before they throw. May be
-// received from and sent to by two threads at once; everything else needs one thread.
+// Owns one non-blocking stream socket. Reports by results, so that its callers trace before they throw. May
+// be received from and sent to by two threads at once; everything else needs one thread.
 class CSocket {
 public:
     CSocket() = default; // none

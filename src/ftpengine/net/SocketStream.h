@@ -23,8 +23,8 @@ public:
     // Takes a connected socket. To be called once.
     void Open(CSocket connected, const std::shared_ptr<CEvent>& abortEvent);
 
-    // From here on by TLS. What has come in clear before counts for nothing: somebody on the way may have said
-    // it. Throws an int: 12157 if the two sides don't agree, 10060, 995.
+    // From here on by TLS. What has come in clear before counts for nothing: somebody on the way may have
+    // said it. Throws an int: 12157 if the two sides don't agree, 10060, 995.
     void Protect(std::unique_ptr<CTlsClient> client);
     // None in clear. For the data connections.
     CTlsClient* GetTls() const { return tls.get(); }

@@ -2,13 +2,13 @@
 
 #include <arpa/inet.h>
 #include <memory>
-
-#include <QStringList>
 #include <openssl/bio.h>
 #include <openssl/evp.h>
 #include <openssl/x509.h>
 #include <openssl/x509_vfy.h>
 #include <openssl/x509v3.h>
+
+#include <QStringList>
 
 #include "common/Text.h"
 #include "ftpengine/messages/ServerWords.h"
@@ -59,8 +59,7 @@ QString TextOf(const GENERAL_NAME& name)
 QString NamesOf(const X509* certificate)
 {
     const std::unique_ptr<GENERAL_NAMES, decltype(&GENERAL_NAMES_free)> names(
-        static_cast<GENERAL_NAMES*>(
-            X509_get_ext_d2i(certificate, NID_subject_alt_name, nullptr, nullptr)),
+        static_cast<GENERAL_NAMES*>(X509_get_ext_d2i(certificate, NID_subject_alt_name, nullptr, nullptr)),
         &GENERAL_NAMES_free);
     QStringList texts;
     for (int i = 0; i < sk_GENERAL_NAME_num(names.get()) && texts.size() < maximalNames; ++i) {
@@ -73,10 +72,9 @@ QString NamesOf(const X509* certificate)
 bool IsFor(const X509* certificate, const CertificateCheck& check)
 {
     X509* const checked = const_cast<X509*>(certificate); // OpenSSL's way: it is not changed
-    return check.isAddress
-               ? X509_check_ip_asc(checked, check.server.c_str(), 0) == 1
-               : X509_check_host(checked, check.server.data(), check.server.size(),
-                                 X509_CHECK_FLAG_NO_PARTIAL_WILDCARDS, nullptr) == 1;
+    return check.isAddress ? X509_check_ip_asc(checked, check.server.c_str(), 0) == 1
+                           : X509_check_host(checked, check.server.data(), check.server.size(),
+                                             X509_CHECK_FLAG_NO_PARTIAL_WILDCARDS, nullptr) == 1;
 }
 
 Doubt DoubtOf(const X509* certificate, const CertificateCheck& check)

@@ -1,7 +1,6 @@
 #include "ftpengine/net/TlsConnection.h"
 
 #include <algorithm>
-
 #include <openssl/bio.h>
 #include <openssl/err.h>
 #include <openssl/ssl.h>
@@ -73,9 +72,7 @@ void CTlsConnection::Free::operator()(ssl_st* connection) const
 }
 
 CTlsConnection::CTlsConnection(CTlsClient& client, int descriptor, Role role)
-    : client(client),
-      wire(std::make_unique<Wire>()),
-      connection(SSL_new(client.GetContext()))
+    : client(client), wire(std::make_unique<Wire>()), connection(SSL_new(client.GetContext()))
 {
     wire->descriptor = descriptor;
     BIO* const bio = BIO_new(Wire::GetMethod());

@@ -8,8 +8,8 @@
 
 struct ssl_st;
 
-// TLS on one socket, for this side (RFC 8446, RFC 5246). Never waits. Owned by the channel over that socket and
-// used on its thread; the client has to live as long.
+// TLS on one socket, for this side (RFC 8446, RFC 5246). Never waits. Owned by the channel over that socket
+// and used on its thread; the client has to live as long.
 class CTlsConnection {
 public:
     enum class Role {

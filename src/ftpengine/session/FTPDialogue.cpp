@@ -4,9 +4,6 @@
 
 namespace {
 
-// After the break of a data connection: for "426 ..." or "552 ..." to come, which says more than the break.
-constexpr std::chrono::milliseconds lastWords{5000};
-
 std::string LineOf(std::string_view verb, std::string_view argument)
 {
     std::string line(verb);
@@ -23,9 +20,10 @@ public:
     CTransferCommand(std::string_view text, CDataTransfer& transfer) : CFTPCommand(text), transfer(transfer)
     {}
 
-    FTPReply Execute(CSocketStream& stream, const std::shared_ptr<CEvent>&, Milliseconds, Milliseconds) override
+    FTPReply Execute(CSocketStream& stream, const std::shared_ptr<CEvent>&, Milliseconds,
+                     Milliseconds) override
     {
-        return CTransferExchange(stream, transfer, lastWords).Run(GetText());
+        return CTransferExchange(stream, transfer, stream.GetTimeouts().lastWords).Run(GetText());
     }
 
 private:

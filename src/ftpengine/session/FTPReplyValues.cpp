@@ -34,8 +34,7 @@ std::optional<int64_t> ReadSize(std::string_view reply)
     constexpr std::size_t codeLength = 4; // with the blank
     int64_t size = 0;
     const char* const last = reply.data() + reply.size();
-    const auto [end, error] =
-        std::from_chars(reply.data() + std::min(codeLength, reply.size()), last, size);
+    const auto [end, error] = std::from_chars(reply.data() + std::min(codeLength, reply.size()), last, size);
     const bool ends = end == last || *end == '\r' || *end == '\n' || *end == ' ';
     return error == std::errc() && ends && size >= 0 ? std::optional(size) : std::nullopt;
 }

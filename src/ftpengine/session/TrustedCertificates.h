@@ -9,8 +9,8 @@
 #include "ftpengine/session/ServerIdentity.h"
 
 // The certificates that a person has taken although nobody whom the system trusts vouches for them: one
-// fingerprint for each server and port, in the file "certificates" of a folder. Read anew at each question, so
-// that several programs may use it.
+// fingerprint for each server and port, in the file "certificates" of a folder. Read anew at each question,
+// so that several programs may use it.
 class CTrustedCertificates {
 public:
     // folder: may be empty, for none, and need not be there.

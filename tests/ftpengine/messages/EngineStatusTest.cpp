@@ -85,10 +85,18 @@ TEST(EngineStatus, EachKnownNumberHasWords)
 TEST(EngineStatus, WhateverEndsATaskHasWordsThatHelp)
 {
     std::set<int> statuses = {
-        EngineStatus::UnknownReply,    EngineStatus::InvalidName,          EngineStatus::Aborted,
-        EngineStatus::MessageTooLong,  EngineStatus::ProtocolNotSupported, EngineStatus::ConnectionReset,
-        EngineStatus::NoBufferSpace,   EngineStatus::TimedOut,             EngineStatus::UnreadablePasv,
-        EngineStatus::UntrustedServer, EngineStatus::TlsNotOffered,        EngineStatus::TlsDemanded,
+        EngineStatus::UnknownReply,
+        EngineStatus::InvalidName,
+        EngineStatus::Aborted,
+        EngineStatus::MessageTooLong,
+        EngineStatus::ProtocolNotSupported,
+        EngineStatus::ConnectionReset,
+        EngineStatus::NoBufferSpace,
+        EngineStatus::TimedOut,
+        EngineStatus::UnreadablePasv,
+        EngineStatus::UntrustedServer,
+        EngineStatus::TlsNotOffered,
+        EngineStatus::TlsDemanded,
         EngineStatus::TlsFailed,
     };
     // What the system has to say about a connection.

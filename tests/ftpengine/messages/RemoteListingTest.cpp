@@ -33,7 +33,8 @@ TEST(RemoteListing, ReadsLinesForPrograms)
         {"type=file;size=12;modify=20260131120000; a name.jpg", "- a name.jpg|12|2026-01-31 12:00:00"},
         {"Type=dir;Modify=20260131120000.123;Size=4096; b", "d b||2026-01-31 12:00:00"},
         {"size=3;type=FILE; c", "- c|3|"},
-        {"type=file;  two blanks", "-  two blanks|"  "|"},
+        {"type=file;  two blanks", "-  two blanks|"
+                                   "|"},
         {"type=cdir;modify=20260131120000; .", ""},
         {"type=pdir; ..", ""},
         {"type=cdir; /home/anna", ""},
@@ -61,9 +62,11 @@ TEST(RemoteListing, ReadsLinesForPeople)
         const char* expected;
     } rows[] = {
         {"-rw-r--r--    1 1000     1000          512 Jan  5 12:30 a.jpg", "- a.jpg|512|2026-01-05 12:30:00"},
-        {"drwxr-xr-x    2 ftp      ftp          4096 Mar 10 11:59 My Pictures", "d My Pictures||2026-03-10 11:59:00"},
+        {"drwxr-xr-x    2 ftp      ftp          4096 Mar 10 11:59 My Pictures",
+         "d My Pictures||2026-03-10 11:59:00"},
         {"-rw-r--r-- 1 u g 10 Feb 29  2004 a.txt", "- a.txt|10|2004-02-29 00:00:00"},
-        {"-rw-r--r-- 1 u g 10 Dec 31 23:59 late", "- late|10|2025-12-31 23:59:00"}, // of the last twelve months
+        {"-rw-r--r-- 1 u g 10 Dec 31 23:59 late",
+         "- late|10|2025-12-31 23:59:00"}, // of the last twelve months
         {"-rw-r--r-- 1 u g 10 Mar 11 08:00 clock", "- clock|10|2026-03-11 08:00:00"},
         {"-rw-r--r-- 1 Dec May 10 May  1  2020 x Jan 5 12:30 y", "- x Jan 5 12:30 y|10|2020-05-01 00:00:00"},
         {"-rw-r--r-- 1 u 10 Jan  5 12:30 no group", "- no group|10|2026-01-05 12:30:00"},
@@ -90,10 +93,10 @@ TEST(RemoteListing, ReadsLinesForPeople)
     for (const auto& row : rows) {
         EXPECT_EQ(Written(ReadListedLine(QString::fromUtf8(row.line), Now)), row.expected) << row.line;
     }
-    EXPECT_EQ(Written(ReadListedLine(QStringLiteral("-rw-r--r-- 1 u g 10 Jan  5 12:30 ") +
-                                         QString(5000, QLatin1Char('x')),
-                                     Now)),
-              "");
+    EXPECT_EQ(
+        Written(ReadListedLine(
+            QStringLiteral("-rw-r--r-- 1 u g 10 Jan  5 12:30 ") + QString(5000, QLatin1Char('x')), Now)),
+        "");
 }
 
 TEST(RemoteListing, ReadsWholeListings)

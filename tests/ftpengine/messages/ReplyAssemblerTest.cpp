@@ -30,7 +30,8 @@ TEST(ReplyAssembler, CutsWhereAReplyEnds)
         {"220 ready", "220 ready"},
         {"150 a\r\n226 b\r\n", "150 a\r\n|226 b\r\n|"},
         {"220-a\r\n220-b\r\n220 c\r\n221 d\r\n", "220-a\r\n220-b\r\n220 c\r\n|221 d\r\n|"},
-        {"220-a\r\n230 no end\r\n 220 nor here\r\n220 c\r\n2", "220-a\r\n230 no end\r\n 220 nor here\r\n220 c\r\n|2"},
+        {"220-a\r\n230 no end\r\n 220 nor here\r\n220 c\r\n2",
+         "220-a\r\n230 no end\r\n 220 nor here\r\n220 c\r\n|2"},
         {"220-a\r\n220-b\r\n", "220-a\r\n220-b\r\n"},
         {"\r\n220 a\r\n", "\r\n|220 a\r\n|"},
         {"hello\r\n220 a\r\n", "hello\r\n|220 a\r\n|"},
@@ -48,8 +49,10 @@ TEST(ReplyAssembler, KnowsALineThatMayBeAllThereIs)
         const char* bytes;
         bool expected;
     } rows[] = {
-        {"", false},         {"2", true},        {"220 ready", true},     {"220-ready", false},
-        {"220-a\r\n", false}, {"220-a\r\n220", false}, {"hello", true}, {"220 a\r\n230", true},
+        {"", false},          {"2", true},
+        {"220 ready", true},  {"220-ready", false},
+        {"220-a\r\n", false}, {"220-a\r\n220", false},
+        {"hello", true},      {"220 a\r\n230", true},
     };
     for (const auto& row : rows) {
         CReplyAssembler assembler;

@@ -24,9 +24,10 @@ TEST(ServerFeatures, AreReadLineByLine)
         const char* expected;
     } rows[] = {
         {"211-Features:\r\n UTF8\r\n EPSV\r\n SIZE\r\n211 End\r\n", "utf8 epsv size "},
-        {"211-Features:\r\n MLST type*;size*;modify*;\r\n REST STREAM\r\n MDTM\r\n211 End\r\n", "mlst mdtm rest "},
+        {"211-Features:\r\n MLST type*;size*;modify*;\r\n REST STREAM\r\n MDTM\r\n211 End\r\n",
+         "mlst mdtm rest "},
         {"211-x\r\n mlsd\r\n utf8\r\n211 x\r\n", "utf8 mlst "},
-        {"211-UTF8\r\n211 SIZE\r\n", ""},         // no features of their own
+        {"211-UTF8\r\n211 SIZE\r\n", ""}, // no features of their own
         {"211-x\r\n SIZES\r\n XUTF8\r\n211 x\r\n", ""},
         {"211-x\n SIZE\n211 x\n", "size "},
         {"211 no features\r\n", ""},

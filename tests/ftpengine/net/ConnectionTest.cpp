@@ -126,8 +126,7 @@ TEST_F(Connection, AnAddressThatIsSilentIsGivenUpForTheNext)
 
 TEST_F(Connection, FindsAddressesWithTheirPort)
 {
-    const auto addresses =
-        LookUpHost(QStringLiteral("192.168.1.2"), 2121, milliseconds(20000), *abort);
+    const auto addresses = LookUpHost(QStringLiteral("192.168.1.2"), 2121, milliseconds(20000), *abort);
     ASSERT_EQ(addresses.size(), 1u);
     EXPECT_EQ(addresses[0].GetFamily(), AF_INET);
     EXPECT_EQ(addresses[0].GetPort(), 2121);

@@ -32,8 +32,8 @@ TEST(FTPReplyValues, ASizeIsANumber)
     EXPECT_EQ(ReadSize("213 12\r\n"), 12);
     EXPECT_EQ(ReadSize("213 0"), 0);
     EXPECT_EQ(ReadSize("213 5000000000\r\n"), 5000000000);
-    for (const char* reply : {"213 -1\r\n", "213 x\r\n", "213 12x\r\n", "213 \r\n", "213", "",
-                              "213 99999999999999999999\r\n"}) {
+    for (const char* reply :
+         {"213 -1\r\n", "213 x\r\n", "213 12x\r\n", "213 \r\n", "213", "", "213 99999999999999999999\r\n"}) {
         EXPECT_EQ(ReadSize(reply), std::nullopt) << reply;
     }
 }

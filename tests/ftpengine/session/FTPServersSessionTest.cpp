@@ -84,26 +84,23 @@ protected:
 
     const CFTPServer server{GetParam().kind, GetParam().security};
     SessionLog log;
-    SessionSetting setting{.destination = {},
-                           .timeouts = {},
-                           .abortEvent = std::make_shared<CEvent>(),
-                           .trustFolder = {}};
+    SessionSetting setting{
+        .destination = {}, .timeouts = {}, .abortEvent = std::make_shared<CEvent>(), .trustFolder = {}};
 };
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(
-    All, FTPServersSession,
-    testing::Values(Variant{FTPServerKind::Vsftpd, FTPServerSecurity::Clear},
-                    Variant{FTPServerKind::ProFtpd, FTPServerSecurity::Clear},
-                    Variant{FTPServerKind::PureFtpd, FTPServerSecurity::Clear},
-                    Variant{FTPServerKind::Vsftpd, FTPServerSecurity::TlsOnly},
-                    Variant{FTPServerKind::ProFtpd, FTPServerSecurity::TlsOnly},
-                    Variant{FTPServerKind::PureFtpd, FTPServerSecurity::TlsOnly}),
-    [](const auto& variant) {
-        return std::string(NameOf(variant.param.kind)) +
-               (variant.param.security == FTPServerSecurity::TlsOnly ? "WithTls" : "");
-    });
+INSTANTIATE_TEST_SUITE_P(All, FTPServersSession,
+                         testing::Values(Variant{FTPServerKind::Vsftpd, FTPServerSecurity::Clear},
+                                         Variant{FTPServerKind::ProFtpd, FTPServerSecurity::Clear},
+                                         Variant{FTPServerKind::PureFtpd, FTPServerSecurity::Clear},
+                                         Variant{FTPServerKind::Vsftpd, FTPServerSecurity::TlsOnly},
+                                         Variant{FTPServerKind::ProFtpd, FTPServerSecurity::TlsOnly},
+                                         Variant{FTPServerKind::PureFtpd, FTPServerSecurity::TlsOnly}),
+                         [](const auto& variant) {
+                             return std::string(NameOf(variant.param.kind)) +
+                                    (variant.param.security == FTPServerSecurity::TlsOnly ? "WithTls" : "");
+                         });
 
 TEST_P(FTPServersSession, SendRenameOverListReadAndRemove)
 {
@@ -124,8 +121,9 @@ TEST_P(FTPServersSession, SendRenameOverListReadAndRemove)
     Send(*session, QByteArray(), folder + QStringLiteral("/.empty"));
     EXPECT_EQ(Outcome([&] { session->MakeDirectory(folder + QStringLiteral("/.vistorama")); }), "done");
     const auto entries = session->List(folder);
-    EXPECT_EQ(Names(entries), (QStringList{QStringLiteral("- .empty"), QString::fromUtf8("- \xe9\x9b\xaa #1.jpg"),
-                                           QStringLiteral("d .vistorama")}));
+    EXPECT_EQ(Names(entries),
+              (QStringList{QStringLiteral("- .empty"), QString::fromUtf8("- \xe9\x9b\xaa #1.jpg"),
+                           QStringLiteral("d .vistorama")}));
     for (const RemoteEntry& entry : entries) {
         if (!entry.isDirectory) {
             EXPECT_EQ(entry.size, entry.name == QStringLiteral(".empty") ? 0 : large.size());

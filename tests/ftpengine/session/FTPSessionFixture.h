@@ -1,7 +1,8 @@
 #pragma once
 
-#include <QBuffer>
 #include <gmock/gmock.h>
+
+#include <QBuffer>
 
 #include "FTPEngineFixture.h"
 #include "common/Text.h"

@@ -31,8 +31,8 @@ TEST_F(FTPSession, OpensInItsDirectory)
     server.Start();
     EXPECT_EQ(Open(ServerProtocol::Ftp, QStringLiteral("www")), "done");
     session->Quit();
-    EXPECT_THAT(server.GetCommands(), ElementsAre("USER anna", "PASS s3cret", "FEAT", "OPTS UTF8 ON", "TYPE I",
-                                                  "CWD www", "PWD", "QUIT"));
+    EXPECT_THAT(server.GetCommands(), ElementsAre("USER anna", "PASS s3cret", "FEAT", "OPTS UTF8 ON",
+                                                  "TYPE I", "CWD www", "PWD", "QUIT"));
     for (const QString& line : log.transcript) {
         EXPECT_FALSE(line.contains(QStringLiteral("s3cret"))) << qPrintable(line);
     }
@@ -150,8 +150,8 @@ TEST_F(FTPSession, AServerThatRefusesTheExtendedFormIsAskedInTheOldOne)
     ASSERT_EQ(Open(), "done");
     EXPECT_EQ(Send("1"), "done");
     EXPECT_EQ(Send("2"), "done");
-    EXPECT_THAT(CommandsFrom(6), ElementsAre("EPSV", "PASV", "STOR a.jpg", "SIZE a.jpg", "PASV", "STOR a.jpg",
-                                             "SIZE a.jpg"));
+    EXPECT_THAT(CommandsFrom(6),
+                ElementsAre("EPSV", "PASV", "STOR a.jpg", "SIZE a.jpg", "PASV", "STOR a.jpg", "SIZE a.jpg"));
 }
 
 TEST_F(FTPSession, SpeaksIPv6)
@@ -172,7 +172,8 @@ TEST_F(FTPSession, SpeaksIPv6)
 TEST_F(FTPSession, ListsByFactsWhereTheServerHasThem)
 {
     server.features += " MLST type*;size*;modify*;\r\n";
-    server.listing = "type=cdir; .\r\ntype=dir; sub\r\ntype=file;size=7;modify=20260131120000; b\xc3\xa4r.jpg\r\n";
+    server.listing =
+        "type=cdir; .\r\ntype=dir; sub\r\ntype=file;size=7;modify=20260131120000; b\xc3\xa4r.jpg\r\n";
     server.Start();
     ASSERT_EQ(Open(), "done");
     const auto entries = session->List(QStringLiteral("www"));
@@ -186,7 +187,8 @@ TEST_F(FTPSession, ListsByFactsWhereTheServerHasThem)
 
 TEST_F(FTPSession, ListsByLinesOtherwise)
 {
-    server.listing = "total 1\r\ndrwxr-xr-x 2 u g 1 Jan  5 2026 .vistorama\r\n-rw-r--r-- 1 u g 9 Jan  5 2026 a\r\n";
+    server.listing =
+        "total 1\r\ndrwxr-xr-x 2 u g 1 Jan  5 2026 .vistorama\r\n-rw-r--r-- 1 u g 9 Jan  5 2026 a\r\n";
     server.Start();
     ASSERT_EQ(Open(), "done");
     EXPECT_THAT(Names(session->List(QStringLiteral("www/two words"))), ElementsAre("d .vistorama", "- a"));
@@ -326,6 +328,7 @@ TEST_F(FTPSession, ATransferThatStallsIsGivenUp)
     });
     server.Start();
     setting.timeouts.dataStall = milliseconds(100);
+    setting.timeouts.lastWords = milliseconds(100);
     ASSERT_EQ(Open(), "done");
     EXPECT_EQ(Send(QByteArray(40 << 20, 'x')), "thrown 10060");
 }

@@ -4,8 +4,8 @@
 #include "session/FTPSessionFixture.h"
 #include "support/TraceRecorder.h"
 
-// FTP with TLS against the scripted server: who is trusted, what is protected, and what somebody on the way could
-// do.
+// FTP with TLS against the scripted server: who is trusted, what is protected, and what somebody on the way
+// could do.
 
 namespace {
 
@@ -162,10 +162,8 @@ TEST_F(FTPTls, NamesAreChecked)
         const char* names;
         std::string outcome;
     } rows[] = {
-        {"DNS:localhost", "done"},
-        {"DNS:LocalHost,DNS:a.example", "done"},
-        {"DNS:a.example", "thrown 12045"},
-        {"IP:127.0.0.1", "thrown 12045"},
+        {"DNS:localhost", "done"},         {"DNS:LocalHost,DNS:a.example", "done"},
+        {"DNS:a.example", "thrown 12045"}, {"IP:127.0.0.1", "thrown 12045"},
         {"DNS:local*", "thrown 12045"},
     };
     for (const auto& row : rows) {
@@ -215,8 +213,8 @@ TEST_F(FTPTls, AnotherCertificateThanTheTakenOneIsAChange)
 
 TEST_F(FTPTls, AServerWithoutTlsGetsNoPassword)
 {
-    for (const char* reply : {"500 what?\r\n", "530 Please login with USER and PASS.\r\n", "504 no\r\n",
-                              "431 not now\r\n"}) {
+    for (const char* reply :
+         {"500 what?\r\n", "530 Please login with USER and PASS.\r\n", "504 no\r\n", "431 not now\r\n"}) {
         CScriptedServer one;
         one.Reply("AUTH", reply);
         one.Start();
@@ -263,7 +261,7 @@ TEST_F(FTPTls, AHandshakeThatComesToNothingIsAFailure)
         {"no TLS",
          [](CServerSession& session, const std::string&) {
              session.Send("234 go on\r\n");
-             session.Send("220 hello again\r\n");
+             session.Send("220 hello again" + std::string(100'000, ' ') + "\r\n");
              session.Stall();
          },
          "thrown 12157"},

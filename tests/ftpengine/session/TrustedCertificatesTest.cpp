@@ -40,16 +40,16 @@ TEST_F(TrustedCertificates, KnowWhatWasTakenForEachServerAndPort)
     EXPECT_EQ(trusted.Find(server, 21), QByteArray(32, 'd'));
     EXPECT_EQ(trusted.Find(server, 990), QByteArray(32, 'b'));
     EXPECT_EQ(scratch.Read(QStringLiteral("new/folder/certificates")),
-              "[fe80::1]:21 sha256:" + QByteArray(32, 'c').toHex() + "\nexample.org:21 sha256:" +
-                  QByteArray(32, 'd').toHex() + "\nexample.org:990 sha256:" + QByteArray(32, 'b').toHex() +
-                  "\n");
+              "[fe80::1]:21 sha256:" + QByteArray(32, 'c').toHex() +
+                  "\nexample.org:21 sha256:" + QByteArray(32, 'd').toHex() +
+                  "\nexample.org:990 sha256:" + QByteArray(32, 'b').toHex() + "\n");
 }
 
 TEST_F(TrustedCertificates, ADamagedFileIsReadAsFarAsItGoes)
 {
     scratch.Write(QStringLiteral("new/folder/certificates"),
-                  "nonsense\na:21 sha256:0123\nb:21 md5:" + QByteArray(32, 'b').toHex() + "\n\n c:21\nd:21 sha256:" +
-                      QByteArray(32, 'd').toHex());
+                  "nonsense\na:21 sha256:0123\nb:21 md5:" + QByteArray(32, 'b').toHex() +
+                      "\n\n c:21\nd:21 sha256:" + QByteArray(32, 'd').toHex());
     EXPECT_EQ(trusted.Find(QStringLiteral("a"), 21), std::nullopt);
     EXPECT_EQ(trusted.Find(QStringLiteral("b"), 21), std::nullopt);
     EXPECT_EQ(trusted.Find(QStringLiteral("d"), 21), QByteArray(32, 'd'));
