@@ -301,7 +301,7 @@ TEST_F(FTPTls, WhatWasSaidInClearIsNoReplyAfterwards)
     const auto tls = std::make_shared<CTlsServer>(good);
     server.On("AUTH", [tls](CServerSession& session, const std::string&) {
         // Somebody on the way adds the replies to come.
-        session.Send("234 go on\r\n331 injected\r\n230 injected\r\n");
+        session.Send("234 go on\r\n331 injected\r\n230 injected\r\n331-injected");
         session.Protect(*tls);
     });
     server.UseTls(tls);
