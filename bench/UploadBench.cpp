@@ -9,15 +9,14 @@
 #include <QProcess>
 
 #include "ftpengine/FTPEngine.h"
+#include "ftpengine/session/OpenRemoteSession.h"
 #include "support/FTPServer.h"
 
-// Sends a file of 300 MB, and 500 files of 4 KiB, to a vsftpd of its own on the loopback interface: by the
-// program's FTP client, by lftp over one connection, and the large file by curl. Prints seconds, and the
-// ratio to lftp. The fixed second of silence after the greeting is shown apart.
+// Sends a file of 300 MB, and 500 files of 4 KiB, to a vsftpd of its own on the loopback interface, in clear
+// and with TLS: by the program's FTP client, over one session and as a task, by lftp over one connection, and
+// the large file by curl. Prints seconds from the begin of the connection to its end, and the ratios.
 
 namespace {
-
-constexpr double greetingSeconds = 1.0;
 
 class CFinishTarget final : public CFTPTarget {
 public:
@@ -72,21 +71,54 @@ void WriteFile(const QString& path, qint64 bytes)
     }
 }
 
+FTPDestinationConnection DestinationOf(const CFTPServer& server)
+{
+    FTPDestinationConnection destination;
+    destination.userName = server.GetUser();
+    destination.password = server.GetPassword();
+    destination.server = QStringLiteral("127.0.0.1");
+    destination.port = server.GetPort();
+    destination.fingerprint = server.GetFingerprint();
+    destination.protocol = server.GetFingerprint().isEmpty() ? ServerProtocol::Ftp : ServerProtocol::FtpTls;
+    return destination;
+}
+
 // Seconds, or -1.
-double TimeOwnUpload(const CFTPServer& server, const FTPUploadMap& items)
+double TimeTask(const CFTPServer& server, const FTPUploadMap& items)
 {
     const auto target = std::make_shared<CFinishTarget>();
     CFTPEngine engine;
-    const FTPDestinationConnection destination{.displayName = {},
-                                               .userName = server.GetUser(),
-                                               .password = server.GetPassword(),
-                                               .server = QStringLiteral("127.0.0.1"),
-                                               .directory = {},
-                                               .port = server.GetPort()};
     QElapsedTimer timer;
     timer.start();
-    engine.Upload(destination, QString(), items, target);
+    engine.Upload(DestinationOf(server), QString(), items, target);
     return target->Wait() ? static_cast<double>(timer.elapsed()) / 1000.0 : -1;
+}
+
+double TimeSession(const CFTPServer& server, const FTPUploadMap& items)
+{
+    SessionLog log;
+    QElapsedTimer timer;
+    timer.start();
+    try {
+        const auto session = OpenRemoteSession({.destination = DestinationOf(server),
+                                                .timeouts = {},
+                                                .abortEvent = std::make_shared<CEvent>(),
+                                                .trustFolder = {}},
+                                               log);
+        for (const auto& [path, item] : items) {
+            QFile file(path);
+            if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+                return -1;
+            }
+            session->Send(file, QStringLiteral("session-") + item.name, {});
+        }
+        session->Quit();
+    } catch (int) {
+        return -1;
+    } catch (const FTPReply&) {
+        return -1;
+    }
+    return static_cast<double>(timer.elapsed()) / 1000.0;
 }
 
 double TimeProgram(const QString& program, const QStringList& arguments)
@@ -101,22 +133,53 @@ double TimeProgram(const QString& program, const QStringList& arguments)
 
 double TimeLftp(const CFTPServer& server, const QString& folder, const QString& target)
 {
+    const QString security = server.GetFingerprint().isEmpty()
+                                 ? QStringLiteral("set ftp:ssl-allow no")
+                                 : QStringLiteral("set ftp:ssl-force yes; set ftp:ssl-protect-data yes; "
+                                                  "set ssl:verify-certificate no");
     return TimeProgram(QStringLiteral("lftp"),
                        {QStringLiteral("-e"),
-                        QStringLiteral("set ftp:ssl-allow no; set net:connection-limit 1; mirror -R -c "
-                                       "--no-perms %1 %2; quit")
-                            .arg(folder, target),
+                        QStringLiteral("%1; set net:connection-limit 1; mirror -R -c --no-perms %2 %3; quit")
+                            .arg(security, folder, target),
                         QStringLiteral("ftp://127.0.0.1:%1").arg(server.GetPort())});
 }
 
-void Print(const char* what, double own, double lftp, double curl)
+double TimeCurl(const CFTPServer& server, const QString& file)
 {
-    std::printf("%-22s vistorama %6.2f s (%.2f s without the greeting's second)   lftp %6.2f s", what, own,
-                own - greetingSeconds, lftp);
-    if (curl >= 0) {
-        std::printf("   curl %6.2f s", curl);
+    QStringList arguments{QStringLiteral("-sS"), QStringLiteral("-T"), file,
+                          QStringLiteral("ftp://127.0.0.1:%1/curl.bin").arg(server.GetPort())};
+    if (!server.GetFingerprint().isEmpty()) {
+        arguments << QStringLiteral("--ssl-reqd") << QStringLiteral("-k");
     }
-    std::printf("   ratio to lftp %.2f\n", (own - greetingSeconds) / lftp);
+    return TimeProgram(QStringLiteral("curl"), arguments);
+}
+
+void Print(const char* what, double own, const char* other, double others)
+{
+    if (others > 0) {
+        std::printf("%-34s %6.2f s   %-5s %6.2f s   ratio %.2f\n", what, own, other, others, own / others);
+    } else {
+        std::printf("%-34s %6.2f s   %-5s failed\n", what, own, other);
+    }
+}
+
+bool Measure(FTPServerSecurity security, const QString& large, const QString& small)
+{
+    const CFTPServer server(FTPServerKind::Vsftpd, security);
+    if (!server.GetProblem().isEmpty()) {
+        std::fprintf(stderr, "%s\n", qPrintable(server.GetProblem()));
+        return false;
+    }
+    std::printf("%s\n", security == FTPServerSecurity::Clear ? "in clear" : "with TLS");
+    const double curl = TimeCurl(server, large + QStringLiteral("large.bin"));
+    Print("1 file of 300 MB, session", TimeSession(server, ListFiles(large)), "curl", curl);
+    Print("1 file of 300 MB, task", TimeTask(server, ListFiles(large)), "curl", curl);
+    Print("1 file of 300 MB, session", TimeSession(server, ListFiles(large)), "lftp",
+          TimeLftp(server, large, QStringLiteral("lftp-large")));
+    const double lftp = TimeLftp(server, small, QStringLiteral("lftp-small"));
+    Print("500 files of 4 KiB, session", TimeSession(server, ListFiles(small)), "lftp", lftp);
+    Print("500 files of 4 KiB, task", TimeTask(server, ListFiles(small)), "lftp", lftp);
+    return true;
 }
 
 } // namespace
@@ -124,11 +187,6 @@ void Print(const char* what, double own, double lftp, double curl)
 int main(int argumentCount, char** arguments)
 {
     const QCoreApplication application(argumentCount, arguments);
-    const CFTPServer server(FTPServerKind::Vsftpd);
-    if (!server.GetProblem().isEmpty()) {
-        std::fprintf(stderr, "%s\n", qPrintable(server.GetProblem()));
-        return 1;
-    }
     const CScratchFolder scratch;
     const QString large = scratch.Path(QStringLiteral("large/"));
     const QString small = scratch.Path(QStringLiteral("small/"));
@@ -138,14 +196,8 @@ int main(int argumentCount, char** arguments)
     for (int i = 0; i < 500; ++i) {
         WriteFile(small + QStringLiteral("%1.bin").arg(i, 3, 10, QLatin1Char('0')), 4096);
     }
-    const double ownLarge = TimeOwnUpload(server, ListFiles(large));
-    const double lftpLarge = TimeLftp(server, large, QStringLiteral("lftp-large"));
-    const double curlLarge =
-        TimeProgram(QStringLiteral("curl"),
-                    {QStringLiteral("-sS"), QStringLiteral("-T"), large + QStringLiteral("large.bin"),
-                     QStringLiteral("ftp://127.0.0.1:%1/curl.bin").arg(server.GetPort())});
-    Print("1 file of 300 MB", ownLarge, lftpLarge, curlLarge);
-    const double ownSmall = TimeOwnUpload(server, ListFiles(small));
-    Print("500 files of 4 KiB", ownSmall, TimeLftp(server, small, QStringLiteral("lftp-small")), -1);
-    return 0;
+    return Measure(FTPServerSecurity::Clear, large, small) &&
+                   Measure(FTPServerSecurity::TlsOnly, large, small)
+               ? 0
+               : 1;
 }

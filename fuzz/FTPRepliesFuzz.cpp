@@ -1,5 +1,23 @@
 #include "Check.h"
 #include "ftpengine/messages/FTPReply.h"
+#include "ftpengine/messages/ReplyAssembler.h"
+#include "ftpengine/messages/ServerFeatures.h"
+#include "ftpengine/messages/ServerWords.h"
+
+// All replies, and what is left, of bytes that come in pieces.
+static std::string Assembled(std::string_view bytes, size_t pieceSize)
+{
+    CReplyAssembler assembler;
+    std::string text;
+    for (size_t at = 0; at < bytes.size(); at += pieceSize) {
+        assembler.Append(bytes.substr(at, pieceSize));
+        while (const auto one = assembler.Take()) {
+            Check(one->ends_with('\n'), "a reply ends with a line");
+            text += *one + '|';
+        }
+    }
+    return text + assembler.TakeRest();
+}
 
 // Bytes of a control connection: replies, greetings, and where a server has finished speaking.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size)
@@ -19,5 +37,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size)
     inPieces.Feed(chunk.substr(half));
     Check(whole.IsAtEnd() == inPieces.IsAtEnd(), "the pieces in which bytes arrive make no difference");
     Check(!whole.IsAtEnd() || chunk.back() == '\n', "a reply ends with a line");
+
+    Check(Assembled(chunk, 1) == Assembled(chunk, size + 1), "nor do they for the replies");
+    ParseFeatures(chunk);
+    const QString clean = CleanServerWords(reply.text);
+    Check(CleanServerWords(clean) == clean, "what is clean stays as it is");
     return 0;
 }

@@ -12,5 +12,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size)
     } catch (int status) {
         Check(status == EngineStatus::UnreadablePasv, "what can't be read has its own number");
     }
+    try {
+        ParseEpsvResponse(reply);
+        Check(reply.find('(') != std::string_view::npos, "a port stands after a bracket");
+    } catch (int status) {
+        Check(status == EngineStatus::UnreadablePasv, "what can't be read has its own number");
+    }
     return 0;
 }

@@ -22,39 +22,45 @@ CTaskResult WaitFor(std::chrono::milliseconds timeout, const Queueing& queue)
 
 } // namespace
 
-CFTPEngine::CFTPEngine(const FTPTimeouts& timeouts)
-    : timeouts(timeouts), runner(std::make_unique<CFTPTaskRunner>(timeouts.stopWorker))
+CFTPEngine::CFTPEngine(const FTPTimeouts& timeouts, const QString& trustFolder)
+    : timeouts(timeouts),
+      trustFolder(trustFolder),
+      runner(std::make_unique<CFTPTaskRunner>(timeouts.stopWorker))
 {}
 
 CFTPEngine::~CFTPEngine() = default;
 
 void CFTPEngine::TestConnection(const FTPDestinationConnection& destination, const Target& target)
 {
-    Queue(std::make_shared<CFTPTaskTestConnection>(CFTPTask::Setting{destination, target, timeouts}));
+    Queue(std::make_shared<CFTPTaskTestConnection>(
+        CFTPTask::Setting{destination, target, timeouts, trustFolder}));
 }
 
 void CFTPEngine::GetDirectoryContent(const FTPDestinationConnection& destination, const Target& target)
 {
-    Queue(std::make_shared<CFTPTaskGetDirectoryContent>(CFTPTask::Setting{destination, target, timeouts}));
+    Queue(std::make_shared<CFTPTaskGetDirectoryContent>(
+        CFTPTask::Setting{destination, target, timeouts, trustFolder}));
 }
 
 void CFTPEngine::CreateDirectory(const FTPDestinationConnection& destination, const QString& name,
                                  const Target& target)
 {
-    Queue(std::make_shared<CFTPTaskCreateDirectory>(CFTPTask::Setting{destination, target, timeouts}, name));
+    Queue(std::make_shared<CFTPTaskCreateDirectory>(
+        CFTPTask::Setting{destination, target, timeouts, trustFolder}, name));
 }
 
 void CFTPEngine::RenameDirectory(const FTPDestinationConnection& destination, const QString& oldName,
                                  const QString& newName, const Target& target)
 {
-    Queue(std::make_shared<CFTPTaskRenameDirectory>(CFTPTask::Setting{destination, target, timeouts}, oldName,
-                                                    newName));
+    Queue(std::make_shared<CFTPTaskRenameDirectory>(
+        CFTPTask::Setting{destination, target, timeouts, trustFolder}, oldName, newName));
 }
 
 void CFTPEngine::Upload(const FTPDestinationConnection& destination, const QString& title,
                         const FTPUploadMap& items, const Target& target)
 {
-    Queue(std::make_shared<CFTPTaskUpload>(CFTPTask::Setting{destination, target, timeouts}, title, items));
+    Queue(std::make_shared<CFTPTaskUpload>(CFTPTask::Setting{destination, target, timeouts, trustFolder},
+                                           title, items));
 }
 
 CTaskResult CFTPEngine::CreateDirectory(const FTPDestinationConnection& destination, const QString& name,

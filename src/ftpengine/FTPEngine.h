@@ -19,7 +19,8 @@ class CFTPEngine {
 public:
     using Target = std::weak_ptr<CFTPTarget>;
 
-    explicit CFTPEngine(const FTPTimeouts& timeouts = {});
+    // trustFolder: of the servers that a person trusts (SessionSetting.h); empty for none.
+    explicit CFTPEngine(const FTPTimeouts& timeouts = {}, const QString& trustFolder = {});
     ~CFTPEngine();
     CFTPEngine(const CFTPEngine&) = delete;
     CFTPEngine& operator=(const CFTPEngine&) = delete;
@@ -46,13 +47,14 @@ public:
                                 const QString& newName, std::chrono::milliseconds timeout);
 
     // Tells the running task to end and returns at once; its finished message comes as usual, with the status
-    // 995. A file that is being sent is sent to its end first. Queued tasks stay queued until the next call
-    // that queues one.
+    // 995. A file that is being sent is broken off, in such a way that the server sees it break. Queued tasks
+    // stay queued until the next call that queues one.
     void Cancel();
 
 private:
     void Queue(std::shared_ptr<CFTPTask> task);
 
     const FTPTimeouts timeouts;
+    const QString trustFolder;
     const std::unique_ptr<CFTPTaskRunner> runner;
 };

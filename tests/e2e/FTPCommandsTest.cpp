@@ -33,7 +33,7 @@ TEST(FTPCommands, ATestSaysInOneLineWhatCameOfIt)
         {"USER", "421-Too many\r\n421 Come back\r\n", "server refusal 421 Come back\n", 1},
         {"GREETING", "421 Full\r\n", "server refusal 421 Full\n", 1},
         {"PASS", "530 \x1b[31mred\x07\r\n", "server refusal 530 \uFFFD[31mred\uFFFD\n", 1},
-        {"PASS", "nonsense\r\n", "network failure 6: Unknown error\n", 1},
+        {"PASS", "nonsense\r\n", "network failure 6: Unknown reply\n", 1},
     };
     const CProgram program;
     for (const auto& row : rows) {

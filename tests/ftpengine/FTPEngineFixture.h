@@ -18,10 +18,14 @@ inline FTPTimeouts ShortTimeouts()
     using std::chrono::milliseconds;
     return {.send = milliseconds(2000),
             .reply = milliseconds(500),
-            .greetingSilence = milliseconds(200),
-            .segmentSilence = milliseconds(30),
+            .greeting = milliseconds(500),
+            .preliminary = milliseconds(60000),
             .stopWorker = milliseconds(1000),
-            .dataStall = milliseconds(300)};
+            .dataStall = milliseconds(300),
+            .afterData = milliseconds(500),
+            .lastWords = milliseconds(2000),
+            .lookUp = milliseconds(60000),
+            .connect = milliseconds(20000)};
 }
 
 // For tests in which nothing is silent: only a hang would come to these ends.
@@ -31,6 +35,8 @@ inline FTPTimeouts PatientTimeouts()
     FTPTimeouts timeouts = ShortTimeouts();
     timeouts.send = seconds(60);
     timeouts.reply = seconds(60);
+    timeouts.greeting = seconds(60);
+    timeouts.afterData = seconds(60);
     timeouts.stopWorker = seconds(60);
     timeouts.dataStall = seconds(60);
     return timeouts;

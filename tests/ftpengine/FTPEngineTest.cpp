@@ -56,6 +56,7 @@ TEST_F(FTPEngine, TestsAConnection)
     ASSERT_EQ(result.transcript.size(), 8u); // without the goodbye
     EXPECT_EQ(result.transcript[6], QStringLiteral("CWD /pictures\r\n"));
     EXPECT_EQ(result.transcript[7], QStringLiteral("250 changed\r\n"));
+    EXPECT_EQ(result.transcript[4], QStringLiteral("PASS ****\r\n"));
 }
 
 TEST_F(FTPEngine, CreatesAndRenamesDirectories)
@@ -421,8 +422,11 @@ TEST(FTPTimeouts, TheDefaultsSuitSlowServers)
     const FTPTimeouts timeouts;
     EXPECT_EQ(timeouts.send, milliseconds(30000));
     EXPECT_EQ(timeouts.reply, milliseconds(60000));
-    EXPECT_EQ(timeouts.greetingSilence, milliseconds(1000));
-    EXPECT_EQ(timeouts.segmentSilence, milliseconds(250));
+    EXPECT_EQ(timeouts.greeting, milliseconds(30000));
+    EXPECT_EQ(timeouts.preliminary, milliseconds(3600000));
     EXPECT_EQ(timeouts.stopWorker, milliseconds(60000));
     EXPECT_EQ(timeouts.dataStall, milliseconds(60000));
+    EXPECT_EQ(timeouts.afterData, milliseconds(300000));
+    EXPECT_EQ(timeouts.lastWords, milliseconds(5000));
+    EXPECT_EQ(timeouts.connect, milliseconds(20000));
 }

@@ -28,26 +28,43 @@ TEST_F(FTPEngineWait, WaitsForAResult)
 
 TEST_F(FTPEngineWait, DispatchesEventsWhileItWaits)
 {
+    CEvent dispatched;
+    server.On("MKD", [&dispatched](CServerSession& session, const std::string&) {
+        dispatched.Wait(milliseconds(30000));
+        session.Send("257 made\r\n");
+    });
     server.Start();
-    CFTPEngine engine(ShortTimeouts());
-    int events = 0;
+    CFTPEngine engine(PatientTimeouts());
     QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, &timer, [&events] { ++events; });
+    QObject::connect(&timer, &QTimer::timeout, &timer, [&dispatched] { dispatched.Set(); });
     timer.start(5);
-    EXPECT_TRUE(engine.CreateDirectory(server.GetDestination(), QStringLiteral("a"), milliseconds(30000))
+    EXPECT_TRUE(engine.CreateDirectory(server.GetDestination(), QStringLiteral("a"), milliseconds(20000))
                     .IsSuccess());
-    EXPECT_GT(events, 1);
+    EXPECT_TRUE(dispatched.IsSet());
+    server.Stop();
 }
 
 TEST_F(FTPEngineWait, EachEventStartsTheWaitAnew)
 {
+    CEvent dispatched;
+    server.On("MKD", [&dispatched](CServerSession& session, const std::string& name) {
+        dispatched.Wait(milliseconds(30000));
+        session.Send("257 made " + name + "\r\n");
+    });
     server.Start();
-    CFTPEngine engine(ShortTimeouts());
+    CFTPEngine engine(PatientTimeouts());
+    int events = 0;
     QTimer timer;
+    // So many of them take longer than the time-out.
+    QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
+        if (++events == 30) {
+            dispatched.Set();
+        }
+    });
     timer.start(5);
-    // The greeting alone takes longer than this time-out.
     EXPECT_TRUE(
         engine.CreateDirectory(server.GetDestination(), QStringLiteral("a"), milliseconds(100)).IsSuccess());
+    server.Stop();
 }
 
 TEST_F(FTPEngineWait, AWaitWithoutAnEventLoopIsPossible)
@@ -108,12 +125,21 @@ TEST_F(FTPEngineWait, AResultThatComesDuringAHandlerIsNotWaitedForAgain)
 
 TEST_F(FTPEngineWait, TheTimeThatAHandlerTakesIsNoQuiet)
 {
+    CEvent handled;
+    server.On("MKD", [&handled](CServerSession& session, const std::string&) {
+        handled.Wait(milliseconds(30000));
+        session.Send("257 made\r\n");
+    });
     server.Start();
-    CFTPEngine engine(ShortTimeouts());
+    CFTPEngine engine(PatientTimeouts());
     const CEvent never;
     QTimer timer;
     timer.start(5);
-    QTimer::singleShot(20, &timer, [&never] { EXPECT_FALSE(never.Wait(milliseconds(300))); });
+    QTimer::singleShot(20, &timer, [&] {
+        EXPECT_FALSE(never.Wait(milliseconds(300)));
+        handled.Set();
+    });
     EXPECT_TRUE(
         engine.CreateDirectory(server.GetDestination(), QStringLiteral("a"), milliseconds(100)).IsSuccess());
+    server.Stop();
 }

@@ -29,6 +29,8 @@ constexpr Exception Exceptions[] = {
     {"cli/CommandLine.cpp", R"(vistorama-cli %1\\n)", "the name of the program"},
     {"shell/frame/CommandLine.cpp", R"(vistorama %1\\n)", "the name of the program"},
     {"cli/InfoCommand.cpp", "json", "the name of an option"},
+    {"ftpengine/commands/FTPCommandSequences.cpp", "AUTH TLS", "a command of the protocol"},
+    {"ftpengine/messages/ServerWords.cpp", "clear text", "words that servers use"},
     {"content/ContentGeneratorBase.cpp", R"(\\n<script .*function GetCurrentURL.*)", "a script"},
     {"content/ContentGeneratorFolder.cpp", R"( new String\( document.location \))", "a script"},
     {"content/PictureMenuCommandGenerator.cpp", R"(\.innerHTML, window\..*)", "a script"},

@@ -13,6 +13,7 @@
 
 #include "common/Text.h"
 #include "support/ScriptedServer.h"
+#include "support/TlsServer.h"
 
 namespace {
 
@@ -74,13 +75,17 @@ const char* NameOf(FTPServerKind kind)
     return "";
 }
 
-CFTPServer::CFTPServer(FTPServerKind kind) : kind(kind)
+CFTPServer::CFTPServer(FTPServerKind kind, FTPServerSecurity security)
+    : kind(kind), hasTls(security == FTPServerSecurity::TlsOnly)
 {
     if (kind == FTPServerKind::PureFtpd && ::geteuid() != 0) {
         problem = QStringLiteral("Pure-FTPd runs for the administrator only.");
         return;
     }
     QDir().mkpath(GetRoot());
+    if (hasTls) {
+        WriteCertificate();
+    }
     // Another program may take the port between its choice and the server's start.
     for (int attempt = 0; attempt < 5; ++attempt) {
         port = CListener().GetPort();
@@ -119,6 +124,13 @@ QString CFTPServer::GetAddress() const
     return QStringLiteral("ftp://%1@127.0.0.1:%2").arg(GetUser()).arg(port);
 }
 
+void CFTPServer::WriteCertificate()
+{
+    const CTestCertificate certificate;
+    fingerprint = certificate.GetFingerprint();
+    SetMode(scratch.Write(QStringLiteral("server.pem"), certificate.GetPem()), S_IRUSR | S_IWUSR);
+}
+
 void CFTPServer::WriteConfiguration()
 {
     switch (kind) {
@@ -144,17 +156,27 @@ void CFTPServer::WriteConfiguration()
 
 QString CFTPServer::WriteVsftpdConfiguration() const
 {
+    const QString tls = QStringLiteral("ssl_enable=YES\nallow_anon_ssl=YES\nforce_anon_logins_ssl=YES\n"
+                                       "force_anon_data_ssl=YES\nrequire_ssl_reuse=YES\n"
+                                       "strict_ssl_read_eof=YES\nrsa_cert_file=%1\n")
+                            .arg(scratch.Path(QStringLiteral("server.pem")));
     return QStringLiteral("listen=YES\nlisten_address=127.0.0.1\nlisten_port=%1\nbackground=NO\n"
                           "anonymous_enable=YES\nlocal_enable=NO\nwrite_enable=YES\n"
                           "anon_upload_enable=YES\nanon_mkdir_write_enable=YES\nanon_other_write_enable=YES\n"
                           "anon_umask=022\nanon_root=%2\nrun_as_launching_user=YES\nftp_username=%3\n"
                           "secure_chroot_dir=%2\nxferlog_enable=NO\nseccomp_sandbox=NO\n")
-        .arg(port)
-        .arg(GetRoot(), OwnUserName());
+               .arg(port)
+               .arg(GetRoot(), OwnUserName()) +
+           (hasTls ? tls : QString());
 }
 
 QString CFTPServer::WriteProFtpdConfiguration() const
 {
+    // That the session has to be resumed is the server's own rule.
+    const QString tls = QStringLiteral("LoadModule mod_tls.c\nTLSEngine on\nTLSRequired on\n"
+                                       "TLSRSACertificateFile %1\nTLSRSACertificateKeyFile %1\n"
+                                       "TLSVerifyClient off\n")
+                            .arg(scratch.Path(QStringLiteral("server.pem")));
     return QStringLiteral("ServerType standalone\nDefaultAddress 127.0.0.1\nSocketBindTight on\nPort %1\n"
                           "UseIPv6 off\nUser %2\nGroup %3\nModulePath %4proftpd-core/usr/lib/proftpd\n"
                           // Transfers and listings: part of the program, or modules from Debian 13 on.
@@ -166,8 +188,9 @@ QString CFTPServer::WriteProFtpdConfiguration() const
                           "<IfModule mod_ctrls.c>\nControlsEngine off\n</IfModule>\n"
                           "UseReverseDNS off\nSystemLog %5log\nTransferLog none\n"
                           "<Global>\nAllowOverwrite on\n</Global>\n")
-        .arg(port)
-        .arg(OwnUserName(), OwnGroupName(), ServersFolder, scratch.Path(QString()));
+               .arg(port)
+               .arg(OwnUserName(), OwnGroupName(), ServersFolder, scratch.Path(QString())) +
+           (hasTls ? tls : QString());
 }
 
 void CFTPServer::WritePureFtpdUsers()
@@ -198,11 +221,15 @@ void CFTPServer::Start()
         break;
     case FTPServerKind::PureFtpd:
         process.start(ServersFolder + QStringLiteral("pure-ftpd/usr/sbin/pure-ftpd"),
-                      {QStringLiteral("-l"),
-                       QStringLiteral("puredb:") + scratch.Path(QStringLiteral("users.pdb")),
-                       QStringLiteral("-S"), QStringLiteral("127.0.0.1,%1").arg(port), QStringLiteral("-u"),
-                       QStringLiteral("1"), QStringLiteral("-H"), QStringLiteral("-g"),
-                       scratch.Path(QStringLiteral("pid"))});
+                      QStringList{QStringLiteral("-l"),
+                                  QStringLiteral("puredb:") + scratch.Path(QStringLiteral("users.pdb")),
+                                  QStringLiteral("-S"), QStringLiteral("127.0.0.1,%1").arg(port),
+                                  QStringLiteral("-u"), QStringLiteral("1"), QStringLiteral("-H"),
+                                  QStringLiteral("-g"), scratch.Path(QStringLiteral("pid"))} +
+                          (hasTls ? QStringList{QStringLiteral("--tls=3"),
+                                                QStringLiteral("--certfile=") +
+                                                    scratch.Path(QStringLiteral("server.pem"))}
+                                  : QStringList()));
         break;
     }
 }

@@ -8,11 +8,16 @@
 // The FTP servers that ./test brings.
 enum class FTPServerKind { Vsftpd, ProFtpd, PureFtpd };
 
+// Clear: TLS is offered by none. TlsOnly: it is demanded for both connections, data connections have to
+// resume the session of the control connection where the server knows how to ask for that, and the
+// certificate is one that the server has signed itself.
+enum class FTPServerSecurity { Clear, TlsOnly };
+
 // A real FTP server on a free port of the loopback interface, with a configuration, a user and a root folder
 // of its own. Runs as long as the object lives.
 class CFTPServer {
 public:
-    explicit CFTPServer(FTPServerKind kind);
+    explicit CFTPServer(FTPServerKind kind, FTPServerSecurity security = FTPServerSecurity::Clear);
     ~CFTPServer();
     CFTPServer(const CFTPServer&) = delete;
     CFTPServer& operator=(const CFTPServer&) = delete;
@@ -26,11 +31,14 @@ public:
     QString GetPassword() const;
     // "ftp://USER@127.0.0.1:PORT".
     QString GetAddress() const;
+    // Of the certificate, SHA-256; empty in clear.
+    QByteArray GetFingerprint() const { return fingerprint; }
     // The login's folder on disk, with a trailing separator.
     QString GetRoot() const { return scratch.Path(QStringLiteral("root/")); }
 
 private:
     void WriteConfiguration();
+    void WriteCertificate();
     QString WriteVsftpdConfiguration() const;
     QString WriteProFtpdConfiguration() const;
     void WritePureFtpdUsers();
@@ -39,6 +47,8 @@ private:
     QString RunHelper(const QString& program, const QStringList& arguments) const;
 
     const FTPServerKind kind;
+    const bool hasTls;
+    QByteArray fingerprint;
     const CScratchFolder scratch;
     uint16_t port = 0;
     QString problem;

@@ -2,7 +2,6 @@
 
 #include <arpa/inet.h>
 #include <netinet/tcp.h>
-#include <sys/ioctl.h>
 #include <sys/socket.h>
 
 #include <gtest/gtest.h>
@@ -18,15 +17,31 @@ sockaddr_in LoopbackAddress(uint16_t port)
     return address;
 }
 
-CListener::CListener(int backlog)
+SocketAddress LoopbackAddress(uint16_t port, int family)
 {
-    EXPECT_EQ(socket.Create(), 0);
-    sockaddr_in address = LoopbackAddress(0);
-    EXPECT_EQ(::bind(socket.GetDescriptor(), reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    if (family == AF_INET) {
+        return LoopbackAddress(port);
+    }
+    sockaddr_in6 address{};
+    address.sin6_family = AF_INET6;
+    address.sin6_addr = in6addr_loopback;
+    address.sin6_port = htons(port);
+    return {reinterpret_cast<const sockaddr*>(&address), sizeof address};
+}
+
+CListener::CListener(int backlog, int family)
+{
+    EXPECT_EQ(socket.Create(family), 0);
+    SocketAddress address = LoopbackAddress(0, family);
+    if (::bind(socket.GetDescriptor(), address.Get(), address.size) != 0) {
+        EXPECT_EQ(family, AF_INET6);
+        socket.Close();
+        return;
+    }
     EXPECT_EQ(::listen(socket.GetDescriptor(), backlog), 0);
-    socklen_t size = sizeof address;
-    EXPECT_EQ(::getsockname(socket.GetDescriptor(), reinterpret_cast<sockaddr*>(&address), &size), 0);
-    port = ntohs(address.sin_port);
+    socklen_t size = sizeof address.storage;
+    EXPECT_EQ(::getsockname(socket.GetDescriptor(), reinterpret_cast<sockaddr*>(&address.storage), &size), 0);
+    port = address.GetPort();
 }
 
 CSocket CListener::Accept(const CEvent& stop)
@@ -53,55 +68,14 @@ SocketPair::SocketPair()
     server = listener.Accept(never);
 }
 
-void SendAll(CSocket& socket, std::string_view bytes, const CEvent& stop)
-{
-    while (!bytes.empty() && socket.IsOpen()) {
-        const SocketResult result = socket.Send(bytes.data(), bytes.size());
-        if (result.error != 0) {
-            socket.Close();
-            return;
-        }
-        bytes.remove_prefix(result.bytes);
-        if (result.wouldBlock &&
-            WaitForFirst({UntilSet(stop), {socket.GetDescriptor(), true}}, NoLimit) == WaitResult::First) {
-            return;
-        }
-    }
-}
-
-namespace {
-
-// Reads until there is nothing left to read or the text is long enough; false at the end of the connection.
-bool ReadMore(CSocket& socket, std::string& text, const CEvent& stop)
-{
-    for (;;) {
-        if (!socket.IsOpen() ||
-            WaitForFirst({UntilSet(stop), {socket.GetDescriptor()}}, NoLimit) == WaitResult::First) {
-            return false;
-        }
-        char bytes[4096];
-        const SocketResult result = socket.Receive(bytes, sizeof bytes);
-        if (result.bytes > 0) {
-            text.append(bytes, result.bytes);
-            return true;
-        }
-        if (!result.wouldBlock) {
-            return false;
-        }
-    }
-}
-
-void CloseWithReset(CSocket& socket)
-{
-    const linger atOnce = {.l_onoff = 1, .l_linger = 0};
-    ::setsockopt(socket.GetDescriptor(), SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
-    socket.Close();
-}
-
-} // namespace
-
 CServerSession::CServerSession(CSocket control, const CEvent& stop) : control(std::move(control)), stop(stop)
 {}
+
+bool CServerSession::Protect(CTlsServer& tls)
+{
+    received.clear();
+    return control.Protect(tls, stop);
+}
 
 void CServerSession::SendInPieces(const std::vector<std::string>& pieces, std::chrono::milliseconds pause)
 {
@@ -114,19 +88,26 @@ void CServerSession::SendInPieces(const std::vector<std::string>& pieces, std::c
 void CServerSession::Stall()
 {
     std::string ignored;
-    while (ReadMore(control, ignored, stop)) {
+    while (control.ReadMore(ignored, stop)) {
     }
-    control.Close();
+    control.Close(stop);
 }
 
 void CServerSession::Close()
 {
-    control.Close();
+    control.Close(stop);
 }
 
 void CServerSession::Reset()
 {
-    CloseWithReset(control);
+    control.Reset();
+}
+
+std::string CServerSession::ListenForDataExtended()
+{
+    const auto peer = control.GetSocket().GetPeer();
+    dataListener = std::make_unique<CListener>(16, peer ? peer->GetFamily() : AF_INET);
+    return "229 Entering Extended Passive Mode (|||" + std::to_string(dataListener->GetPort()) + "|)\r\n";
 }
 
 std::string CServerSession::ListenForData(int backlog)
@@ -144,43 +125,59 @@ bool CServerSession::AcceptData()
             WaitResult::Second) {
         return false;
     }
-    data = dataListener->Accept(stop);
-    return data.IsOpen();
+    data = CServerChannel(dataListener->Accept(stop));
+    return data.IsOpen() && (dataTls == nullptr || data.Protect(*dataTls, stop));
 }
 
 void CServerSession::TakeSomeData()
 {
     std::string taken;
-    ReadMore(data, taken, stop);
+    data.ReadMore(taken, stop);
 }
 
 std::string CServerSession::ReadData()
 {
     std::string text;
-    while (ReadMore(data, text, stop)) {
+    while (data.ReadMore(text, stop)) {
     }
-    data.Close();
+    dataWereComplete = data.HasNotice();
+    data.Close(stop);
     return text;
+}
+
+int CServerSession::AwaitDataFailure()
+{
+    char bytes[65536];
+    for (;;) {
+        const SocketResult result = data.GetSocket().Receive(bytes, sizeof bytes);
+        if (result.error != 0 || (result.bytes == 0 && !result.wouldBlock)) {
+            return result.error;
+        }
+        if (result.wouldBlock &&
+            WaitForFirst({UntilSet(stop), {data.GetDescriptor()}}, NoLimit) == WaitResult::First) {
+            return 0;
+        }
+    }
 }
 
 void CServerSession::SipData(std::chrono::milliseconds pause)
 {
     std::string taken;
-    while (!stop.Wait(pause) && ReadMore(data, taken, stop)) {
+    while (!stop.Wait(pause) && data.ReadMore(taken, stop)) {
     }
-    data.Close();
+    data.Close(stop);
 }
 
 void CServerSession::ResetData()
 {
-    CloseWithReset(data);
+    data.Reset();
 }
 
 bool CServerSession::ReadLine(std::string& line)
 {
     std::size_t end = received.find("\r\n");
     while (end == std::string::npos) {
-        if (!ReadMore(control, received, stop)) {
+        if (!control.ReadMore(received, stop)) {
             return false;
         }
         end = received.find("\r\n");
@@ -190,7 +187,7 @@ bool CServerSession::ReadLine(std::string& line)
     return true;
 }
 
-CScriptedServer::CScriptedServer()
+CScriptedServer::CScriptedServer(int family) : family(family), listener(16, family)
 {
     AddProperHandlers();
 }
@@ -254,6 +251,75 @@ void CScriptedServer::AddProperHandlers()
             session.Send("226 stored\r\n");
         }
     };
+    AddHandlersOfSessions();
+}
+
+// What tasks don't say and sessions do.
+void CScriptedServer::AddHandlersOfSessions()
+{
+    const auto replying = [](const char* bytes) {
+        return [bytes](CServerSession& session, const std::string&) {
+            session.Send(bytes);
+        };
+    };
+    properHandlers["OPTS"] = replying("200 so be it\r\n");
+    properHandlers["PWD"] = replying("257 \"/home\" is where you are\r\n");
+    properHandlers["NOOP"] = replying("200 still here\r\n");
+    properHandlers["RMD"] = replying("250 gone\r\n");
+    properHandlers["FEAT"] = [this](CServerSession& session, const std::string&) {
+        session.Send("211-Features:\r\n" + features + "211 End\r\n");
+    };
+    properHandlers["EPSV"] = [](CServerSession& session, const std::string&) {
+        session.Send(session.ListenForDataExtended());
+    };
+    properHandlers["MLSD"] = properHandlers["LIST"];
+    properHandlers["SIZE"] = [this](CServerSession& session, const std::string& name) {
+        const auto stored = GetFiles();
+        const auto found = stored.find(name);
+        session.Send(found == stored.end() ? "550 none\r\n"
+                                           : "213 " + std::to_string(found->second.size()) + "\r\n");
+    };
+    properHandlers["DELE"] = [this](CServerSession& session, const std::string& name) {
+        const std::lock_guard guard(lock);
+        session.Send(files.erase(name) == 1 ? "250 gone\r\n" : "550 none\r\n");
+    };
+    properHandlers["RETR"] = [this](CServerSession& session, const std::string& name) {
+        const auto stored = GetFiles();
+        const auto found = stored.find(name);
+        if (found == stored.end()) {
+            session.Send("550 none\r\n");
+            return;
+        }
+        session.Send("150 here it comes\r\n");
+        if (session.AcceptData()) {
+            session.SendData(found->second);
+            session.CloseData();
+            session.Send("226 done\r\n");
+        }
+    };
+}
+
+void CScriptedServer::UseTls(const std::shared_ptr<CTlsServer>& tls, bool implicit)
+{
+    if (implicit) {
+        properHandlers["GREETING"] = [tls](CServerSession& session, const std::string&) {
+            if (session.Protect(*tls)) {
+                session.Send("220 ready\r\n");
+            }
+        };
+    } else {
+        properHandlers["AUTH"] = [tls](CServerSession& session, const std::string&) {
+            session.Send("234 go on\r\n");
+            session.Protect(*tls);
+        };
+    }
+    properHandlers["PBSZ"] = [](CServerSession& session, const std::string&) {
+        session.Send("200 PBSZ=0\r\n");
+    };
+    properHandlers["PROT"] = [tls](CServerSession& session, const std::string& level) {
+        session.ProtectData(level == "P" ? tls.get() : nullptr);
+        session.Send("200 done\r\n");
+    };
 }
 
 void CScriptedServer::Start()
@@ -304,7 +370,7 @@ FTPDestinationConnection CScriptedServer::GetDestination(const QString& director
     return {.displayName = {},
             .userName = QStringLiteral("anna"),
             .password = QStringLiteral("s3cret"),
-            .server = QStringLiteral("127.0.0.1"),
+            .server = family == AF_INET ? QStringLiteral("127.0.0.1") : QStringLiteral("::1"),
             .directory = directory,
             .port = GetPort()};
 }
@@ -319,4 +385,10 @@ std::map<std::string, std::string> CScriptedServer::GetFiles()
 {
     const std::lock_guard guard(lock);
     return files;
+}
+
+void CScriptedServer::PutFile(const std::string& name, const std::string& bytes)
+{
+    const std::lock_guard guard(lock);
+    files[name] = bytes;
 }

@@ -11,7 +11,7 @@ update_lists() {
 }
 mkdir -p "$1"
 cd "$1"
-for package in vsftpd proftpd-core pure-ftpd; do
+for package in vsftpd proftpd-core proftpd-mod-crypto pure-ftpd; do
     if [ -d "$package" ]; then
         continue
     fi
@@ -23,3 +23,5 @@ for package in vsftpd proftpd-core pure-ftpd; do
     mv fetched/content "$package"
     rm -rf fetched
 done
+# ProFTPD looks for its modules in one folder.
+cp -n proftpd-mod-crypto/usr/lib/proftpd/mod_tls.so proftpd-core/usr/lib/proftpd/

@@ -4,10 +4,10 @@
 
 namespace {
 
-// Against a server that never comes to an end. Real ones send one preliminary reply, or two, and a greeting
-// of a few chunks.
-constexpr int maximalPreliminaryReplies = 100;
-constexpr int maximalGreetingChunks = 100;
+using Clock = std::chrono::steady_clock;
+
+// Against a server that never comes to an end. Real ones send one preliminary reply, or two.
+constexpr std::size_t maximalPreliminaryBytes = 1024 * 1024;
 
 std::string WithLineEnd(std::string_view text)
 {
@@ -20,6 +20,11 @@ std::string Line(std::string_view verb, std::string_view argument)
 }
 
 } // namespace
+
+bool BreaksLine(const QString& name)
+{
+    return name.contains(QLatin1Char('\r')) || name.contains(QLatin1Char('\n')) || name.contains(QChar(0));
+}
 
 CFTPCommand::CFTPCommand(std::string_view text) : text(WithLineEnd(text)) {}
 
@@ -34,21 +39,46 @@ FTPReply CFTPCommand::Execute(CSocketStream& stream, const std::shared_ptr<CEven
                               Milliseconds receiveTimeout)
 {
     stream.Send(sendTimeout, text);
-    FTPReply reply;
-    for (int i = 0; i < maximalPreliminaryReplies; ++i) {
-        CSocketBuffer chunk;
-        stream.Receive(receiveTimeout, chunk);
-        reply = ReadReply(chunk.GetText());
-        if (reply.GetGroup() != 1) {
-            break;
-        }
+    return AwaitReply(stream, receiveTimeout, receiveTimeout);
+}
+
+FTPReply CFTPCommand::AwaitReply(CSocketStream& stream, Milliseconds firstTimeout, Milliseconds timeout)
+{
+    CPreliminaryReplies preliminary(stream.GetTimeouts().preliminary);
+    wholeReply = stream.Receive(firstTimeout);
+    while (preliminary.Includes(wholeReply)) {
+        wholeReply = stream.Receive(timeout);
     }
-    return reply;
+    return ReadReply(wholeReply);
+}
+
+CPreliminaryReplies::CPreliminaryReplies(std::chrono::milliseconds limit)
+    : deadline(limit == NoLimit ? Clock::time_point::max() : Clock::now() + limit)
+{}
+
+bool CPreliminaryReplies::Includes(std::string_view reply)
+{
+    if (ReadReply(reply).GetGroup() != 1) {
+        return false;
+    }
+    bytes += reply.size();
+    if (bytes > maximalPreliminaryBytes) {
+        ThrowTraced("PreliminaryReplies throws: ", EngineStatus::MessageTooLong);
+    }
+    if (Clock::now() >= deadline) {
+        ThrowTraced("PreliminaryReplies throws: ", EngineStatus::TimedOut);
+    }
+    return true;
 }
 
 CFTPCommandUser::CFTPCommandUser(std::string_view user) : CFTPCommand(Line("USER", user)) {}
 
 CFTPCommandPassword::CFTPCommandPassword(std::string_view password) : CFTPCommand(Line("PASS", password)) {}
+
+std::string CFTPCommandPassword::GetShownText() const
+{
+    return "PASS ****\r\n";
+}
 
 CFTPCommandChangeDirectory::CFTPCommandChangeDirectory(std::string_view path) : CFTPCommand(Line("CWD", path))
 {}
@@ -63,27 +93,12 @@ CFTPCommandRenameTo::CFTPCommandRenameTo(std::string_view name) : CFTPCommand(Li
 CFTPCommandWelcomeReply::CFTPCommandWelcomeReply() : CFTPCommand("") {}
 
 FTPReply CFTPCommandWelcomeReply::Execute(CSocketStream& stream, const std::shared_ptr<CEvent>&, Milliseconds,
-                                          Milliseconds)
+                                          Milliseconds receiveTimeout)
 {
-    CSocketBuffer buffer;
-    bool closed = false;
     try {
-        for (int i = 0; !closed; ++i) {
-            if (i == maximalGreetingChunks) {
-                throw EngineStatus::UnknownReply;
-            }
-            CSocketBuffer chunk;
-            stream.Receive(stream.GetTimeouts().greetingSilence, chunk);
-            closed = chunk.GetText().empty();
-            if (!closed) {
-                buffer = chunk;
-            }
-        }
+        AwaitReply(stream, stream.GetTimeouts().greeting, receiveTimeout);
     } catch (int error) {
-        // The silence is what tells that the greeting is complete.
-        if (error != EngineStatus::TimedOut || buffer.GetText().empty()) {
-            ThrowTraced("WelcomeReply throws: ", error);
-        }
+        ThrowTraced("WelcomeReply throws: ", error);
     }
-    return ReadGreeting(buffer.GetText());
+    return ReadGreeting(GetWholeReply());
 }

@@ -9,6 +9,9 @@
 #include "ftpengine/net/Event.h"
 #include "ftpengine/net/SocketStream.h"
 
+// A line break or a zero byte in a name: a command with it would be two (RFC 959, 4.1).
+bool BreaksLine(const QString& name);
+
 // One exchange of a command and its reply. Used once, on the task's thread; lives on the stack of its
 // sequence.
 class CFTPCommand {
@@ -28,12 +31,35 @@ public:
 
     // As it goes out.
     const std::string& GetText() const { return text; }
+    // As the transcript shows it.
+    virtual std::string GetShownText() const { return text; }
+    // All lines of the final reply, after Execute.
+    const std::string& GetWholeReply() const { return wholeReply; }
 
     // False if a name in the text holds a line break or a zero byte: such a text would be two commands.
     bool IsOneLine() const;
 
+protected:
+    // Waits for the final reply. firstTimeout: for the first byte of it, timeout: without one from then on.
+    FTPReply AwaitReply(CSocketStream& stream, Milliseconds firstTimeout, Milliseconds timeout);
+
 private:
     const std::string text;
+    std::string wholeReply;
+};
+
+// Passes over the preliminary replies to one command (1yz), within a limit of time and of bytes.
+class CPreliminaryReplies {
+public:
+    // limit: may be NoLimit.
+    explicit CPreliminaryReplies(std::chrono::milliseconds limit);
+
+    // Throws an int: 10060 or 10040 if there is no end of them.
+    bool Includes(std::string_view reply);
+
+private:
+    const std::chrono::steady_clock::time_point deadline;
+    std::size_t bytes = 0;
 };
 
 // "USER anna"
@@ -46,6 +72,9 @@ class CFTPCommandPassword final : public CFTPCommand {
 public:
     // password: or the response to a challenge.
     explicit CFTPCommandPassword(std::string_view password);
+
+    // "PASS ****": a transcript is shown, copied and sent to others.
+    std::string GetShownText() const override;
 };
 
 class CFTPCommandChangeDirectory final : public CFTPCommand {
@@ -68,13 +97,12 @@ public:
     explicit CFTPCommandRenameTo(std::string_view name);
 };
 
-// Waits for what a server says at first. Sends nothing and has a time-out of its own.
+// Waits for what a server says at first. Sends nothing and has a time-out of its own for the begin.
 class CFTPCommandWelcomeReply final : public CFTPCommand {
 public:
     CFTPCommandWelcomeReply();
 
-    // The last chunk before a second of silence, or before the peer's close. Throws 10060 if that second is
-    // the first.
+    // The greeting, with all its lines as its text.
     FTPReply Execute(CSocketStream& stream, const std::shared_ptr<CEvent>& abortEvent,
                      Milliseconds sendTimeout, Milliseconds receiveTimeout) override;
 };

@@ -1,25 +1,19 @@
 #pragma once
 
-#include <memory>
-#include <netinet/in.h>
 #include <string_view>
 
+#include "ftpengine/commands/DataTransfer.h"
 #include "ftpengine/commands/FTPCommand.h"
-#include "ftpengine/net/ThreadDriver.h"
 
-class CListReceiver;
-
-// A command whose answer comes over a data connection, which a worker of its own reads while the task's
-// thread waits for the reply. The destructor waits for the worker.
+// A command whose answer comes over a data connection.
 class CFTPCommandList final : public CFTPCommand {
 public:
-    // verb: "LIST" or "NLST". address: from the reply to PASV.
-    CFTPCommandList(std::string_view verb, const sockaddr_in& address, const FTPTimeouts& timeouts);
+    // verb: "LIST" or "NLST".
+    CFTPCommandList(std::string_view verb, const DataEndpoint& endpoint);
     ~CFTPCommandList() override;
 
-    // The reply; 10060 without text if the data didn't end after it. When the data connection fails, the
-    // abort event is signalled, so that nobody waits for a reply any more; and so it is when the reply is no
-    // success.
+    // The reply, when the listing is there as a whole. Throws also the failure of the data connection, after
+    // which nobody waits for a reply. A reply that is no success signals the abort event.
     FTPReply Execute(CSocketStream& stream, const std::shared_ptr<CEvent>& abortEvent,
                      Milliseconds sendTimeout, Milliseconds receiveTimeout) override;
 
@@ -27,9 +21,6 @@ public:
     std::string_view GetListing() const;
 
 private:
-    bool StopWorker();
-
-    const std::shared_ptr<CListReceiver> receiver; // shared with the worker
-    std::shared_ptr<CEvent> workerAbort;           // none before Execute
-    CThreadDriver driver;
+    class CReceiver;
+    const std::unique_ptr<CReceiver> receiver;
 };

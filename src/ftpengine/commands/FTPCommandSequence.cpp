@@ -33,8 +33,7 @@ FTPReply CFTPCommandSequence::Execute(CFTPCommand& command)
 
 FTPReply CFTPCommandSequence::ExecuteCommand(CFTPCommand& command)
 {
-    // The password's command, too: the transcript is for the user alone, who is to see what went wrong.
-    transcript.push_back(Widen(command.GetText()));
+    transcript.push_back(Widen(command.GetShownText()));
     const FTPReply reply = command.Execute(stream, abortEvent, GetTimeouts().send, GetTimeouts().reply);
     transcript.push_back(reply.text);
     switch (reply.GetGroup()) {

@@ -14,7 +14,8 @@ class CFTPCommandSequence {
 public:
     using Transcript = std::vector<QString>;
 
-    // stream and transcript belong to the task. Everything that is said is added to the transcript.
+    // stream and transcript belong to the task. Everything that is said is added to the transcript, but for
+    // secrets.
     CFTPCommandSequence(CSocketStream& stream, const std::shared_ptr<CEvent>& abortEvent,
                         Transcript& transcript);
     virtual ~CFTPCommandSequence() = default;
@@ -33,6 +34,7 @@ protected:
 
     const std::shared_ptr<CEvent>& GetAbortEvent() const { return abortEvent; }
     const FTPTimeouts& GetTimeouts() const { return stream.GetTimeouts(); }
+    CSocketStream& GetStream() const { return stream; }
 
 private:
     FTPReply ExecuteCommand(CFTPCommand& command);

@@ -22,13 +22,34 @@ bool IsParent(const QString& name)
 
 } // namespace
 
-FTPReply CFTPCommandSequenceLogin::Run(const QString& user, const QString& password)
+FTPReply CFTPCommandSequenceWelcome::Run()
 {
     CFTPCommandWelcomeReply welcome;
+    return Execute(welcome);
+}
+
+FTPReply CFTPCommandSequenceAuthTls::Run()
+{
+    CFTPCommand command("AUTH TLS");
+    return Execute(command);
+}
+
+FTPReply CFTPCommandSequenceProtectData::Run()
+{
+    try {
+        CFTPCommand size("PBSZ 0"); // has to come first (RFC 2228, 3) and means nothing with TLS
+        Execute(size);
+    } catch (const FTPReply&) {
+        // Some servers have no need of it; the next one decides.
+    }
+    CFTPCommand protect("PROT P");
+    return Execute(protect);
+}
+
+FTPReply CFTPCommandSequenceLogin::Run(const QString& user, const QString& password)
+{
     CFTPCommandUser userCommand(Narrow(user));
-    Queue(welcome);
-    Queue(userCommand);
-    const FTPReply request = ExecuteCurrentSequence();
+    const FTPReply request = Execute(userCommand);
     CFTPCommandPassword passwordCommand(AnswerPasswordRequest(Narrow(request.text), Narrow(password)));
     return Execute(passwordCommand);
 }
@@ -117,16 +138,29 @@ FTPReply CFTPCommandSequenceTypeA::Run()
 
 FTPReply CFTPTransferSequence::ExecuteList(std::string_view verb, QString& listing)
 {
-    CFTPCommandList list(verb, AskForDataAddress(), GetTimeouts());
+    CFTPCommandList list(verb, AskForDataEndpoint());
     const FTPReply reply = Execute(list);
     listing = Widen(list.GetListing());
     return reply;
 }
 
-sockaddr_in CFTPTransferSequence::AskForDataAddress()
+DataEndpoint CFTPTransferSequence::AskForDataEndpoint()
 {
+    DataEndpoint endpoint{.address = GetStream().GetPeer(), .tls = GetStream().GetTls()};
+    if (endpoint.address.GetFamily() == AF_INET6) {
+        return AskForDataEndpointExtended();
+    }
     CFTPCommand pasv("PASV");
-    return ParsePasvResponse(Narrow(Execute(pasv).text));
+    endpoint.address.SetPort(ntohs(ParsePasvResponse(Narrow(Execute(pasv).text)).sin_port));
+    return endpoint;
+}
+
+DataEndpoint CFTPTransferSequence::AskForDataEndpointExtended()
+{
+    DataEndpoint endpoint{.address = GetStream().GetPeer(), .tls = GetStream().GetTls()};
+    CFTPCommand epsv("EPSV");
+    endpoint.address.SetPort(ParseEpsvResponse(Narrow(Execute(epsv).text)));
+    return endpoint;
 }
 
 FTPReply CFTPCommandSequenceList::Run(QString& listing)
@@ -142,9 +176,8 @@ FTPReply CFTPCommandSequenceNlst::Run(QString& listing)
 FTPReply CFTPCommandSequenceStor::Run(const QString& localPath, const QString& remoteName,
                                       const std::weak_ptr<CFTPTarget>& progressTarget)
 {
-    const sockaddr_in address = AskForDataAddress();
+    const DataEndpoint endpoint = AskForDataEndpoint();
     CFTPCommandSTOR stor(Narrow(remoteName),
-                         {.localPath = localPath, .progressTarget = progressTarget, .address = address},
-                         GetTimeouts());
+                         {.localPath = localPath, .progressTarget = progressTarget, .endpoint = endpoint});
     return Execute(stor);
 }

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <netinet/in.h>
 #include <string_view>
 
+#include "ftpengine/commands/DataTransfer.h"
 #include "ftpengine/commands/FTPCommandSequence.h"
 #include "ftpengine/messages/FTPMessages.h"
 
@@ -10,7 +10,28 @@
 // uses, unless said otherwise; empty names in them are passed over. For what Run throws see
 // CFTPCommandSequence.
 
-// Waits for the greeting and logs in. A password is sent in any case, also when the server asks for none; it
+// Waits for the greeting.
+class CFTPCommandSequenceWelcome final : public CFTPCommandSequence {
+public:
+    using CFTPCommandSequence::CFTPCommandSequence;
+    FTPReply Run();
+};
+
+// Asks for TLS (RFC 4217). After a success the next thing to be said is that of TLS.
+class CFTPCommandSequenceAuthTls final : public CFTPCommandSequence {
+public:
+    using CFTPCommandSequence::CFTPCommandSequence;
+    FTPReply Run();
+};
+
+// Has the data connections protected as well.
+class CFTPCommandSequenceProtectData final : public CFTPCommandSequence {
+public:
+    using CFTPCommandSequence::CFTPCommandSequence;
+    FTPReply Run();
+};
+
+// Logs in, after the greeting. A password is sent in any case, also when the server asks for none; it
 // is turned into a one-time password if the server asks for that. The result is the reply to it.
 class CFTPCommandSequenceLogin final : public CFTPCommandSequence {
 public:
@@ -70,14 +91,17 @@ public:
     FTPReply Run();
 };
 
-// Base of the sequences with a data connection, in passive mode; each begins with a PASV of its own. Run also
-// throws an int, 11004, for an unreadable reply to PASV.
+// Base of the sequences with a data connection, in passive mode; each begins with a PASV of its own, or over
+// IPv6, which PASV doesn't know, with an EPSV. Run also throws an int, 11004, for an unreadable reply to it.
 class CFTPTransferSequence : public CFTPCommandSequence {
 public:
     using CFTPCommandSequence::CFTPCommandSequence;
 
 protected:
-    sockaddr_in AskForDataAddress();
+    // At the control connection's peer, whatever address the server names: behind a router it names one that
+    // is good there only, and a hostile one would name another's.
+    DataEndpoint AskForDataEndpoint();
+    DataEndpoint AskForDataEndpointExtended();
     FTPReply ExecuteList(std::string_view verb, QString& listing);
 };
 

@@ -53,3 +53,19 @@ sockaddr_in ParsePasvResponse(std::string_view reply)
     address.sin_port = htons(static_cast<uint16_t>((*numbers)[4] * 256 + (*numbers)[5]));
     return address;
 }
+
+uint16_t ParseEpsvResponse(std::string_view reply)
+{
+    const std::size_t open = reply.rfind('(');
+    const std::string_view rest =
+        open == std::string_view::npos ? std::string_view() : reply.substr(open + 1);
+    uint16_t port = 0;
+    if (rest.size() > 4 && rest[1] == rest[0] && rest[2] == rest[0]) {
+        const char* const last = rest.data() + rest.size();
+        const auto [end, error] = std::from_chars(rest.data() + 3, last, port);
+        if (error == std::errc() && end != last && *end == rest[0]) {
+            return port;
+        }
+    }
+    ThrowTracedLiterally("ParseEpsvResponse failed", EngineStatus::UnreadablePasv);
+}

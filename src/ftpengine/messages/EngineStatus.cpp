@@ -34,7 +34,7 @@ constexpr Mapping errnoMappings[] = {
     {EMSGSIZE, EngineStatus::MessageTooLong},
     {EPROTOTYPE, 10041},
     {ENOPROTOOPT, 10042},
-    {EPROTONOSUPPORT, 10043},
+    {EPROTONOSUPPORT, EngineStatus::ProtocolNotSupported},
     {EOPNOTSUPP, 10045},
     {EAFNOSUPPORT, 10047},
     {EADDRINUSE, 10048},
@@ -62,13 +62,19 @@ constexpr Mapping errnoMappings[] = {
 };
 
 constexpr Mapping resolverMappings[] = {
-    {EAI_NONAME, 11001},     {EAI_AGAIN, 11002},    {EAI_FAIL, 11003},    {EAI_BADFLAGS, 10022},
-    {EAI_FAMILY, 10047},     {EAI_SOCKTYPE, 10044}, {EAI_SERVICE, 10109}, {EAI_MEMORY, 8},
+    {EAI_NONAME, EngineStatus::HostNotFound},
+    {EAI_AGAIN, EngineStatus::TryAgain},
+    {EAI_FAIL, 11003},
+    {EAI_BADFLAGS, 10022},
+    {EAI_FAMILY, 10047},
+    {EAI_SOCKTYPE, 10044},
+    {EAI_SERVICE, 10109},
+    {EAI_MEMORY, 8},
 #ifdef EAI_NODATA
-    {EAI_NODATA, 11001}, // not 11004, which stands for an unreadable PASV reply here
+    {EAI_NODATA, EngineStatus::HostNotFound}, // not 11004, which stands for an unreadable PASV reply here
 #endif
 #ifdef EAI_ADDRFAMILY
-    {EAI_ADDRFAMILY, 11001},
+    {EAI_ADDRFAMILY, EngineStatus::HostNotFound},
 #endif
 };
 
@@ -87,17 +93,36 @@ struct Words {
 };
 
 constexpr Words words[] = {
+    {EngineStatus::UnknownReply, StringId::UnknownReplyTitle, StringId::UnknownReplyDescription},
+    {8, StringId::NoBufferSpaceTitle, StringId::NoBufferSpaceDescription},
     {EngineStatus::InvalidName, StringId::InvalidNameTitle, StringId::InvalidNameDescription},
     {EngineStatus::Aborted, StringId::AbortedTitle, StringId::AbortedDescription},
+    {10013, StringId::NotPermittedTitle, StringId::NotPermittedDescription},
+    {10024, StringId::NoBufferSpaceTitle, StringId::NoBufferSpaceDescription},
+    {EngineStatus::MessageTooLong, StringId::MessageTooLongTitle, StringId::MessageTooLongDescription},
+    {EngineStatus::ProtocolNotSupported, StringId::ProtocolNotSupportedTitle,
+     StringId::ProtocolNotSupportedDescription},
+    {10047, StringId::NetworkUnreachableTitle, StringId::NetworkUnreachableDescription},
+    {10049, StringId::NetworkUnreachableTitle, StringId::NetworkUnreachableDescription},
+    {10050, StringId::NetworkDownTitle, StringId::NetworkDownDescription},
     {10051, StringId::NetworkUnreachableTitle, StringId::NetworkUnreachableDescription},
     {10052, StringId::NetworkResetTitle, StringId::NetworkResetDescription},
     {10053, StringId::ConnectionAbortedTitle, StringId::ConnectionAbortedDescription},
     {EngineStatus::ConnectionReset, StringId::ConnectionResetTitle, StringId::ConnectionResetDescription},
+    {EngineStatus::NoBufferSpace, StringId::NoBufferSpaceTitle, StringId::NoBufferSpaceDescription},
     {EngineStatus::TimedOut, StringId::TimedOutTitle, StringId::TimedOutDescription},
     {10061, StringId::ConnectionRefusedTitle, StringId::ConnectionRefusedDescription},
     {10064, StringId::HostDownTitle, StringId::HostDownDescription},
     {10065, StringId::NoRouteTitle, StringId::NoRouteDescription},
-    {11001, StringId::HostNotFoundTitle, StringId::HostNotFoundDescription},
+    {systemCallFailed, StringId::SystemCallFailedTitle, StringId::SystemCallFailedDescription},
+    {EngineStatus::HostNotFound, StringId::HostNotFoundTitle, StringId::HostNotFoundDescription},
+    {EngineStatus::TryAgain, StringId::NoAnswerAboutHostTitle, StringId::NoAnswerAboutHostDescription},
+    {11003, StringId::NoAnswerAboutHostTitle, StringId::NoAnswerAboutHostDescription},
+    {EngineStatus::UnreadablePasv, StringId::UnreadablePasvTitle, StringId::UnreadablePasvDescription},
+    {EngineStatus::UntrustedServer, StringId::UntrustedServerTitle, StringId::UntrustedServerDescription},
+    {EngineStatus::TlsNotOffered, StringId::TlsNotOfferedTitle, StringId::TlsNotOfferedDescription},
+    {EngineStatus::TlsDemanded, StringId::TlsDemandedTitle, StringId::TlsDemandedDescription},
+    {EngineStatus::TlsFailed, StringId::TlsFailedTitle, StringId::TlsFailedDescription},
 };
 
 Words WordsOf(int status)
@@ -145,11 +170,16 @@ void ThrowTraced(const char* text, int number)
 
 void ThrowTracedLiterally(const char* text, int number)
 {
-    Trace(QStringLiteral("_T(\"%1\")").arg(QLatin1String(text)));
+    TraceLiterally(text);
     throw number;
 }
 
 void TraceNumber(const char* text, int number)
 {
     Trace(QStringLiteral("\"%1\"%2").arg(QLatin1String(text)).arg(number));
+}
+
+void TraceLiterally(const char* text)
+{
+    Trace(QStringLiteral("_T(\"%1\")").arg(QLatin1String(text)));
 }

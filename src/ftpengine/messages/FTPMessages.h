@@ -11,6 +11,7 @@
 #include "common/MessageTarget.h"
 #include "ftpengine/messages/FTPDirectoryContent.h"
 #include "ftpengine/messages/FTPReply.h"
+#include "ftpengine/session/ServerIdentity.h"
 
 // One file to send.
 struct FTPUploadItem {
@@ -28,9 +29,10 @@ using FTPUploadMap = std::map<QString, FTPUploadItem>;
 struct CTaskResult {
     enum class Kind { Success = 0, NetworkFailure = 1, ServerRefusal = 2 };
 
-    FTPReply reply;                  // the last one of the task
-    std::vector<QString> transcript; // each command and each reply in order, the password included
-    int32_t status = 0;              // the number that ended the task (EngineStatus.h), 0 if none did
+    FTPReply reply;                         // the last one of the task
+    std::vector<QString> transcript;        // each command and each reply in order, without secrets
+    int32_t status = 0;                     // the number that ended the task (EngineStatus.h), 0 if none did
+    std::optional<ServerIdentity> identity; // of a server that showed one
 
     Kind GetKind() const;
     bool IsSuccess() const { return GetKind() == Kind::Success; }

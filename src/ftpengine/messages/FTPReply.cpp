@@ -21,10 +21,10 @@ bool IsCode(std::string_view text)
 
 } // namespace
 
-FTPReply ReadReply(std::string_view chunk)
+FTPReply ReadReply(std::string_view bytes)
 {
     constexpr std::string_view lineEnd = "\r\n";
-    std::string_view line = chunk;
+    std::string_view line = bytes;
     for (;;) {
         const std::size_t end = line.find(lineEnd);
         // A last line without its end counts as well.
@@ -35,9 +35,9 @@ FTPReply ReadReply(std::string_view chunk)
     }
 }
 
-FTPReply ReadGreeting(std::string_view chunk)
+FTPReply ReadGreeting(std::string_view bytes)
 {
-    return {.code = CodeAt(chunk), .text = Widen(chunk)};
+    return {.code = CodeAt(bytes), .text = Widen(bytes)};
 }
 
 void CReplyLines::Feed(std::string_view bytes)
@@ -50,6 +50,13 @@ void CReplyLines::Feed(std::string_view bytes)
             head += byte;
         }
     }
+}
+
+bool CReplyLines::IsOpen() const
+{
+    // Also a line that has begun and says so itself.
+    return !openCode.empty() ||
+           (head.size() > codeLength && IsCode(head.substr(0, codeLength)) && head[codeLength] == '-');
 }
 
 void CReplyLines::EndLine()

@@ -14,13 +14,13 @@ struct FTPReply {
     int32_t GetGroup() const { return code / 100; }
 };
 
-// The reply in the bytes of one chunk. The last line decides, and its head alone: whether a line says that
+// The reply in its bytes. The last line decides, and its head alone: whether a line says that
 // others follow ("230-") is not looked at. No bytes, or no number at the head of the last line: code 0.
 // "230-Hello\r\n230 OK\r\n" gives 230 and "230 OK\r\n".
-FTPReply ReadReply(std::string_view chunk);
+FTPReply ReadReply(std::string_view bytes);
 
-// The greeting in the last chunk of it: its first three bytes, and all of its text.
-FTPReply ReadGreeting(std::string_view chunk);
+// The greeting: its first three bytes, and all of its text.
+FTPReply ReadGreeting(std::string_view bytes);
 
 // Follows the lines of replies as their bytes arrive, to know where a server has finished speaking (RFC 959,
 // 4.2): a line "230-..." opens a reply of several lines, and "230 ..." closes it. A value.
@@ -30,6 +30,8 @@ public:
 
     // True if the last byte ended a line after which nothing is announced.
     bool IsAtEnd() const { return atEnd; }
+    // Lines are announced that haven't come yet.
+    bool IsOpen() const;
 
 private:
     void EndLine();

@@ -1,46 +1,52 @@
 #include "ftpengine/net/Connection.h"
 
-#include <arpa/inet.h>
-#include <memory>
-#include <netdb.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-
-#include "common/Text.h"
 #include "ftpengine/messages/EngineStatus.h"
+#include "ftpengine/net/HostLookup.h"
+
+namespace {
+
+int ConnectTo(CSocket& socket, const SocketAddress& address, std::chrono::milliseconds timeout,
+              const CEvent& abortEvent)
+{
+    if (const int error = socket.Create(address.GetFamily())) {
+        TraceNumber("OpenConnection, WSASocket throws: ", error);
+        return error;
+    }
+    const int error = socket.Connect(address, timeout, &abortEvent);
+    if (error != 0) {
+        TraceNumber("OpenConnection, WSAConnect throws: ", error);
+    }
+    return error;
+}
+
+} // namespace
 
 void OpenConnection(const FTPDestinationConnection& destination, const std::shared_ptr<CEvent>& abortEvent,
                     CSocketStream& stream)
 {
-    CSocket socket;
-    if (const int error = socket.Create()) {
-        ThrowTraced("OpenConnection, WSASocket throws: ", error);
-    }
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = GetAddr(destination.server);
-    address.sin_port = htons(destination.port);
-    if (const int error = socket.Connect(address, NoLimit)) {
-        ThrowTraced("OpenConnection, WSAConnect throws: ", error);
-    }
+    const FTPTimeouts& timeouts = stream.GetTimeouts();
+    const auto addresses = LookUpHost(destination.server, destination.port, timeouts.lookUp, *abortEvent);
+    CSocket socket = ConnectToFirst(addresses, timeouts.connect, *abortEvent);
+    socket.KeepAlive();
     stream.Open(std::move(socket), abortEvent);
 }
 
-uint32_t GetAddr(const QString& host)
+CSocket ConnectToFirst(const std::vector<SocketAddress>& addresses, std::chrono::milliseconds timeout,
+                       const CEvent& abortEvent)
 {
-    // The engine speaks IPv4 only (RFC 959, PASV), so it asks for nothing else.
-    addrinfo hints{};
-    hints.ai_family = AF_INET;
-    hints.ai_socktype = SOCK_STREAM;
-    addrinfo* list = nullptr;
-    if (const int result = ::getaddrinfo(Narrow(host).c_str(), nullptr, &hints, &list)) {
-        ThrowTraced("GetAddr, getaddrinfo throws: ", EngineStatus::FromResolver(result));
+    CSocket socket;
+    int error = 0;
+    for (const SocketAddress& address : addresses) {
+        if (abortEvent.IsSet()) {
+            throw EngineStatus::Aborted;
+        }
+        error = ConnectTo(socket, address, timeout, abortEvent);
+        if (error == 0) {
+            return socket;
+        }
+        if (error == EngineStatus::Aborted) {
+            break;
+        }
     }
-    const std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)> owner(list, &::freeaddrinfo);
-    return FirstAddress(*list);
-}
-
-uint32_t FirstAddress(const addrinfo& list)
-{
-    return reinterpret_cast<const sockaddr_in*>(list.ai_addr)->sin_addr.s_addr;
+    throw error;
 }

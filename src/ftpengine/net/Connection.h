@@ -1,24 +1,20 @@
 #pragma once
 
-#include <cstdint>
 #include <memory>
+#include <vector>
 
 #include <QString>
 
 #include "ftpengine/destinations/FTPDestination.h"
 #include "ftpengine/net/Event.h"
+#include "ftpengine/net/Socket.h"
 #include "ftpengine/net/SocketStream.h"
 
-struct addrinfo;
-
-// Opens the control connection to the destination's server and port. Takes as long as the platform takes and
-// doesn't look at the abort event before the connection is there. Throws an int.
+// Opens the control connection to the destination's server and port, by the first of the server's addresses
+// that lets it in. Ends at once, with 995, when the abort event is signalled. Throws an int.
 void OpenConnection(const FTPDestinationConnection& destination, const std::shared_ptr<CEvent>& abortEvent,
                     CSocketStream& stream);
 
-// The host's IPv4 address in network order; of several, the first one only. Throws an int: 11001 for an
-// unknown host.
-uint32_t GetAddr(const QString& host);
-
-// The address word of the first entry of the resolver's list.
-uint32_t FirstAddress(const addrinfo& list);
+// Tries one address after the other, each for that long; throws the failure of the last one.
+CSocket ConnectToFirst(const std::vector<SocketAddress>& addresses, std::chrono::milliseconds timeout,
+                       const CEvent& abortEvent);

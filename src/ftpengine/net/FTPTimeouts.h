@@ -10,10 +10,14 @@ inline constexpr std::chrono::milliseconds NoLimit = std::chrono::milliseconds::
 struct FTPTimeouts {
     using Milliseconds = std::chrono::milliseconds;
 
-    Milliseconds send{30000};           // for a command to be taken
-    Milliseconds reply{60000};          // for each reply, a preliminary one included
-    Milliseconds greetingSilence{1000}; // ends the greeting; without any greeting it is a time-out
-    Milliseconds segmentSilence{250};   // ends a receive on the control connection that has begun
-    Milliseconds stopWorker{60000}; // for a worker to end by itself (never used for the sending of a file)
-    Milliseconds dataStall{60000};  // for a data connection to be opened, or to take another byte of a file
+    Milliseconds send{30000};          // for a command to be taken
+    Milliseconds reply{60000};         // without a byte of a reply, a preliminary one included
+    Milliseconds greeting{30000};      // for the greeting to begin
+    Milliseconds preliminary{3600000}; // for preliminary replies to come to their final one
+    Milliseconds stopWorker{60000};    // for a worker to end by itself
+    Milliseconds dataStall{60000};     // without a byte on a data connection, its opening included
+    Milliseconds afterData{300000};    // for the reply after the last byte of a file: servers scan files
+    Milliseconds lastWords{5000};      // for a server to say why a data connection broke
+    Milliseconds lookUp{60000};        // for the addresses of a name
+    Milliseconds connect{20000};       // for each of these addresses
 };

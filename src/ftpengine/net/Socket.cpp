@@ -1,8 +1,10 @@
 #include "ftpengine/net/Socket.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <fcntl.h>
-#include <sys/socket.h>
+#include <netinet/tcp.h>
 #include <unistd.h>
 #include <utility>
 
@@ -39,7 +41,35 @@ SocketResult ResultOf(ssize_t bytes)
     return {.error = EngineStatus::FromErrno(errno)};
 }
 
+// Where the port stands in an address of either family.
+in_port_t* PortOf(sockaddr_storage& storage)
+{
+    return storage.ss_family == AF_INET6 ? &reinterpret_cast<sockaddr_in6&>(storage).sin6_port
+                                         : &reinterpret_cast<sockaddr_in&>(storage).sin_port;
+}
+
 } // namespace
+
+SocketAddress::SocketAddress(const sockaddr* address, socklen_t size)
+    : size(std::min<socklen_t>(size, sizeof storage))
+{
+    std::memcpy(&storage, address, this->size);
+}
+
+SocketAddress::SocketAddress(const sockaddr_in& address)
+    : SocketAddress(reinterpret_cast<const sockaddr*>(&address), sizeof address)
+{}
+
+uint16_t SocketAddress::GetPort() const
+{
+    sockaddr_storage copy = storage;
+    return ntohs(*PortOf(copy));
+}
+
+void SocketAddress::SetPort(uint16_t port)
+{
+    *PortOf(storage) = htons(port);
+}
 
 CSocket::CSocket(int descriptor) : descriptor(descriptor)
 {
@@ -59,10 +89,10 @@ CSocket::~CSocket()
     Close();
 }
 
-int CSocket::Create()
+int CSocket::Create(int family)
 {
     Close();
-    descriptor = ::socket(AF_INET, SOCK_STREAM, 0);
+    descriptor = ::socket(family, SOCK_STREAM, 0);
     if (descriptor < 0) {
         return EngineStatus::FromErrno(errno);
     }
@@ -70,13 +100,11 @@ int CSocket::Create()
     return 0;
 }
 
-int CSocket::Connect(const sockaddr_in& address, std::chrono::milliseconds timeout, const CEvent* interrupt)
+int CSocket::Connect(const SocketAddress& address, std::chrono::milliseconds timeout, const CEvent* interrupt)
 {
-    if (::connect(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) {
-        return 0;
-    }
-    if (errno != EINPROGRESS && errno != EINTR) {
-        return EngineStatus::FromErrno(errno);
+    const SocketResult begun = BeginConnect(address);
+    if (!begun.wouldBlock) {
+        return begun.error;
     }
     const WaitedDescriptor connected = {descriptor, true};
     const WaitResult result = interrupt == nullptr ? WaitForFirst({connected}, timeout)
@@ -84,12 +112,38 @@ int CSocket::Connect(const sockaddr_in& address, std::chrono::milliseconds timeo
     if (result != WaitResult::First) {
         return result == WaitResult::TimedOut ? EngineStatus::TimedOut : EngineStatus::Aborted;
     }
+    return EndConnect();
+}
+
+SocketResult CSocket::BeginConnect(const SocketAddress& address)
+{
+    if (::connect(descriptor, address.Get(), address.size) == 0) {
+        return {};
+    }
+    if (errno == EINPROGRESS || errno == EINTR) {
+        return {.wouldBlock = true};
+    }
+    return {.error = EngineStatus::FromErrno(errno)};
+}
+
+int CSocket::EndConnect()
+{
     int error = 0;
     socklen_t size = sizeof error;
     if (::getsockopt(descriptor, SOL_SOCKET, SO_ERROR, &error, &size) != 0) {
         error = errno;
     }
     return error == 0 ? 0 : EngineStatus::FromErrno(error);
+}
+
+void CSocket::KeepAlive()
+{
+    const int on = 1;
+    ::setsockopt(descriptor, SOL_SOCKET, SO_KEEPALIVE, &on, sizeof on);
+#ifdef TCP_KEEPIDLE
+    const int idleSeconds = 60; // the two hours of the system are too long for the routers on the way
+    ::setsockopt(descriptor, IPPROTO_TCP, TCP_KEEPIDLE, &idleSeconds, sizeof idleSeconds);
+#endif
 }
 
 void CSocket::Close()
@@ -99,12 +153,46 @@ void CSocket::Close()
     }
 }
 
+void CSocket::Reset()
+{
+    if (IsOpen()) {
+        const linger atOnce = {.l_onoff = 1, .l_linger = 0};
+        ::setsockopt(descriptor, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
+        Close();
+    }
+}
+
+void CSocket::EndSending()
+{
+    ::shutdown(descriptor, SHUT_WR);
+}
+
 SocketResult CSocket::Receive(char* bytes, std::size_t size)
+{
+    return ReceiveFrom(descriptor, bytes, size);
+}
+
+SocketResult CSocket::Send(const char* bytes, std::size_t size)
+{
+    return SendTo(descriptor, bytes, size);
+}
+
+std::optional<SocketAddress> CSocket::GetPeer() const
+{
+    sockaddr_storage storage{};
+    socklen_t size = sizeof storage;
+    if (::getpeername(descriptor, reinterpret_cast<sockaddr*>(&storage), &size) != 0) {
+        return std::nullopt;
+    }
+    return SocketAddress(reinterpret_cast<const sockaddr*>(&storage), size);
+}
+
+SocketResult ReceiveFrom(int descriptor, char* bytes, std::size_t size)
 {
     return ResultOf(::recv(descriptor, bytes, size, 0));
 }
 
-SocketResult CSocket::Send(const char* bytes, std::size_t size)
+SocketResult SendTo(int descriptor, const char* bytes, std::size_t size)
 {
     return ResultOf(::send(descriptor, bytes, size, sendFlags));
 }

@@ -1,52 +1,85 @@
 #include "ftpengine/net/SocketStream.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "common/Trace.h"
 #include "ftpengine/messages/EngineStatus.h"
-#include "ftpengine/net/Event.h"
-#include "ftpengine/net/SocketReader.h"
 
-CSocketStream::CSocketStream(const FTPTimeouts& timeouts) : timeouts(timeouts), driver(timeouts.stopWorker) {}
+namespace {
 
-CSocketStream::~CSocketStream()
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+// A server that speaks without end must not fill the memory.
+constexpr std::size_t maximalReplySize = 1024 * 1024;
+// RFC 959, 4.2.1: the service closes the control connection. May come unasked.
+constexpr int32_t serviceNotAvailable = 421;
+
+milliseconds LeftOf(milliseconds timeout, Clock::time_point begin)
 {
-    // First, so that the reader doesn't stay in its receive, which has no time-out.
-    if (reader) {
-        reader->RequestEnd();
+    if (timeout == NoLimit) {
+        return NoLimit;
     }
-    driver.Stop();
+    return std::max(timeout - std::chrono::duration_cast<milliseconds>(Clock::now() - begin), {});
 }
+
+std::string UpToZero(std::string reply)
+{
+    reply.resize(std::min(reply.find('\0'), reply.size()));
+    return reply;
+}
+
+} // namespace
 
 void CSocketStream::Open(CSocket connected, const std::shared_ptr<CEvent>& abort)
 {
     abortEvent = abort;
-    reader = std::make_shared<CSocketReader>(std::move(connected), timeouts.segmentSilence);
-    const auto run = [reader = reader](const std::shared_ptr<CEvent>&) {
-        reader->Run();
-    };
-    if (driver.Start(run, false) != CThreadDriver::StartResult::Started) {
-        throw EngineStatus::NoBufferSpace;
+    channel = CChannel(std::move(connected));
+}
+
+void CSocketStream::Protect(std::unique_ptr<CTlsClient> client)
+{
+    incoming = {};
+    tls = std::move(client);
+    channel.Protect(*tls, CTlsConnection::Role::Control);
+    const Clock::time_point begin = Clock::now();
+    for (SocketResult result = channel.Handshake(); result.wouldBlock || result.error != 0;
+         result = channel.Handshake()) {
+        if (result.error != 0) {
+            ThrowTraced("Protect throws: ", result.error);
+        }
+        switch (WaitForFirst({UntilSet(*abortEvent), channel.GetWanted()}, LeftOf(timeouts.reply, begin))) {
+        case WaitResult::First:
+            ThrowTraced("Protect throws: ", EngineStatus::Aborted);
+        case WaitResult::TimedOut:
+            ThrowTraced("Protect throws: ", EngineStatus::TimedOut);
+        case WaitResult::Second:
+        case WaitResult::Third:
+            break;
+        }
     }
 }
 
-void CSocketStream::Send(std::chrono::milliseconds timeout, std::string_view bytes)
+void CSocketStream::Send(milliseconds timeout, std::string_view bytes)
 {
-    using Clock = std::chrono::steady_clock;
-    const Clock::time_point begin = Clock::now();
+    if (bytes.empty()) {
+        return;
+    }
+    PassOverOldReplies();
     // The name of the text, not the text: a trace must never show a password.
     Trace(QStringLiteral("CA2CT(buf.buf)"));
-    CSocket& socket = reader->GetSocket();
+    const Clock::time_point begin = Clock::now();
     for (;;) {
-        const SocketResult result = socket.Send(bytes.data(), bytes.size());
-        if (result.error != 0) {
+        const SocketResult result = channel.Send(bytes.data(), bytes.size());
+        if (result.error != 0 && farewell.empty()) {
             ThrowTraced("Send, WSASend throws: ", result.error);
         }
         bytes.remove_prefix(result.bytes);
-        if (bytes.empty()) {
-            return;
+        if (bytes.empty() || result.error != 0) {
+            return; // also when the server has said why it doesn't listen any more: that is its reply
         }
-        const auto used = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin);
-        const auto left = timeout == NoLimit ? NoLimit : std::max(timeout - used, {});
-        switch (WaitForFirst({{socket.GetDescriptor(), true}, UntilSet(*abortEvent)}, left)) {
+        switch (WaitForFirst({channel.GetWanted(), UntilSet(*abortEvent)}, LeftOf(timeout, begin))) {
         case WaitResult::Second:
             ThrowTracedLiterally("Send, WSAWaitForMultipleEvents aborted", EngineStatus::Aborted);
         case WaitResult::TimedOut:
@@ -58,19 +91,128 @@ void CSocketStream::Send(std::chrono::milliseconds timeout, std::string_view byt
     }
 }
 
-void CSocketStream::Receive(std::chrono::milliseconds timeout, CSocketBuffer& chunk)
+std::string CSocketStream::Receive(milliseconds timeout)
 {
-    WaitResult result = WaitResult::TimedOut;
-    try {
-        result = WaitForFirst({UntilSet(reader->GetDataEvent()), UntilSet(*abortEvent)}, timeout);
-    } catch (int error) {
-        ThrowTraced("Receive, WaitForSingleObject throws: ", error);
+    Clock::time_point lastByte = Clock::now();
+    std::size_t before = received;
+    for (;;) {
+        if (auto reply = TryReceive()) {
+            return *std::move(reply);
+        }
+        if (received != before) {
+            before = received;
+            lastByte = Clock::now();
+        }
+        WaitResult result = WaitResult::TimedOut;
+        try {
+            result = WaitForFirst({UntilSet(*abortEvent), GetWanted()}, LeftOf(timeout, lastByte));
+        } catch (int error) {
+            ThrowTraced("Receive, WaitForSingleObject throws: ", error);
+        }
+        if (result == WaitResult::First) {
+            ThrowTracedLiterally("Receive, WaitForMultipleObjects aborted", EngineStatus::Aborted);
+        }
+        if (result == WaitResult::TimedOut) {
+            if (auto line = TakeLineWithoutEnd()) {
+                return *std::move(line);
+            }
+            ThrowTracedLiterally("Receive, WaitForMultipleObjects timed out", EngineStatus::TimedOut);
+        }
     }
-    if (result == WaitResult::TimedOut) {
-        ThrowTracedLiterally("Receive, WaitForMultipleObjects timed out", EngineStatus::TimedOut);
+}
+
+std::optional<std::string> CSocketStream::TryReceive()
+{
+    for (;;) {
+        if (auto reply = incoming.Take()) {
+            return UpToZero(*std::move(reply));
+        }
+        if (end != End::None) {
+            return UpToZero(TakeEnd());
+        }
+        if (incoming.GetSize() >= maximalReplySize) {
+            ThrowTraced("ReceiveCycle, WSARecv throws: ", EngineStatus::MessageTooLong);
+        }
+        if (!ReadSome()) {
+            return std::nullopt;
+        }
     }
-    if (result == WaitResult::Second) {
-        ThrowTracedLiterally("Receive, WaitForMultipleObjects aborted", EngineStatus::Aborted);
+}
+
+std::optional<std::string> CSocketStream::TakeLineWithoutEnd()
+{
+    if (!incoming.HasLineWithoutEnd()) {
+        return std::nullopt;
     }
-    chunk = reader->TakeChunk();
+    return UpToZero(incoming.TakeRest());
+}
+
+SocketAddress CSocketStream::GetPeer() const
+{
+    const auto peer = channel.GetSocket().GetPeer();
+    if (!peer) {
+        ThrowTraced("GetPeer throws: ", EngineStatus::ConnectionReset);
+    }
+    return *peer;
+}
+
+// False if it would have to wait.
+bool CSocketStream::ReadSome()
+{
+    char bytes[4096];
+    const SocketResult result = channel.Receive(bytes, sizeof bytes);
+    if (result.wouldBlock) {
+        return false;
+    }
+    if (result.error != 0) {
+        TraceNumber("ReceiveCycle, WSARecv throws: ", result.error);
+        failure = result.error;
+        end = End::Broken;
+        return true;
+    }
+    Trace(QStringLiteral("Bytes received: %1").arg(result.bytes));
+    // The name of the text, not the text: so no trace shows what a server and a user say to each other.
+    Trace(QStringLiteral("CA2CT(buf.bufstart)"));
+    if (result.bytes == 0) {
+        end = End::Closed;
+    }
+    received += result.bytes;
+    incoming.Append({bytes, result.bytes});
+    return true;
+}
+
+// What there is to say when no more will come.
+std::string CSocketStream::TakeEnd()
+{
+    if (incoming.GetSize() > 0) {
+        return incoming.TakeRest();
+    }
+    if (!farewell.empty()) {
+        return std::exchange(farewell, {});
+    }
+    if (end == End::Closed) {
+        end = End::ClosedAndTold;
+        return {};
+    }
+    const int status = end == End::Broken ? failure : EngineStatus::ConnectionReset;
+    Trace(QStringLiteral("Receive throws m_iStatus: %1").arg(status)); // odd on purpose: without quotes
+    throw status;
+}
+
+void CSocketStream::PassOverOldReplies()
+{
+    const std::size_t before = received;
+    bool goesOn = true;
+    while (goesOn) {
+        while (const auto reply = incoming.Take()) {
+            if (ReadReply(*reply).code == serviceNotAvailable) {
+                farewell = *reply;
+            }
+        }
+        if (received - before >= maximalReplySize) {
+            ThrowTraced("ReceiveCycle, WSARecv throws: ", EngineStatus::MessageTooLong);
+        }
+        goesOn = end == End::None && ReadSome();
+    }
+    incoming.PassOverBegun();
 }

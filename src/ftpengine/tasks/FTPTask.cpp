@@ -4,15 +4,9 @@
 
 #include "ftpengine/commands/FTPCommandSequences.h"
 #include "ftpengine/messages/EngineStatus.h"
-#include "ftpengine/net/Connection.h"
+#include "ftpengine/session/FTPLogin.h"
 
 namespace {
-
-// RFC 959, 4.1: a line end ends a command, so what stands after one would be a command of its own.
-bool BreaksLine(const QString& name)
-{
-    return name.contains(QLatin1Char('\r')) || name.contains(QLatin1Char('\n')) || name.contains(QChar(0));
-}
 
 // The goodbye is a courtesy: nobody sees it, and its failure fails nothing.
 void Quit(CSocketStream& stream, const std::shared_ptr<CEvent>& abortEvent)
@@ -44,12 +38,15 @@ void CFTPTask::Execute(const std::shared_ptr<CEvent>& abortEvent)
 
 void CFTPTask::Converse(CSocketStream& stream, const std::shared_ptr<CEvent>& abortEvent, CTaskResult& result)
 {
-    FTPConversation conversation{stream, abortEvent, result.transcript, result.reply};
+    const SessionSetting session{.destination = setting.destination,
+                                 .timeouts = setting.timeouts,
+                                 .abortEvent = abortEvent,
+                                 .trustFolder = setting.trustFolder};
+    SessionLog log;
+    FTPConversation conversation{stream, abortEvent, log.transcript, result.reply};
     try {
         CheckNames();
-        OpenConnection(setting.destination, abortEvent, stream);
-        conversation.Run<CFTPCommandSequenceLogin>(setting.destination.userName,
-                                                   setting.destination.password);
+        result.reply = ConnectAndLogIn(session, stream, log);
         if (!setting.destination.directory.isEmpty()) {
             EnterDirectory(conversation);
         }
@@ -61,6 +58,8 @@ void CFTPTask::Converse(CSocketStream& stream, const std::shared_ptr<CEvent>& ab
     } catch (const std::bad_alloc&) {
         result.status = EngineStatus::NoBufferSpace;
     }
+    result.transcript = std::move(log.transcript);
+    result.identity = std::move(log.identity);
 }
 
 void CFTPTask::Fail(int status)

@@ -20,6 +20,7 @@ public:
         FTPDestinationConnection destination;
         std::weak_ptr<CFTPTarget> target;
         FTPTimeouts timeouts;
+        QString trustFolder = {}; // SessionSetting.h
     };
 
     explicit CFTPTask(Setting setting) : setting(std::move(setting)) {}

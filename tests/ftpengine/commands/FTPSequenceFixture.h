@@ -63,6 +63,16 @@ protected:
 
     std::string Login(const QString& password = QStringLiteral("s3cret"))
     {
-        return Run<CFTPCommandSequenceLogin>(QStringLiteral("anna"), password);
+        return LoginOver(*stream, password);
+    }
+
+    std::string LoginOver(CSocketStream& connection, const QString& password)
+    {
+        CFTPCommandSequenceWelcome welcome(connection, abort, transcript);
+        CFTPCommandSequenceLogin login(connection, abort, transcript);
+        return Outcome([&] {
+            welcome.Run();
+            return login.Run(QStringLiteral("anna"), password);
+        });
     }
 };

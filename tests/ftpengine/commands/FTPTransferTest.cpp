@@ -127,7 +127,7 @@ TEST_F(FTPTransfer, ARefusedDataConnectionOfAListingBreaksTheWait)
     });
     server.On("LIST", [](CServerSession& session, const std::string&) { session.Stall(); });
     Open();
-    EXPECT_EQ(List(), "thrown 995");
+    EXPECT_EQ(List(), "thrown 10061");
     EXPECT_TRUE(traces.Has("\"List, WSAConnect throws: \"10061"));
 }
 
@@ -141,14 +141,15 @@ TEST_F(FTPTransfer, ABrokenDataConnectionOfAListingBreaksTheWait)
         session.Stall();
     });
     Open();
-    EXPECT_EQ(List(), "thrown 995");
+    EXPECT_EQ(List(), "thrown 10054");
+    EXPECT_FALSE(abort->IsSet()); // nobody has given up
 }
 
 TEST_F(FTPTransfer, ARefusedListingSignalsTheAbortEvent)
 {
     server.Reply("LIST", "550 no\r\n");
     Open();
-    EXPECT_EQ(List(), "refused 550"); // a worker that had to be given up would make it 6
+    EXPECT_EQ(List(), "refused 550");
     EXPECT_TRUE(abort->IsSet());
 }
 
@@ -162,10 +163,9 @@ TEST_F(FTPTransfer, AListingThatDoesNotEndAfterTheReplyIsGivenUp)
         session.Stall();
     });
     FTPTimeouts timeouts = PatientTimeouts();
-    timeouts.stopWorker = milliseconds(20);
+    timeouts.dataStall = milliseconds(50);
     Open(timeouts);
-    EXPECT_EQ(List(), "thrown 6"); // of the reply 10060
-    EXPECT_TRUE(abort->IsSet());   // so the abandoned worker ends, too
+    EXPECT_EQ(List(), "thrown 10060");
 }
 
 TEST_F(FTPTransfer, ADataConnectionThatIsNeverOpenedIsGivenUp)
@@ -184,7 +184,7 @@ TEST_F(FTPTransfer, ADataConnectionThatIsNeverOpenedIsGivenUp)
     FTPTimeouts timeouts = PatientTimeouts();
     timeouts.dataStall = milliseconds(50);
     Open(timeouts);
-    EXPECT_EQ(List(), "thrown 995");
+    EXPECT_EQ(List(), "thrown 10060");
     EXPECT_TRUE(traces.Has("\"List, WSAConnect throws: \"10060"));
 }
 
@@ -215,7 +215,7 @@ TEST_F(FTPTransfer, AnEndlessListingDoesNotFillTheMemory)
         session.Stall();
     });
     Open();
-    EXPECT_EQ(List(), "thrown 995");
+    EXPECT_EQ(List(), "thrown 10040");
     EXPECT_TRUE(traces.Has("\"List, WSARecv throws: \"10040"));
 }
 
@@ -248,7 +248,7 @@ TEST_F(FTPTransfer, StoresFilesOfAnyLength)
     }
     EXPECT_EQ(server.GetCommands().back(), "STOR remote.bin");
     EXPECT_TRUE(traces.Has("CFTPCommandSTOR::Execute entering"));
-    EXPECT_TRUE(traces.Has("CFTPCommandSTOR::ThreadProc exiting"));
+    EXPECT_TRUE(traces.Has("CFTPCommandSTOR::Execute exiting"));
 }
 
 TEST_F(FTPTransfer, StoresWithoutAnyoneToTell)
@@ -293,21 +293,20 @@ TEST_F(FTPTransfer, ARefusedStoreSignalsTheAbortEvent)
     EXPECT_TRUE(abort->IsSet());
 }
 
-TEST_F(FTPTransfer, AMissingFileEndsWithTheServersWordsOrTheTimeOut)
+TEST_F(FTPTransfer, AMissingFileIsNoEmptyFile)
 {
-    std::string received = "none";
-    server.On("STOR", [&received](CServerSession& session, const std::string&) {
+    int dataFailure = 0;
+    server.On("STOR", [&dataFailure](CServerSession& session, const std::string&) {
         session.Send("150 go on\r\n");
         ASSERT_TRUE(session.AcceptData());
-        session.Stall(); // until the client has had enough: neither data nor its end was to be seen
-        received = session.ReadData();
+        dataFailure = session.AwaitDataFailure();
+        session.Send("426 broken\r\n");
     });
     Open(ShortTimeouts());
-    EXPECT_EQ(Store(scratch.Path(QStringLiteral("missing"))), "thrown 10060");
+    EXPECT_EQ(Store(scratch.Path(QStringLiteral("missing"))), "refused 426");
     EXPECT_TRUE(target->GetProgress().empty());
-    stream.reset();
     server.Stop();
-    EXPECT_EQ(received, "");
+    EXPECT_EQ(dataFailure, 10054); // an end would be that of an empty file
 }
 
 TEST_F(FTPTransfer, AFolderOrAPipeIsNoFile)
@@ -329,8 +328,7 @@ TEST_F(FTPTransfer, AServerThatClosesTheDataEarlyStillGetsItsSay)
     });
     Open();
     EXPECT_EQ(Store(WriteFile(200000)), "refused 426");
-    // Whether a block arrives is not looked at.
-    EXPECT_EQ(target->GetProgress().size(), 25u);
+    EXPECT_FALSE(target->GetProgress().empty());
 }
 
 TEST_F(FTPTransfer, ADataConnectionThatTakesNothingIsGivenUp)
@@ -348,42 +346,27 @@ TEST_F(FTPTransfer, ADataConnectionThatTakesNothingIsGivenUp)
     EXPECT_LT(target->GetProgress().size(), 5000u);
 }
 
-TEST_F(FTPTransfer, AStoreThatIsAbortedSendsItsFileToTheEnd)
+TEST_F(FTPTransfer, AStoreThatIsAbortedIsBrokenOff)
 {
     const auto abortEvent = abort;
-    std::string stored;
-    CEvent storedAll;
-    server.On("STOR", [&stored, &storedAll, abortEvent](CServerSession& session, const std::string&) {
+    int dataFailure = 0;
+    CEvent seen;
+    server.On("STOR", [&, abortEvent](CServerSession& session, const std::string&) {
         session.Send("150 go on\r\n");
         ASSERT_TRUE(session.AcceptData());
+        session.TakeSomeData();
         abortEvent->Set();
-        stored = session.ReadData();
-        storedAll.Set();
+        dataFailure = session.AwaitDataFailure();
+        seen.Set();
     });
     Open();
-    EXPECT_EQ(Store(WriteFile(3 << 20)), "thrown 995");
-    ASSERT_TRUE(storedAll.Wait(milliseconds(30000)));
-    EXPECT_EQ(stored.size(), 3u << 20);
+    EXPECT_EQ(Store(WriteFile(40 << 20)), "thrown 995");
+    ASSERT_TRUE(seen.Wait(milliseconds(30000)));
+    EXPECT_EQ(dataFailure, 10054); // an end would make the part a whole
     server.Stop();
 }
 
-TEST_F(FTPTransfer, AStoreThatIsAbortedEndsInTimeWithAServerThatHardlyTakesAnything)
-{
-    const auto abortEvent = abort;
-    server.On("STOR", [abortEvent](CServerSession& session, const std::string&) {
-        session.Send("150 go on\r\n");
-        ASSERT_TRUE(session.AcceptData());
-        abortEvent->Set();
-        session.SipData(milliseconds(20));
-    });
-    FTPTimeouts timeouts = PatientTimeouts();
-    timeouts.dataStall = milliseconds(300);
-    Open(timeouts);
-    EXPECT_EQ(Store(WriteFile(30 << 20)), "thrown 995");
-    EXPECT_LT(target->GetProgress().size(), 3840u);
-}
-
-TEST_F(FTPTransfer, TheReplyHasToComeInTimeAfterThePreliminaryOne)
+TEST_F(FTPTransfer, TheReplyHasToComeInTimeAfterTheLastByte)
 {
     server.On("STOR", [](CServerSession& session, const std::string&) {
         session.Send("150 go on\r\n");
@@ -391,30 +374,39 @@ TEST_F(FTPTransfer, TheReplyHasToComeInTimeAfterThePreliminaryOne)
         session.ReadData(); // all is there, but nothing is said
         session.Stall();
     });
-    Open(ShortTimeouts());
+    FTPTimeouts timeouts = PatientTimeouts();
+    timeouts.afterData = milliseconds(200);
+    Open(timeouts);
     EXPECT_EQ(Store(WriteFile(10)), "thrown 10060");
 }
 
-TEST_F(FTPTransfer, TheClockDoesNotStopForTheTransferAndTheFileIsSentToItsEnd)
+TEST_F(FTPTransfer, AFileMayTakeLongerThanAReply)
 {
-    std::string stored;
-    CEvent storedAll;
-    server.On("STOR", [&](CServerSession& session, const std::string&) {
+    server.On("STOR", [](CServerSession& session, const std::string&) {
         session.Send("150 go on\r\n");
         ASSERT_TRUE(session.AcceptData());
-        // The time-out comes while most of the file is still to be sent.
-        traces.Await("_T(\"Receive, WaitForMultipleObjects timed out\")", 1);
-        stored = session.ReadData();
+        // Little by little: in more time than a reply has.
+        for (int i = 0; i < 40; ++i) {
+            static_cast<void>(session.GetStop().Wait(milliseconds(20)));
+            session.TakeSomeData();
+        }
+        session.ReadData();
         session.Send("226 stored\r\n");
-        storedAll.Set();
     });
     FTPTimeouts timeouts = PatientTimeouts();
-    timeouts.reply = milliseconds(500);
+    timeouts.reply = milliseconds(200);
     Open(timeouts);
-    EXPECT_EQ(Store(WriteFile(20 << 20)), "thrown 10060");
-    ASSERT_TRUE(storedAll.Wait(milliseconds(30000)));
-    EXPECT_EQ(stored.size(), 20u << 20);
-    server.Stop();
+    EXPECT_EQ(Store(WriteFile(20 << 20)), "226");
+}
+
+TEST_F(FTPTransfer, ATaskNamesNoAddressButThePeers)
+{
+    server.On("PASV", [](CServerSession& session, const std::string&) {
+        std::string reply = session.ListenForData();
+        session.Send(reply.replace(reply.find("127,0,0,1"), 9, "192,0,2,1"));
+    });
+    Open();
+    EXPECT_EQ(Store(WriteFile(10)), "226");
 }
 
 TEST_F(FTPTransfer, AnIntermediateReplyIsNoSuccessOfATransfer)

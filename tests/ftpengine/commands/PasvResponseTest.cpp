@@ -55,3 +55,34 @@ TEST(PasvResponse, ReadsTheAddressOrFails)
     }
     EXPECT_EQ(Parsed(std::string("227 (1,2,3,4,5,\0006)", 18)), "11004");
 }
+
+TEST(PasvResponse, ReadsThePortOfTheExtendedFormOrFails)
+{
+    const struct {
+        const char* reply;
+        int expected; // the port, or the number that is thrown
+    } rows[] = {
+        {"229 Entering Extended Passive Mode (|||6446|)", 6446},
+        {"229 Entering Extended Passive Mode (|||6446|).\r\n", 6446},
+        {"229 (a) (!!!21!)", 21},
+        {"229 (|||65535|)", 65535},
+        {"229 (|||65536|)", -11004},
+        {"229 (|||-1|)", -11004},
+        {"229 (|||6446)", -11004},
+        {"229 (||6446|)", -11004},
+        {"229 (|1|192.0.2.1|6446|)", -11004}, // the address is the control connection's
+        {"229 (||||)", -11004},
+        {"229 (", -11004},
+        {"229 |||6446|", -11004},
+        {"", -11004},
+    };
+    for (const auto& row : rows) {
+        int port = 0;
+        try {
+            port = ParseEpsvResponse(row.reply);
+        } catch (int error) {
+            port = -error;
+        }
+        EXPECT_EQ(port, row.expected) << row.reply;
+    }
+}

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <netdb.h>
+#include <set>
 
 #include "support/TraceRecorder.h"
 
@@ -71,13 +72,46 @@ TEST(EngineStatus, EachKnownNumberHasWords)
         {995, "0x000003e3 Operation aborted", "An operation was canceled."},
         {123, "0x0000007b Invalid name",
          "A name holds a line break or a zero character. No server can be asked for it."},
-        {6, "0x00000006 Unknown error", "No additional information is available"},
+        {7, "0x00000007 Unknown error", "No additional information is available"},
         {0, "0x00000000 Unknown error", "No additional information is available"},
         {-1, "0xffffffff Unknown error", "No additional information is available"},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(EngineStatus::GetTitle(row.status), QString::fromUtf8(row.title));
         EXPECT_EQ(EngineStatus::GetDescription(row.status), QString::fromUtf8(row.description));
+    }
+}
+
+TEST(EngineStatus, WhateverEndsATaskHasWordsThatHelp)
+{
+    std::set<int> statuses = {
+        EngineStatus::UnknownReply,
+        EngineStatus::InvalidName,
+        EngineStatus::Aborted,
+        EngineStatus::MessageTooLong,
+        EngineStatus::ProtocolNotSupported,
+        EngineStatus::ConnectionReset,
+        EngineStatus::NoBufferSpace,
+        EngineStatus::TimedOut,
+        EngineStatus::UnreadablePasv,
+        EngineStatus::UntrustedServer,
+        EngineStatus::TlsNotOffered,
+        EngineStatus::TlsDemanded,
+        EngineStatus::TlsFailed,
+    };
+    // What the system has to say about a connection.
+    for (const int error : {ECONNREFUSED, ETIMEDOUT, ECONNRESET, EPIPE, ENETUNREACH, ENETRESET, ECONNABORTED,
+                            EHOSTDOWN, EHOSTUNREACH, EMFILE, ENFILE, ENOBUFS, ENOMEM, EADDRNOTAVAIL, EACCES,
+                            EPERM, ENETDOWN, EAFNOSUPPORT, EXDEV}) {
+        statuses.insert(EngineStatus::FromErrno(error));
+    }
+    for (const int error : {EAI_NONAME, EAI_AGAIN, EAI_FAIL, EAI_NODATA, EAI_FAMILY, EAI_MEMORY}) {
+        statuses.insert(EngineStatus::FromResolver(error));
+    }
+    const QString none = EngineStatus::GetWords(0);
+    for (const int status : statuses) {
+        EXPECT_NE(EngineStatus::GetWords(status), none) << status;
+        EXPECT_NE(EngineStatus::GetDescription(status), EngineStatus::GetDescription(0)) << status;
     }
 }
 

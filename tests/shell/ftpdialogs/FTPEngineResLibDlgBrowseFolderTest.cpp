@@ -35,7 +35,7 @@ protected:
     {
         destination.connection = server.GetDestination(directory);
         dialog = std::make_unique<CFTPEngineResLibDlgBrowseFolder>(destination, troubleshooting, nullptr,
-                                                                   QuickGreeting());
+                                                                   FTPTimeouts());
         dialog->show();
         ASSERT_TRUE(QTest::qWaitForWindowActive(dialog.get()));
     }
@@ -424,7 +424,7 @@ TEST_F(BrowseFolder, EachKindOfRowHasItsIcon)
     silent.On("LIST", [](CServerSession& session, const std::string&) { session.Stall(); });
     silent.Start();
     destination.connection = silent.GetDestination();
-    dialog = std::make_unique<CFTPEngineResLibDlgBrowseFolder>(destination, true, nullptr, QuickGreeting());
+    dialog = std::make_unique<CFTPEngineResLibDlgBrowseFolder>(destination, true, nullptr, FTPTimeouts());
     dialog->show();
     WAIT_UNTIL(!Rows().isEmpty());
     EXPECT_TRUE(hasIcon(0, "waiting"));

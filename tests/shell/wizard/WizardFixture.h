@@ -53,7 +53,7 @@ protected:
     CScriptedServer server;
     QStringList opened;    // in the web browser
     QString recordsFolder; // none is kept
-    FTPTimeouts timeouts = QuickGreeting();
+    FTPTimeouts timeouts;
     std::unique_ptr<CWizardPropSheetDeploy> wizard;
 };
 
