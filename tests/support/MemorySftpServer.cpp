@@ -13,11 +13,11 @@ constexpr uint32_t fileKind = 0100000;
 constexpr uint32_t linkKind = 0120000;
 
 const std::map<SftpType, const char*> names = {
-    {SftpType::Open, "OPEN"},         {SftpType::Close, "CLOSE"},     {SftpType::Read, "READ"},
-    {SftpType::Write, "WRITE"},       {SftpType::FStat, "FSTAT"},     {SftpType::OpenDir, "OPENDIR"},
-    {SftpType::ReadDir, "READDIR"},   {SftpType::Remove, "REMOVE"},   {SftpType::MkDir, "MKDIR"},
-    {SftpType::RmDir, "RMDIR"},       {SftpType::RealPath, "REALPATH"}, {SftpType::Stat, "STAT"},
-    {SftpType::Rename, "RENAME"},     {SftpType::Extended, "EXTENDED"},
+    {SftpType::Open, "OPEN"},       {SftpType::Close, "CLOSE"},       {SftpType::Read, "READ"},
+    {SftpType::Write, "WRITE"},     {SftpType::FStat, "FSTAT"},       {SftpType::OpenDir, "OPENDIR"},
+    {SftpType::ReadDir, "READDIR"}, {SftpType::Remove, "REMOVE"},     {SftpType::MkDir, "MKDIR"},
+    {SftpType::RmDir, "RMDIR"},     {SftpType::RealPath, "REALPATH"}, {SftpType::Stat, "STAT"},
+    {SftpType::Rename, "RENAME"},   {SftpType::Extended, "EXTENDED"},
 };
 
 // Packets of a server are built like requests: a type, a number, fields.

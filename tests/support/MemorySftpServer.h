@@ -36,12 +36,12 @@ public:
     // Asked before each request: a status to answer with instead of doing it. path: empty for a request about
     // a handle.
     std::function<std::optional<SftpStatus>(SftpType type, const std::string& path)> refuse;
-    std::size_t namesAtOnce = 100;     // of a listing
-    std::size_t readAtOnce = SIZE_MAX; // bytes
-    uint64_t freeBlocks = 1000;        // of 4096 bytes
+    std::size_t namesAtOnce = 100;          // of a listing
+    std::size_t readAtOnce = SIZE_MAX;      // bytes
+    uint64_t freeBlocks = 1000;             // of 4096 bytes
     std::vector<std::string> listedBesides; // names in every listing
-    std::optional<uint64_t> shownSize; // instead of the true size of an open file
-    bool answersLastFirst = false;     // what has come at once
+    std::optional<uint64_t> shownSize;      // instead of the true size of an open file
+    bool answersLastFirst = false;          // what has come at once
 
     // The requests so far, as "OPEN /home/a".
     std::vector<std::string> requests;
@@ -82,7 +82,7 @@ public:
     void Wait() override;
     void Close() override { isClosed = true; }
 
-    std::size_t atOnce = 50'000;              // bytes, in both directions
+    std::size_t atOnce = 50'000;             // bytes, in both directions
     std::optional<std::size_t> answersToCut; // breaks after so many answers
 
     bool isClosed = false;

@@ -188,14 +188,14 @@ void CSshLoginServer::Serve(CSocket client)
     if (ssh_bind_accept_fd(binding, session, descriptor) == SSH_OK) {
         ssh_set_server_callbacks(session, &calls);
         ssh_set_message_callback(session, Visit::TakeMessage, &visit);
-        ssh_set_auth_methods(session, (rules.password.empty() ? 0 : SSH_AUTH_METHOD_PASSWORD) |
-                                          (rules.questions.empty() || rules.wantsBoth
-                                               ? 0
-                                               : SSH_AUTH_METHOD_INTERACTIVE));
+        ssh_set_auth_methods(
+            session, (rules.password.empty() ? 0 : SSH_AUTH_METHOD_PASSWORD) |
+                         (rules.questions.empty() || rules.wantsBoth ? 0 : SSH_AUTH_METHOD_INTERACTIVE));
         const ssh_event event = ssh_event_new();
         if (ssh_handle_key_exchange(session) == SSH_OK) {
             ssh_event_add_session(event, session);
             while (!stop.IsSet() && ssh_event_dopoll(event, 20) != SSH_ERROR &&
+                   (ssh_get_status(session) & (SSH_CLOSED | SSH_CLOSED_ERROR)) == 0 &&
                    !(visit.isRefused && rules.disconnectsRefused)) {
                 if (visit.channel != nullptr && !visit.files.outgoing.empty()) {
                     ssh_channel_write(visit.channel, visit.files.outgoing.data(),

@@ -10,8 +10,8 @@
 #include "support/MemorySftpServer.h"
 #include "support/ScriptedServer.h"
 
-// A server of SSH that asks for passwords as a test tells it, with SFTP in memory after that. One client after
-// the other, on a thread of its own.
+// A server of SSH that asks for passwords as a test tells it, with SFTP in memory after that. One client
+// after the other, on a thread of its own.
 class CSshLoginServer {
 public:
     struct Question {
@@ -21,10 +21,10 @@ public:
     };
     struct Rules {
         std::string user = "anna";
-        bool takesNothing = false;              // a login without anything
-        std::string password = {};              // empty: not asked for as such
+        bool takesNothing = false;                         // a login without anything
+        std::string password = {};                         // empty: not asked for as such
         std::vector<std::vector<Question>> questions = {}; // rounds; none: not asked
-        bool wantsBoth = false;                 // password, and then questions
+        bool wantsBoth = false;                            // password, and then questions
         bool hasSftp = true;
         bool disconnectsRefused = false; // hangs up after the first refusal
     };

@@ -138,8 +138,9 @@ void CSshServer::CopyProgram(const QString& name) const
 void CSshServer::WriteConfiguration() const
 {
     const QString own = scratch.Path();
+    // Without PAM the server takes a user whom no password lets in for locked, and refuses his keys, too.
     QString lines =
-        QStringLiteral("Port %1\nListenAddress 127.0.0.1\nPidFile none\nStrictModes no\nUsePAM no\n"
+        QStringLiteral("Port %1\nListenAddress 127.0.0.1\nPidFile none\nStrictModes no\nUsePAM yes\n"
                        "UseDNS no\nPasswordAuthentication no\nKbdInteractiveAuthentication no\n"
                        "HostKey %2hostkey\nAuthorizedKeysFile %2authorized_keys\n"
                        "Subsystem sftp internal-sftp -u 022 -d %2root\n")

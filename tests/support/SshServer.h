@@ -30,7 +30,8 @@ public:
     // The line of a known_hosts file about this server.
     QByteArray GetKnownHostsLine() const;
 
-    // Makes a key file by ssh-keygen ("-t rsa -b 2048"), with a passphrase unless it is empty. Returns its path.
+    // Makes a key file by ssh-keygen ("-t rsa -b 2048"), with a passphrase unless it is empty. Returns its
+    // path.
     QString MakeKey(const QString& name, const QStringList& kind, const QString& passphrase) const;
     // Lets everybody in who has the key.
     void Authorise(const QString& keyFile) const;

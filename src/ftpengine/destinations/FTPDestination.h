@@ -37,8 +37,8 @@ struct FTPDestinationConnection {
     QString directory; // on the server, "/" between its names as the server wants; empty: the login's own
     uint16_t port = 21;
     ServerProtocol protocol = ServerProtocol::Ftp;
-    QString identityFile;   // SFTP: a key file to log in with; empty: the agent's and the user's own
-    QByteArray fingerprint; // the only identity to be taken, SHA-256; empty: a known or trusted one
+    QString identityFile = {};   // SFTP: a key file to log in with; empty: the agent's and the user's own
+    QByteArray fingerprint = {}; // the only identity to be taken, SHA-256; empty: a known or trusted one
 };
 
 // A stored destination: the record and its place in the store. A plain value; changing it changes nothing in

@@ -18,8 +18,7 @@ std::size_t SizeInPages(std::size_t size)
 
 char* AllocatePages(std::size_t size)
 {
-    void* const pages =
-        ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    void* const pages = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (pages == MAP_FAILED) {
         throw std::bad_alloc();
     }

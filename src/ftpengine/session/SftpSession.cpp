@@ -209,7 +209,8 @@ void CSftpSession::RemoveDirectory(const QString& path)
 void CSftpSession::Send(QIODevice& source, const QString& path, const Progress& progress)
 {
     CSftpRequest request = OfPath(SftpType::Open, Locate(path));
-    request.AddUint32(SftpOpen::Write | SftpOpen::Create | SftpOpen::Truncate).AddPermissions(filePermissions);
+    request.AddUint32(SftpOpen::Write | SftpOpen::Create | SftpOpen::Truncate)
+        .AddPermissions(filePermissions);
     const std::string handle = Open(SftpType::Open, request, path);
     const CSftpUpload::Result result = CSftpUpload(channel, handle, source).Run(progress);
     if (result.refusal) {

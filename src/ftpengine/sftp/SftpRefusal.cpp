@@ -39,13 +39,13 @@ constexpr uint32_t connectionLost = 7;
 bool TellsOfNoSpace(const QString& words)
 {
     static const QLatin1String signs[] = {
-        QLatin1String("no space"),     QLatin1String("quota"),     QLatin1String("disk full"),
-        QLatin1String("disk is full"), QLatin1String("not enough space"), QLatin1String("enospc"),
+        QLatin1String("no space"),         QLatin1String("quota"),
+        QLatin1String("disk full"),        QLatin1String("disk is full"),
+        QLatin1String("not enough space"), QLatin1String("enospc"),
         QLatin1String("edquot"),
     };
-    return std::any_of(std::begin(signs), std::end(signs), [&words](QLatin1String sign) {
-        return words.contains(sign, Qt::CaseInsensitive);
-    });
+    return std::any_of(std::begin(signs), std::end(signs),
+                       [&words](QLatin1String sign) { return words.contains(sign, Qt::CaseInsensitive); });
 }
 
 } // namespace
@@ -65,7 +65,8 @@ FTPReply TranslateRefusal(const SftpStatus& status, const QString& what)
         words = isKnown ? QString::fromLatin1(found->name) : QString::number(status.code);
     }
     const int32_t usual = isKnown ? found->reply : RefusalCode::NotAvailable;
-    return MakeRefusal(TellsOfNoSpace(words) ? RefusalCode::NoSpace : usual, what + QStringLiteral(": ") + words);
+    return MakeRefusal(TellsOfNoSpace(words) ? RefusalCode::NoSpace : usual,
+                       what + QStringLiteral(": ") + words);
 }
 
 FTPReply MakeRefusal(int32_t code, const QString& text)

@@ -186,8 +186,8 @@ bool RememberHostKey(const QString& trustFolder, const ServerIdentity& identity)
         return false;
     }
     const QString path = OwnFile(trustFolder);
-    const QByteArray line = NameOf(identity.server, identity.port) + ' ' + kind + ' ' +
-                            identity.hostKey.toBase64() + '\n';
+    const QByteArray line =
+        NameOf(identity.server, identity.port) + ' ' + kind + ' ' + identity.hostKey.toBase64() + '\n';
     try {
         MakeDirectoryPath(trustFolder, DirectoryAccess::OwnerOnly);
     } catch (const CExceptionBase&) {

@@ -20,9 +20,8 @@ const char* const hostKeyKinds[] = {"ssh-ed25519",         "ecdsa-sha2-nistp256"
                                     "ecdsa-sha2-nistp521", "rsa-sha2-512",        "rsa-sha2-256"};
 
 // Those that processors have instructions for come first: all of them are as safe.
-const char* const ciphers =
-    "aes128-gcm@openssh.com,aes256-gcm@openssh.com,chacha20-poly1305@openssh.com,"
-    "aes256-ctr,aes192-ctr,aes128-ctr";
+const char* const ciphers = "aes128-gcm@openssh.com,aes256-gcm@openssh.com,chacha20-poly1305@openssh.com,"
+                            "aes256-ctr,aes192-ctr,aes128-ctr";
 
 // Nothing is read from files that this program doesn't know of: what is known is looked up by KnownHosts.
 const char* const nothing = "/dev/null";
@@ -74,6 +73,21 @@ QByteArray BlobOf(ssh_key key)
 
 } // namespace
 
+CLentDescriptor::CLentDescriptor(const CSocket& socket)
+    : socket(socket), descriptor(::fcntl(socket.GetDescriptor(), F_DUPFD_CLOEXEC, 0))
+{
+    if (descriptor < 0) {
+        ThrowTraced("CLentDescriptor, fcntl throws: ", EngineStatus::FromErrno(errno));
+    }
+}
+
+CLentDescriptor::~CLentDescriptor()
+{
+    if (IsSameSocket(descriptor, socket.GetDescriptor())) {
+        ::close(descriptor);
+    }
+}
+
 void CSshConnection::CloseSession::operator()(ssh_session_struct* session) const
 {
     ssh_disconnect(session);
@@ -84,6 +98,7 @@ CSshConnection::CSshConnection(const SessionSetting& setting, SessionLog& log)
     : setting(setting),
       log(log),
       socket(Dial(setting.destination.server, setting.destination.port, setting.abortEvent)),
+      lent(socket),
       session(ssh_new())
 {
     if (!session) {
@@ -94,15 +109,6 @@ CSshConnection::CSshConnection(const SessionSetting& setting, SessionLog& log)
     CheckIdentity();
 }
 
-CSshConnection::~CSshConnection()
-{
-    session.reset();
-    // Whether the library closes what it was lent, and when, depends on its version and on how far it came.
-    if (lent >= 0 && IsSameSocket(lent, socket.GetDescriptor())) {
-        ::close(lent);
-    }
-}
-
 void CSshConnection::SetOptions()
 {
     const FTPDestinationConnection& destination = setting.destination;
@@ -111,10 +117,6 @@ void CSshConnection::SetOptions()
             ThrowTracedLiterally("CSshConnection, option refused", EngineStatus::InvalidName);
         }
     };
-    lent = ::fcntl(socket.GetDescriptor(), F_DUPFD_CLOEXEC, 0);
-    if (lent < 0) {
-        ThrowTraced("CSshConnection, fcntl throws: ", EngineStatus::FromErrno(errno));
-    }
     const bool readsFiles = false;
     set(SSH_OPTIONS_PROCESS_CONFIG, &readsFiles);
     set(SSH_OPTIONS_KNOWNHOSTS, nothing);
@@ -123,7 +125,8 @@ void CSshConnection::SetOptions()
     const unsigned port = destination.port;
     set(SSH_OPTIONS_PORT, &port);
     set(SSH_OPTIONS_USER, Narrow(destination.userName).c_str());
-    set(SSH_OPTIONS_FD, &lent);
+    const int descriptor = lent.Get();
+    set(SSH_OPTIONS_FD, &descriptor);
     set(SSH_OPTIONS_CIPHERS_C_S, ciphers);
     set(SSH_OPTIONS_CIPHERS_S_C, ciphers);
     const auto known = FindKnownHostKeys(setting.trustFolder, destination.server, destination.port);
@@ -192,9 +195,8 @@ void CSshConnection::Wait()
     const bool hasMoreToSend = (ssh_get_poll_flags(session.get()) & SSH_WRITE_PENDING) != 0;
     const auto silence = setting.timeouts.reply;
     const WaitedDescriptor abort = UntilSet(*setting.abortEvent);
-    const WaitResult result =
-        hasMoreToSend ? WaitForFirst({abort, {descriptor}, {descriptor, true}}, silence)
-                      : WaitForFirst({abort, {descriptor}}, silence);
+    const WaitResult result = hasMoreToSend ? WaitForFirst({abort, {descriptor}, {descriptor, true}}, silence)
+                                            : WaitForFirst({abort, {descriptor}}, silence);
     if (result == WaitResult::First) {
         ThrowTracedLiterally("CSshConnection, aborted", EngineStatus::Aborted);
     }

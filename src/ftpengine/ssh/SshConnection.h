@@ -9,6 +9,23 @@
 struct ssh_session_struct;
 struct ssh_key_struct;
 
+// A second descriptor of a socket, for the library: whether that closes what it was given, and when, depends
+// on its version and on how far it came. Closed at the end if it is still there.
+class CLentDescriptor final {
+public:
+    // socket: borrowed; outlives this. Throws an int.
+    explicit CLentDescriptor(const CSocket& socket);
+    ~CLentDescriptor();
+    CLentDescriptor(const CLentDescriptor&) = delete;
+    CLentDescriptor& operator=(const CLentDescriptor&) = delete;
+
+    int Get() const { return descriptor; }
+
+private:
+    const CSocket& socket;
+    const int descriptor;
+};
+
 // An encrypted connection to a server that has shown who it is; nobody is logged in yet. Owns the library's
 // session and its socket. Used on one thread at a time. The library never waits: all waits are made here, so
 // that the abort event breaks each of them, and silence ends it.
@@ -17,7 +34,7 @@ public:
     // Connects and agrees on keys. Sets the identity in the log, and throws 12045 if it is in doubt; another
     // int if the network fails. setting, log: borrowed; outlive the connection.
     CSshConnection(const SessionSetting& setting, SessionLog& log);
-    ~CSshConnection();
+    ~CSshConnection() = default;
     CSshConnection(const CSshConnection&) = delete;
     CSshConnection& operator=(const CSshConnection&) = delete;
 
@@ -51,7 +68,7 @@ private:
 
     const SessionSetting& setting;
     SessionLog& log;
-    CSocket socket; // the library has a descriptor of its own for it
-    int lent = -1;  // that one
+    CSocket socket;
+    CLentDescriptor lent;
     std::unique_ptr<ssh_session_struct, CloseSession> session;
 };

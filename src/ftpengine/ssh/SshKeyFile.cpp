@@ -41,8 +41,7 @@ SshKeyFile ReadSshKeyFile(const QString& path, const CSecretText& passphrase)
     }
     Asking asking{.passphrase = passphrase};
     ssh_key read = nullptr;
-    const int result =
-        ssh_pki_import_privkey_file(name.constData(), nullptr, GivePassphrase, &asking, &read);
+    const int result = ssh_pki_import_privkey_file(name.constData(), nullptr, GivePassphrase, &asking, &read);
     OwnedSshKey key(read);
     if (result == SSH_OK) {
         return {.state = SshKeyFile::State::Read, .hasPassphrase = asking.wasAsked, .key = std::move(key)};

@@ -127,13 +127,13 @@ Outcome CSshLogin::TryAgent()
         !agent.Connect(connection.Get(), setting.abortEvent, setting.timeouts.reply)) {
         return Outcome::Refused;
     }
-    int result = connection.Repeat(SSH_AUTH_AGAIN,
-                                   [this] { return ssh_userauth_agent(connection.Get(), nullptr); });
+    int result =
+        connection.Repeat(SSH_AUTH_AGAIN, [this] { return ssh_userauth_agent(connection.Get(), nullptr); });
+    // A failure of the agent leaves the other ways.
+    if (setting.abortEvent->IsSet() || (result == SSH_AUTH_ERROR && connection.IsPeerGone())) {
+        Fail();
+    }
     if (result == SSH_AUTH_ERROR) {
-        // Of the agent: the other ways are left.
-        if (setting.abortEvent->IsSet() || connection.IsPeerGone()) {
-            Fail();
-        }
         result = SSH_AUTH_DENIED;
     }
     return Conclude(Text(StringId::LoginByAgent), result);
@@ -157,8 +157,7 @@ Outcome CSshLogin::TryKeyFiles()
 Outcome CSshLogin::TryKeyFile(const QString& path)
 {
     const bool isBelowHome = path.startsWith(QLatin1String("~/"));
-    const SshKeyFile file =
-        ReadSshKeyFile(isBelowHome ? QDir::homePath() + path.mid(1) : path, password);
+    const SshKeyFile file = ReadSshKeyFile(isBelowHome ? QDir::homePath() + path.mid(1) : path, password);
     const bool isNamed = !setting.destination.identityFile.isEmpty();
     if (file.hasPassphrase && (isNamed || file.state == SshKeyFile::State::Read)) {
         usedPassword = true; // a passphrase, which is nothing for the server's eyes

@@ -1,9 +1,8 @@
 #include "ftpengine/net/Dial.h"
 
-#include <thread>
-
 #include <netinet/in.h>
 #include <sys/socket.h>
+#include <thread>
 
 #include "ResourceGuard.h"
 #include "ftpengine/messages/EngineStatus.h"
@@ -50,7 +49,8 @@ TEST(Dial, ReachesAServerByNameAndByAddress)
     CListener listener;
     const CEvent never;
     for (const char* host : {"127.0.0.1", "localhost"}) {
-        const CSocket client = Dial(QString::fromLatin1(host), listener.GetPort(), std::make_shared<CEvent>());
+        const CSocket client =
+            Dial(QString::fromLatin1(host), listener.GetPort(), std::make_shared<CEvent>());
         EXPECT_TRUE(client.IsOpen()) << host;
         EXPECT_TRUE(listener.Accept(never).IsOpen());
     }

@@ -168,7 +168,8 @@ TEST_F(SftpSession, AfterARefusalNoMoreThanWhatWasUnderWayIsSent)
     const auto session = Open();
     Refuse(SftpType::Write, {4, "Failure"});
     server.requests.clear();
-    EXPECT_EQ(Thrown([&] { Send(*session, "f", Pattern(10'000'000)); }), QStringLiteral("550 f: Failure\r\n"));
+    EXPECT_EQ(Thrown([&] { Send(*session, "f", Pattern(10'000'000)); }),
+              QStringLiteral("550 f: Failure\r\n"));
     EXPECT_LE(std::count(server.requests.begin(), server.requests.end(), "WRITE /home/f"), 65);
     EXPECT_EQ(std::count(server.requests.begin(), server.requests.end(), "CLOSE /home/f"), 1);
 }
@@ -210,12 +211,14 @@ TEST_F(SftpSession, AListingTellsSizesTimesAndWhereLinksLead)
                  (entry.size ? QString::number(*entry.size) : QStringLiteral("-")) + QLatin1Char(' ') +
                  QString::number(entry.modified.value_or(0));
     }
-    EXPECT_EQ(found,
-              QStringList({QStringLiteral("file 5 1600000000"), QStringLiteral("folder/ - 1700000000"),
-                           QStringLiteral("toFile 5 1600000000"), QStringLiteral("toFolder/ - 1700000000"),
-                           QStringLiteral("toNothing - 1700000000"), QStringLiteral("\u00fc x 1 1700000000")}));
+    EXPECT_EQ(
+        found,
+        QStringList({QStringLiteral("file 5 1600000000"), QStringLiteral("folder/ - 1700000000"),
+                     QStringLiteral("toFile 5 1600000000"), QStringLiteral("toFolder/ - 1700000000"),
+                     QStringLiteral("toNothing - 1700000000"), QStringLiteral("\u00fc x 1 1700000000")}));
     EXPECT_EQ(session->List(QStringLiteral("folder")).size(), 1u);
-    EXPECT_EQ(Thrown([&] { session->List(QStringLiteral("gone")); }), QStringLiteral("550 gone: No such file\r\n"));
+    EXPECT_EQ(Thrown([&] { session->List(QStringLiteral("gone")); }),
+              QStringLiteral("550 gone: No such file\r\n"));
 }
 
 TEST_F(SftpSession, AListingOfAnyLengthComesWhole)
@@ -289,7 +292,8 @@ TEST_F(SftpSession, RemovesFilesAndEmptyDirectories)
     server.nodes["/home/d"].isDirectory = true;
     server.nodes["/home/d/f"].bytes = "x";
     const auto session = Open();
-    EXPECT_EQ(Thrown([&] { session->RemoveDirectory(QStringLiteral("d")); }), QStringLiteral("550 d: Failure\r\n"));
+    EXPECT_EQ(Thrown([&] { session->RemoveDirectory(QStringLiteral("d")); }),
+              QStringLiteral("550 d: Failure\r\n"));
     session->RemoveFile(QStringLiteral("d/f"));
     EXPECT_EQ(Thrown([&] { session->RemoveFile(QStringLiteral("d/f")); }),
               QStringLiteral("550 d/f: No such file\r\n"));
@@ -351,9 +355,9 @@ TEST_F(SftpSession, TheTranscriptTellsCommandsAndRefusals)
     const auto session = Open();
     session->MakeDirectory(QStringLiteral("d"));
     Thrown([&] { session->RemoveFile(QStringLiteral("gone")); });
-    EXPECT_EQ(log.transcript,
-              (std::vector<QString>{QStringLiteral("REALPATH ."), QStringLiteral("MKDIR d"),
-                                    QStringLiteral("REMOVE gone"), QStringLiteral("550 gone: No such file")}));
+    EXPECT_EQ(log.transcript, (std::vector<QString>{QStringLiteral("REALPATH ."), QStringLiteral("MKDIR d"),
+                                                    QStringLiteral("REMOVE gone"),
+                                                    QStringLiteral("550 gone: No such file")}));
 }
 
 TEST_F(SftpSession, AfterTheGoodbyeTheStreamIsClosed)

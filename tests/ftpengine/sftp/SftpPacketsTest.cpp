@@ -1,5 +1,7 @@
 #include "ftpengine/sftp/SftpPackets.h"
 
+#include <QStringList>
+
 #include "ftpengine/messages/EngineStatus.h"
 
 namespace {

@@ -29,8 +29,7 @@ TEST(SftpRefusal, AStatusIsTheReplyThatAServerOfFtpWouldSend)
         {4, "two\r\nlines\t", 550, "550 a/b: two lines\r\n"},
     };
     for (const auto& row : rows) {
-        const FTPReply reply =
-            TranslateRefusal({.code = row.code, .text = row.words}, QStringLiteral("a/b"));
+        const FTPReply reply = TranslateRefusal({.code = row.code, .text = row.words}, QStringLiteral("a/b"));
         EXPECT_EQ(reply.code, row.reply) << row.code << ' ' << row.words;
         EXPECT_EQ(reply.text, QString::fromLatin1(row.text));
     }

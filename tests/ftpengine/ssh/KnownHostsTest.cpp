@@ -87,8 +87,8 @@ TEST(KnownHosts, AServerIsFoundByNamePatternOrHash)
         {Line("|2|a|b", "k"), "example.org", 22, false},
         {"# " + Line("example.org", "k"), "example.org", 22, false},
         {"@cert-authority " + Line("example.org", "k"), "example.org", 22, false},
-        {"\t example.org\tssh-ed25519  " + Blob("ssh-ed25519", "k").toBase64() + " a comment\r", "example.org",
-         22, true},
+        {"\t example.org\tssh-ed25519  " + Blob("ssh-ed25519", "k").toBase64() + " a comment\r",
+         "example.org", 22, true},
         {"example.org ssh-rsa " + Blob("ssh-ed25519", "k").toBase64(), "example.org", 22, false},
         {"example.org ssh-ed25519", "example.org", 22, false},
         {"example.org ssh-ed25519 !!!!", "example.org", 22, false},
@@ -123,14 +123,10 @@ TEST(KnownHosts, AKeyIsKnownChangedOrUnknown)
         std::vector<KnownHostKey> known;
         Doubt doubt;
     } rows[] = {
-        {{}, Doubt::UnknownAuthority},
-        {{same}, Doubt::None},
-        {{other}, Doubt::Changed},
-        {{otherKind}, Doubt::Changed},
-        {{other, same}, Doubt::None},
-        {{revoked}, Doubt::Changed},
-        {{same, revoked}, Doubt::Changed},
-        {{otherRevoked}, Doubt::UnknownAuthority},
+        {{}, Doubt::UnknownAuthority},       {{same}, Doubt::None},
+        {{other}, Doubt::Changed},           {{otherKind}, Doubt::Changed},
+        {{other, same}, Doubt::None},        {{revoked}, Doubt::Changed},
+        {{same, revoked}, Doubt::Changed},   {{otherRevoked}, Doubt::UnknownAuthority},
         {{otherRevoked, same}, Doubt::None},
     };
     for (const auto& row : rows) {

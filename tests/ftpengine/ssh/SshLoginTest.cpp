@@ -126,7 +126,10 @@ TEST_F(SshLogin, ThePasswordIsGivenAsTheServerAsksForIt)
          Refused("nothing for the server's question 'Password:', which can't be answered here",
                  "keyboard-interactive"),
          {"password:s3cret"}},
-        {{.password = "s3cret", .disconnectsRefused = true}, "s3cret", QStringLiteral("in"), {"password:s3cret"}},
+        {{.password = "s3cret", .disconnectsRefused = true},
+         "s3cret",
+         QStringLiteral("in"),
+         {"password:s3cret"}},
     };
     for (const auto& row : rows) {
         CSshLoginServer server(row.rules);
