@@ -29,6 +29,7 @@ constexpr Exception Exceptions[] = {
     {"cli/CommandLine.cpp", R"(vistorama-cli %1\\n)", "the name of the program"},
     {"shell/frame/CommandLine.cpp", R"(vistorama %1\\n)", "the name of the program"},
     {"cli/InfoCommand.cpp", "json", "the name of an option"},
+    {"ftpengine/sftp/SftpRefusal.cpp", "(no|not enough) space|disk( is)? full", "words that servers use"},
     {"content/ContentGeneratorBase.cpp", R"(\\n<script .*function GetCurrentURL.*)", "a script"},
     {"content/ContentGeneratorFolder.cpp", R"( new String\( document.location \))", "a script"},
     {"content/PictureMenuCommandGenerator.cpp", R"(\.innerHTML, window\..*)", "a script"},
