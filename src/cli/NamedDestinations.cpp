@@ -53,8 +53,9 @@ QString Joined(const std::vector<CFTPDestination>& destinations,
 
 } // namespace
 
-CNamedDestinations::CNamedDestinations(CSettingsStore& store, const CPasswordProtection& protection)
-    : store(store), protection(protection), destinations(store, protection)
+CNamedDestinations::CNamedDestinations(CSettingsStore& store, const CPasswordProtection& protection,
+                                       CKeyring* keyring)
+    : store(store), protection(protection), destinations(store, protection, keyring)
 {}
 
 void CNamedDestinations::Add(const QString& name, const FTPUrl& url, Owner owner)
@@ -166,5 +167,5 @@ void CNamedDestinations::ThrowNotProtected(const CFTPDestination& destination) c
 CDestinationSession::CDestinationSession()
     : settings(CreateProgramSettings()),
       protection(FindDataFolder(), FindMachineSettingsFolder()),
-      destinations(*settings, protection)
+      destinations(*settings, protection, &keyring)
 {}
