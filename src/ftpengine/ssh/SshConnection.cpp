@@ -4,7 +4,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <libssh/libssh.h>
-#include <sys/socket.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -212,9 +212,9 @@ void CSshConnection::Fail(int otherwise)
 
 bool CSshConnection::IsPeerGone() const
 {
-    char byte = 0;
-    const ssize_t count = ::recv(socket.GetDescriptor(), &byte, 1, MSG_PEEK | MSG_DONTWAIT);
-    return count == 0 || (count < 0 && errno != EAGAIN && errno != EWOULDBLOCK);
+    // Asked of the system, not read: bytes that came before a reset may be there still.
+    pollfd polled{.fd = socket.GetDescriptor(), .events = POLLRDHUP, .revents = 0};
+    return ::poll(&polled, 1, 0) != 0;
 }
 
 QString CSshConnection::GetFailure() const

@@ -48,7 +48,7 @@ public:
     void Wait();
     // After a step that failed: throws 10054 if the connection is gone, and otherwise what the caller gives.
     [[noreturn]] void Fail(int otherwise);
-    // Once the library has taken what came before the end.
+    // Has closed or reset the connection.
     bool IsPeerGone() const;
     // The library's words for what failed last.
     QString GetFailure() const;
