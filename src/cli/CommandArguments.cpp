@@ -20,14 +20,14 @@ void ParseOption(const QStringList& arguments, qsizetype& position, const Comman
         return;
     }
     if (!syntax.valueOptions.contains(name)) {
-        throw CWrongUse(Text(StringId::NoSuchOption, argument));
+        throw CWrongUse(Text(StringId::NoSuchOption, WithoutPassword(argument)));
     }
     if (argument.contains(QLatin1Char('='))) {
         parsed.options[name] = argument.section(QLatin1Char('='), 1);
         return;
     }
     if (position == arguments.size()) {
-        throw CWrongUse(Text(StringId::OptionNeedsValue, argument));
+        throw CWrongUse(Text(StringId::OptionNeedsValue, WithoutPassword(argument)));
     }
     parsed.options[name] = arguments[position++];
 }
@@ -41,7 +41,7 @@ void RequireCount(const QStringList& positional, const CommandSyntax& syntax)
         const QString& surplus = positional[syntax.maxPositional];
         // An address may hold a password.
         throw CWrongUse(IsFTPAddress(surplus) ? Text(StringId::SurplusFTPAddress)
-                                              : Text(StringId::SurplusArgument, surplus));
+                                              : Text(StringId::SurplusArgument, WithoutPassword(surplus)));
     }
 }
 
@@ -75,8 +75,9 @@ CommandArguments ParseArguments(const QStringList& arguments, const CommandSynta
 QString ExistingPath(const QString& argument)
 {
     if (!FileExists(argument)) {
-        throw CFileException(argument, {StringId::CouldNotOpenFile, StringId::FileDoesNotExist,
-                                        StringId::CheckFolderAndFileName});
+        throw CFileException(
+            WithoutPassword(argument),
+            {StringId::CouldNotOpenFile, StringId::FileDoesNotExist, StringId::CheckFolderAndFileName});
     }
     return QDir(argument).absolutePath();
 }

@@ -30,7 +30,7 @@ Command FindCommand(const QString& name)
     const auto command = commands.find(name);
     if (command == commands.end()) {
         throw CWrongUse(name.isEmpty() ? Text(StringId::CommandMissing)
-                                       : Text(StringId::NoSuchCommand, name));
+                                       : Text(StringId::NoSuchCommand, WithoutPassword(name)));
     }
     return command->second;
 }

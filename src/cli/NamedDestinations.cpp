@@ -46,15 +46,16 @@ QString Joined(const std::vector<CFTPDestination>& destinations,
 {
     QStringList texts;
     for (const CFTPDestination& destination : destinations) {
-        texts += text(destination);
+        texts += WithoutPassword(text(destination));
     }
     return texts.join(QStringLiteral(", "));
 }
 
 } // namespace
 
-CNamedDestinations::CNamedDestinations(CSettingsStore& store, const CPasswordProtection& protection)
-    : store(store), protection(protection), destinations(store, protection)
+CNamedDestinations::CNamedDestinations(CSettingsStore& store, const CPasswordProtection& protection,
+                                       CKeyring* keyring)
+    : store(store), protection(protection), destinations(store, protection, keyring)
 {}
 
 void CNamedDestinations::Add(const QString& name, const FTPUrl& url, Owner owner)
@@ -66,7 +67,7 @@ void CNamedDestinations::Add(const QString& name, const FTPUrl& url, Owner owner
     RequireStorable(url.server, StringId::ServerPart);
     RequireStorable(url.directory, StringId::DirectoryPart);
     if (!FindAll(name).empty()) {
-        throw CGenericException(Text(StringId::DestinationExists, name),
+        throw CGenericException(Text(StringId::DestinationExists, WithoutPassword(name)),
                                 Text(StringId::DestinationNamesAreUnique), Text(StringId::ChooseAnotherName));
     }
     CFTPDestination added = destinations.Create(owner.allUsers);
@@ -93,7 +94,7 @@ CFTPDestination CNamedDestinations::Find(const QString& name) const
     if (found.size() > 1) {
         const QString keys =
             Joined(found, [](const CFTPDestination& each) -> const QString& { return each.keyName; });
-        throw CGenericException(Text(StringId::SeveralDestinations, name),
+        throw CGenericException(Text(StringId::SeveralDestinations, WithoutPassword(name)),
                                 Text(StringId::DestinationKeysAre, keys),
                                 Text(StringId::NameDestinationByKey));
     }
@@ -108,7 +109,7 @@ CFTPDestination CNamedDestinations::Find(const QString& name) const
     }
     const QString names = Joined(
         all, [](const CFTPDestination& each) -> const QString& { return each.connection.displayName; });
-    throw CGenericException(Text(StringId::NoSuchDestination, name),
+    throw CGenericException(Text(StringId::NoSuchDestination, WithoutPassword(name)),
                             all.empty() ? Text(StringId::NoDestinations)
                                         : Text(StringId::AvailableNames, Printable(names)),
                             Text(StringId::CheckDestinationName));
@@ -150,14 +151,15 @@ void CNamedDestinations::ThrowNotWritten(StringId caption, const CFTPDestination
 {
     const QString file = store.Locate(ScopeOf(destination), destination.parentKeyPath);
     throw CGenericException(
-        Text(caption, destination.connection.displayName), Text(StringId::SettingsFileNotWritten, file),
+        Text(caption, WithoutPassword(destination.connection.displayName)),
+        Text(StringId::SettingsFileNotWritten, file),
         Text(destination.allUsers ? StringId::AllUsersNeedAdministrator : StringId::CheckRights));
 }
 
 void CNamedDestinations::ThrowNotProtected(const CFTPDestination& destination) const
 {
     throw CGenericException(
-        Text(StringId::DestinationNotStored, destination.connection.displayName),
+        Text(StringId::DestinationNotStored, WithoutPassword(destination.connection.displayName)),
         Text(StringId::KeyFileUnfit, protection.GetKeyPath(ScopeOf(destination))),
         Text(destination.allUsers ? StringId::CorrectMachineKeyFile : StringId::CorrectUserKeyFile));
 }
@@ -165,5 +167,5 @@ void CNamedDestinations::ThrowNotProtected(const CFTPDestination& destination) c
 CDestinationSession::CDestinationSession()
     : settings(CreateProgramSettings()),
       protection(FindDataFolder(), FindMachineSettingsFolder()),
-      destinations(*settings, protection)
+      destinations(*settings, protection, &keyring)
 {}

@@ -6,14 +6,16 @@
 #include "cli/FTPUrl.h"
 #include "ftpengine/destinations/FTPDestinations.h"
 #include "ftpengine/secrets/PasswordProtection.h"
+#include "ftpengine/secrets/SystemKeyring.h"
 #include "resources/StringTable.h"
 
 // The stored FTP destinations as a person at the command line names them: by display name without regard to
 // case, or, for names that are not unique, by key. Belongs to one run of a command; single-threaded.
 class CNamedDestinations {
 public:
-    // Both are borrowed and must outlive this object.
-    CNamedDestinations(CSettingsStore& store, const CPasswordProtection& protection);
+    // All are borrowed and must outlive this object. keyring: may be null.
+    CNamedDestinations(CSettingsStore& store, const CPasswordProtection& protection,
+                       CKeyring* keyring = nullptr);
 
     struct Owner {
         bool allUsers = false;
@@ -50,5 +52,6 @@ public:
 private:
     const std::unique_ptr<CSettingsStore> settings;
     const CPasswordProtection protection;
+    CSystemKeyring keyring;
     CNamedDestinations destinations;
 };

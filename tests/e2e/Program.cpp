@@ -80,6 +80,8 @@ QProcessEnvironment CProgram::GetEnvironment() const
     environment.insert(QStringLiteral("XDG_DATA_HOME"), Path(QStringLiteral("share")));
     environment.insert(QStringLiteral("XDG_CACHE_HOME"), Path(QStringLiteral("cache")));
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    // Nothing of a test goes into the keyring of whoever runs it.
+    environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QStringLiteral("disabled:"));
     environment.insert(QStringLiteral("program"), QStringLiteral(PROGRAM_FILE));
     for (auto variable = variables.begin(); variable != variables.end(); ++variable) {
         environment.insert(variable.key(), variable.value());

@@ -115,7 +115,7 @@ TEST(IncludeRules, ALibraryIsIncludedOnlyByItsOwnFolder)
         {"^<(vips/|jpeglib|jerror|cairo|pango/)", "imaging"},
         {"^<(QtWidgets|QtGui|QtWebEngine|QtWebChannel|QWidget|QApplication|QMainWindow|QDialog|QWizard|QWeb)",
          "shell"},
-        {"^<(sodium|openssl/)", "ftpengine"},
+        {"^<(sodium|openssl/|libsecret/|libssh/)", "ftpengine"},
         {"^<sys/socket|^<netdb|^<poll", "ftpengine"},
     };
     for (const auto& rule : rules) {

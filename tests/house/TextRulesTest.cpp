@@ -31,6 +31,7 @@ constexpr Exception Exceptions[] = {
     {"cli/InfoCommand.cpp", "json", "the name of an option"},
     {"ftpengine/commands/FTPCommandSequences.cpp", "AUTH TLS", "a command of the protocol"},
     {"ftpengine/messages/ServerWords.cpp", "clear text", "words that servers use"},
+    {"ftpengine/sftp/SftpRefusal.cpp", "(no|not enough) space|disk( is)? full", "words that servers use"},
     {"content/ContentGeneratorBase.cpp", R"(\\n<script .*function GetCurrentURL.*)", "a script"},
     {"content/ContentGeneratorFolder.cpp", R"( new String\( document.location \))", "a script"},
     {"content/PictureMenuCommandGenerator.cpp", R"(\.innerHTML, window\..*)", "a script"},

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Unpacks FTP servers for the tests below the given folder. They are not installed: their packages exclude one
+# Unpacks servers of FTP and SSH for the tests below the given folder. They are not installed: their packages exclude one
 # another, and an installed server would serve the whole machine.
 set -euo pipefail
 update_lists() {
@@ -11,7 +11,7 @@ update_lists() {
 }
 mkdir -p "$1"
 cd "$1"
-for package in vsftpd proftpd-core proftpd-mod-crypto pure-ftpd; do
+for package in vsftpd proftpd-core proftpd-mod-crypto pure-ftpd openssh-server; do
     if [ -d "$package" ]; then
         continue
     fi

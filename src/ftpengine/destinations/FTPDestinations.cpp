@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include <QUuid>
+
+#include "ftpengine/destinations/Keyring.h"
 #include "ftpengine/secrets/PasswordProtection.h"
 
 namespace {
@@ -35,6 +38,16 @@ bool HasPlace(const CFTPDestination& place)
     return !place.parentKeyPath.isEmpty() && !place.keyName.isEmpty();
 }
 
+QString PasswordValue()
+{
+    return QStringLiteral("Password");
+}
+
+QString KeyringValue()
+{
+    return QStringLiteral("Keyring");
+}
+
 // The UTF-16 units of a text without a terminator, and back.
 QByteArray ToBytes(const QString& text)
 {
@@ -52,8 +65,9 @@ QString FromBytes(const QByteArray& bytes)
 
 } // namespace
 
-CFTPDestinations::CFTPDestinations(CSettingsStore& store, const CPasswordProtection& protection)
-    : store(store), protection(protection)
+CFTPDestinations::CFTPDestinations(CSettingsStore& store, const CPasswordProtection& protection,
+                                   CKeyring* keyring)
+    : store(store), protection(protection), keyring(keyring)
 {}
 
 CFTPDestination CFTPDestinations::Load(int32_t key) const
@@ -88,17 +102,38 @@ CFTPDestinations::SaveResult CFTPDestinations::Save(const CFTPDestination& desti
         {QStringLiteral("Directory"), record.directory},
     };
     // An empty password is never written: the older one stays.
-    const bool hasPassword = record.password.isEmpty() || AddPassword(destination, values);
-    if (!store.WriteAll(ScopeOf(destination.allUsers), PathOf(destination), values)) {
+    const bool isNew = !record.password.isEmpty();
+    const QString formerName = NameInKeyring(destination);
+    const QString name = isNew ? KeepInKeyring(destination) : formerName;
+    if (name != formerName) {
+        values[KeyringValue()] = name;
+    }
+    const bool hasPassword = !isNew || !name.isEmpty() || AddPassword(destination, values);
+    const bool isWritten = store.WriteAll(ScopeOf(destination.allUsers), PathOf(destination), values);
+    if (name != formerName) {
+        RemoveFromKeyring(isWritten ? formerName : name);
+    }
+    if (!isWritten) {
         return SaveResult::NotSaved;
+    }
+    // What the keyring has isn't left in the store.
+    if (isNew && !name.isEmpty()) {
+        store.RemoveValue(ScopeOf(destination.allUsers), PathOf(destination), PasswordValue());
     }
     return hasPassword ? SaveResult::Saved : SaveResult::SavedWithoutPassword;
 }
 
 bool CFTPDestinations::Delete(int32_t key)
 {
-    const QString path = RootKey() + QLatin1Char('/') + QString::number(key);
-    const bool isRemoved = store.RemoveKey(ScopeOf(IsForAllUsers(key)), path);
+    CFTPDestination place;
+    place.parentKeyPath = RootKey();
+    place.keyName = QString::number(key);
+    place.allUsers = IsForAllUsers(key);
+    const QString name = NameInKeyring(place);
+    const bool isRemoved = store.RemoveKey(ScopeOf(place.allUsers), PathOf(place));
+    if (isRemoved) {
+        RemoveFromKeyring(name);
+    }
     // One that somebody else has to remove is the default no more all the same.
     const bool isDefaultGone = GetDefault() != key || store.RemoveValue(Scope::User, RootKey(), QString());
     return isRemoved && isDefaultGone;
@@ -180,14 +215,18 @@ QString CFTPDestinations::ReadPassword(const CFTPDestination& place) const
         return password;
     }
     const Scope scope = ScopeOf(place.allUsers);
-    const auto bytes = store.ReadBytes(scope, PathOf(place), QStringLiteral("Password"));
+    const QString name = NameInKeyring(place);
+    if (!name.isEmpty()) {
+        return keyring->Find(name).value_or(QString());
+    }
+    const auto bytes = store.ReadBytes(scope, PathOf(place), PasswordValue());
     // One that can't be opened has to be typed again; the server's refusal will say so.
     return bytes ? FromBytes(protection.Unprotect(scope, *bytes).value_or(QByteArray())) : QString();
 }
 
 bool CFTPDestinations::AddPassword(const CFTPDestination& destination, CSettingsStore::Values& values) const
 {
-    const QString name = QStringLiteral("Password");
+    const QString name = PasswordValue();
     const QString& password = destination.connection.password;
     if (SkipsProtection()) {
         values[name] = password;
@@ -198,6 +237,32 @@ bool CFTPDestinations::AddPassword(const CFTPDestination& destination, CSettings
         values[name] = *bytes;
     }
     return bytes.has_value();
+}
+
+QString CFTPDestinations::NameInKeyring(const CFTPDestination& place) const
+{
+    const auto name = store.Read(ScopeOf(place.allUsers), PathOf(place), KeyringValue());
+    return keyring == nullptr ? QString() : name.value_or(QString());
+}
+
+QString CFTPDestinations::KeepInKeyring(const CFTPDestination& destination) const
+{
+    if (keyring == nullptr || destination.allUsers || SkipsProtection()) {
+        return {};
+    }
+    const QString name = QUuid::createUuid().toString(QUuid::WithoutBraces);
+    const FTPDestinationConnection& record = destination.connection;
+    const bool isKept = keyring->Store({.name = name,
+                                        .label = record.userName + QLatin1Char('@') + record.server,
+                                        .secret = record.password});
+    return isKept ? name : QString();
+}
+
+void CFTPDestinations::RemoveFromKeyring(const QString& name)
+{
+    if (keyring != nullptr && !name.isEmpty()) {
+        keyring->Remove(name);
+    }
 }
 
 bool CFTPDestinations::SkipsProtection() const

@@ -5,6 +5,7 @@
 #include "common/Settings.h"
 #include "ftpengine/destinations/FTPDestination.h"
 
+class CKeyring;
 class CPasswordProtection;
 
 // The user's FTP connections between runs: destinations of the user, keys from 1 on, and of all users of the
@@ -17,8 +18,10 @@ public:
 
     enum class SaveResult { Saved, SavedWithoutPassword, NotSaved };
 
-    // Both are borrowed and must outlive this object.
-    CFTPDestinations(CSettingsStore& store, const CPasswordProtection& protection);
+    // All are borrowed and must outlive this object. keyring: where the user's own passwords go first; those
+    // that it doesn't take, and those of all users, go into the store, protected. May be null.
+    CFTPDestinations(CSettingsStore& store, const CPasswordProtection& protection,
+                     CKeyring* keyring = nullptr);
 
     // Never fails: a value that can't be read leaves its field empty, and so does a password that can't be
     // opened. The key says whose destination it is.
@@ -49,10 +52,17 @@ private:
     QString ReadPassword(const CFTPDestination& place) const;
     // False if the password can't be protected.
     bool AddPassword(const CFTPDestination& destination, CSettingsStore::Values& values) const;
+    // Of the secret that a destination has in the keyring; empty if it has none.
+    QString NameInKeyring(const CFTPDestination& place) const;
+    // The password under a new name, so that no later destination with the same key ever finds it, and the
+    // former one stays until the store is written. Empty if the keyring doesn't take it.
+    QString KeepInKeyring(const CFTPDestination& destination) const;
+    void RemoveFromKeyring(const QString& name);
     bool SkipsProtection() const;
 
     CSettingsStore& store;
     const CPasswordProtection& protection;
+    CKeyring* const keyring;
 };
 
 // "ftp://SERVER/DIRECTORY", without user name and password.

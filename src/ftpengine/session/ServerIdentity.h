@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include <QByteArray>
 #include <QString>
 
@@ -21,6 +23,7 @@ struct ServerIdentity {
     QString subject;        // the certificate's names, or the kind of the host key; cleaned for people
     QString issuer;         // empty for a host key
     Doubt doubt = Doubt::None;
+    QByteArray hostKey; // the host key's blob, which is what gets remembered; empty for a certificate
 
     // "sha256:0123abcd...", the form that the programs print and read.
     QString FormatFingerprint() const

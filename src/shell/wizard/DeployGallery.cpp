@@ -6,12 +6,14 @@
 #include "common/Platform.h"
 #include "ftpengine/destinations/FTPDestinations.h"
 #include "ftpengine/secrets/PasswordProtection.h"
+#include "ftpengine/secrets/SystemKeyring.h"
 #include "shell/wizard/WizardPropSheetDeploy.h"
 
 void DeployGallery(CGalleryProject& project, CSettingsStore& settings, QWidget* parent)
 {
     const CPasswordProtection protection(FindDataFolder(), FindMachineSettingsFolder());
-    CFTPDestinations destinations(settings, protection);
+    CSystemKeyring keyring;
+    CFTPDestinations destinations(settings, protection, &keyring);
     DeployWizardServices services;
     services.destinations = &destinations;
     services.openSite = [](const QString& path) {

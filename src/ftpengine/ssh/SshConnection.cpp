@@ -1,0 +1,228 @@
+#include "ftpengine/ssh/SshConnection.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <libssh/libssh.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "common/Text.h"
+#include "ftpengine/messages/EngineStatus.h"
+#include "ftpengine/net/Dial.h"
+#include "ftpengine/ssh/KnownHosts.h"
+
+namespace {
+
+// Kinds of host keys in the order of preference. RSA with SHA-1 isn't among them.
+const char* const hostKeyKinds[] = {"ssh-ed25519",         "ecdsa-sha2-nistp256", "ecdsa-sha2-nistp384",
+                                    "ecdsa-sha2-nistp521", "rsa-sha2-512",        "rsa-sha2-256"};
+
+// Those that processors have instructions for come first: all of them are as safe.
+const char* const ciphers = "aes128-gcm@openssh.com,aes256-gcm@openssh.com,chacha20-poly1305@openssh.com,"
+                            "aes256-ctr,aes192-ctr,aes128-ctr";
+
+// Nothing is read from files that this program doesn't know of: what is known is looked up by KnownHosts.
+const char* const nothing = "/dev/null";
+
+struct FreeKey {
+    void operator()(ssh_key key) const { ssh_key_free(key); }
+};
+using OwnedKey = std::unique_ptr<ssh_key_struct, FreeKey>;
+
+// An RSA key signs in several ways.
+bool IsOfKind(const QByteArray& offered, const QByteArray& known)
+{
+    return known == "ssh-rsa" ? offered.startsWith("rsa-") : offered == known;
+}
+
+// The kinds that are known of this server come first: it would show a key that can't be compared otherwise.
+QByteArray OrderKinds(const std::vector<KnownHostKey>& known)
+{
+    QByteArray first;
+    QByteArray rest;
+    for (const char* kind : hostKeyKinds) {
+        const bool isKnown = std::any_of(known.begin(), known.end(), [kind](const KnownHostKey& key) {
+            return IsOfKind(kind, KindOfHostKey(key.blob));
+        });
+        (isKnown ? first : rest) += QByteArray(kind) + ',';
+    }
+    const QByteArray all = first + rest;
+    return all.chopped(1);
+}
+
+bool IsSameSocket(int one, int other)
+{
+    struct stat first;
+    struct stat second;
+    return ::fstat(one, &first) == 0 && ::fstat(other, &second) == 0 && first.st_dev == second.st_dev &&
+           first.st_ino == second.st_ino;
+}
+
+QByteArray BlobOf(ssh_key key)
+{
+    char* text = nullptr;
+    if (ssh_pki_export_pubkey_base64(key, &text) != SSH_OK) {
+        return {};
+    }
+    const QByteArray blob = QByteArray::fromBase64(text);
+    ssh_string_free_char(text);
+    return blob;
+}
+
+} // namespace
+
+CLentDescriptor::CLentDescriptor(const CSocket& socket)
+    : socket(socket), descriptor(::fcntl(socket.GetDescriptor(), F_DUPFD_CLOEXEC, 0))
+{
+    if (descriptor < 0) {
+        ThrowTraced("CLentDescriptor, fcntl throws: ", EngineStatus::FromErrno(errno));
+    }
+}
+
+CLentDescriptor::~CLentDescriptor()
+{
+    if (IsSameSocket(descriptor, socket.GetDescriptor())) {
+        ::close(descriptor);
+    }
+}
+
+void CSshConnection::CloseSession::operator()(ssh_session_struct* session) const
+{
+    ssh_disconnect(session);
+    ssh_free(session);
+}
+
+CSshConnection::CSshConnection(const SessionSetting& setting, SessionLog& log)
+    : setting(setting),
+      log(log),
+      socket(Dial(setting.destination.server, setting.destination.port, setting.abortEvent)),
+      lent(socket),
+      session(ssh_new())
+{
+    if (!session) {
+        throw EngineStatus::NoBufferSpace;
+    }
+    SetOptions();
+    ShakeHands();
+    CheckIdentity();
+}
+
+void CSshConnection::SetOptions()
+{
+    const FTPDestinationConnection& destination = setting.destination;
+    const auto set = [this](ssh_options_e option, const void* value) {
+        if (ssh_options_set(session.get(), option, value) != SSH_OK) {
+            ThrowTracedLiterally("CSshConnection, option refused", EngineStatus::InvalidName);
+        }
+    };
+    const bool readsFiles = false;
+    set(SSH_OPTIONS_PROCESS_CONFIG, &readsFiles);
+    set(SSH_OPTIONS_KNOWNHOSTS, nothing);
+    set(SSH_OPTIONS_GLOBAL_KNOWNHOSTS, nothing);
+    set(SSH_OPTIONS_HOST, Narrow(destination.server).c_str());
+    const unsigned port = destination.port;
+    set(SSH_OPTIONS_PORT, &port);
+    set(SSH_OPTIONS_USER, Narrow(destination.userName).c_str());
+    const int descriptor = lent.Get();
+    set(SSH_OPTIONS_FD, &descriptor);
+    set(SSH_OPTIONS_CIPHERS_C_S, ciphers);
+    set(SSH_OPTIONS_CIPHERS_S_C, ciphers);
+    const auto known = FindKnownHostKeys(setting.trustFolder, destination.server, destination.port);
+    set(SSH_OPTIONS_HOSTKEYS, OrderKinds(known).constData());
+    ssh_set_blocking(session.get(), 0);
+}
+
+void CSshConnection::ShakeHands()
+{
+    if (Repeat(SSH_AGAIN, [this] { return ssh_connect(session.get()); }) != SSH_OK) {
+        log.transcript.push_back(GetFailure());
+        Fail(EngineStatus::TlsFailed);
+    }
+}
+
+void CSshConnection::CheckIdentity()
+{
+    log.identity = ReadIdentity();
+    const ServerIdentity& identity = *log.identity;
+    log.transcript.push_back(identity.subject + QLatin1Char(' ') + identity.FormatFingerprint());
+    const QByteArray& only = setting.destination.fingerprint;
+    const bool isTrusted =
+        only.isEmpty() ? identity.doubt == ServerIdentity::Doubt::None : identity.fingerprint == only;
+    if (!isTrusted) {
+        ThrowTracedLiterally("CSshConnection, unknown host key", EngineStatus::UntrustedServer);
+    }
+}
+
+ServerIdentity CSshConnection::ReadIdentity()
+{
+    ssh_key shown = nullptr;
+    if (ssh_get_server_publickey(session.get(), &shown) != SSH_OK) {
+        Fail(EngineStatus::TlsFailed);
+    }
+    const OwnedKey key(shown);
+    ServerIdentity identity;
+    identity.server = setting.destination.server;
+    identity.port = setting.destination.port;
+    identity.hostKey = BlobOf(shown);
+    identity.subject = QString::fromLatin1(KindOfHostKey(identity.hostKey));
+    uint8_t* hash = nullptr;
+    std::size_t size = 0;
+    if (ssh_get_publickey_hash(shown, SSH_PUBLICKEY_HASH_SHA256, &hash, &size) != SSH_OK) {
+        Fail(EngineStatus::TlsFailed);
+    }
+    identity.fingerprint = QByteArray(reinterpret_cast<const char*>(hash), static_cast<qsizetype>(size));
+    ssh_clean_pubkey_hash(&hash);
+    const auto known = FindKnownHostKeys(setting.trustFolder, identity.server, identity.port);
+    identity.doubt = JudgeHostKey(known, identity.hostKey);
+    return identity;
+}
+
+int CSshConnection::Repeat(int again, const std::function<int()>& step)
+{
+    int result = step();
+    while (result == again) {
+        Wait();
+        result = step();
+    }
+    return result;
+}
+
+void CSshConnection::Wait()
+{
+    const int descriptor = socket.GetDescriptor();
+    const bool hasMoreToSend = (ssh_get_poll_flags(session.get()) & SSH_WRITE_PENDING) != 0;
+    const auto silence = setting.timeouts.reply;
+    const WaitedDescriptor abort = UntilSet(*setting.abortEvent);
+    const WaitResult result = hasMoreToSend ? WaitForFirst({abort, {descriptor}, {descriptor, true}}, silence)
+                                            : WaitForFirst({abort, {descriptor}}, silence);
+    if (result == WaitResult::First) {
+        ThrowTracedLiterally("CSshConnection, aborted", EngineStatus::Aborted);
+    }
+    if (result == WaitResult::TimedOut) {
+        ThrowTracedLiterally("CSshConnection, timed out", EngineStatus::TimedOut);
+    }
+}
+
+void CSshConnection::Fail(int otherwise)
+{
+    ThrowTraced("CSshConnection throws: ", IsPeerGone() ? EngineStatus::ConnectionReset : otherwise);
+}
+
+bool CSshConnection::IsPeerGone() const
+{
+    // Asked of the system, not read: bytes that came before a reset may be there still.
+    pollfd polled{.fd = socket.GetDescriptor(), .events = POLLRDHUP, .revents = 0};
+    return ::poll(&polled, 1, 0) != 0;
+}
+
+QString CSshConnection::GetFailure() const
+{
+    return Widen(ssh_get_error(session.get())).simplified();
+}
+
+void CSshConnection::Close()
+{
+    ssh_disconnect(session.get());
+}
