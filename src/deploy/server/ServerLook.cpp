@@ -26,8 +26,10 @@ public:
         found.isManifestThere = found.manifest.has_value();
         if (found.manifest) {
             found.amended = journal.Amend(*found.manifest);
+            found.isLastOurs = journal.Follows(found.manifest->run);
         } else {
             found.manifest = journal.FindSubstitute();
+            found.isLastOurs = journal.IsOnlyRecord();
         }
         ListAll(found.manifest ? found.manifest->files : ManifestFiles());
         const CMutexLock lock(mutex);

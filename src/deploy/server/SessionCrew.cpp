@@ -44,7 +44,7 @@ CSessionCrew::Setting Completed(CSessionCrew::Setting setting)
 } // namespace
 
 CSessionCrew::CSessionCrew(Setting crewSetting)
-    : setting(Completed(std::move(crewSetting))), slots(std::max<size_t>(setting.mostSessions, 1))
+    : setting(Completed(std::move(crewSetting))), places(std::max<size_t>(setting.mostSessions, 1))
 {}
 
 CSessionCrew::~CSessionCrew() = default;
@@ -63,7 +63,7 @@ void CSessionCrew::Run(std::vector<Job> jobs)
         waiting.assign(std::make_move_iterator(jobs.begin()), std::make_move_iterator(jobs.end()));
         failure = nullptr;
     }
-    // A slot that gives its job back may be the last one at work.
+    // A place that gives its job back may be the last one at work.
     for (bool isMore = !jobs.empty(); isMore;) {
         RunRound();
         const CMutexLock lock(mutex);
@@ -86,55 +86,55 @@ void CSessionCrew::RunRound()
     bool isFirst = false;
     {
         const CMutexLock lock(mutex);
-        count = std::min(slots.size(), (waiting.size() + jobsForASession - 1) / jobsForASession);
+        count = std::min(places.size(), (waiting.size() + jobsForASession - 1) / jobsForASession);
         isFirst = !wasOpened;
         retired = 0;
     }
     if (isFirst) {
         // Whether there is a server at all is to be known before several ask it.
         Job nothing{QString(), [](CRemoteSession&) {}};
-        Do(slots.front(), nothing);
+        Do(places.front(), nothing);
     }
     std::vector<std::thread> threads;
     try {
         for (size_t i = 1; i < count && !IsEnding(); ++i) {
-            threads.emplace_back([this, i] { Work(slots[i]); });
+            threads.emplace_back([this, i] { Work(places[i]); });
         }
     } catch (const std::system_error&) {
         // The system has no thread left; those that there are do it.
     }
-    Work(slots.front());
+    Work(places.front());
     for (std::thread& thread : threads) {
         thread.join();
     }
     PutOpenFirst();
     const CMutexLock lock(mutex);
-    slots.resize(std::max<size_t>(slots.size() - std::min(slots.size(), retired), 1));
+    places.resize(std::max<size_t>(places.size() - std::min(places.size(), retired), 1));
 }
 
 // What has a session works first, and is never given up for what has none.
 void CSessionCrew::PutOpenFirst()
 {
-    std::stable_partition(slots.begin(), slots.end(),
-                          [](const Slot& slot) { return slot.session != nullptr; });
+    std::stable_partition(places.begin(), places.end(),
+                          [](const Place& place) { return place.session != nullptr; });
 }
 
-void CSessionCrew::Work(Slot& slot)
+void CSessionCrew::Work(Place& place)
 {
     while (std::optional<Job> job = TakeJob()) {
-        if (!Do(slot, *job)) {
+        if (!Do(place, *job)) {
             GiveBack(std::move(*job));
             return;
         }
     }
 }
 
-// False if the slot is of no use and the job isn't done.
-bool CSessionCrew::Do(Slot& slot, const Job& job)
+// False if the place is of no use and the job isn't done.
+bool CSessionCrew::Do(Place& place, const Job& job)
 {
     for (int tries = 0; !IsEnding(); ++tries) {
         SendFailure reason;
-        const Outcome outcome = Try(slot, job, reason);
+        const Outcome outcome = Try(place, job, reason);
         if (outcome != Outcome::Again) {
             return outcome == Outcome::Done;
         }
@@ -160,38 +160,38 @@ void CSessionCrew::Pause(const Job& job, int tries, const SendFailure& reason)
     setting.pause(retry.pause);
 }
 
-CSessionCrew::Outcome CSessionCrew::Try(Slot& slot, const Job& job, SendFailure& reason)
+CSessionCrew::Outcome CSessionCrew::Try(Place& place, const Job& job, SendFailure& reason)
 {
     try {
-        if (!Refresh(slot)) {
-            Open(slot);
+        if (!Refresh(place)) {
+            Open(place);
         }
     } catch (int status) {
-        reason = {.kind = SendFailure::Kind::NotOpened, .path = {}, .status = status, .reply = {}, .log = *slot.log};
+        reason = {.kind = SendFailure::Kind::NotOpened, .path = {}, .status = status, .reply = {}, .log = *place.log};
         return OnNotOpened(reason);
     } catch (const FTPReply& reply) {
-        reason = {.kind = SendFailure::Kind::NotOpened, .path = {}, .status = 0, .reply = reply, .log = *slot.log};
+        reason = {.kind = SendFailure::Kind::NotOpened, .path = {}, .status = 0, .reply = reply, .log = *place.log};
         return OnNotOpened(reason);
     } catch (...) {
         Fail(std::current_exception());
         return Outcome::Done;
     }
     try {
-        return DoOnce(slot, job, reason);
+        return DoOnce(place, job, reason);
     } catch (...) {
         Fail(std::current_exception());
         return Outcome::Done;
     }
 }
 
-CSessionCrew::Outcome CSessionCrew::DoOnce(Slot& slot, const Job& job, SendFailure& reason)
+CSessionCrew::Outcome CSessionCrew::DoOnce(Place& place, const Job& job, SendFailure& reason)
 {
     try {
-        job.work(*slot.session);
-        slot.lastUse = setting.now();
+        job.work(*place.session);
+        place.lastUse = setting.now();
         return Outcome::Done;
     } catch (int status) {
-        Drop(slot);
+        Drop(place);
         reason = {.kind = SendFailure::Kind::Network, .path = job.path, .status = status, .reply = {}, .log = {}};
         if (status == EngineStatus::InvalidName) {
             throw reason;
@@ -202,7 +202,7 @@ CSessionCrew::Outcome CSessionCrew::DoOnce(Slot& slot, const Job& job, SendFailu
         if (!IsBreak(reply)) {
             throw reason;
         }
-        Drop(slot);
+        Drop(place);
         return Outcome::Again;
     } catch (const SendFailure& failed) {
         if (failed.kind != SendFailure::Kind::Incomplete) {
@@ -213,28 +213,28 @@ CSessionCrew::Outcome CSessionCrew::DoOnce(Slot& slot, const Job& job, SendFailu
     }
 }
 
-// True if the slot has a session that can be used.
-bool CSessionCrew::Refresh(Slot& slot)
+// True if the place has a session that can be used.
+bool CSessionCrew::Refresh(Place& place)
 {
-    if (!slot.session || setting.now() - slot.lastUse < longQuiet) {
-        return slot.session != nullptr;
+    if (!place.session || setting.now() - place.lastUse < longQuiet) {
+        return place.session != nullptr;
     }
     try {
-        slot.session->KeepAlive();
+        place.session->KeepAlive();
         return true;
     } catch (int) {
         // It was closed for its silence, which is no failure of what comes now.
     } catch (const FTPReply&) {
     }
-    Drop(slot);
+    Drop(place);
     return false;
 }
 
-void CSessionCrew::Open(Slot& slot)
+void CSessionCrew::Open(Place& place)
 {
-    slot.log = std::make_unique<SessionLog>();
-    slot.session = setting.open(*slot.log);
-    slot.lastUse = setting.now();
+    place.log = std::make_unique<SessionLog>();
+    place.session = setting.open(*place.log);
+    place.lastUse = setting.now();
     const CMutexLock lock(mutex);
     ++openSessions;
     wasOpened = true;
@@ -254,19 +254,19 @@ CSessionCrew::Outcome CSessionCrew::OnNotOpened(const SendFailure& reason)
     return Outcome::Again;
 }
 
-void CSessionCrew::Drop(Slot& slot)
+void CSessionCrew::Drop(Place& place)
 {
-    slot.session.reset();
+    place.session.reset();
     const CMutexLock lock(mutex);
     --openSessions;
 }
 
 void CSessionCrew::Quit()
 {
-    for (Slot& slot : slots) {
-        if (slot.session) {
-            slot.session->Quit();
-            Drop(slot);
+    for (Place& place : places) {
+        if (place.session) {
+            place.session->Quit();
+            Drop(place);
         }
     }
 }

@@ -61,7 +61,7 @@ public:
 
 private:
     // One place for a session. Used by one thread at a time.
-    struct Slot {
+    struct Place {
         std::unique_ptr<SessionLog> log;
         std::unique_ptr<CRemoteSession> session;
         Clock::time_point lastUse;
@@ -70,14 +70,14 @@ private:
 
     void RunRound();
     void PutOpenFirst();
-    void Work(Slot& slot);
-    bool Do(Slot& slot, const Job& job);
-    Outcome Try(Slot& slot, const Job& job, SendFailure& reason);
-    Outcome DoOnce(Slot& slot, const Job& job, SendFailure& reason);
-    bool Refresh(Slot& slot);
-    void Open(Slot& slot);
+    void Work(Place& place);
+    bool Do(Place& place, const Job& job);
+    Outcome Try(Place& place, const Job& job, SendFailure& reason);
+    Outcome DoOnce(Place& place, const Job& job, SendFailure& reason);
+    bool Refresh(Place& place);
+    void Open(Place& place);
     Outcome OnNotOpened(const SendFailure& reason);
-    void Drop(Slot& slot);
+    void Drop(Place& place);
     void Pause(const Job& job, int tries, const SendFailure& reason);
 
     std::optional<Job> TakeJob();
@@ -86,12 +86,12 @@ private:
     void Fail(std::exception_ptr reason);
 
     const Setting setting;
-    std::vector<Slot> slots; // as many as the server may still let in
+    std::vector<Place> places; // as many as the server may still let in
 
     CMutex mutex;
     std::deque<Job> waiting VISTORAMA_GUARDED_BY(mutex);
     size_t openSessions VISTORAMA_GUARDED_BY(mutex) = 0;
     bool wasOpened VISTORAMA_GUARDED_BY(mutex) = false; // the server has let us in once
-    size_t retired VISTORAMA_GUARDED_BY(mutex) = 0;     // slots of this round that the server doesn't let in
+    size_t retired VISTORAMA_GUARDED_BY(mutex) = 0;     // places of this round that the server doesn't let in
     std::exception_ptr failure VISTORAMA_GUARDED_BY(mutex);
 };

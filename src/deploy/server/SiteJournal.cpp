@@ -100,6 +100,7 @@ void CSiteJournal::TakeLine(const QJsonObject& line)
         stored.erase(sent);
         sections.back().acts[sent] = ManifestFile{.size = line[SizeField].toInteger(),
                                                   .sha256 = HashOf(line),
+                                                  .isSeen = false,
                                                   .time = line[TimeField].toInteger(),
                                                   .rest = {}};
     } else if (line.contains(RemovedField) && !sections.empty()) {
@@ -141,6 +142,13 @@ bool CSiteJournal::IsStored(const QString& sitePath) const
     return stored.contains(sitePath);
 }
 
+bool CSiteJournal::Follows(const QString& run) const
+{
+    const CMutexLock lock(mutex);
+    return std::any_of(sections.begin(), sections.end(),
+                       [&run](const Section& section) { return section.run == run; });
+}
+
 std::optional<SiteManifest> CSiteJournal::FindSubstitute() const
 {
     std::optional<SiteManifest> substitute = kept;
@@ -156,10 +164,11 @@ std::optional<SiteManifest> CSiteJournal::FindSubstitute() const
     return substitute;
 }
 
-void CSiteJournal::BeginRun(const QString& run)
+void CSiteJournal::BeginRun(const QString& run, const std::set<QString>& stillStored)
 {
     const CMutexLock lock(mutex);
     sections.push_back({run, {}});
+    std::erase_if(stored, [&](const auto& entry) { return !stillStored.contains(entry.first); });
     // Also without what a run that was ended has left of a line.
     Rewrite();
     Open();

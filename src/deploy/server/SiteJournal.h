@@ -35,12 +35,17 @@ public:
     // was taken by the server once, somebody has removed it since, and who knows what else has happened: the
     // files are the project's own then, but its pages don't count as whole.
     std::optional<SiteManifest> FindSubstitute() const;
-    // Files that are on the server under temporary names.
+    // The server has never taken a manifest: these notes are all that there is.
+    bool IsOnlyRecord() const { return kept && !wasOnServer; }
+    // Nobody else has written a manifest since that of this run, by these notes.
+    bool Follows(const QString& run) const;
+    // Files that came to the server under temporary names.
     std::map<QString, StoredFile> GetStored() const;
     bool IsStored(const QString& path) const;
 
-    // From here on the notes are those of another run; earlier ones still count. Throws CWin32Exception.
-    void BeginRun(const QString& run);
+    // From here on the notes are those of another run; earlier ones still count, but of the stored files only
+    // those named here. Throws CWin32Exception.
+    void BeginRun(const QString& run, const std::set<QString>& stillStored = {});
     // The manifest of the run is on the server, so that earlier notes can go, or, if that takes none, is kept
     // here alone. Throws CWin32Exception.
     void NoteManifest(const SiteManifest& manifest, bool isOnServer);

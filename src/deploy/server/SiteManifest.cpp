@@ -19,6 +19,7 @@ const QString RunField = QStringLiteral("run");
 const QString PathField = QStringLiteral("path");
 const QString SizeField = QStringLiteral("size");
 const QString HashField = QStringLiteral("sha256");
+const QString SeenField = QStringLiteral("seen");
 const QString TimeField = QStringLiteral("time");
 const QString CountField = QStringLiteral("files");
 
@@ -41,6 +42,8 @@ QJsonObject ObjectOf(const QString& path, const ManifestFile& file)
     object[TimeField] = qint64{file.time};
     if (file.IsWhole()) {
         object[HashField] = QString::fromLatin1(file.sha256.toHex());
+    } else if (file.isSeen) {
+        object[SeenField] = true;
     }
     return object;
 }
@@ -52,6 +55,7 @@ std::optional<ManifestFile> TakeFile(QJsonObject& object)
     const QJsonValue hash = object.take(HashField);
     ManifestFile file{.size = size.toInteger(-1),
                       .sha256 = QByteArray::fromHex(hash.toString().toLatin1()),
+                      .isSeen = object.take(SeenField).toBool(),
                       .time = object.take(TimeField).toInteger(),
                       .rest = {}};
     const bool isHash = hash.isUndefined() || (hash.isString() && file.sha256.size() == hashSize);

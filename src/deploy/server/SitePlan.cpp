@@ -86,17 +86,39 @@ private:
             Keep(file.path, *listed);
             return;
         }
-        const bool isSameSize = remote && remote->size == file.size;
-        if (!input.remote.manifest && isSameSize && KindOfSiteFile(file.path) == SiteFileKind::Asset) {
-            Keep(file.path,
-                 {.size = file.size, .sha256 = file.sha256, .time = remote->modified.value_or(0), .rest = {}});
+        if (listed && remote && HasGotItsName(file, *listed, *remote)) {
+            const ManifestFile named{.size = file.size,
+                                     .sha256 = file.sha256,
+                                     .isSeen = false,
+                                     .time = remote->modified.value_or(0),
+                                     .rest = listed->rest};
+            plan.named[file.path] = named;
+            Keep(file.path, named);
             return;
         }
-        const bool isOurs = listed || (!input.remote.manifest && isSameSize);
-        if (remote && !isOurs) {
+        const bool isFormerWork =
+            !input.remote.isManifestThere && !listed && remote && remote->size == file.size;
+        if (isFormerWork && KindOfSiteFile(file.path) == SiteFileKind::Asset) {
+            Keep(file.path,
+                 {.size = file.size, .sha256 = file.sha256, .isSeen = false, .time = remote->modified.value_or(0), .rest = {}});
+            return;
+        }
+        if (remote && !listed && !isFormerWork) {
             plan.strangers += file.path;
         }
         Send(file, remote == nullptr);
+    }
+
+    // It had come to the server, was under way when the program was ended, and its temporary name is gone.
+    // What is there under its own name came after the manifest that tells of its being under way.
+    bool HasGotItsName(const LocalFile& file, const ManifestFile& listed, const RemoteFile& remote) const
+    {
+        const auto stored = input.stored.find(file.path);
+        const bool isYoung = !remote.modified || !input.remote.manifestTime ||
+                             *remote.modified >= *input.remote.manifestTime;
+        return input.remote.isLastOurs && !listed.IsWhole() && stored != input.stored.end() &&
+               stored->second.sha256 == file.sha256 && remote.size == file.size && isYoung &&
+               !FindRemote(TemporaryPathFor(input.sender, file.path));
     }
 
     void Keep(const QString& path, const ManifestFile& listed)
@@ -111,10 +133,13 @@ private:
         const RemoteFile* const temporary = FindRemote(TemporaryPathFor(input.sender, file.path));
         const bool isStored = stored != input.stored.end() && stored->second.sha256 == file.sha256 &&
                               temporary && temporary->size == file.size;
-        plan.sends.push_back({file, StepOf(file.path, isNew), isNew, isStored});
         const ManifestFile* const listed = FindListed(file.path);
+        // Pages lead to what somebody has removed: whatever that leads to has to be there first.
+        const bool isSeen = !isNew || (listed && (listed->IsWhole() || listed->isSeen));
+        plan.sends.push_back({file, StepOf(file.path, !isSeen), isNew, isStored});
         plan.opened[file.path] = {.size = file.size,
                                    .sha256 = {},
+                                   .isSeen = isSeen,
                                    .time = 0,
                                    .rest = listed ? listed->rest : QJsonObject()};
     }

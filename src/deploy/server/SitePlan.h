@@ -29,6 +29,7 @@ struct RemoteSite {
     std::optional<SiteManifest> manifest;
     std::set<QString> amended;           // its files that those notes are about
     bool isManifestThere = false;        // on the server
+    bool isLastOurs = false;             // nobody else has written it since this computer's notes
     std::optional<int64_t> manifestTime; // of its last change, by the server's clock
 };
 
@@ -63,6 +64,7 @@ struct PlannedFile {
 // What makes a site on a server the one that it is to be. A plain value.
 struct SitePlan {
     std::vector<PlannedFile> sends;  // by step, then path
+    ManifestFiles named;             // they have got their names without a note of it: the program was ended
     QStringList directories;         // to be made, upper ones first
     QStringList removedPages;        // go before the assets that they show
     QStringList removedAssets;       // go last

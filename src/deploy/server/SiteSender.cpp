@@ -21,6 +21,18 @@ CSendTally::Setting TallyFor(const CSiteSender::Setting& setting, const SitePlan
             .now = setting.now ? setting.now : [] { return CSendTally::Clock::now(); }};
 }
 
+template <class Act>
+void TolerateRefusal(const Act& act)
+{
+    try {
+        act();
+    } catch (const FTPReply& reply) {
+        if (IsBreak(reply)) {
+            throw;
+        }
+    }
+}
+
 SendFailure FailureOf(SendFailure::Kind kind, const QString& path)
 {
     return {.kind = kind, .path = path, .status = 0, .reply = {}, .log = {}};
@@ -37,7 +49,7 @@ void CSiteSender::Run()
     if (plan.IsEmpty() && plan.isManifestCurrent && plan.temporaries.isEmpty()) {
         return;
     }
-    setting.journal.BeginRun(run);
+    BeginNotes();
     try {
         RunSteps();
     } catch (const SendFailure& reason) {
@@ -46,6 +58,20 @@ void CSiteSender::Run()
             TryToKeepManifest();
         }
         throw;
+    }
+}
+
+void CSiteSender::BeginNotes()
+{
+    std::set<QString> stillStored;
+    for (const PlannedFile& send : plan.sends) {
+        if (send.isStored) {
+            stillStored.insert(send.file.path);
+        }
+    }
+    setting.journal.BeginRun(run, stillStored);
+    for (const auto& [path, file] : plan.named) {
+        setting.journal.NoteSent(path, file);
     }
 }
 
@@ -88,9 +114,9 @@ void CSiteSender::MakeDirectories(const QStringList& directories)
             setting.crew.Run(CSessionCrew::Job{above, [above, isOwn](CRemoteSession& session) {
                                  try {
                                      session.MakeDirectory(above);
-                                 } catch (const FTPReply&) {
+                                 } catch (const FTPReply& reply) {
                                      // One that is there already may be out of bounds itself.
-                                     if (isOwn) {
+                                     if (isOwn || IsBreak(reply)) {
                                          throw;
                                      }
                                  }
@@ -199,6 +225,7 @@ void CSiteSender::NoteSent(const LocalFile& file)
 {
     ManifestFile noted{.size = file.size,
                        .sha256 = file.sha256,
+                       .isSeen = false,
                        .time = QDateTime::currentSecsSinceEpoch(),
                        .rest = {}};
     setting.journal.NoteSent(file.path, noted);
@@ -252,11 +279,8 @@ void CSiteSender::RemoveTemporaries()
     std::vector<CSessionCrew::Job> jobs;
     for (const QString& path : plan.temporaries) {
         jobs.push_back({path, [serverPath = setting.place.PathOf(path)](CRemoteSession& session) {
-                            try {
-                                session.RemoveFile(serverPath);
-                            } catch (const FTPReply&) {
-                                // It has got its name in this run, or is nobody's harm.
-                            }
+                            // It may have got its name in this run.
+                            TolerateRefusal([&] { session.RemoveFile(serverPath); });
                         }});
     }
     setting.crew.Run(std::move(jobs));
@@ -281,10 +305,7 @@ void CSiteSender::RemoveEmptyDirectories()
     }
     for (const QString& directory : emptied) {
         setting.crew.Run(CSessionCrew::Job{directory, [path = setting.place.PathOf(directory)](CRemoteSession& session) {
-                             try {
-                                 session.RemoveDirectory(path);
-                             } catch (const FTPReply&) {
-                             }
+                             TolerateRefusal([&] { session.RemoveDirectory(path); });
                          }});
     }
 }

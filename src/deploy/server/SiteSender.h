@@ -46,6 +46,7 @@ private:
         int64_t counted = 0;      // bytes in the progress
     };
 
+    void BeginNotes();
     void RunSteps();
     void MakeDirectories(const QStringList& directories);
     void SendStep(size_t begin, size_t end);

@@ -78,7 +78,7 @@ TEST_F(ServerLookTest, ListsWhatTheSiteIsConcernedWithAndNothingElse)
 TEST_F(ServerLookTest, ReadsTheManifestAndLooksWhereItHasFiles)
 {
     SiteManifest manifest;
-    manifest.files[QStringLiteral("3/old.html")] = ManifestFile{.size = 1, .sha256 = {}, .time = 0, .rest = {}};
+    manifest.files[QStringLiteral("3/old.html")] = ManifestFile{.size = 1, .sha256 = {}, .isSeen = false, .time = 0, .rest = {}};
     server.Put(QStringLiteral("web/3/old.html"), "x");
     server.Put(place.PathOf(ManifestPathFor(ProjectKey)), manifest.Format());
     const RemoteSite site = Look();
@@ -102,11 +102,11 @@ TEST_F(ServerLookTest, TheNotesOfThisComputerCompleteTheManifest)
 {
     SiteManifest manifest;
     manifest.run = QStringLiteral("r1");
-    manifest.files[QStringLiteral("index.html")] = ManifestFile{.size = 1, .sha256 = {}, .time = 0, .rest = {}};
+    manifest.files[QStringLiteral("index.html")] = ManifestFile{.size = 1, .sha256 = {}, .isSeen = false, .time = 0, .rest = {}};
     server.Put(place.PathOf(ManifestPathFor(ProjectKey)), manifest.Format());
     CSiteJournal journal(scratch.Path(QStringLiteral("journal")));
     journal.BeginRun(manifest.run);
-    journal.NoteSent(QStringLiteral("index.html"), {.size = 1, .sha256 = QByteArray(32, 'a'), .time = 0, .rest = {}});
+    journal.NoteSent(QStringLiteral("index.html"), {.size = 1, .sha256 = QByteArray(32, 'a'), .isSeen = false, .time = 0, .rest = {}});
     const RemoteSite site = Look();
     EXPECT_TRUE(site.manifest->files.at(QStringLiteral("index.html")).IsWhole());
     EXPECT_EQ(site.amended, std::set<QString>{QStringLiteral("index.html")});

@@ -1,6 +1,7 @@
 #include "SiteHistory.h"
 
 #include <algorithm>
+#include <cstdio>
 
 #include <QCryptographicHash>
 #include <QFile>
@@ -74,6 +75,9 @@ CSiteHistory::CSiteHistory(const Options& options)
 std::string CSiteHistory::Tell(int steps)
 {
     for (int step = 0; step < steps && failure.empty(); ++step) {
+        if (options.isTold) {
+            std::printf("%s\n", told.c_str());
+        }
         switch (Random(8)) {
         case 0:
         case 1:
@@ -294,7 +298,8 @@ void CSiteHistory::Tamper()
     }
     const QString path = own[static_cast<size_t>(Random(static_cast<int>(own.size())))];
     told += "tamper:" + path.toStdString() + " ";
-    if (Chance(50)) {
+    // While a run is unfinished nobody knows whether other pages lead there already.
+    if (Chance(50) && (isComplete || !IsPage(path))) {
         server.Remove(path);
     } else {
         const bool keepsSize = isComplete && server.tellsTimes && server.takesDotNames && Chance(50);
@@ -336,6 +341,18 @@ void CSiteHistory::AddStranger()
 }
 
 Fault CSiteHistory::FaultFor(const CMemoryServer::Operation& operation)
+{
+    const Fault fault = DrawFault(operation);
+    if (options.isTold) {
+        static const char* const verbs[] = {"Open", "List", "MakeDirectory", "Rename", "RemoveFile",
+                                            "RemoveDirectory", "Send", "Read", "GetSize", "KeepAlive"};
+        std::printf("%d %s %s %s fault %d\n", operation.number, verbs[static_cast<int>(operation.verb)],
+                    qPrintable(operation.path), qPrintable(operation.newPath), static_cast<int>(fault));
+    }
+    return fault;
+}
+
+Fault CSiteHistory::DrawFault(const CMemoryServer::Operation& operation)
 {
     if (operation.verb == Verb::Send && isTroubled && IsOwnName(operation.path)) {
         ADD_FAILURE() << "a file is sent under its own name: " << operation.path.toStdString();
@@ -469,7 +486,10 @@ void CSiteHistory::CheckTree()
         }
     }
     for (const auto& [path, file] : server.files) {
-        if (!site.contains(path) && !IsExcused(path) && path != ManifestPathFor(ProjectKey)) {
+        // Temporary files of computers that never came back go when they are old.
+        const bool isYoung = !server.tellsTimes || server.clock - file.modified < 3 * 24 * 60 * 60;
+        const bool isOnItsWay = !SenderOfTemporary(path).isEmpty() && isYoung;
+        if (!site.contains(path) && !IsExcused(path) && !isOnItsWay && path != ManifestPathFor(ProjectKey)) {
             Fail(QStringLiteral("left on the server: ") + path);
         }
     }

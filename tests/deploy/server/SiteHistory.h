@@ -23,6 +23,7 @@ public:
     struct Options {
         uint32_t seed = 0;
         size_t sessions = 1;
+        bool isTold = false; // to standard output, operation by operation
     };
     explicit CSiteHistory(const Options& options);
 
@@ -46,6 +47,7 @@ private:
     void AddStranger();
 
     CMemoryServer::Fault FaultFor(const CMemoryServer::Operation& operation);
+    CMemoryServer::Fault DrawFault(const CMemoryServer::Operation& operation);
     void OnNamed(const QString& oldPath, const QString& newPath);
     void OnSend(const QString& path, const QByteArray& bytes);
     void LookAsVisitor();

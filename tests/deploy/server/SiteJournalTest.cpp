@@ -12,14 +12,14 @@ const QByteArray Two(32, '2');
 
 ManifestFile Sent(const QByteArray& sha256)
 {
-    return {.size = 7, .sha256 = sha256, .time = 99, .rest = {}};
+    return {.size = 7, .sha256 = sha256, .isSeen = false, .time = 99, .rest = {}};
 }
 
 SiteManifest ManifestOf(const char* run)
 {
     SiteManifest manifest;
     manifest.run = QString::fromLatin1(run);
-    manifest.files[QStringLiteral("a.html")] = {.size = 7, .sha256 = {}, .time = 0, .rest = {}};
+    manifest.files[QStringLiteral("a.html")] = {.size = 7, .sha256 = {}, .isSeen = false, .time = 0, .rest = {}};
     manifest.files[QStringLiteral("pictures/b.jpg")] = Sent(One);
     return manifest;
 }
@@ -73,6 +73,8 @@ TEST_F(SiteJournal, SaysNothingAboutTheManifestOfAnotherComputer)
     journal.NoteManifest(ManifestOf("r1"), true);
     journal.NoteSent(QStringLiteral("a.html"), Sent(Two));
     EXPECT_EQ(Amended("r2"), QStringLiteral("a.html=? pictures/b.jpg=1"));
+    EXPECT_TRUE(CSiteJournal(path).Follows(QStringLiteral("r1")));
+    EXPECT_FALSE(CSiteJournal(path).Follows(QStringLiteral("r2")));
 }
 
 // The next run ends before its own manifest is there.
@@ -147,7 +149,9 @@ TEST_F(SiteJournal, AStoredFileStaysStoredWhenNotesAreWrittenAnew)
     first.BeginRun(QStringLiteral("r1"));
     first.NoteSent(QStringLiteral("a"), Sent(One));
     first.NoteStored(QStringLiteral("a"), {5, Two});
-    first.BeginRun(QStringLiteral("r2"));
+    first.NoteStored(QStringLiteral("b"), {5, Two});
+    first.BeginRun(QStringLiteral("r2"), {QStringLiteral("a")});
+    EXPECT_FALSE(first.IsStored(QStringLiteral("b")));
     EXPECT_TRUE(CSiteJournal(path).IsStored(QStringLiteral("a")));
     first.NoteManifest(ManifestOf("r2"), true);
     EXPECT_TRUE(CSiteJournal(path).IsStored(QStringLiteral("a")));

@@ -12,9 +12,9 @@ SiteManifest Sample()
                           .files = {},
                           .rest = {}};
     manifest.files[QStringLiteral("index.html")] = {
-        .size = 5'000'000'000, .sha256 = QByteArray(32, '\x1f'), .time = 1'800'000'000, .rest = {}};
+        .size = 5'000'000'000, .sha256 = QByteArray(32, '\x1f'), .isSeen = false, .time = 1'800'000'000, .rest = {}};
     manifest.files[QString::fromUtf8("pictures/\"größe\".jpg")] = {
-        .size = 0, .sha256 = {}, .time = 0, .rest = {}};
+        .size = 0, .sha256 = {}, .isSeen = true, .time = 0, .rest = {}};
     return manifest;
 }
 
@@ -32,7 +32,7 @@ TEST(SiteManifest, IsLinesOfJsonAndComesBackAsItWas)
                Hash +
                R"(,"size":5000000000,"time":1800000000})"
                "\n"
-               R"({"path":"pictures/\"größe\".jpg","size":0,"time":0})"
+               R"({"path":"pictures/\"größe\".jpg","seen":true,"size":0,"time":0})"
                "\n"
                R"({"files":2})"
                "\n")
@@ -42,6 +42,7 @@ TEST(SiteManifest, IsLinesOfJsonAndComesBackAsItWas)
     EXPECT_EQ(read->Format(), bytes);
     EXPECT_TRUE(read->files.begin()->second.IsWhole());
     EXPECT_FALSE(read->files.rbegin()->second.IsWhole());
+    EXPECT_TRUE(read->files.rbegin()->second.isSeen);
     EXPECT_EQ(read->project, Sample().project);
     EXPECT_EQ(read->run, Sample().run);
 }

@@ -40,7 +40,7 @@ protected:
     }
     void AddListed(const char* path, char content, int64_t size = 10)
     {
-        remote.manifest->files[Path(path)] = {.size = size, .sha256 = HashOf(content), .time = 5, .rest = {}};
+        remote.manifest->files[Path(path)] = {.size = size, .sha256 = HashOf(content), .isSeen = false, .time = 5, .rest = {}};
     }
     // As it is on both sides.
     void AddSame(const char* path)
@@ -141,8 +141,21 @@ TEST_F(PlanOfSite, WhatTheServerHasNoLongerOrOtherwiseIsSentAgain)
     AddRemote("cut.jpg", 9);
     AddSame("younger.jpg");
     AddRemote("younger.jpg", 10, ManifestTime + 1);
-    // In the root there are pages only.
-    EXPECT_EQ(Told(), Path("+gone.jpg *cut.jpg *younger.jpg"));
+    EXPECT_EQ(Told(), Path("*cut.jpg +gone.jpg *younger.jpg"));
+}
+
+// A page that others lead to: what it leads to itself has to be there before it.
+TEST_F(PlanOfSite, APageThatIsGoneComesAfterNewOnesAlsoAfterARunThatFailed)
+{
+    AddSame("p1.html");
+    remote.files.erase(Path("p1.html"));
+    AddLocal("p2.html", 'a');
+    EXPECT_EQ(Told(), Path("+p2.html +p1.html"));
+    EXPECT_TRUE(Make().opened.at(Path("p1.html")).isSeen);
+    EXPECT_FALSE(Make().opened.at(Path("p2.html")).isSeen);
+    remote.manifest->files = Make().opened;
+    EXPECT_EQ(Told(), Path("+p2.html +p1.html"));
+    EXPECT_TRUE(Make().opened.at(Path("p1.html")).isSeen);
 }
 
 TEST_F(PlanOfSite, AServerThatTellsNoTimesOrSizesIsBelieved)
@@ -208,6 +221,23 @@ TEST_F(PlanOfSite, WithoutAManifestAssetsOfTheSameSizeStay)
     EXPECT_FALSE(plan.isManifestCurrent);
 }
 
+// The files of earlier versions that the notes of this computer don't know.
+TEST_F(PlanOfSite, WithNotesInPlaceOfAManifestUnknownFilesOfTheSameSizeAreNoStrangers)
+{
+    remote.isManifestThere = false;
+    remote.manifestTime.reset();
+    AddSame("pictures/a.jpg");
+    AddLocal("pictures/b.jpg", 'a', 10);
+    AddRemote("pictures/b.jpg", 10);
+    AddLocal("pictures/c.jpg", 'b', 10);
+    AddRemote("pictures/c.jpg", 10);
+    AddListed("pictures/c.jpg", 'a', 10);
+    AddLocal("p.html", 'a', 10);
+    AddRemote("p.html", 10);
+    EXPECT_EQ(Told(), Path("*pictures/c.jpg *p.html"));
+    EXPECT_TRUE(Make().strangers.isEmpty());
+}
+
 TEST_F(PlanOfSite, WhatSomebodyHasReplacedIsNotRemoved)
 {
     AddRemote("theirs.html", 11);
@@ -264,6 +294,37 @@ TEST_F(PlanOfSite, AFileThatIsThereUnderATemporaryNameIsOnlyRenamed)
     EXPECT_EQ(plan.CountBytes(), 20);
     EXPECT_FALSE(plan.temporaries.contains(TemporaryPathFor(Sender, Path("pictures/a.jpg"))));
     EXPECT_TRUE(plan.temporaries.contains(TemporaryPathFor(Sender, Path("pictures/b.jpg"))));
+}
+
+// The program was ended after the rename and before its note.
+TEST_F(PlanOfSite, AFileThatHasGotItsNameUnnoticedIsNotSentAgain)
+{
+    const auto isSent = [this] {
+        const SitePlan plan = Make();
+        EXPECT_EQ(plan.named.size() + plan.sends.size(), 1u);
+        return !plan.sends.empty();
+    };
+    AddLocal("pictures/a.jpg", 'a');
+    AddRemote("pictures/a.jpg", 10, ManifestTime + 5);
+    remote.manifest->files[Path("pictures/a.jpg")] = {.size = 10, .sha256 = {}, .isSeen = false, .time = 0, .rest = {}};
+    stored[Path("pictures/a.jpg")] = {10, HashOf('a')};
+    remote.isLastOurs = true;
+    EXPECT_FALSE(isSent());
+    EXPECT_TRUE(Make().opened.at(Path("pictures/a.jpg")).IsWhole());
+    EXPECT_FALSE(Make().isManifestCurrent);
+    remote.isLastOurs = false; // another computer has been there since
+    EXPECT_TRUE(isSent());
+    remote.isLastOurs = true;
+    AddRemote("pictures/a.jpg", 10, ManifestTime - 1); // the old one
+    EXPECT_TRUE(isSent());
+    AddRemote("pictures/a.jpg", 9, ManifestTime + 5);
+    EXPECT_TRUE(isSent());
+    AddRemote("pictures/a.jpg", 10, ManifestTime + 5);
+    stored[Path("pictures/a.jpg")].sha256 = HashOf('b');
+    EXPECT_TRUE(isSent());
+    stored[Path("pictures/a.jpg")].sha256 = HashOf('a');
+    remote.files[TemporaryPathFor(Sender, Path("pictures/a.jpg"))] = {10, ManifestTime};
+    EXPECT_TRUE(isSent());
 }
 
 TEST_F(PlanOfSite, OwnTemporaryFilesGoAndThoseOfOthersWhenTheyAreOld)
