@@ -41,7 +41,8 @@ SendFailure FailureOf(SendFailure::Kind kind, const QString& path)
 } // namespace
 
 CSiteSender::CSiteSender(const Setting& setting, const SitePlan& plan)
-    : setting(setting), plan(plan), run(MakeRunName()), tally(TallyFor(setting, plan)), known(plan.opened)
+    : setting(setting), plan(plan), run(MakeRunName()), tally(TallyFor(setting, plan)),
+      isManifestTaken(plan.isManifestThere), known(plan.opened)
 {}
 
 void CSiteSender::Run()
@@ -91,7 +92,10 @@ void CSiteSender::RunSteps()
         begin = end;
     }
     RemoveFiles(plan.removedPages);
-    RemoveFiles(plan.removedAssets);
+    // A page that the server has kept still shows its pictures.
+    if (HasRemovedAll()) {
+        RemoveFiles(plan.removedAssets);
+    }
     RemoveTemporaries();
     RemoveEmptyDirectories();
     if (!plan.IsEmpty() || !plan.isManifestCurrent) {
@@ -267,6 +271,12 @@ void CSiteSender::RemoveFile(CRemoteSession& session, const QString& path)
     removed.insert(path);
 }
 
+bool CSiteSender::HasRemovedAll()
+{
+    const CMutexLock lock(mutex);
+    return notRemoved.isEmpty();
+}
+
 bool CSiteSender::IsThere(CRemoteSession& session, const QString& path) const
 {
     const std::vector<RemoteEntry> entries = session.List(setting.place.PathOf(DirectoryOf(path)));
@@ -338,7 +348,7 @@ bool CSiteSender::PutManifest(CRemoteSession& session, const QByteArray& bytes)
     source.setData(bytes);
     source.open(QIODevice::ReadOnly);
     try {
-        if (!plan.isManifestThere) {
+        if (!isManifestTaken) {
             session.MakeDirectory(setting.place.PathOf(ManifestFolder));
         }
         session.Send(source, setting.place.PathOf(temporary), {});
@@ -348,11 +358,12 @@ bool CSiteSender::PutManifest(CRemoteSession& session, const QByteArray& bytes)
         session.Rename(setting.place.PathOf(temporary), setting.place.PathOf(path));
     } catch (const FTPReply& reply) {
         // A full server is no reason to go on without one.
-        if (IsBreak(reply) || plan.isManifestThere) {
+        if (IsBreak(reply) || isManifestTaken) {
             throw;
         }
         return false;
     }
+    isManifestTaken = true;
     return true;
 }
 

@@ -58,6 +58,7 @@ private:
     void NoteSent(const LocalFile& file);
     void RemoveFiles(const QStringList& paths);
     void RemoveFile(CRemoteSession& session, const QString& path);
+    bool HasRemovedAll();
     bool IsThere(CRemoteSession& session, const QString& path) const;
     void RemoveTemporaries();
     void RemoveEmptyDirectories();
@@ -70,6 +71,7 @@ private:
     const QString run;
     CSendTally tally;
     QStringList warnings;
+    bool isManifestTaken; // the server has one of ours; of one job at a time
 
     CMutex mutex;
     ManifestFiles known VISTORAMA_GUARDED_BY(mutex); // the manifest as it would be now

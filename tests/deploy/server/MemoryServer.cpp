@@ -94,6 +94,9 @@ public:
                 !server.directories.contains(newPath));
         if (!server.renamesOver && server.files.erase(newPath) > 0) {
             if (fault == Fault::KillInside || fault == Fault::CutInside) {
+                if (server.onLost) {
+                    server.onLost(newPath);
+                }
                 End(fault);
             }
         }

@@ -53,6 +53,7 @@ public:
     std::function<Fault(const Operation&)> onOperation;
     std::function<void()> onChange; // a client has changed something
     std::function<void(const QString& oldPath, const QString& newPath)> onNamed; // a file was renamed
+    std::function<void(const QString& path)> onLost; // a rename was broken after the file in its way had gone
     std::function<void(const QString& path)> onConfirmed; // a client was told a file's size
     std::function<void(const QString& path, const QByteArray& bytes)> onSend; // a client begins to send
 

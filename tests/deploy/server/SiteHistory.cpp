@@ -64,6 +64,7 @@ CSiteHistory::CSiteHistory(const Options& options)
     server.onOperation = [this](const CMemoryServer::Operation& operation) { return FaultFor(operation); };
     server.onChange = [this] { LookAsVisitor(); };
     server.onNamed = [this](const QString& oldPath, const QString& newPath) { OnNamed(oldPath, newPath); };
+    server.onLost = [this](const QString& path) { tampered.insert(path); };
     server.onSend = [this](const QString& path, const QByteArray& bytes) { OnSend(path, bytes); };
     server.onConfirmed = [this](const QString& path) { confirmed[path] = server.files[path].bytes; };
     for (int i = 0; i < 3; ++i) {
@@ -187,6 +188,9 @@ CSiteHistory::End CSiteHistory::Deploy(bool overwrite)
         local.push_back({path, bytes.size(), QCryptographicHash::hash(bytes, QCryptographicHash::Sha256)});
     }
     abort = std::make_shared<CEvent>();
+    if (server.takesDotNames && !server.Find(ManifestPathFor(ProjectKey))) {
+        confirmed.clear(); // a server that renames in two steps was left between them
+    }
     try {
         CSessionCrew crew({.open = server.MakeOpener(abort),
                            .abort = abort,
@@ -232,9 +236,6 @@ void CSiteHistory::DeployWithTrouble()
     isTroubled = true;
     killAt = Chance(40) ? server.operations + 1 + Random(70) : 0;
     cancelAt = Chance(10) ? server.operations + 1 + Random(70) : 0;
-    if (server.takesDotNames && !server.Find(ManifestPathFor(ProjectKey))) {
-        confirmed.clear(); // a server that renames in two steps was left between them
-    }
     const int operationsBefore = server.operations;
     const int64_t bytesBefore = server.sentBytes;
     const End end = Deploy(Chance(70));

@@ -226,6 +226,18 @@ TEST_F(SiteSender, ALeftoverThatTheServerKeepsIsAWarningAndStaysListed)
     EXPECT_EQ(Served("p1.html"), "not there");
 }
 
+TEST_F(SiteSender, APageThatTheServerKeepsKeepsItsPictures)
+{
+    Deploy();
+    site.erase(QStringLiteral("p1.html"));
+    site.erase(QStringLiteral("pictures/a.jpg"));
+    FaultAt(Verb::RemoveFile, "p1.html", Fault::Refuse);
+    Deploy();
+    EXPECT_EQ(Served("pictures/a.jpg"), "picture");
+    Deploy();
+    EXPECT_EQ(server.files.size(), 3u);
+}
+
 TEST_F(SiteSender, ARefusedFileIsNamedAndWhatArrivedStays)
 {
     FaultAt(Verb::Rename, "/p1.html", Fault::Refuse);
