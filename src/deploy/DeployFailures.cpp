@@ -9,10 +9,9 @@ QString ReasonOf(const SendFailure& failure)
 {
     switch (failure.kind) {
     case SendFailure::Kind::NotOpened:
-        return failure.status != 0
-                   ? Text(StringId::ServerNotReached, EngineStatus::GetWords(failure.status),
-                          EngineStatus::GetDescription(failure.status))
-                   : Text(StringId::ServerNotEntered, failure.reply.text.trimmed());
+        return failure.status != 0 ? Text(StringId::ServerNotReached, EngineStatus::GetWords(failure.status),
+                                          EngineStatus::GetDescription(failure.status))
+                                   : Text(StringId::ServerNotEntered, failure.reply.text.trimmed());
     case SendFailure::Kind::Network:
         return Text(StringId::ConnectionLostAt, failure.path, EngineStatus::GetWords(failure.status));
     case SendFailure::Kind::Refused:
@@ -45,8 +44,8 @@ StringId AdviceOn(const SendFailure& failure)
 bool IsServerDoubt(const SendFailure& failure)
 {
     return failure.kind == SendFailure::Kind::NotOpened &&
-           (failure.status == EngineStatus::UntrustedServer || failure.status == EngineStatus::TlsNotOffered ||
-            failure.status == EngineStatus::TlsDemanded);
+           (failure.status == EngineStatus::UntrustedServer ||
+            failure.status == EngineStatus::TlsNotOffered || failure.status == EngineStatus::TlsDemanded);
 }
 
 DeployFailure DescribeFailure(const SendFailure& failure)

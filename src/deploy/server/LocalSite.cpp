@@ -50,8 +50,9 @@ KnownHashes LoadHashes(const QString& path)
         hashes[name] = {{size, modified}, sha256};
     }
     const bool isWhole = stream.status() == QDataStream::Ok &&
-                         std::all_of(hashes.begin(), hashes.end(),
-                                     [](const auto& entry) { return entry.second.sha256.size() == hashSize; });
+                         std::all_of(hashes.begin(), hashes.end(), [](const auto& entry) {
+                             return entry.second.sha256.size() == hashSize;
+                         });
     return isWhole ? hashes : KnownHashes();
 }
 

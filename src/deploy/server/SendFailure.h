@@ -25,8 +25,8 @@ struct SendFailure {
 // Thrown when the person has cancelled.
 struct SendCancelled {};
 
-// RFC 959, 5.4: the server closes the connection, or couldn't keep that of the data. Such a refusal is as good
-// as a broken connection.
+// RFC 959, 5.4: the server closes the connection, or couldn't keep that of the data. Such a refusal is as
+// good as a broken connection.
 inline bool IsBreak(const FTPReply& reply)
 {
     return reply.code == 421 || reply.code == 425 || reply.code == 426;

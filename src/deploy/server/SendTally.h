@@ -28,7 +28,8 @@ public:
     struct Setting {
         int32_t totalFiles = 0;
         int64_t totalBytes = 0;
-        std::function<void(const SendProgress&)> onProgress; // one call at a time, on any thread; may be empty
+        std::function<void(const SendProgress&)>
+            onProgress; // one call at a time, on any thread; may be empty
         std::function<Clock::time_point()> now;
     };
 
@@ -51,6 +52,7 @@ private:
 
     CMutex mutex;
     SendProgress progress VISTORAMA_GUARDED_BY(mutex);
-    std::deque<Sample> samples VISTORAMA_GUARDED_BY(mutex); // one for each time that was told, of the last seconds
+    std::deque<Sample>
+        samples VISTORAMA_GUARDED_BY(mutex); // one for each time that was told, of the last seconds
     std::optional<Clock::time_point> lastTold VISTORAMA_GUARDED_BY(mutex);
 };

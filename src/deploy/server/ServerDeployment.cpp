@@ -16,15 +16,15 @@ CServerDeployment::CServerDeployment(const Setting& setting)
 
 void CServerDeployment::TryLogin()
 {
-    crew.Run(CSessionCrew::Job{QString(), [](CRemoteSession&) {}});
+    crew.Run(CSessionCrew::Job{QString(), [](CRemoteSession&) {
+                               }});
     // Servers don't wait while pages are made.
     crew.Quit();
 }
 
 SitePlan CServerDeployment::Compare(const QStringList& paths, bool removeLeftovers, const CStopSignal& stop)
 {
-    const std::vector<LocalFile> local =
-        ReadLocalSite(folder.GetSite(), paths, folder.GetHashesPath(), stop);
+    const std::vector<LocalFile> local = ReadLocalSite(folder.GetSite(), paths, folder.GetHashesPath(), stop);
     if (stop.IsSet()) {
         throw SendCancelled();
     }

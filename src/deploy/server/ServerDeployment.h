@@ -4,17 +4,17 @@
 
 #include <QStringList>
 
+#include "deploy/server/SendTally.h"
 #include "deploy/server/SessionCrew.h"
 #include "deploy/server/SiteFolder.h"
 #include "deploy/server/SiteJournal.h"
 #include "deploy/server/SiteNames.h"
 #include "deploy/server/SitePlan.h"
-#include "deploy/server/SendTally.h"
 
 class CStopSignal;
 
-// One run of bringing a site to a server: login, comparison, sending. Owned by the deployment, on whose thread
-// it works. All operations throw as CSessionCrew::Run does.
+// One run of bringing a site to a server: login, comparison, sending. Owned by the deployment, on whose
+// thread it works. All operations throw as CSessionCrew::Run does.
 class CServerDeployment final {
 public:
     struct Setting {

@@ -48,20 +48,21 @@ private:
         const QString path = ManifestPathFor(look.projectKey);
         bool isTooLong = false;
         crew.Run(CSessionCrew::Job{path, [this, path, &isTooLong](CRemoteSession& session) {
-                      if (isTooLong) {
-                          return;
-                      }
-                      try {
-                          manifestBytes = session.Read(look.place.PathOf(path), largestManifest);
-                      } catch (int status) {
-                          isTooLong = status == EngineStatus::MessageTooLong;
-                          throw;
-                      } catch (const FTPReply& reply) {
-                          if (!IsMissing(reply)) {
-                              throw;
-                          }
-                      }
-                  }});
+                                       if (isTooLong) {
+                                           return;
+                                       }
+                                       try {
+                                           manifestBytes =
+                                               session.Read(look.place.PathOf(path), largestManifest);
+                                       } catch (int status) {
+                                           isTooLong = status == EngineStatus::MessageTooLong;
+                                           throw;
+                                       } catch (const FTPReply& reply) {
+                                           if (!IsMissing(reply)) {
+                                               throw;
+                                           }
+                                       }
+                                   }});
     }
 
     // Level by level: what the listing above doesn't show isn't asked for. Where the manifest has files,
@@ -78,7 +79,9 @@ private:
             std::vector<CSessionCrew::Job> jobs;
             for (const QString& directory : next) {
                 asked.insert(directory);
-                jobs.push_back({directory, [this, directory](CRemoteSession& session) { List(session, directory); }});
+                jobs.push_back({directory, [this, directory](CRemoteSession& session) {
+                                    List(session, directory);
+                                }});
             }
             crew.Run(std::move(jobs));
             const CMutexLock lock(mutex);

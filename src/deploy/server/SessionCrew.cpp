@@ -33,10 +33,14 @@ bool IsFinal(int status)
 CSessionCrew::Setting Completed(CSessionCrew::Setting setting)
 {
     if (!setting.pause) {
-        setting.pause = [abort = setting.abort](std::chrono::milliseconds time) { abort->Wait(time); };
+        setting.pause = [abort = setting.abort](std::chrono::milliseconds time) {
+            abort->Wait(time);
+        };
     }
     if (!setting.now) {
-        setting.now = [] { return CSessionCrew::Clock::now(); };
+        setting.now = [] {
+            return CSessionCrew::Clock::now();
+        };
     }
     return setting;
 }
@@ -92,7 +96,8 @@ void CSessionCrew::RunRound()
     }
     if (isFirst) {
         // Whether there is a server at all is to be known before several ask it.
-        Job nothing{QString(), [](CRemoteSession&) {}};
+        Job nothing{QString(), [](CRemoteSession&) {
+                    }};
         Do(places.front(), nothing);
     }
     std::vector<std::thread> threads;
@@ -167,10 +172,15 @@ CSessionCrew::Outcome CSessionCrew::Try(Place& place, const Job& job, SendFailur
             Open(place);
         }
     } catch (int status) {
-        reason = {.kind = SendFailure::Kind::NotOpened, .path = {}, .status = status, .reply = {}, .log = *place.log};
+        reason = {.kind = SendFailure::Kind::NotOpened,
+                  .path = {},
+                  .status = status,
+                  .reply = {},
+                  .log = *place.log};
         return OnNotOpened(reason);
     } catch (const FTPReply& reply) {
-        reason = {.kind = SendFailure::Kind::NotOpened, .path = {}, .status = 0, .reply = reply, .log = *place.log};
+        reason = {
+            .kind = SendFailure::Kind::NotOpened, .path = {}, .status = 0, .reply = reply, .log = *place.log};
         return OnNotOpened(reason);
     } catch (...) {
         Fail(std::current_exception());
@@ -192,13 +202,15 @@ CSessionCrew::Outcome CSessionCrew::DoOnce(Place& place, const Job& job, SendFai
         return Outcome::Done;
     } catch (int status) {
         Drop(place);
-        reason = {.kind = SendFailure::Kind::Network, .path = job.path, .status = status, .reply = {}, .log = {}};
+        reason = {
+            .kind = SendFailure::Kind::Network, .path = job.path, .status = status, .reply = {}, .log = {}};
         if (status == EngineStatus::InvalidName) {
             throw reason;
         }
         return Outcome::Again;
     } catch (const FTPReply& reply) {
-        reason = {.kind = SendFailure::Kind::Refused, .path = job.path, .status = 0, .reply = reply, .log = {}};
+        reason = {
+            .kind = SendFailure::Kind::Refused, .path = job.path, .status = 0, .reply = reply, .log = {}};
         if (!IsBreak(reply)) {
             throw reason;
         }

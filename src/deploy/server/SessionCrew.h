@@ -18,11 +18,11 @@ using SessionOpener = std::function<std::unique_ptr<CRemoteSession>(SessionLog& 
 
 // A piece of work is about to be tried again.
 struct SendRetry {
-    QString path;     // what it is about
-    int number = 1;   // of the new try, from 1
-    int allowed = 3;  // new tries
+    QString path;    // what it is about
+    int number = 1;  // of the new try, from 1
+    int allowed = 3; // new tries
     std::chrono::milliseconds pause{0};
-    int status = 0;   // why (EngineStatus.h); 0 if what has arrived was incomplete
+    int status = 0; // why (EngineStatus.h); 0 if what has arrived was incomplete
 };
 
 // Works at one server over several sessions at once, each on a thread of its own: as many as are worth it and

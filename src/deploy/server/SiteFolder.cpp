@@ -86,9 +86,9 @@ std::vector<QString> FoldersIn(const QString& folder)
 
 CSiteFolder::CSiteFolder(const Options& options, const QString& key)
     : options(options),
-      name(JoinPath(options.folder, QString::fromLatin1(QCryptographicHash::hash(
-                                                            key.toUtf8(), QCryptographicHash::Sha1)
-                                                            .toHex()))),
+      name(JoinPath(
+          options.folder,
+          QString::fromLatin1(QCryptographicHash::hash(key.toUtf8(), QCryptographicHash::Sha1).toHex()))),
       lock(-1)
 {
     do {

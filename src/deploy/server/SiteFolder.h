@@ -13,12 +13,12 @@
 class CSiteFolder final {
 public:
     struct Options {
-        QString folder;                                      // of all sites
-        int64_t limit = int64_t{5} * 1024 * 1024 * 1024;     // bytes; beyond it the longest unused sites go
+        QString folder;                                  // of all sites
+        int64_t limit = int64_t{5} * 1024 * 1024 * 1024; // bytes; beyond it the longest unused sites go
     };
 
-    // key: tells project and place. Makes the folder. Throws CWin32Exception, and CGenericException if another
-    // program is at work in it.
+    // key: tells project and place. Makes the folder. Throws CWin32Exception, and CGenericException if
+    // another program is at work in it.
     CSiteFolder(const Options& options, const QString& key);
     CSiteFolder(const CSiteFolder&) = delete;
     CSiteFolder& operator=(const CSiteFolder&) = delete;

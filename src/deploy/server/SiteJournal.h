@@ -13,10 +13,11 @@
 #include "deploy/server/SiteManifest.h"
 #include "deploy/server/SitePlan.h"
 
-// What this computer has done to one site on a server since the manifest there was written: a file of lines in
-// the user's cache, each written at once when its act is confirmed, so that a run that is ended at any moment
-// loses nothing. What has been done since a manifest counts as long as that manifest is the one on the server:
-// another computer begins with writing its own. May be lost at any time; then more is sent than needed.
+// What this computer has done to one site on a server since the manifest there was written: a file of lines
+// in the user's cache, each written at once when its act is confirmed, so that a run that is ended at any
+// moment loses nothing. What has been done since a manifest counts as long as that manifest is the one on the
+// server: another computer begins with writing its own. May be lost at any time; then more is sent than
+// needed.
 //
 // What stores notes and what asks for stored files may be called by any thread, all else by the owner's.
 class CSiteJournal final {
@@ -72,8 +73,8 @@ private:
 
     const QString path;
     QString sender;
-    std::optional<SiteManifest> kept;     // the last one that was written
-    bool wasOnServer = false;             // the server has taken that
+    std::optional<SiteManifest> kept; // the last one that was written
+    bool wasOnServer = false;         // the server has taken that
 
     mutable CMutex mutex;
     std::map<QString, StoredFile> stored VISTORAMA_GUARDED_BY(mutex);

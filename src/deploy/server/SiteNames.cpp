@@ -72,8 +72,7 @@ QString ManifestPathFor(const QString& projectKey)
 
 QString TemporaryPathFor(const QString& sender, const QString& path)
 {
-    const QString name =
-        QStringLiteral("vistorama-%1-%2.part").arg(sender, HashOf(path).left(pathDigits));
+    const QString name = QStringLiteral("vistorama-%1-%2.part").arg(sender, HashOf(path).left(pathDigits));
     const QString directory = DirectoryOf(path);
     return directory.isEmpty() ? name : directory + QLatin1Char('/') + name;
 }

@@ -67,8 +67,8 @@ private:
         return found == input.remote.manifest->files.end() ? nullptr : &found->second;
     }
 
-    // The server still has what the manifest says. A server that doesn't tell a size or time is believed. What
-    // was sent after the manifest is younger in any case.
+    // The server still has what the manifest says. A server that doesn't tell a size or time is believed.
+    // What was sent after the manifest is younger in any case.
     bool IsAsListed(const QString& path, const ManifestFile& listed, const RemoteFile& remote) const
     {
         const bool isChangedLater = remote.modified && input.remote.manifestTime &&
@@ -99,8 +99,11 @@ private:
         const bool isFormerWork =
             !input.remote.isManifestThere && !listed && remote && remote->size == file.size;
         if (isFormerWork && KindOfSiteFile(file.path) == SiteFileKind::Asset) {
-            Keep(file.path,
-                 {.size = file.size, .sha256 = file.sha256, .isSeen = false, .time = remote->modified.value_or(0), .rest = {}});
+            Keep(file.path, {.size = file.size,
+                             .sha256 = file.sha256,
+                             .isSeen = false,
+                             .time = remote->modified.value_or(0),
+                             .rest = {}});
             return;
         }
         if (remote && !listed && !isFormerWork) {
@@ -114,8 +117,8 @@ private:
     bool HasGotItsName(const LocalFile& file, const ManifestFile& listed, const RemoteFile& remote) const
     {
         const auto stored = input.stored.find(file.path);
-        const bool isYoung = !remote.modified || !input.remote.manifestTime ||
-                             *remote.modified >= *input.remote.manifestTime;
+        const bool isYoung =
+            !remote.modified || !input.remote.manifestTime || *remote.modified >= *input.remote.manifestTime;
         return input.remote.isLastOurs && !listed.IsWhole() && stored != input.stored.end() &&
                stored->second.sha256 == file.sha256 && remote.size == file.size && isYoung &&
                !FindRemote(TemporaryPathFor(input.sender, file.path));
@@ -138,10 +141,10 @@ private:
         const bool isSeen = !isNew || (listed && (listed->IsWhole() || listed->isSeen));
         plan.sends.push_back({file, StepOf(file.path, !isSeen), isNew, isStored});
         plan.opened[file.path] = {.size = file.size,
-                                   .sha256 = {},
-                                   .isSeen = isSeen,
-                                   .time = 0,
-                                   .rest = listed ? listed->rest : QJsonObject()};
+                                  .sha256 = {},
+                                  .isSeen = isSeen,
+                                  .time = 0,
+                                  .rest = listed ? listed->rest : QJsonObject()};
     }
 
     // What somebody has put in the place of a file of ours is his.
@@ -216,10 +219,9 @@ int32_t SitePlan::CountNew() const
 
 int64_t SitePlan::CountBytes() const
 {
-    return std::accumulate(sends.begin(), sends.end(), int64_t{0},
-                           [](int64_t bytes, const PlannedFile& send) {
-                               return bytes + (send.isStored ? 0 : send.file.size);
-                           });
+    return std::accumulate(
+        sends.begin(), sends.end(), int64_t{0},
+        [](int64_t bytes, const PlannedFile& send) { return bytes + (send.isStored ? 0 : send.file.size); });
 }
 
 SitePlan MakeSitePlan(const PlanInput& input)

@@ -63,25 +63,22 @@ struct PlannedFile {
 
 // What makes a site on a server the one that it is to be. A plain value.
 struct SitePlan {
-    std::vector<PlannedFile> sends;  // by step, then path
-    ManifestFiles named;             // they have got their names without a note of it: the program was ended
-    QStringList directories;         // to be made, upper ones first
-    QStringList removedPages;        // go before the assets that they show
-    QStringList removedAssets;       // go last
-    QStringList temporaries;         // leftovers of runs that were ended
-    QStringList strangers;           // somebody else's files that would be overwritten, by path
-    ManifestFiles opened;            // for the manifest before anything is changed: what is to be sent is not whole
-    QJsonObject manifestRest;        // of the manifest so far
-    bool isManifestThere = false;    // the server has taken one before
-    bool isManifestCurrent = false;  // nothing has to be written into it
+    std::vector<PlannedFile> sends; // by step, then path
+    ManifestFiles named;            // they have got their names without a note of it: the program was ended
+    QStringList directories;        // to be made, upper ones first
+    QStringList removedPages;       // go before the assets that they show
+    QStringList removedAssets;      // go last
+    QStringList temporaries;        // leftovers of runs that were ended
+    QStringList strangers;          // somebody else's files that would be overwritten, by path
+    ManifestFiles opened;     // for the manifest before anything is changed: what is to be sent is not whole
+    QJsonObject manifestRest; // of the manifest so far
+    bool isManifestThere = false;   // the server has taken one before
+    bool isManifestCurrent = false; // nothing has to be written into it
     int32_t unchanged = 0;
 
     int32_t CountNew() const;
     int32_t CountChanged() const { return static_cast<int32_t>(sends.size()) - CountNew(); }
-    int32_t CountRemoved() const
-    {
-        return static_cast<int32_t>(removedPages.size() + removedAssets.size());
-    }
+    int32_t CountRemoved() const { return static_cast<int32_t>(removedPages.size() + removedAssets.size()); }
     int64_t CountBytes() const; // to be sent
     bool IsEmpty() const { return sends.empty() && CountRemoved() == 0; }
 };

@@ -18,7 +18,9 @@ CSendTally::Setting TallyFor(const CSiteSender::Setting& setting, const SitePlan
     return {.totalFiles = static_cast<int32_t>(plan.sends.size()),
             .totalBytes = plan.CountBytes(),
             .onProgress = setting.onProgress,
-            .now = setting.now ? setting.now : [] { return CSendTally::Clock::now(); }};
+            .now = setting.now ? setting.now : [] {
+                return CSendTally::Clock::now();
+            }};
 }
 
 template <class Act>
@@ -41,8 +43,12 @@ SendFailure FailureOf(SendFailure::Kind kind, const QString& path)
 } // namespace
 
 CSiteSender::CSiteSender(const Setting& setting, const SitePlan& plan)
-    : setting(setting), plan(plan), run(MakeRunName()), tally(TallyFor(setting, plan)),
-      isManifestTaken(plan.isManifestThere), known(plan.opened)
+    : setting(setting),
+      plan(plan),
+      run(MakeRunName()),
+      tally(TallyFor(setting, plan)),
+      isManifestTaken(plan.isManifestThere),
+      known(plan.opened)
 {}
 
 void CSiteSender::Run()
@@ -112,19 +118,20 @@ void CSiteSender::MakeDirectories(const QStringList& directories)
         const QStringList names = setting.place.directory.split(QLatin1Char('/'), Qt::SkipEmptyParts);
         const bool isAbsolute = setting.place.directory.startsWith(QLatin1Char('/'));
         for (qsizetype count = 1; count <= names.size(); ++count) {
-            const QString above = (isAbsolute ? QStringLiteral("/") : QString()) +
-                                  names.mid(0, count).join(QLatin1Char('/'));
+            const QString above =
+                (isAbsolute ? QStringLiteral("/") : QString()) + names.mid(0, count).join(QLatin1Char('/'));
             const bool isOwn = count == names.size();
             setting.crew.Run(CSessionCrew::Job{above, [above, isOwn](CRemoteSession& session) {
-                                 try {
-                                     session.MakeDirectory(above);
-                                 } catch (const FTPReply& reply) {
-                                     // One that is there already may be out of bounds itself.
-                                     if (isOwn || IsBreak(reply)) {
-                                         throw;
-                                     }
-                                 }
-                             }});
+                                                   try {
+                                                       session.MakeDirectory(above);
+                                                   } catch (const FTPReply& reply) {
+                                                       // One that is there already may be out of bounds
+                                                       // itself.
+                                                       if (isOwn || IsBreak(reply)) {
+                                                           throw;
+                                                       }
+                                                   }
+                                               }});
         }
     }
     std::map<qsizetype, std::vector<CSessionCrew::Job>> levels;
@@ -146,8 +153,9 @@ void CSiteSender::SendStep(size_t begin, size_t end)
     std::vector<CSessionCrew::Job> jobs;
     for (size_t i = begin; i < end; ++i) {
         const auto sending = std::make_shared<Sending>(Sending{plan.sends[i], false, 0});
-        jobs.push_back({sending->planned.file.path,
-                        [this, sending](CRemoteSession& session) { SendFile(session, *sending); }});
+        jobs.push_back({sending->planned.file.path, [this, sending](CRemoteSession& session) {
+                            SendFile(session, *sending);
+                        }});
     }
     setting.crew.Run(std::move(jobs));
 }
@@ -245,7 +253,9 @@ void CSiteSender::RemoveFiles(const QStringList& paths)
 {
     std::vector<CSessionCrew::Job> jobs;
     for (const QString& path : paths) {
-        jobs.push_back({path, [this, path](CRemoteSession& session) { RemoveFile(session, path); }});
+        jobs.push_back({path, [this, path](CRemoteSession& session) {
+                            RemoveFile(session, path);
+                        }});
     }
     setting.crew.Run(std::move(jobs));
 }
@@ -314,9 +324,10 @@ void CSiteSender::RemoveEmptyDirectories()
         }
     }
     for (const QString& directory : emptied) {
-        setting.crew.Run(CSessionCrew::Job{directory, [path = setting.place.PathOf(directory)](CRemoteSession& session) {
-                             TolerateRefusal([&] { session.RemoveDirectory(path); });
-                         }});
+        setting.crew.Run(
+            CSessionCrew::Job{directory, [path = setting.place.PathOf(directory)](CRemoteSession& session) {
+                                  TolerateRefusal([&] { session.RemoveDirectory(path); });
+                              }});
     }
 }
 

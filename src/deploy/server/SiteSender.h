@@ -25,14 +25,15 @@ public:
         QString projectKey;
         CSessionCrew& crew;
         CSiteJournal& journal;
-        std::function<void(const SendProgress&)> onProgress; // one call at a time, on any thread; may be empty
-        std::function<CSendTally::Clock::time_point()> now;  // for tests; empty for the real one
+        std::function<void(const SendProgress&)>
+            onProgress;                                     // one call at a time, on any thread; may be empty
+        std::function<CSendTally::Clock::time_point()> now; // for tests; empty for the real one
     };
 
     CSiteSender(const Setting& setting, const SitePlan& plan);
 
-    // Returns when all is done. Throws SendFailure, SendCancelled, and CWin32Exception if the journal can't be
-    // written. What has arrived by then is noted.
+    // Returns when all is done. Throws SendFailure, SendCancelled, and CWin32Exception if the journal can't
+    // be written. What has arrived by then is noted.
     void Run();
 
     // What didn't keep the run from its end; for people, complete after Run.

@@ -278,7 +278,9 @@ private:
 
 SessionOpener CMemoryServer::MakeOpener(const std::shared_ptr<CEvent>& abort)
 {
-    return [this, abort](SessionLog&) { return std::make_unique<CMemorySession>(*this, abort); };
+    return [this, abort](SessionLog&) {
+        return std::make_unique<CMemorySession>(*this, abort);
+    };
 }
 
 void CMemoryServer::Put(const QString& path, const QByteArray& bytes)

@@ -16,7 +16,18 @@ struct Killed {};
 // callbacks come under its lock.
 class CMemoryServer {
 public:
-    enum class Verb { Open, List, MakeDirectory, Rename, RemoveFile, RemoveDirectory, Send, Read, GetSize, KeepAlive };
+    enum class Verb {
+        Open,
+        List,
+        MakeDirectory,
+        Rename,
+        RemoveFile,
+        RemoveDirectory,
+        Send,
+        Read,
+        GetSize,
+        KeepAlive
+    };
     enum class Fault {
         None,
         CutBefore,  // the connection breaks, and nothing has happened

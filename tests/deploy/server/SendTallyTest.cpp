@@ -15,7 +15,10 @@ protected:
         return {.totalFiles = files,
                 .totalBytes = bytes,
                 .onProgress = [this](const SendProgress& progress) { told.push_back(progress); },
-                .now = [this] { return now; }};
+                .now =
+                    [this] {
+                        return now;
+                    }};
     }
 
     CSendTally::Clock::time_point now;

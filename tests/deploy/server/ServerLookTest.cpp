@@ -34,16 +34,14 @@ protected:
         };
         return LookAtServer(crew, {place, ProjectKey, local}, journal);
     }
-    QString Listed() const
-    {
-        return QStringList(listed.begin(), listed.end()).join(QLatin1Char(' '));
-    }
+    QString Listed() const { return QStringList(listed.begin(), listed.end()).join(QLatin1Char(' ')); }
 
     const CScratchFolder scratch;
     CMemoryServer server;
     const std::shared_ptr<CEvent> abort = std::make_shared<CEvent>();
     const ServerPlace place{QStringLiteral("web")};
-    std::vector<LocalFile> local{{QStringLiteral("2/pictures/a.jpg"), 1, {}}, {QStringLiteral("index.html"), 1, {}}};
+    std::vector<LocalFile> local{{QStringLiteral("2/pictures/a.jpg"), 1, {}},
+                                 {QStringLiteral("index.html"), 1, {}}};
     std::set<QString> listed;
 };
 
@@ -78,7 +76,8 @@ TEST_F(ServerLookTest, ListsWhatTheSiteIsConcernedWithAndNothingElse)
 TEST_F(ServerLookTest, ReadsTheManifestAndLooksWhereItHasFiles)
 {
     SiteManifest manifest;
-    manifest.files[QStringLiteral("3/old.html")] = ManifestFile{.size = 1, .sha256 = {}, .isSeen = false, .time = 0, .rest = {}};
+    manifest.files[QStringLiteral("3/old.html")] =
+        ManifestFile{.size = 1, .sha256 = {}, .isSeen = false, .time = 0, .rest = {}};
     server.Put(QStringLiteral("web/3/old.html"), "x");
     server.Put(place.PathOf(ManifestPathFor(ProjectKey)), manifest.Format());
     const RemoteSite site = Look();
@@ -102,11 +101,13 @@ TEST_F(ServerLookTest, TheNotesOfThisComputerCompleteTheManifest)
 {
     SiteManifest manifest;
     manifest.run = QStringLiteral("r1");
-    manifest.files[QStringLiteral("index.html")] = ManifestFile{.size = 1, .sha256 = {}, .isSeen = false, .time = 0, .rest = {}};
+    manifest.files[QStringLiteral("index.html")] =
+        ManifestFile{.size = 1, .sha256 = {}, .isSeen = false, .time = 0, .rest = {}};
     server.Put(place.PathOf(ManifestPathFor(ProjectKey)), manifest.Format());
     CSiteJournal journal(scratch.Path(QStringLiteral("journal")));
     journal.BeginRun(manifest.run);
-    journal.NoteSent(QStringLiteral("index.html"), {.size = 1, .sha256 = QByteArray(32, 'a'), .isSeen = false, .time = 0, .rest = {}});
+    journal.NoteSent(QStringLiteral("index.html"),
+                     {.size = 1, .sha256 = QByteArray(32, 'a'), .isSeen = false, .time = 0, .rest = {}});
     const RemoteSite site = Look();
     EXPECT_TRUE(site.manifest->files.at(QStringLiteral("index.html")).IsWhole());
     EXPECT_EQ(site.amended, std::set<QString>{QStringLiteral("index.html")});
@@ -116,7 +117,9 @@ TEST_F(ServerLookTest, ChangesNothing)
 {
     server.Put(QStringLiteral("web/index.html"), "abc");
     bool isChanged = false;
-    server.onChange = [&isChanged] { isChanged = true; };
+    server.onChange = [&isChanged] {
+        isChanged = true;
+    };
     Look();
     EXPECT_FALSE(isChanged);
 }

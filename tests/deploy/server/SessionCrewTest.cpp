@@ -30,7 +30,10 @@ protected:
                 .mostSessions = sessions,
                 .onRetry = [this](const SendRetry& retry) { NoteRetry(retry); },
                 .pause = [this](std::chrono::milliseconds time) { NotePause(time); },
-                .now = [this] { return now; }};
+                .now =
+                    [this] {
+                        return now;
+                    }};
     }
 
     // Each removes a file, so that what was done twice or not at all is seen.
@@ -39,7 +42,9 @@ protected:
         std::vector<CSessionCrew::Job> jobs;
         for (int i = 0; i < count; ++i) {
             const QString path = QString::number(i);
-            jobs.push_back({path, [path](CRemoteSession& session) { session.RemoveFile(path); }});
+            jobs.push_back({path, [path](CRemoteSession& session) {
+                                session.RemoveFile(path);
+                            }});
         }
         return jobs;
     }
@@ -165,7 +170,9 @@ TEST_F(SessionCrew, AfterThreeNewTriesItIsAFailure)
     EXPECT_EQ(server.files.count(QStringLiteral("3")), 1u);
     // Each job has its own tries, and the crew can be used again.
     FaultAt(Verb::RemoveFile, QStringLiteral("2"), Fault::CutBefore, 1);
-    crew.Run({QStringLiteral("2"), [](CRemoteSession& session) { session.RemoveFile(QStringLiteral("2")); }});
+    crew.Run({QStringLiteral("2"), [](CRemoteSession& session) {
+                  session.RemoveFile(QStringLiteral("2"));
+              }});
     EXPECT_EQ(server.files.count(QStringLiteral("2")), 0u);
 }
 
@@ -243,7 +250,8 @@ TEST_F(SessionCrew, WhoIsNotLetInAgainLeavesItsJobToTheOthers)
             isShut = true;
             return Fault::CutBefore;
         }
-        return operation.verb == Verb::Open && isShut && server.openSessions > 0 ? Fault::Refuse : Fault::None;
+        return operation.verb == Verb::Open && isShut && server.openSessions > 0 ? Fault::Refuse
+                                                                                 : Fault::None;
     };
     CSessionCrew crew(Setting());
     crew.Run(Jobs(40));
@@ -253,7 +261,9 @@ TEST_F(SessionCrew, WhoIsNotLetInAgainLeavesItsJobToTheOthers)
 TEST_F(SessionCrew, CancelEndsItAndThePausesToo)
 {
     CSessionCrew::Setting setting = Setting(1);
-    setting.pause = [this](std::chrono::milliseconds) { abort->Set(); };
+    setting.pause = [this](std::chrono::milliseconds) {
+        abort->Set();
+    };
     FaultAt(Verb::RemoveFile, QStringLiteral("2"), Fault::CutBefore);
     CSessionCrew crew(setting);
     EXPECT_THROW(crew.Run(Jobs(5)), SendCancelled);
@@ -265,7 +275,9 @@ TEST_F(SessionCrew, TheUsualPauseIsBrokenByACancel)
 {
     CSessionCrew::Setting setting = Setting(1);
     setting.pause = {};
-    setting.onRetry = [this](const SendRetry&) { abort->Set(); };
+    setting.onRetry = [this](const SendRetry&) {
+        abort->Set();
+    };
     FaultAt(Verb::RemoveFile, QStringLiteral("0"), Fault::CutBefore);
     CSessionCrew crew(setting);
     EXPECT_THROW(crew.Run(Jobs(1)), SendCancelled);
@@ -295,10 +307,15 @@ TEST_F(SessionCrew, ASessionThatWasQuietForLongIsAskedFirst)
 TEST_F(SessionCrew, WhatAJobThrowsBesidesComesOut)
 {
     CSessionCrew crew(Setting());
-    EXPECT_THROW(crew.Run({QString(), [](CRemoteSession&) { throw std::runtime_error("x"); }}),
+    EXPECT_THROW(crew.Run({QString(),
+                           [](CRemoteSession&) {
+                               throw std::runtime_error("x");
+                           }}),
                  std::runtime_error);
     CSessionCrew::Setting setting = Setting();
-    setting.open = [](SessionLog&) -> std::unique_ptr<CRemoteSession> { throw std::runtime_error("x"); };
+    setting.open = [](SessionLog&) -> std::unique_ptr<CRemoteSession> {
+        throw std::runtime_error("x");
+    };
     CSessionCrew other(setting);
     EXPECT_THROW(other.Run(Jobs(1)), std::runtime_error);
 }

@@ -2,8 +2,8 @@
 
 #include "SiteHistory.h"
 
-// Whatever happens to a site on its way to a server and there: visitors always find it whole, and the next run
-// goes on. VISTORAMA_SITE_HISTORIES=100000 tells so many, VISTORAMA_SITE_HISTORY=SEED one of them again.
+// Whatever happens to a site on its way to a server and there: visitors always find it whole, and the next
+// run goes on. VISTORAMA_SITE_HISTORIES=100000 tells so many, VISTORAMA_SITE_HISTORY=SEED one of them again.
 
 namespace {
 
@@ -17,7 +17,8 @@ void TellAll(size_t sessions, int usualCount)
     int failed = 0;
     for (int seed = first; seed <= last && failed < 5; ++seed) {
         const std::string wrong =
-            CSiteHistory({.seed = static_cast<uint32_t>(seed), .sessions = sessions, .isTold = one > 0}).Tell(steps);
+            CSiteHistory({.seed = static_cast<uint32_t>(seed), .sessions = sessions, .isTold = one > 0})
+                .Tell(steps);
         EXPECT_EQ(wrong, "") << "seed " << seed;
         failed += wrong.empty() ? 0 : 1;
     }

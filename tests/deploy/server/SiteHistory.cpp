@@ -61,12 +61,24 @@ CSiteHistory::CSiteHistory(const Options& options)
     server.tellsTimes = !Chance(15);
     server.takesDotNames = !Chance(10);
     server.renamesOver = !Chance(10);
-    server.onOperation = [this](const CMemoryServer::Operation& operation) { return FaultFor(operation); };
-    server.onChange = [this] { LookAsVisitor(); };
-    server.onNamed = [this](const QString& oldPath, const QString& newPath) { OnNamed(oldPath, newPath); };
-    server.onLost = [this](const QString& path) { tampered.insert(path); };
-    server.onSend = [this](const QString& path, const QByteArray& bytes) { OnSend(path, bytes); };
-    server.onConfirmed = [this](const QString& path) { confirmed[path] = server.files[path].bytes; };
+    server.onOperation = [this](const CMemoryServer::Operation& operation) {
+        return FaultFor(operation);
+    };
+    server.onChange = [this] {
+        LookAsVisitor();
+    };
+    server.onNamed = [this](const QString& oldPath, const QString& newPath) {
+        OnNamed(oldPath, newPath);
+    };
+    server.onLost = [this](const QString& path) {
+        tampered.insert(path);
+    };
+    server.onSend = [this](const QString& path, const QByteArray& bytes) {
+        OnSend(path, bytes);
+    };
+    server.onConfirmed = [this](const QString& path) {
+        confirmed[path] = server.files[path].bytes;
+    };
     for (int i = 0; i < 3; ++i) {
         pictures[i] = 1;
     }
@@ -170,7 +182,8 @@ void CSiteHistory::WriteSite()
     if (!gallery.empty()) {
         addGallery(QStringLiteral("2/"), gallery, {});
     }
-    addGallery(QString(), pictures, gallery.empty() ? QStringList() : QStringList(QStringLiteral("2/index.html")));
+    addGallery(QString(), pictures,
+               gallery.empty() ? QStringList() : QStringList(QStringLiteral("2/index.html")));
     for (const auto& [path, bytes] : site) {
         scratch.Write(QStringLiteral("site/") + path, bytes);
     }
@@ -311,8 +324,8 @@ void CSiteHistory::Tamper()
     confirmed.erase(path);
 }
 
-// Without one nobody else knows what the site has no longer, and a replaced file of the same size is taken for
-// the project's own. So it is lost when the site is as it is to be.
+// Without one nobody else knows what the site has no longer, and a replaced file of the same size is taken
+// for the project's own. So it is lost when the site is as it is to be.
 void CSiteHistory::LoseManifest()
 {
     if (!isComplete || isEdited || !tampered.empty() || !others.empty()) {
@@ -345,8 +358,9 @@ Fault CSiteHistory::FaultFor(const CMemoryServer::Operation& operation)
 {
     const Fault fault = DrawFault(operation);
     if (options.isTold) {
-        static const char* const verbs[] = {"Open", "List", "MakeDirectory", "Rename", "RemoveFile",
-                                            "RemoveDirectory", "Send", "Read", "GetSize", "KeepAlive"};
+        static const char* const verbs[] = {
+            "Open", "List", "MakeDirectory", "Rename",   "RemoveFile", "RemoveDirectory",
+            "Send", "Read", "GetSize",       "KeepAlive"};
         std::printf("%d %s %s %s fault %d\n", operation.number, verbs[static_cast<int>(operation.verb)],
                     qPrintable(operation.path), qPrintable(operation.newPath), static_cast<int>(fault));
     }
@@ -361,7 +375,9 @@ Fault CSiteHistory::DrawFault(const CMemoryServer::Operation& operation)
     if (!isTroubled) {
         return Fault::None;
     }
-    const auto draw = [this](int below) { return static_cast<int>(faultRandom() % static_cast<uint32_t>(below)); };
+    const auto draw = [this](int below) {
+        return static_cast<int>(faultRandom() % static_cast<uint32_t>(below));
+    };
     if (killAt != 0 && operation.number >= killAt) {
         static const Fault kills[] = {Fault::KillBefore, Fault::KillInside, Fault::KillAfter};
         return kills[draw(3)];
@@ -369,9 +385,9 @@ Fault CSiteHistory::DrawFault(const CMemoryServer::Operation& operation)
     if (cancelAt != 0 && operation.number == cancelAt) {
         return Fault::Cancel;
     }
-    const bool isRefusable = operation.verb != Verb::List && operation.verb != Verb::Read &&
-                             operation.verb != Verb::GetSize &&
-                             (!operation.path.startsWith(ManifestFolder) || server.Find(ManifestPathFor(ProjectKey)));
+    const bool isRefusable =
+        operation.verb != Verb::List && operation.verb != Verb::Read && operation.verb != Verb::GetSize &&
+        (!operation.path.startsWith(ManifestFolder) || server.Find(ManifestPathFor(ProjectKey)));
     switch (draw(240)) {
     case 0:
     case 1:

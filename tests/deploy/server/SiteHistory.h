@@ -75,8 +75,8 @@ private:
     std::map<QString, QByteArray> site;
 
     // What has happened on the server.
-    std::map<QString, QByteArray> others; // somebody else's
-    std::set<QString> tampered;           // ours, but broken by somebody
+    std::map<QString, QByteArray> others;    // somebody else's
+    std::set<QString> tampered;              // ours, but broken by somebody
     std::map<QString, QByteArray> confirmed; // what the program has made sure of, by the name it has now
     std::map<QString, QString> lastName;     // what became of a temporary one
     int computer = 0;

@@ -19,7 +19,8 @@ SiteManifest ManifestOf(const char* run)
 {
     SiteManifest manifest;
     manifest.run = QString::fromLatin1(run);
-    manifest.files[QStringLiteral("a.html")] = {.size = 7, .sha256 = {}, .isSeen = false, .time = 0, .rest = {}};
+    manifest.files[QStringLiteral("a.html")] = {
+        .size = 7, .sha256 = {}, .isSeen = false, .time = 0, .rest = {}};
     manifest.files[QStringLiteral("pictures/b.jpg")] = Sent(One);
     return manifest;
 }

@@ -11,8 +11,11 @@ SiteManifest Sample()
                           .run = QStringLiteral("00000000000000aa"),
                           .files = {},
                           .rest = {}};
-    manifest.files[QStringLiteral("index.html")] = {
-        .size = 5'000'000'000, .sha256 = QByteArray(32, '\x1f'), .isSeen = false, .time = 1'800'000'000, .rest = {}};
+    manifest.files[QStringLiteral("index.html")] = {.size = 5'000'000'000,
+                                                    .sha256 = QByteArray(32, '\x1f'),
+                                                    .isSeen = false,
+                                                    .time = 1'800'000'000,
+                                                    .rest = {}};
     manifest.files[QString::fromUtf8("pictures/\"größe\".jpg")] = {
         .size = 0, .sha256 = {}, .isSeen = true, .time = 0, .rest = {}};
     return manifest;
@@ -25,18 +28,19 @@ const QByteArray Hash = "\"sha256\":\"" + QByteArray(32, '\x1f').toHex() + "\"";
 TEST(SiteManifest, IsLinesOfJsonAndComesBackAsItWas)
 {
     const QByteArray bytes = Sample().Format();
-    EXPECT_EQ(bytes.toStdString(),
-              (R"({"program":"1.2.0","project":"0123456789abcdef0123456789abcdef","run":"00000000000000aa","vistorama-manifest":1})"
-               "\n"
-               R"({"path":"index.html",)" +
-               Hash +
-               R"(,"size":5000000000,"time":1800000000})"
-               "\n"
-               R"({"path":"pictures/\"größe\".jpg","seen":true,"size":0,"time":0})"
-               "\n"
-               R"({"files":2})"
-               "\n")
-                  .toStdString());
+    EXPECT_EQ(
+        bytes.toStdString(),
+        (R"({"program":"1.2.0","project":"0123456789abcdef0123456789abcdef","run":"00000000000000aa","vistorama-manifest":1})"
+         "\n"
+         R"({"path":"index.html",)" +
+         Hash +
+         R"(,"size":5000000000,"time":1800000000})"
+         "\n"
+         R"({"path":"pictures/\"größe\".jpg","seen":true,"size":0,"time":0})"
+         "\n"
+         R"({"files":2})"
+         "\n")
+            .toStdString());
     const auto read = SiteManifest::Parse(bytes);
     ASSERT_TRUE(read.has_value());
     EXPECT_EQ(read->Format(), bytes);
@@ -50,7 +54,8 @@ TEST(SiteManifest, IsLinesOfJsonAndComesBackAsItWas)
 TEST(SiteManifest, WhatItDoesNotKnowIsKept)
 {
     QByteArray bytes = Sample().Format();
-    bytes.replace("{\"program\"", "{\"colour\":[1,2],\"program\"").replace("\"time\":0", "\"new\":{\"a\":1},\"time\":0");
+    bytes.replace("{\"program\"", "{\"colour\":[1,2],\"program\"")
+        .replace("\"time\":0", "\"new\":{\"a\":1},\"time\":0");
     const auto read = SiteManifest::Parse(bytes);
     ASSERT_TRUE(read.has_value());
     const QByteArray written = read->Format();

@@ -9,9 +9,12 @@ TEST(SiteNames, APlacePutsItsDirectoryBeforeAPath)
         const char* path;
         const char* expected;
     } rows[] = {
-        {"", "a/b.jpg", "a/b.jpg"},      {"", "", ""},
-        {"web/site", "a.jpg", "web/site/a.jpg"}, {"web/site", "", "web/site"},
-        {"/", "a.jpg", "/a.jpg"},        {"/srv/www/", "a.jpg", "/srv/www/a.jpg"},
+        {"", "a/b.jpg", "a/b.jpg"},
+        {"", "", ""},
+        {"web/site", "a.jpg", "web/site/a.jpg"},
+        {"web/site", "", "web/site"},
+        {"/", "a.jpg", "/a.jpg"},
+        {"/srv/www/", "a.jpg", "/srv/www/a.jpg"},
     };
     for (const auto& row : rows) {
         const ServerPlace place{QString::fromLatin1(row.directory)};
@@ -24,8 +27,8 @@ TEST(SiteNames, OnlyPathsWithinTheSiteAreTaken)
     for (const char* path : {"index.html", "pictures/a b.jpg", "2/..a", "a/.b", "a/.vistorama/x"}) {
         EXPECT_TRUE(IsSitePath(QString::fromLatin1(path))) << path;
     }
-    for (const char* path : {"", "/etc/passwd", "..", "../a", "a/../../b", "a//b", "a/", "./a", "a\nb", "a\rb",
-                             ".vistorama/manifest", ".vistorama"}) {
+    for (const char* path : {"", "/etc/passwd", "..", "../a", "a/../../b", "a//b", "a/", "./a", "a\nb",
+                             "a\rb", ".vistorama/manifest", ".vistorama"}) {
         EXPECT_FALSE(IsSitePath(QString::fromLatin1(path))) << path;
     }
     EXPECT_FALSE(IsSitePath(QStringLiteral("a") + QChar(0)));
@@ -53,7 +56,8 @@ TEST(SiteNames, ATemporaryFileLiesBesideItsNameAndTellsItsSender)
     EXPECT_EQ(path, TemporaryPathFor(sender, QStringLiteral("2/pictures/a.jpg")));
     EXPECT_NE(path, TemporaryPathFor(sender, QStringLiteral("2/pictures/b.jpg")));
     EXPECT_EQ(DirectoryOf(TemporaryPathFor(sender, QStringLiteral("a.html"))), QString());
-    for (const char* other : {"vistorama.part", "vistorama-12345678-x.part", "a.jpg", "vistorama-12345678.part"}) {
+    for (const char* other :
+         {"vistorama.part", "vistorama-12345678-x.part", "a.jpg", "vistorama-12345678.part"}) {
         EXPECT_EQ(SenderOfTemporary(QString::fromLatin1(other)), QString()) << other;
     }
 }

@@ -40,7 +40,8 @@ protected:
     }
     void AddListed(const char* path, char content, int64_t size = 10)
     {
-        remote.manifest->files[Path(path)] = {.size = size, .sha256 = HashOf(content), .isSeen = false, .time = 5, .rest = {}};
+        remote.manifest->files[Path(path)] = {
+            .size = size, .sha256 = HashOf(content), .isSeen = false, .time = 5, .rest = {}};
     }
     // As it is on both sides.
     void AddSame(const char* path)
@@ -127,9 +128,10 @@ TEST_F(PlanOfSite, GoesFromWhatNobodySeesToWhatLeadsThere)
         AddRemote(path);
         AddListed(path, 'a');
     }
-    EXPECT_EQ(Told(), Path("+Blue/new.css +pictures/b.jpg *Blue/style.css *pictures/a.jpg +3/p1.html +p2.html "
-                           "+3/index.html *p1.html *2/index.html *index.html -4/index.html -p9.html "
-                           "-pictures/z.jpg"));
+    EXPECT_EQ(Told(),
+              Path("+Blue/new.css +pictures/b.jpg *Blue/style.css *pictures/a.jpg +3/p1.html +p2.html "
+                   "+3/index.html *p1.html *2/index.html *index.html -4/index.html -p9.html "
+                   "-pictures/z.jpg"));
 }
 
 TEST_F(PlanOfSite, WhatTheServerHasNoLongerOrOtherwiseIsSentAgain)
@@ -306,7 +308,8 @@ TEST_F(PlanOfSite, AFileThatHasGotItsNameUnnoticedIsNotSentAgain)
     };
     AddLocal("pictures/a.jpg", 'a');
     AddRemote("pictures/a.jpg", 10, ManifestTime + 5);
-    remote.manifest->files[Path("pictures/a.jpg")] = {.size = 10, .sha256 = {}, .isSeen = false, .time = 0, .rest = {}};
+    remote.manifest->files[Path("pictures/a.jpg")] = {
+        .size = 10, .sha256 = {}, .isSeen = false, .time = 0, .rest = {}};
     stored[Path("pictures/a.jpg")] = {10, HashOf('a')};
     remote.isLastOurs = true;
     EXPECT_FALSE(isSent());

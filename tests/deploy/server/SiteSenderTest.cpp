@@ -212,6 +212,22 @@ TEST_F(SiteSender, RemovesPagesThenAssetsThenEmptyDirectories)
     EXPECT_EQ(Manifest()->files.size(), 3u);
 }
 
+TEST_F(SiteSender, AGoodbyeIsNoRefusalEvenWhereRefusalsDoNotCount)
+{
+    Write("2/index.html", "second");
+    Deploy();
+    const QString temporary = place.PathOf(TemporaryPathFor(
+        CSiteJournal(scratch.Path(QStringLiteral("journal"))).GetSender(), QStringLiteral("gone.jpg")));
+    for (const Verb verb : {Verb::RemoveDirectory, Verb::RemoveFile}) {
+        server.Put(temporary, "x");
+        site.erase(QStringLiteral("2/index.html"));
+        FaultAt(verb, verb == Verb::RemoveFile ? ".part" : "/2", Fault::Goodbye);
+        Deploy();
+        EXPECT_FALSE(server.directories.contains(place.PathOf(QStringLiteral("2"))));
+        EXPECT_EQ(server.Find(temporary), nullptr);
+    }
+}
+
 TEST_F(SiteSender, ALeftoverThatTheServerKeepsIsAWarningAndStaysListed)
 {
     Deploy();
@@ -286,6 +302,31 @@ TEST_F(SiteSender, AfterALostReplyToARenameNothingIsSentAgain)
     FaultAt(Verb::Rename, "/p1.html", Fault::CutBefore);
     Deploy();
     EXPECT_EQ(server.sentPaths.size(), 9u); // the page once, two manifests
+    EXPECT_EQ(Served("p1.html"), "page");
+}
+
+// The bytes under the temporary name change from then on, and the program may be ended at any of them.
+TEST_F(SiteSender, WhatIsSentOnceMoreIsNotedAsNotStored)
+{
+    const auto isStored = [this] {
+        return CSiteJournal(scratch.Path(QStringLiteral("journal"))).IsStored(QStringLiteral("p1.html"));
+    };
+    std::vector<bool> whenSent;
+    server.onOperation = [&](const CMemoryServer::Operation& operation) {
+        const bool isPage =
+            operation.path.endsWith(TemporaryPathFor(QString(), QStringLiteral("p1.html")).right(17));
+        if (operation.verb == Verb::Send && isPage) {
+            whenSent.push_back(isStored());
+        }
+        if (operation.verb == Verb::Rename && isPage && whenSent.size() == 1) {
+            EXPECT_TRUE(isStored());
+            server.files.erase(operation.path);
+            return Fault::CutBefore;
+        }
+        return Fault::None;
+    };
+    Deploy();
+    EXPECT_EQ(whenSent, (std::vector<bool>{false, false}));
     EXPECT_EQ(Served("p1.html"), "page");
 }
 
