@@ -1,7 +1,9 @@
 #include "cli/Answers.h"
 #include "cli/CommandArguments.h"
 #include "cli/Commands.h"
+#include "common/Platform.h"
 #include "content/ImageCache.h"
+#include "deploy/server/SiteFolder.h"
 #include "resources/StringTable.h"
 
 int RunCache(const QStringList& arguments)
@@ -15,9 +17,10 @@ int RunCache(const QStringList& arguments)
     }
     if (parsed.Has(clear)) {
         ClearCaches();
+        ClearSites(FindSitesFolder());
     } else {
         // A number of bytes for scripts.
-        PrintOut(QString::number(GetSizeOfCaches()) + QLatin1Char('\n'));
+        PrintOut(QString::number(GetSizeOfCaches() + GetSizeOfSites(FindSitesFolder())) + QLatin1Char('\n'));
     }
     return ExitDone;
 }

@@ -61,6 +61,11 @@ QString FindDeploymentRecordsFolder()
                     QStringLiteral("vistorama/deployments"));
 }
 
+QString FindSitesFolder()
+{
+    return JoinPath(UserFolder(QStandardPaths::GenericCacheLocation), QStringLiteral("vistorama/sites"));
+}
+
 QString FindCoversFolder()
 {
     return JoinPath(UserFolder(QStandardPaths::GenericCacheLocation), QStringLiteral("vistorama/covers"));

@@ -21,6 +21,10 @@ QString FindTemporaryFolder();
 // The user's folder for records of deployments, which may be lost at any time. Made when it is first needed.
 QString FindDeploymentRecordsFolder();
 
+// The user's folder for the sites that were sent to servers, which may be lost at any time. Made when it is
+// first needed.
+QString FindSitesFolder();
+
 // The user's folder for composed covers, which may be lost at any time. Made when it is first needed.
 QString FindCoversFolder();
 

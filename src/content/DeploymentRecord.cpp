@@ -125,6 +125,16 @@ bool CDeploymentRecord::IsListed(const QString& filePath) const
     return abandonedSince != 0 && stamp && stamp->modified >= abandonedSince;
 }
 
+QStringList CDeploymentRecord::GetFiles() const
+{
+    const CMutexLock lock(mutex);
+    QStringList files;
+    for (const auto& [relative, entry] : entries) {
+        files += relative;
+    }
+    return files;
+}
+
 void CDeploymentRecord::NoteFile(const QString& filePath)
 {
     Note(filePath, std::nullopt);

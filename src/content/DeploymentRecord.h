@@ -4,6 +4,7 @@
 #include <map>
 
 #include <QString>
+#include <QStringList>
 
 #include "common/FileIdentity.h"
 #include "common/ThreadSafety.h"
@@ -61,6 +62,9 @@ public:
 
     // An earlier run has written the file, or this one.
     bool IsListed(const QString& path) const;
+
+    // Relative paths of all files that are listed now, in their order.
+    QStringList GetFiles() const;
 
     // A file has been written. Those outside the target folder are not noted.
     void NoteFile(const QString& path);

@@ -140,3 +140,11 @@ DeployError StrangeFilesError(const QString& targetFolder, const QStringList& fi
                 QLatin1Char('\n') + FirstOf(files),
             Text(StringId::ChooseTargetOrOverwrite)};
 }
+
+DeployError StrangeFilesOnServerError(const QStringList& files)
+{
+    return {Text(StringId::NothingPublished),
+            Text(StringId::StrangeFilesOnServer, static_cast<int>(files.size())) + QLatin1Char('\n') +
+                FirstOf(files),
+            Text(StringId::ChooseDirectoryOrOverwrite)};
+}

@@ -40,3 +40,5 @@ QStringList WarningsOf(const DeployDoubts& doubts);
 // The failures that end a deployment; the first ten files are named.
 DeployError MissingFilesError(const DeployDoubts& doubts);
 DeployError StrangeFilesError(const QString& targetFolder, const QStringList& files);
+// files: paths of the site.
+DeployError StrangeFilesOnServerError(const QStringList& files);

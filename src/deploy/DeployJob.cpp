@@ -1,78 +1,9 @@
 #include "deploy/DeployJob.h"
 
 #include "common/Exceptions.h"
-#include "common/TempFolder.h"
 #include "common/Text.h"
-#include "common/Trace.h"
-#include "content/DeploymentRecord.h"
 #include "content/StrangeFiles.h"
-#include "document/project/GalleryProject.h"
-
-namespace {
-
-// The project shows its pages as deployed ones, not as previews, as long as this lives.
-class CDeployModeScope {
-public:
-    explicit CDeployModeScope(CGalleryProject& project) : project(project) { project.SetPreviewMode(false); }
-    ~CDeployModeScope() { project.SetPreviewMode(true); }
-    CDeployModeScope(const CDeployModeScope&) = delete;
-    CDeployModeScope& operator=(const CDeployModeScope&) = delete;
-
-private:
-    CGalleryProject& project;
-};
-
-// Keeps the record when a run ends, however it does.
-class CRecordSaver {
-public:
-    explicit CRecordSaver(const CDeploymentRecord& record) : record(record)
-    {
-        Try([&] { record.Begin(); });
-    }
-    ~CRecordSaver()
-    {
-        Try([this] { record.Save(); });
-    }
-    CRecordSaver(const CRecordSaver&) = delete;
-    CRecordSaver& operator=(const CRecordSaver&) = delete;
-
-private:
-    // The site is whole without it; the next run takes longer, and asks about its files.
-    template <class Write>
-    static void Try(const Write& write)
-    {
-        try {
-            write();
-        } catch (const CExceptionBase& failure) {
-            Trace(QStringLiteral("CDeploymentRecord::Save failed: ") + failure.GetDescription());
-        }
-    }
-
-    const CDeploymentRecord& record;
-};
-
-// The project as it is published: itself, or, if something is to be left out, a copy without that. The copy
-// has its own folder for covers, since its galleries show others.
-class CWithoutMissing {
-public:
-    CWithoutMissing(CGalleryProject& whole, const DeployDoubts& missing) : whole(whole)
-    {
-        if (missing.IsAnyMissing()) {
-            folder = std::make_unique<CTempFolder>(whole.GetTempFolder().GetPath());
-            copy = whole.MakeCopy(*folder);
-            copy->SetPreviewMode(false);
-            LeaveOut(missing, *copy);
-        }
-    }
-    CGalleryProject& Get() const { return copy ? *copy : whole; }
-
-private:
-    CGalleryProject& whole;
-    std::unique_ptr<CTempFolder> folder;
-    std::unique_ptr<CGalleryProject> copy;
-};
-
-} // namespace
+#include "deploy/PublishedProject.h"
 
 CDeployJob::CDeployJob(CGalleryProject& project) : settings(project.GetDeploySettings()), project(project) {}
 
@@ -136,7 +67,7 @@ DeployDoubts CDeployJob::Examine()
     const CDeployModeScope deployMode(project);
     DeployDoubts doubts = FindMissingFiles(project);
     if (IsTargetWatched()) {
-        const CWithoutMissing published(project, doubts);
+        const CPublishedProject published(project, doubts);
         CDeploymentRecord record = OpenRecord();
         doubts.strangeFiles = FindStrangers(published.Get(), record);
     }
@@ -152,7 +83,7 @@ void CDeployJob::Generate()
         error = MissingFilesError(missing);
         return;
     }
-    const CWithoutMissing published(project, missing);
+    const CPublishedProject published(project, missing);
     if (temporaryFolder.isEmpty()) {
         GenerateToFolder(published.Get(), missing);
     } else {
@@ -169,14 +100,7 @@ bool CDeployJob::IsTargetWatched() const
 
 CDeploymentRecord CDeployJob::OpenRecord() const
 {
-    const auto pathFor = [this](const QString& key) {
-        return CDeploymentRecord::PathFor(recordsFolder, settings.folder, key);
-    };
-    // A project without an id is known by its file.
-    const QString path = pathFor(project.GetId().isEmpty() ? project.GetPath() : project.GetId());
-    CDeploymentRecord::TakeOver(path, pathFor(project.GetPath()));
-    CDeploymentRecord::TakeOver(path, pathFor(project.GetName()));
-    return CDeploymentRecord(path, settings.folder);
+    return OpenRecordFor(project, recordsFolder, settings.folder);
 }
 
 QStringList CDeployJob::FindStrangers(CGalleryProject& published, CDeploymentRecord& record)

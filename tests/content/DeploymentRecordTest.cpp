@@ -418,6 +418,23 @@ TEST_F(DeploymentRecord, TheRecordIsForItsOwnerAlone)
     EXPECT_EQ(status.st_mode & 0777, 0700u);
 }
 
+TEST_F(DeploymentRecord, NamesTheFilesOfThisRunAndOfEarlierOnes)
+{
+    {
+        CDeploymentRecord record(Path("record"), Path("site"));
+        record.NoteFile(fixture.scratch.Write(QStringLiteral("site/b.html"), "page"));
+        record.NoteFile(fixture.scratch.Write(QStringLiteral("site/2/a.html"), "page"));
+        record.NoteFile(fixture.scratch.Write(QStringLiteral("elsewhere.html"), "page"));
+        record.Save();
+    }
+    CDeploymentRecord record(Path("record"), Path("site"));
+    record.NoteFile(fixture.scratch.Write(QStringLiteral("site/c.html"), "page"));
+    EXPECT_EQ(record.GetFiles(), QStringList({QStringLiteral("2/a.html"), QStringLiteral("b.html"),
+                                              QStringLiteral("c.html")}));
+    record.RemoveLeftovers();
+    EXPECT_EQ(record.GetFiles(), QStringList(QStringLiteral("c.html")));
+}
+
 // Field by field as docs/formats.md tells it.
 TEST_F(DeploymentRecord, IsWrittenAsThePageOfFormatsTells)
 {

@@ -93,11 +93,12 @@ TEST(Cache, ShowsItsSizeAndIsEmptied)
     program.scratch.Write(QStringLiteral("cache/vistorama/images/a.jpg"), "12345");
     program.scratch.Write(QStringLiteral("cache/vistorama/covers/b.cover"), "123");
     program.scratch.Write(QStringLiteral("cache/vistorama/tmp/Sea_imgs/c.jpg"), "1");
+    program.scratch.Write(QStringLiteral("cache/vistorama/sites/one/site/index.html"), "1234567");
     program.scratch.Write(QStringLiteral("cache/vistorama/deployments/d"), "kept");
     QFile(program.Path(QStringLiteral("cache/vistorama/tmp")))
         .setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     const ProgramResult size = program.Run({QStringLiteral("cache"), QStringLiteral("--size")});
-    EXPECT_EQ(size.output, QStringLiteral("8\n")) << qPrintable(size.errors);
+    EXPECT_EQ(size.output, QStringLiteral("15\n")) << qPrintable(size.errors);
     EXPECT_EQ(program.Run({QStringLiteral("cache"), QStringLiteral("--clear")}).exitCode, 0);
     EXPECT_EQ(program.Run({QStringLiteral("cache"), QStringLiteral("--size")}).output, QStringLiteral("0\n"));
     EXPECT_EQ(program.scratch.ListFiles().filter(QStringLiteral("cache/")),

@@ -2,6 +2,7 @@
 
 #include "ftpengine/messages/EngineStatus.h"
 #include "ftpengine/session/FTPSession.h"
+#include "ftpengine/session/SftpSession.h"
 
 std::unique_ptr<CRemoteSession> OpenRemoteSession(const SessionSetting& setting, SessionLog& log)
 {
@@ -11,7 +12,7 @@ std::unique_ptr<CRemoteSession> OpenRemoteSession(const SessionSetting& setting,
     case ServerProtocol::FtpImplicitTls:
         return OpenFTPSession(setting, log);
     case ServerProtocol::Sftp:
-        break;
+        return OpenSftpSession(setting, log);
     }
     ThrowTraced("OpenRemoteSession throws: ", EngineStatus::ProtocolNotSupported);
 }
