@@ -20,7 +20,8 @@ protected:
     const QByteArray formerHome = qgetenv("HOME");
     const QByteArray formerAgent = qgetenv("SSH_AUTH_SOCK");
 
-    CSftpServerFixture()
+    // more: of the server's configuration.
+    explicit CSftpServerFixture(const QString& more = {}) : server(more)
     {
         qputenv("HOME", scratch.Path(QStringLiteral("home")).toUtf8());
         qunsetenv("SSH_AUTH_SOCK");

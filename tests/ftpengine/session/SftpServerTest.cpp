@@ -73,6 +73,8 @@ private:
 
 class SftpServer : public CSftpServerFixture {
 protected:
+    using CSftpServerFixture::CSftpServerFixture;
+
     static void Send(CRemoteSession& session, const QString& path, const QByteArray& bytes)
     {
         QBuffer source;
@@ -94,6 +96,12 @@ protected:
         EXPECT_EQ(::stat(QFile::encodeName(server.GetRoot() + path).constData(), &status), 0);
         return status.st_mode & 07777;
     }
+};
+
+// Agrees on keys anew after each megabyte, while blocks are under way.
+class SftpServerRekeying : public SftpServer {
+protected:
+    SftpServerRekeying() : SftpServer(QStringLiteral("RekeyLimit 1M\n")) {}
 };
 
 } // namespace
@@ -134,6 +142,16 @@ TEST_F(SftpServer, DoesWhatASessionAsksFor)
     session->KeepAlive();
     EXPECT_EQ(session->List({}).size(), 0u);
     session->Quit();
+}
+
+TEST_F(SftpServerRekeying, LosesNoByte)
+{
+    Prepare();
+    const auto session = Open();
+    const QByteArray bytes = Pattern(20'000'000);
+    Send(*session, QStringLiteral("f"), bytes);
+    EXPECT_TRUE(OnDisk(QStringLiteral("f")) == bytes);
+    EXPECT_TRUE(session->Read(QStringLiteral("f"), bytes.size()) == bytes);
 }
 
 TEST_F(SftpServer, OpensTheDestinationsDirectory)
