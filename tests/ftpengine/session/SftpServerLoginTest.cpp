@@ -9,6 +9,7 @@
 
 #include "ResourceGuard.h"
 #include "ftpengine/messages/EngineStatus.h"
+#include "ftpengine/net/Socket.h"
 #include "ftpengine/ssh/KnownHosts.h"
 #include "session/SftpServerFixture.h"
 
