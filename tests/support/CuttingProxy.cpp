@@ -1,7 +1,8 @@
 #include "support/CuttingProxy.h"
 
+#include <algorithm>
 #include <array>
-#include <poll.h>
+#include <string_view>
 #include <sys/socket.h>
 
 #include <gtest/gtest.h>
@@ -13,6 +14,22 @@ void Reset(CSocket& socket)
     const linger atOnce = {.l_onoff = 1, .l_linger = 0};
     ::setsockopt(socket.GetDescriptor(), SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
     socket.Close();
+}
+
+// All of them, or as many as the peer takes before it closes or stop is signalled.
+void Carry(CSocket& to, std::string_view bytes, const CEvent& stop)
+{
+    while (!bytes.empty()) {
+        const SocketResult result = to.Send(bytes.data(), bytes.size());
+        if (result.error != 0) {
+            return;
+        }
+        bytes.remove_prefix(result.bytes);
+        if (result.wouldBlock &&
+            WaitForFirst({UntilSet(stop), {to.GetDescriptor(), true}}, NoLimit) == WaitResult::First) {
+            return;
+        }
+    }
 }
 
 } // namespace
@@ -46,7 +63,6 @@ void CCuttingProxy::Serve(CSocket client)
         if (ready == WaitResult::First) {
             return;
         }
-        // Reads on: what isn't taken would only fill the buffers of the sender.
         const bool isFromServer = ready == WaitResult::Third;
         CSocket& from = isFromServer ? other : client;
         CSocket& to = isFromServer ? client : other;
@@ -60,7 +76,7 @@ void CCuttingProxy::Serve(CSocket client)
             bytesCarried += count;
         }
         if (!isSilent) {
-            SendAll(to, {block.data(), static_cast<std::size_t>(count)}, stop);
+            Carry(to, {block.data(), static_cast<std::size_t>(count)}, stop);
         }
         if (bytesCarried >= most) {
             Reset(client);

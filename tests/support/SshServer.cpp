@@ -44,7 +44,7 @@ bool CanConnect(uint16_t port)
 
 } // namespace
 
-CSshServer::CSshServer()
+CSshServer::CSshServer(const QString& more) : more(more)
 {
     if (!QFile::exists(Programs + QStringLiteral("sbin/sshd"))) {
         problem = QStringLiteral("There is no sshd below %1").arg(Programs);
@@ -152,7 +152,7 @@ void CSshServer::WriteConfiguration() const
     if (QFile::exists(own + QStringLiteral("sshd-auth"))) {
         lines += QStringLiteral("SshdAuthPath %1sshd-auth\n").arg(own);
     }
-    SetMode(scratch.Write(QStringLiteral("server.conf"), lines.toUtf8()), 0644);
+    SetMode(scratch.Write(QStringLiteral("server.conf"), (lines + more).toUtf8()), 0644);
 }
 
 void CSshServer::Start()

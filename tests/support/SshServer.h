@@ -12,7 +12,8 @@
 // lives.
 class CSshServer {
 public:
-    CSshServer();
+    // more: lines of its configuration, each with its end.
+    explicit CSshServer(const QString& more = {});
     ~CSshServer();
     CSshServer(const CSshServer&) = delete;
     CSshServer& operator=(const CSshServer&) = delete;
@@ -45,6 +46,7 @@ private:
     bool WaitUntilItListens();
 
     const CScratchFolder scratch;
+    const QString more;
     uint16_t port = 0;
     QString problem;
     QProcess process;

@@ -28,7 +28,8 @@ const char* const nameAttribute = "destination";
 // Finds its items again as long as the program has this name.
 const SecretSchema& GetSchema()
 {
-    static const QByteArray name = GetApplicationId().toUtf8();
+    // Never destroyed: a thread that was abandoned may still be at work when the program ends.
+    static const QByteArray& name = *new QByteArray(GetApplicationId().toUtf8());
     static const SecretSchema schema = [] {
         SecretSchema made{};
         made.name = name.constData();

@@ -8,10 +8,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <QCryptographicHash>
+
 #include "common/Text.h"
 #include "ftpengine/messages/EngineStatus.h"
 #include "ftpengine/net/Dial.h"
 #include "ftpengine/ssh/KnownHosts.h"
+#include "ftpengine/ssh/SshKeyFile.h"
 
 namespace {
 
@@ -25,11 +28,6 @@ const char* const ciphers = "aes128-gcm@openssh.com,aes256-gcm@openssh.com,chach
 
 // Nothing is read from files that this program doesn't know of: what is known is looked up by KnownHosts.
 const char* const nothing = "/dev/null";
-
-struct FreeKey {
-    void operator()(ssh_key key) const { ssh_key_free(key); }
-};
-using OwnedKey = std::unique_ptr<ssh_key_struct, FreeKey>;
 
 // An RSA key signs in several ways.
 bool IsOfKind(const QByteArray& offered, const QByteArray& known)
@@ -95,7 +93,8 @@ void CSshConnection::CloseSession::operator()(ssh_session_struct* session) const
 }
 
 CSshConnection::CSshConnection(const SessionSetting& setting, SessionLog& log)
-    : setting(setting),
+    : abortEvent(setting.abortEvent),
+      silence(setting.timeouts.reply),
       log(log),
       socket(Dial(setting.destination.server, setting.destination.port, setting.abortEvent)),
       lent(socket),
@@ -104,14 +103,20 @@ CSshConnection::CSshConnection(const SessionSetting& setting, SessionLog& log)
     if (!session) {
         throw EngineStatus::NoBufferSpace;
     }
-    SetOptions();
+    const auto known =
+        FindKnownHostKeys(setting.trustFolder, setting.destination.server, setting.destination.port);
+    SetOptions(setting.destination.userName, OrderKinds(known));
     ShakeHands();
-    CheckIdentity();
+    ServerIdentity identity = ReadIdentity();
+    identity.server = setting.destination.server;
+    identity.port = setting.destination.port;
+    identity.doubt = JudgeHostKey(known, identity.hostKey);
+    log.identity = identity;
+    Require(identity, setting.destination.fingerprint);
 }
 
-void CSshConnection::SetOptions()
+void CSshConnection::SetOptions(const QString& userName, const QByteArray& kinds)
 {
-    const FTPDestinationConnection& destination = setting.destination;
     const auto set = [this](ssh_options_e option, const void* value) {
         if (ssh_options_set(session.get(), option, value) != SSH_OK) {
             ThrowTracedLiterally("CSshConnection, option refused", EngineStatus::InvalidName);
@@ -121,16 +126,17 @@ void CSshConnection::SetOptions()
     set(SSH_OPTIONS_PROCESS_CONFIG, &readsFiles);
     set(SSH_OPTIONS_KNOWNHOSTS, nothing);
     set(SSH_OPTIONS_GLOBAL_KNOWNHOSTS, nothing);
-    set(SSH_OPTIONS_HOST, Narrow(destination.server).c_str());
-    const unsigned port = destination.port;
-    set(SSH_OPTIONS_PORT, &port);
-    set(SSH_OPTIONS_USER, Narrow(destination.userName).c_str());
+    // It connects to nothing by itself, and would refuse some names that the system finds.
+    set(SSH_OPTIONS_HOST, "server");
+    // Without one the user has the same name there as here.
+    if (!userName.isEmpty()) {
+        set(SSH_OPTIONS_USER, Narrow(userName).c_str());
+    }
     const int descriptor = lent.Get();
     set(SSH_OPTIONS_FD, &descriptor);
     set(SSH_OPTIONS_CIPHERS_C_S, ciphers);
     set(SSH_OPTIONS_CIPHERS_S_C, ciphers);
-    const auto known = FindKnownHostKeys(setting.trustFolder, destination.server, destination.port);
-    set(SSH_OPTIONS_HOSTKEYS, OrderKinds(known).constData());
+    set(SSH_OPTIONS_HOSTKEYS, kinds.constData());
     ssh_set_blocking(session.get(), 0);
 }
 
@@ -142,41 +148,30 @@ void CSshConnection::ShakeHands()
     }
 }
 
-void CSshConnection::CheckIdentity()
-{
-    log.identity = ReadIdentity();
-    const ServerIdentity& identity = *log.identity;
-    log.transcript.push_back(identity.subject + QLatin1Char(' ') + identity.FormatFingerprint());
-    const QByteArray& only = setting.destination.fingerprint;
-    const bool isTrusted =
-        only.isEmpty() ? identity.doubt == ServerIdentity::Doubt::None : identity.fingerprint == only;
-    if (!isTrusted) {
-        ThrowTracedLiterally("CSshConnection, unknown host key", EngineStatus::UntrustedServer);
-    }
-}
-
+// What the server has shown of itself, whether or not it is to be taken.
 ServerIdentity CSshConnection::ReadIdentity()
 {
     ssh_key shown = nullptr;
     if (ssh_get_server_publickey(session.get(), &shown) != SSH_OK) {
         Fail(EngineStatus::TlsFailed);
     }
-    const OwnedKey key(shown);
+    const OwnedSshKey key(shown);
     ServerIdentity identity;
-    identity.server = setting.destination.server;
-    identity.port = setting.destination.port;
     identity.hostKey = BlobOf(shown);
+    identity.fingerprint = QCryptographicHash::hash(identity.hostKey, QCryptographicHash::Sha256);
     identity.subject = QString::fromLatin1(KindOfHostKey(identity.hostKey));
-    uint8_t* hash = nullptr;
-    std::size_t size = 0;
-    if (ssh_get_publickey_hash(shown, SSH_PUBLICKEY_HASH_SHA256, &hash, &size) != SSH_OK) {
-        Fail(EngineStatus::TlsFailed);
-    }
-    identity.fingerprint = QByteArray(reinterpret_cast<const char*>(hash), static_cast<qsizetype>(size));
-    ssh_clean_pubkey_hash(&hash);
-    const auto known = FindKnownHostKeys(setting.trustFolder, identity.server, identity.port);
-    identity.doubt = JudgeHostKey(known, identity.hostKey);
+    log.transcript.push_back(identity.subject + QLatin1Char(' ') + identity.FormatFingerprint());
     return identity;
+}
+
+// only: the one fingerprint to be taken; empty if all are that are in no doubt.
+void CSshConnection::Require(const ServerIdentity& identity, const QByteArray& only)
+{
+    const bool isTrusted =
+        only.isEmpty() ? identity.doubt == ServerIdentity::Doubt::None : identity.fingerprint == only;
+    if (!isTrusted) {
+        ThrowTracedLiterally("CSshConnection, unknown host key", EngineStatus::UntrustedServer);
+    }
 }
 
 int CSshConnection::Repeat(int again, const std::function<int()>& step)
@@ -193,8 +188,7 @@ void CSshConnection::Wait()
 {
     const int descriptor = socket.GetDescriptor();
     const bool hasMoreToSend = (ssh_get_poll_flags(session.get()) & SSH_WRITE_PENDING) != 0;
-    const auto silence = setting.timeouts.reply;
-    const WaitedDescriptor abort = UntilSet(*setting.abortEvent);
+    const WaitedDescriptor abort = UntilSet(*abortEvent);
     const WaitResult result = hasMoreToSend ? WaitForFirst({abort, {descriptor}, {descriptor, true}}, silence)
                                             : WaitForFirst({abort, {descriptor}}, silence);
     if (result == WaitResult::First) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -7,7 +8,6 @@
 #include "ftpengine/session/SessionSetting.h"
 
 struct ssh_session_struct;
-struct ssh_key_struct;
 
 // A second descriptor of a socket, for the library: whether that closes what it was given, and when, depends
 // on its version and on how far it came. Closed at the end if it is still there.
@@ -32,7 +32,7 @@ private:
 class CSshConnection final {
 public:
     // Connects and agrees on keys. Sets the identity in the log, and throws 12045 if it is in doubt; another
-    // int if the network fails. setting, log: borrowed; outlive the connection.
+    // int if the network fails. log: borrowed; outlives the connection.
     CSshConnection(const SessionSetting& setting, SessionLog& log);
     ~CSshConnection() = default;
     CSshConnection(const CSshConnection&) = delete;
@@ -61,12 +61,13 @@ private:
         void operator()(ssh_session_struct* session) const;
     };
 
-    void SetOptions();
+    void SetOptions(const QString& userName, const QByteArray& kinds);
     void ShakeHands();
-    void CheckIdentity();
     ServerIdentity ReadIdentity();
+    static void Require(const ServerIdentity& identity, const QByteArray& only);
 
-    const SessionSetting& setting;
+    const std::shared_ptr<CEvent> abortEvent;
+    const std::chrono::milliseconds silence; // that ends a wait
     SessionLog& log;
     CSocket socket;
     CLentDescriptor lent;

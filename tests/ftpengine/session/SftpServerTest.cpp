@@ -1,30 +1,19 @@
-#include <chrono>
 #include <sys/mount.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <thread>
-#include <unistd.h>
 
 #include <QBuffer>
-#include <QCryptographicHash>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 
 #include "ResourceGuard.h"
 #include "ftpengine/messages/EngineStatus.h"
-#include "ftpengine/messages/FTPReply.h"
-#include "ftpengine/session/SftpSession.h"
-#include "ftpengine/ssh/KnownHosts.h"
+#include "session/SftpServerFixture.h"
 #include "support/CuttingProxy.h"
-#include "support/SshServer.h"
 
-// The session against OpenSSH's server.
+// What a session does with a real server, and without it when the connection breaks.
 
 namespace {
-
-using Doubt = ServerIdentity::Doubt;
 
 QByteArray Pattern(qsizetype size)
 {
@@ -58,68 +47,33 @@ private:
     qint64 given = 0;
 };
 
-class SftpServer : public testing::Test {
+// A disk of a megabyte in a folder that it makes, for as long as it lives.
+class CSmallDisk {
+public:
+    explicit CSmallDisk(const QString& folder) : path(QFile::encodeName(folder))
+    {
+        QDir().mkpath(folder);
+        isThere = ::mount("none", path.constData(), "tmpfs", 0, "size=1m,mode=0777") == 0;
+    }
+    ~CSmallDisk()
+    {
+        if (isThere) {
+            ::umount2(path.constData(), MNT_DETACH);
+        }
+    }
+    CSmallDisk(const CSmallDisk&) = delete;
+    CSmallDisk& operator=(const CSmallDisk&) = delete;
+
+    bool IsThere() const { return isThere; }
+
+private:
+    const QByteArray path;
+    bool isThere = false;
+};
+
+class SftpServer : public CSftpServerFixture {
 protected:
-    CSshServer server;
-    const CScratchFolder scratch;
-    SessionSetting setting;
-    SessionLog log;
-    const QByteArray formerHome = qgetenv("HOME");
-    const QByteArray formerAgent = qgetenv("SSH_AUTH_SOCK");
-
-    SftpServer()
-    {
-        qputenv("HOME", scratch.Path(QStringLiteral("home")).toUtf8());
-        qunsetenv("SSH_AUTH_SOCK");
-        setting.destination = server.GetDestination();
-        setting.abortEvent = std::make_shared<CEvent>();
-        setting.trustFolder = scratch.Path(QStringLiteral("trust"));
-    }
-    ~SftpServer() override
-    {
-        qputenv("HOME", formerHome);
-        if (!formerAgent.isNull()) {
-            qputenv("SSH_AUTH_SOCK", formerAgent);
-        } else {
-            qunsetenv("SSH_AUTH_SOCK");
-        }
-    }
-
-    void SetUp() override
-    {
-        if (!server.GetProblem().isEmpty()) {
-            FAIL() << qPrintable(server.GetProblem());
-        }
-    }
-
-    // The usual case: the server is known, and there is a key for it.
-    void Prepare()
-    {
-        scratch.Write(QStringLiteral("trust/known_hosts"), server.GetKnownHostsLine());
-        const QString key =
-            server.MakeKey(QStringLiteral("key"), {QStringLiteral("-t"), QStringLiteral("ed25519")}, {});
-        server.Authorise(key);
-        setting.destination.identityFile = key;
-    }
-
-    std::unique_ptr<CRemoteSession> Open() { return OpenSftpSession(setting, log); }
-
-    QString Thrown(const std::function<void()>& action)
-    {
-        try {
-            action();
-        } catch (int number) {
-            return QString::number(number);
-        } catch (const FTPReply& reply) {
-            return reply.text;
-        }
-        return {};
-    }
-
-    QString LoginResult()
-    {
-        return Thrown([this] { Open()->Quit(); });
-    }
+    using CSftpServerFixture::CSftpServerFixture;
 
     static void Send(CRemoteSession& session, const QString& path, const QByteArray& bytes)
     {
@@ -142,6 +96,12 @@ protected:
         EXPECT_EQ(::stat(QFile::encodeName(server.GetRoot() + path).constData(), &status), 0);
         return status.st_mode & 07777;
     }
+};
+
+// Agrees on keys anew after each megabyte, while blocks are under way.
+class SftpServerRekeying : public SftpServer {
+protected:
+    SftpServerRekeying() : SftpServer(QStringLiteral("RekeyLimit 1M\n")) {}
 };
 
 } // namespace
@@ -184,6 +144,16 @@ TEST_F(SftpServer, DoesWhatASessionAsksFor)
     session->Quit();
 }
 
+TEST_F(SftpServerRekeying, LosesNoByte)
+{
+    Prepare();
+    const auto session = Open();
+    const QByteArray bytes = Pattern(20'000'000);
+    Send(*session, QStringLiteral("f"), bytes);
+    EXPECT_TRUE(OnDisk(QStringLiteral("f")) == bytes);
+    EXPECT_TRUE(session->Read(QStringLiteral("f"), bytes.size()) == bytes);
+}
+
 TEST_F(SftpServer, OpensTheDestinationsDirectory)
 {
     Prepare();
@@ -197,177 +167,6 @@ TEST_F(SftpServer, OpensTheDestinationsDirectory)
     }
     setting.destination.directory = QStringLiteral("a/gone");
     EXPECT_EQ(LoginResult(), QStringLiteral("550 a/gone: No such file\r\n"));
-}
-
-TEST_F(SftpServer, TakesKeysOfAllUsualKindsAndTheirPassphrases)
-{
-    scratch.Write(QStringLiteral("trust/known_hosts"), server.GetKnownHostsLine());
-    const struct {
-        const char* kind;
-        const char* passphrase;
-    } rows[] = {
-        {"-t ed25519", ""},
-        {"-t ed25519", "s3cret phrase"},
-        {"-t rsa -b 2048", ""},
-        {"-t rsa -b 2048 -m PEM", "s3cret"},
-        {"-t ecdsa -b 256", "\xc3\xbc\xe2\x82\xac\xc3\xa4"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.kind);
-        const QString key = server.MakeKey(QStringLiteral("key%1").arg(&row - rows),
-                                           QString::fromLatin1(row.kind).split(QLatin1Char(' ')),
-                                           QString::fromUtf8(row.passphrase));
-        setting.destination.identityFile = key;
-        setting.destination.password = QString::fromUtf8(row.passphrase);
-        EXPECT_TRUE(LoginResult().startsWith(QStringLiteral("530 "))); // the server doesn't know it yet
-        server.Authorise(key);
-        EXPECT_EQ(LoginResult(), QString());
-        if (*row.passphrase != '\0') {
-            for (const char* wrong : {"", "wrong one"}) {
-                setting.destination.password = QString::fromLatin1(wrong);
-                EXPECT_TRUE(LoginResult().contains(
-                    QStringLiteral("the key file %1, whose passphrase is missing or wrong").arg(key)))
-                    << qPrintable(LoginResult());
-            }
-        }
-    }
-}
-
-TEST_F(SftpServer, NamesTheKeyFileThatIsOfNoUse)
-{
-    Prepare();
-    setting.destination.identityFile = scratch.Path(QStringLiteral("gone"));
-    EXPECT_EQ(
-        LoginResult(),
-        QStringLiteral("530 The server refused the login of '%1'. Tried: the key file %2, which can't be "
-                       "opened. It takes: publickey.\r\n")
-            .arg(setting.destination.userName, setting.destination.identityFile));
-    setting.destination.identityFile = scratch.Write(QStringLiteral("text"), "no key\n");
-    EXPECT_TRUE(LoginResult().contains(QStringLiteral("which holds no key that can be used")));
-}
-
-TEST_F(SftpServer, TakesTheUsersOwnKeys)
-{
-    Prepare();
-    QDir().mkpath(scratch.Path(QStringLiteral("home/.ssh")));
-    EXPECT_TRUE(
-        QFile::copy(setting.destination.identityFile, scratch.Path(QStringLiteral("home/.ssh/id_ed25519"))));
-    setting.destination.identityFile.clear();
-    EXPECT_EQ(LoginResult(), QString());
-}
-
-TEST_F(SftpServer, TakesTheKeysOfTheAgent)
-{
-    Prepare();
-    const QString key = setting.destination.identityFile;
-    setting.destination.identityFile.clear();
-    EXPECT_TRUE(LoginResult().contains(QStringLiteral("neither a key nor a password")));
-    const QString path = scratch.Path(QStringLiteral("agent"));
-    QProcess agent;
-    agent.start(QStringLiteral("ssh-agent"), {QStringLiteral("-D"), QStringLiteral("-a"), path});
-    ASSERT_TRUE(agent.waitForStarted());
-    QElapsedTimer patience;
-    patience.start();
-    // It tells nobody when it listens.
-    while (!QFile::exists(path) && patience.elapsed() < 10'000) {
-        agent.waitForFinished(20);
-    }
-    qputenv("SSH_AUTH_SOCK", path.toUtf8());
-    const QString refused = LoginResult();
-    EXPECT_TRUE(refused.contains(QStringLiteral("Tried: the keys of the agent."))) << qPrintable(refused);
-    EXPECT_EQ(QProcess::execute(QStringLiteral("ssh-add"), {QStringLiteral("-q"), key}), 0);
-    const CResourceGuard guard;
-    EXPECT_EQ(LoginResult(), QString());
-    // A key file that is named is the only one.
-    setting.destination.identityFile = scratch.Path(QStringLiteral("gone"));
-    EXPECT_TRUE(LoginResult().startsWith(QStringLiteral("530 ")));
-    agent.kill();
-    agent.waitForFinished();
-}
-
-TEST_F(SftpServer, AnAgentThatNeverAnswersIsLeftByACancel)
-{
-    Prepare();
-    setting.destination.identityFile.clear();
-    const QString path = scratch.Path(QStringLiteral("agent"));
-    const CSocket silent(::socket(AF_UNIX, SOCK_STREAM, 0));
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    qstrncpy(address.sun_path, path.toUtf8().constData(), sizeof address.sun_path);
-    ASSERT_EQ(::bind(silent.GetDescriptor(), reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
-    ASSERT_EQ(::listen(silent.GetDescriptor(), 4), 0);
-    qputenv("SSH_AUTH_SOCK", path.toUtf8());
-    std::thread cancelling([&] {
-        // The library has connected, and waits for an answer.
-        WaitForFirst({{silent.GetDescriptor()}}, std::chrono::seconds(30));
-        setting.abortEvent->Set();
-    });
-    EXPECT_EQ(LoginResult(), QString::number(EngineStatus::Aborted));
-    cancelling.join();
-    // Without a cancel the patience ends, and the login goes on without it.
-    setting.abortEvent = std::make_shared<CEvent>();
-    setting.timeouts.reply = std::chrono::seconds(2);
-    const QString refused = LoginResult();
-    EXPECT_TRUE(refused.contains(QStringLiteral("the keys of the agent"))) << qPrintable(refused);
-}
-
-TEST_F(SftpServer, OnlyAKnownServerIsTaken)
-{
-    Prepare();
-    const QByteArray right = server.GetKnownHostsLine();
-    const QByteArray name = right.left(right.indexOf(' ') + 1);
-    const QString otherKey =
-        server.MakeKey(QStringLiteral("other"), {QStringLiteral("-t"), QStringLiteral("ed25519")}, {});
-    QFile other(otherKey + QStringLiteral(".pub"));
-    ASSERT_TRUE(other.open(QIODevice::ReadOnly));
-    const QByteArray wrong = name + other.readAll();
-    const QString untrusted = QString::number(EngineStatus::UntrustedServer);
-    const struct {
-        QByteArray own;   // the trust folder's
-        QByteArray users; // ~/.ssh/known_hosts
-        QString result;
-        Doubt doubt;
-    } rows[] = {
-        {"", "", untrusted, Doubt::UnknownAuthority},
-        {right, "", {}, Doubt::None},
-        {"", right, {}, Doubt::None},
-        {wrong, "", untrusted, Doubt::Changed},
-        {"", wrong, untrusted, Doubt::Changed},
-        {right, wrong, {}, Doubt::None}, // the person has said so here
-        {wrong + right, "", {}, Doubt::None},
-        {"", "@revoked " + right, untrusted, Doubt::Changed},
-    };
-    for (const auto& row : rows) {
-        scratch.Write(QStringLiteral("trust/known_hosts"), row.own);
-        scratch.Write(QStringLiteral("home/.ssh/known_hosts"), row.users);
-        log = {};
-        EXPECT_EQ(LoginResult(), row.result) << (&row - rows);
-        ASSERT_TRUE(log.identity.has_value());
-        EXPECT_EQ(log.identity->doubt, row.doubt) << (&row - rows);
-        EXPECT_EQ(log.identity->subject, QStringLiteral("ssh-ed25519"));
-        EXPECT_EQ(log.identity->hostKey, QByteArray::fromBase64(server.GetHostKey().split(' ').value(1)));
-        EXPECT_EQ(log.identity->fingerprint,
-                  QCryptographicHash::hash(log.identity->hostKey, QCryptographicHash::Sha256));
-    }
-    // What a person takes is known from then on, and the user's own file stays as it is.
-    scratch.Write(QStringLiteral("trust/known_hosts"), {});
-    scratch.Write(QStringLiteral("home/.ssh/known_hosts"), wrong);
-    EXPECT_EQ(LoginResult(), untrusted);
-    ASSERT_TRUE(RememberHostKey(setting.trustFolder, *log.identity));
-    EXPECT_EQ(LoginResult(), QString());
-    EXPECT_EQ(scratch.Read(QStringLiteral("home/.ssh/known_hosts")), wrong);
-}
-
-TEST_F(SftpServer, AFingerprintThatIsGivenIsTheOnlyOneTaken)
-{
-    Prepare();
-    const QByteArray blob = QByteArray::fromBase64(server.GetHostKey().split(' ').value(1));
-    setting.destination.fingerprint = QCryptographicHash::hash(blob, QCryptographicHash::Sha256);
-    scratch.Write(QStringLiteral("trust/known_hosts"), {});
-    EXPECT_EQ(LoginResult(), QString());
-    scratch.Write(QStringLiteral("trust/known_hosts"), server.GetKnownHostsLine());
-    setting.destination.fingerprint = QByteArray(32, 'x');
-    EXPECT_EQ(LoginResult(), QString::number(EngineStatus::UntrustedServer));
 }
 
 TEST_F(SftpServer, WhatIsNotAllowedIsARefusal)
@@ -391,9 +190,8 @@ TEST_F(SftpServer, WhatIsNotAllowedIsARefusal)
 TEST_F(SftpServer, AFullDiskIsNamed)
 {
     Prepare();
-    const QString full = server.GetRoot() + QStringLiteral("full");
-    QDir().mkpath(full);
-    if (::mount("none", QFile::encodeName(full).constData(), "tmpfs", 0, "size=1m,mode=0777") != 0) {
+    const CSmallDisk disk(server.GetRoot() + QStringLiteral("full"));
+    if (!disk.IsThere()) {
         GTEST_SKIP() << "Only the administrator can make a small disk; SftpSession has the case in memory.";
     }
     const auto session = Open();
@@ -401,8 +199,7 @@ TEST_F(SftpServer, AFullDiskIsNamed)
               QStringLiteral("552 full/f: the server's disk is full.\r\n"));
     session->RemoveFile(QStringLiteral("full/f"));
     Send(*session, QStringLiteral("full/f"), "fits");
-    session->Quit();
-    EXPECT_EQ(::umount2(QFile::encodeName(full).constData(), MNT_DETACH), 0);
+    EXPECT_EQ(OnDisk(QStringLiteral("full/f")), "fits");
 }
 
 TEST_F(SftpServer, StoresManyFilesAndListsManyMore)
@@ -444,8 +241,7 @@ TEST_F(SftpServer, ASilentConnectionEndsEveryOperation)
     Prepare();
     CCuttingProxy proxy(server.GetPort());
     setting.destination.port = proxy.GetPort();
-    setting.destination.fingerprint = QCryptographicHash::hash(
-        QByteArray::fromBase64(server.GetHostKey().split(' ').value(1)), QCryptographicHash::Sha256);
+    setting.destination.fingerprint = GetFingerprint();
     setting.timeouts.reply = std::chrono::milliseconds(500);
     const auto session = Open();
     proxy.isSilent = true;
@@ -460,8 +256,7 @@ TEST_F(SftpServer, ABrokenConnectionIsAFailureOfTheNetworkWhereverItBreaks)
     Prepare();
     CCuttingProxy proxy(server.GetPort());
     setting.destination.port = proxy.GetPort();
-    setting.destination.fingerprint = QCryptographicHash::hash(
-        QByteArray::fromBase64(server.GetHostKey().split(' ').value(1)), QCryptographicHash::Sha256);
+    setting.destination.fingerprint = GetFingerprint();
     const auto doAll = [&] {
         const auto session = Open();
         session->MakeDirectory(QStringLiteral("d"));
