@@ -92,7 +92,7 @@ public:
         // What a person has decided.
         bool leaveOutMissing = false; // absent pictures and unreadable watermarks; nothing is tidied up then
         bool overwrite = false;       // somebody else's files in the target
-        bool isDryRun = false;        // of a server: ends after the comparison
+        bool isDryRun = false;        // of a server: ends after the comparison, with its summary or its doubts
         // Where records of folders and the sites of servers are kept.
         QString recordsFolder;
         QString sitesFolder;

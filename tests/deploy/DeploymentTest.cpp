@@ -220,6 +220,12 @@ TEST_F(Deployment, ADryRunChangesNothingOnTheServer)
     EXPECT_EQ(lines.mid(0, 3).join(QLatin1Char(' ')), QStringLiteral("6 new 0 changed 0 removed"));
     EXPECT_TRUE(lines[3].endsWith(QStringLiteral(" bytes")));
     EXPECT_GT(result.summary->bytes, 0);
+    // It tells as well what would stop the run itself.
+    server.Put(QStringLiteral("web/index.html"), "mine");
+    Expect<DeployDoubts>(Deploy(Server(), {.isDryRun = true}));
+    EXPECT_EQ(result.summary->changedFiles, 1);
+    Expect<DeployDone>(Deploy(Server(), {.overwrite = true, .isDryRun = true}));
+    EXPECT_EQ(server.Find(QStringLiteral("web/index.html"))->bytes, "mine");
 }
 
 TEST_F(Deployment, MissingFilesAreADoubtBeforeAnythingIsAskedOrWritten)
