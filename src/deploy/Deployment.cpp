@@ -147,8 +147,7 @@ DeployEnd CDeployment::DeployTo(const ServerTarget& target, CGalleryProject& pub
     Post(*result.summary);
     if (!setting.overwrite && !plan.strangers.isEmpty()) {
         server.Finish();
-        return DeployDoubts{
-            .absentPictures = {}, .unreadableWatermarks = {}, .strangeFiles = plan.strangers};
+        return DeployDoubts{.absentPictures = {}, .unreadableWatermarks = {}, .strangeFiles = plan.strangers};
     }
     if (!setting.isDryRun) {
         Begin(DeployPhase::Send);

@@ -49,6 +49,7 @@ private:
 
     void BeginNotes();
     void RunSteps();
+    void MakePlace();
     void MakeDirectories(const QStringList& directories);
     void SendStep(size_t begin, size_t end);
     void SendFile(CRemoteSession& session, Sending& sending);
