@@ -151,7 +151,9 @@ DeployEnd CDeployment::DeployTo(const ServerTarget& target, CGalleryProject& pub
     }
     if (!setting.isDryRun) {
         Begin(DeployPhase::Send);
-        result.warnings += server.Send(plan, [this](const SendProgress& progress) { Post(progress); });
+        result.warnings += server.Send(
+            plan, [this](const SendProgress& progress) { Post(progress); },
+            [this] { Begin(DeployPhase::Tidy); });
     }
     server.Finish();
     return DeployDone();

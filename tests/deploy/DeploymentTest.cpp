@@ -43,7 +43,7 @@ public:
 private:
     static QString Describe(const DeployPhaseBegun& begun)
     {
-        static const char* const names[] = {"look", "pages", "compare", "send"};
+        static const char* const names[] = {"look", "pages", "compare", "send", "tidy"};
         return QString::fromLatin1(names[static_cast<int>(begun.phase)]);
     }
     static QString Describe(const DeployPagesDone& pages)
@@ -204,6 +204,8 @@ TEST_F(Deployment, TheNextOneSendsOnlyWhatChanged)
     EXPECT_EQ(result.summary->newFiles, 1);     // its picture
     EXPECT_EQ(result.summary->changedFiles, 1); // the second page
     EXPECT_EQ(result.summary->removedFiles, 1); // the other picture
+    EXPECT_TRUE(receiver->GetWords().endsWith(QStringLiteral(" tidy ended")))
+        << qPrintable(receiver->GetWords());
     Expect<DeployDone>(Deploy(Folder()));
     EXPECT_EQ(Served(), InFolder());
 }

@@ -97,6 +97,9 @@ void CSiteSender::RunSteps()
         SendStep(begin, end);
         begin = end;
     }
+    if (setting.onTidy && plan.CountRemoved() > 0) {
+        setting.onTidy();
+    }
     RemoveFiles(plan.removedPages);
     // A page that the server has kept still shows its pictures.
     if (HasRemovedAll()) {
