@@ -145,13 +145,15 @@ DeployEnd CDeployment::DeployTo(const ServerTarget& target, CGalleryProject& pub
     const SitePlan plan = server.Compare(paths, !missing.IsAnyMissing(), cancel);
     result.summary = SummaryOf(plan);
     Post(*result.summary);
+    if (!setting.overwrite && !plan.strangers.isEmpty()) {
+        server.Finish();
+        return DeployDoubts{.absentPictures = {}, .unreadableWatermarks = {}, .strangeFiles = plan.strangers};
+    }
     if (!setting.isDryRun) {
-        if (!setting.overwrite && !plan.strangers.isEmpty()) {
-            return DeployDoubts{
-                .absentPictures = {}, .unreadableWatermarks = {}, .strangeFiles = plan.strangers};
-        }
         Begin(DeployPhase::Send);
-        result.warnings += server.Send(plan, [this](const SendProgress& progress) { Post(progress); });
+        result.warnings += server.Send(
+            plan, [this](const SendProgress& progress) { Post(progress); },
+            [this] { Begin(DeployPhase::Tidy); });
     }
     server.Finish();
     return DeployDone();

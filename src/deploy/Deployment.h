@@ -35,8 +35,9 @@ struct ServerTarget {
 };
 using DeploymentTarget = std::variant<FolderTarget, ServerTarget>;
 
-// The sections of a run, in their order; those of a server after Pages are passed over for a folder.
-enum class DeployPhase { Look, Pages, Compare, Send };
+// The sections of a run, in their order. Those after Pages are a server's, and Tidy comes only if something
+// is to be removed there.
+enum class DeployPhase { Look, Pages, Compare, Send, Tidy };
 
 // What a comparison has found.
 struct DeploySummary {
@@ -92,7 +93,7 @@ public:
         // What a person has decided.
         bool leaveOutMissing = false; // absent pictures and unreadable watermarks; nothing is tidied up then
         bool overwrite = false;       // somebody else's files in the target
-        bool isDryRun = false;        // of a server: ends after the comparison
+        bool isDryRun = false; // of a server: ends after the comparison, with its summary or its doubts
         // Where records of folders and the sites of servers are kept.
         QString recordsFolder;
         QString sitesFolder;

@@ -43,7 +43,7 @@ public:
 private:
     static QString Describe(const DeployPhaseBegun& begun)
     {
-        static const char* const names[] = {"look", "pages", "compare", "send"};
+        static const char* const names[] = {"look", "pages", "compare", "send", "tidy"};
         return QString::fromLatin1(names[static_cast<int>(begun.phase)]);
     }
     static QString Describe(const DeployPagesDone& pages)
@@ -204,6 +204,8 @@ TEST_F(Deployment, TheNextOneSendsOnlyWhatChanged)
     EXPECT_EQ(result.summary->newFiles, 1);     // its picture
     EXPECT_EQ(result.summary->changedFiles, 1); // the second page
     EXPECT_EQ(result.summary->removedFiles, 1); // the other picture
+    EXPECT_TRUE(receiver->GetWords().endsWith(QStringLiteral(" tidy ended")))
+        << qPrintable(receiver->GetWords());
     Expect<DeployDone>(Deploy(Folder()));
     EXPECT_EQ(Served(), InFolder());
 }
@@ -220,6 +222,12 @@ TEST_F(Deployment, ADryRunChangesNothingOnTheServer)
     EXPECT_EQ(lines.mid(0, 3).join(QLatin1Char(' ')), QStringLiteral("6 new 0 changed 0 removed"));
     EXPECT_TRUE(lines[3].endsWith(QStringLiteral(" bytes")));
     EXPECT_GT(result.summary->bytes, 0);
+    // It tells as well what would stop the run itself.
+    server.Put(QStringLiteral("web/index.html"), "mine");
+    Expect<DeployDoubts>(Deploy(Server(), {.isDryRun = true}));
+    EXPECT_EQ(result.summary->changedFiles, 1);
+    Expect<DeployDone>(Deploy(Server(), {.overwrite = true, .isDryRun = true}));
+    EXPECT_EQ(server.Find(QStringLiteral("web/index.html"))->bytes, "mine");
 }
 
 TEST_F(Deployment, MissingFilesAreADoubtBeforeAnythingIsAskedOrWritten)
@@ -261,8 +269,10 @@ TEST_F(Deployment, StrangersOnTheServerAreADoubt)
     const auto doubts = Expect<DeployDoubts>(Deploy(Server()));
     EXPECT_EQ(doubts.strangeFiles, QStringList(QStringLiteral("index.html")));
     const DeployError error = StrangeFilesOnServerError(doubts.strangeFiles);
-    EXPECT_EQ(error.description, QStringLiteral("The gallery was not published: there is something to decide first."));
-    EXPECT_TRUE(error.reason.endsWith(QStringLiteral("overwritten: 1.\nindex.html"))) << qPrintable(error.reason);
+    EXPECT_EQ(error.description,
+              QStringLiteral("The gallery was not published: there is something to decide first."));
+    EXPECT_TRUE(error.reason.endsWith(QStringLiteral("overwritten: 1.\nindex.html")))
+        << qPrintable(error.reason);
     EXPECT_TRUE(error.solution.contains(QStringLiteral("--overwrite")));
     EXPECT_EQ(Served().size(), 1u);
     EXPECT_EQ(server.Find(QStringLiteral("web/index.html"))->bytes, "mine");

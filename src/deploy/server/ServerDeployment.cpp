@@ -38,7 +38,8 @@ SitePlan CServerDeployment::Compare(const QStringList& paths, bool removeLeftove
 }
 
 QStringList CServerDeployment::Send(const SitePlan& plan,
-                                    const std::function<void(const SendProgress&)>& onProgress)
+                                    const std::function<void(const SendProgress&)>& onProgress,
+                                    const std::function<void()>& onTidy)
 {
     CSiteSender sender({.siteFolder = folder.GetSite(),
                         .place = setting.place,
@@ -46,7 +47,8 @@ QStringList CServerDeployment::Send(const SitePlan& plan,
                         .crew = crew,
                         .journal = journal,
                         .onProgress = onProgress,
-                        .now = {}},
+                        .now = {},
+                        .onTidy = onTidy},
                        plan);
     sender.Run();
     return sender.GetWarnings();

@@ -35,8 +35,9 @@ public:
     void TryLogin();
     // paths: of the site's files. removeLeftovers: what the site no longer has goes from the server.
     SitePlan Compare(const QStringList& paths, bool removeLeftovers, const CStopSignal& stop);
-    // Warnings for people.
-    QStringList Send(const SitePlan& plan, const std::function<void(const SendProgress&)>& onProgress);
+    // Answers warnings for people. onTidy: all is sent, and leftovers are removed next.
+    QStringList Send(const SitePlan& plan, const std::function<void(const SendProgress&)>& onProgress,
+                     const std::function<void()>& onTidy);
     // The end after success.
     void Finish();
 

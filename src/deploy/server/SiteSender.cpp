@@ -97,6 +97,9 @@ void CSiteSender::RunSteps()
         SendStep(begin, end);
         begin = end;
     }
+    if (setting.onTidy && plan.CountRemoved() > 0) {
+        setting.onTidy();
+    }
     RemoveFiles(plan.removedPages);
     // A page that the server has kept still shows its pictures.
     if (HasRemovedAll()) {
@@ -111,28 +114,29 @@ void CSiteSender::RunSteps()
     warnings += notRemoved;
 }
 
+// Level by level: servers make one at a time.
+void CSiteSender::MakePlace()
+{
+    const QString own = setting.place.directory;
+    for (qsizetype end = own.indexOf(QLatin1Char('/'), 1); end > 0;
+         end = own.indexOf(QLatin1Char('/'), end + 1)) {
+        // One that is there already may be out of bounds itself.
+        setting.crew.Run(CSessionCrew::Job{own, [above = own.left(end)](CRemoteSession& session) {
+                                               TolerateRefusal([&] { session.MakeDirectory(above); });
+                                           }});
+    }
+    if (!own.isEmpty() && !own.endsWith(QLatin1Char('/'))) {
+        setting.crew.Run(CSessionCrew::Job{own, [own](CRemoteSession& session) {
+                                               session.MakeDirectory(own);
+                                           }});
+    }
+}
+
 // Those of one level at once, since the one above has to be there.
 void CSiteSender::MakeDirectories(const QStringList& directories)
 {
     if (directories.contains(QString())) {
-        const QStringList names = setting.place.directory.split(QLatin1Char('/'), Qt::SkipEmptyParts);
-        const bool isAbsolute = setting.place.directory.startsWith(QLatin1Char('/'));
-        for (qsizetype count = 1; count <= names.size(); ++count) {
-            const QString above =
-                (isAbsolute ? QStringLiteral("/") : QString()) + names.mid(0, count).join(QLatin1Char('/'));
-            const bool isOwn = count == names.size();
-            setting.crew.Run(CSessionCrew::Job{above, [above, isOwn](CRemoteSession& session) {
-                                                   try {
-                                                       session.MakeDirectory(above);
-                                                   } catch (const FTPReply& reply) {
-                                                       // One that is there already may be out of bounds
-                                                       // itself.
-                                                       if (isOwn || IsBreak(reply)) {
-                                                           throw;
-                                                       }
-                                                   }
-                                               }});
-        }
+        MakePlace();
     }
     std::map<qsizetype, std::vector<CSessionCrew::Job>> levels;
     for (const QString& directory : directories) {

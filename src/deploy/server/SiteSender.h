@@ -25,9 +25,10 @@ public:
         QString projectKey;
         CSessionCrew& crew;
         CSiteJournal& journal;
-        std::function<void(const SendProgress&)>
-            onProgress;                                     // one call at a time, on any thread; may be empty
+        // One call at a time, on any thread; may be empty.
+        std::function<void(const SendProgress&)> onProgress;
         std::function<CSendTally::Clock::time_point()> now; // for tests; empty for the real one
+        std::function<void()> onTidy = {};                  // all is sent, and leftovers are removed next
     };
 
     CSiteSender(const Setting& setting, const SitePlan& plan);
@@ -49,6 +50,7 @@ private:
 
     void BeginNotes();
     void RunSteps();
+    void MakePlace();
     void MakeDirectories(const QStringList& directories);
     void SendStep(size_t begin, size_t end);
     void SendFile(CRemoteSession& session, Sending& sending);
