@@ -1,5 +1,7 @@
 #include "ftpengine/session/FTPSession.h"
 
+#include <atomic>
+
 #include "session/FTPSessionFixture.h"
 
 namespace {
@@ -266,7 +268,7 @@ TEST_F(FTPSession, ADirectoryThatIsThereIsAsGoodAsMade)
 
 TEST_F(FTPSession, ARenameReplacesWhatIsThere)
 {
-    int refusals = 1;
+    std::atomic<int> refusals = 1;
     server.On("RNTO", [&refusals](CServerSession& session, const std::string&) {
         session.Send(refusals-- > 0 ? "553 it is there\r\n" : "250 renamed\r\n");
     });

@@ -367,7 +367,6 @@ TEST_F(FTPTls, TasksRunOverItAsWell)
 {
     const CTestCertificate own;
     const auto tls = Use(own);
-    server.listing.clear();
     FTPDestinationConnection destination = server.GetDestination();
     destination.protocol = ServerProtocol::FtpTls;
     const QString path = scratch.Write(QStringLiteral("file"), "content");
