@@ -285,6 +285,16 @@ TEST_F(FTPSession, ARenameReplacesWhatIsThere)
     server.Stop();
 }
 
+TEST_F(FTPSession, ARenameThatMaySucceedLaterRemovesNothing)
+{
+    server.Reply("RNTO", "450 busy\r\n");
+    server.PutFile("b", "old");
+    server.Start();
+    ASSERT_EQ(Open(), "done");
+    EXPECT_EQ(Outcome([&] { session->Rename(QStringLiteral("a"), QStringLiteral("b")); }), "refused 450");
+    EXPECT_EQ(server.GetFiles()["b"], "old");
+}
+
 TEST_F(FTPSession, TheServersWordsAboutABrokenTransferAreHeard)
 {
     server.On("STOR", [](CServerSession& session, const std::string&) {
