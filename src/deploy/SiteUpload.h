@@ -20,7 +20,7 @@ public:
 
     // Returns at once.
     void Start(const FTPUploadMap& items, const CFTPEngine::Target& target);
-    // Nothing new is begun from now on; a file in progress is sent to its end. IsFinished tells the end.
+    // Nothing new is begun from now on; a file in progress is broken off. IsFinished tells the end.
     void Cancel();
 
     void OnMessage(const FTPMessage& message);

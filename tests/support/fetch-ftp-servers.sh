@@ -24,4 +24,4 @@ for package in vsftpd proftpd-core proftpd-mod-crypto pure-ftpd openssh-server; 
     rm -rf fetched
 done
 # ProFTPD looks for its modules in one folder.
-cp -n proftpd-mod-crypto/usr/lib/proftpd/mod_tls.so proftpd-core/usr/lib/proftpd/
+cp proftpd-mod-crypto/usr/lib/proftpd/mod_tls.so proftpd-core/usr/lib/proftpd/

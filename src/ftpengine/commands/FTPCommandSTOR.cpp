@@ -32,7 +32,8 @@ private:
     const CFTPCommandSTOR::Transfer transfer;
     QFile file;
     std::array<char, blockSize> block;
-    std::string_view left; // of the block
+    qint64 size = 0;       // of what is in it
+    std::string_view left; // of that, to be sent
     int broken = 0;        // the failure of the connection, once it has failed
 };
 
@@ -55,6 +56,11 @@ CDataTransfer::Moved CFileSender::Move(CChannel& channel)
     // Odd on purpose: the blocks after the break of a connection are counted as well.
     broken = broken != 0 ? broken : result.error;
     left.remove_prefix(broken != 0 ? left.size() : result.bytes);
+    if (left.empty()) {
+        PostTo<FTPMessage>(
+            transfer.progressTarget,
+            FTP_UPLOAD_PROGRESS{.localPath = transfer.localPath, .bytes = static_cast<uint32_t>(size)});
+    }
     return Moved::Some;
 }
 
@@ -69,17 +75,12 @@ void CFileSender::OpenFile()
 // False at the end of the file.
 bool CFileSender::ReadBlock()
 {
-    const qint64 size = file.read(block.data(), blockSize);
+    size = file.read(block.data(), blockSize);
     if (size < 0) {
         throw EngineStatus::FromErrno(errno); // what has been sent is a part
     }
-    if (size == 0) {
-        return false;
-    }
     left = {block.data(), static_cast<std::size_t>(size)};
-    PostTo<FTPMessage>(transfer.progressTarget, FTP_UPLOAD_PROGRESS{.localPath = transfer.localPath,
-                                                                    .bytes = static_cast<uint32_t>(size)});
-    return true;
+    return size > 0;
 }
 
 void CFileSender::TraceFailure(State, int status) const

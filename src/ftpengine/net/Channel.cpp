@@ -29,12 +29,6 @@ SocketResult CChannel::EndSending()
     return result;
 }
 
-void CChannel::Close()
-{
-    tls.reset();
-    socket.Close();
-}
-
 void CChannel::Reset()
 {
     tls.reset();

@@ -29,8 +29,6 @@ public:
 
     // Tells the peer that all has been sent. May block.
     SocketResult EndSending();
-    // Closes without a word.
-    void Close();
     // Closes in such a way that the peer doesn't take what it has got for the whole.
     void Reset();
 

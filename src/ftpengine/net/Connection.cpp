@@ -24,11 +24,17 @@ int ConnectTo(CSocket& socket, const SocketAddress& address, std::chrono::millis
 void OpenConnection(const FTPDestinationConnection& destination, const std::shared_ptr<CEvent>& abortEvent,
                     CSocketStream& stream)
 {
-    const FTPTimeouts& timeouts = stream.GetTimeouts();
-    const auto addresses = LookUpHost(destination.server, destination.port, timeouts.lookUp, *abortEvent);
-    CSocket socket = ConnectToFirst(addresses, timeouts.connect, *abortEvent);
+    stream.Open(ConnectToServer(destination.server, destination.port, stream.GetTimeouts(), *abortEvent),
+                abortEvent);
+}
+
+CSocket ConnectToServer(const QString& server, uint16_t port, const FTPTimeouts& timeouts,
+                        const CEvent& abortEvent)
+{
+    CSocket socket =
+        ConnectToFirst(LookUpHost(server, port, timeouts.lookUp, abortEvent), timeouts.connect, abortEvent);
     socket.KeepAlive();
-    stream.Open(std::move(socket), abortEvent);
+    return socket;
 }
 
 CSocket ConnectToFirst(const std::vector<SocketAddress>& addresses, std::chrono::milliseconds timeout,

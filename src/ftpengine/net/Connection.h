@@ -15,6 +15,11 @@
 void OpenConnection(const FTPDestinationConnection& destination, const std::shared_ptr<CEvent>& abortEvent,
                     CSocketStream& stream);
 
+// Looks the server's name up and connects to it, for whoever speaks another protocol. The same ends and
+// failures.
+CSocket ConnectToServer(const QString& server, uint16_t port, const FTPTimeouts& timeouts,
+                        const CEvent& abortEvent);
+
 // Tries one address after the other, each for that long; throws the failure of the last one.
 CSocket ConnectToFirst(const std::vector<SocketAddress>& addresses, std::chrono::milliseconds timeout,
                        const CEvent& abortEvent);

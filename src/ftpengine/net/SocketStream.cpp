@@ -32,6 +32,13 @@ std::string UpToZero(std::string reply)
 
 } // namespace
 
+CSocketStream::~CSocketStream()
+{
+    if (channel.GetTls() != nullptr) {
+        channel.EndSending(); // RFC 8446, 6.1: each side says when it has no more to say; nobody waits for it
+    }
+}
+
 void CSocketStream::Open(CSocket connected, const std::shared_ptr<CEvent>& abort)
 {
     abortEvent = abort;

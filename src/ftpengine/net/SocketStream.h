@@ -17,6 +17,7 @@
 class CSocketStream {
 public:
     explicit CSocketStream(const FTPTimeouts& timeouts = {}) : timeouts(timeouts) {}
+    ~CSocketStream();
     CSocketStream(const CSocketStream&) = delete;
     CSocketStream& operator=(const CSocketStream&) = delete;
 

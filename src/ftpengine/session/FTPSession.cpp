@@ -116,9 +116,9 @@ void CFTPSession::Rename(const QString& oldPath, const QString& newPath)
     dialogue.Say("RNFR", Narrow(oldPath));
     try {
         dialogue.Say("RNTO", Narrow(newPath));
-    } catch (const FTPReply&) {
+    } catch (const FTPReply& refusal) {
         // Some servers don't replace what is there. If nothing is, the refusal has another reason.
-        if (!dialogue.TryToAsk("DELE", Narrow(newPath))) {
+        if (refusal.GetGroup() != 5 || !dialogue.TryToAsk("DELE", Narrow(newPath))) {
             throw;
         }
         dialogue.Say("RNFR", Narrow(oldPath));

@@ -4,7 +4,6 @@
 
 class CFTPEngine;
 
-// Cancels what an engine does and ends it without its window: a name that is being looked up or a connection
-// that is being made can't be broken off, and a file is sent to its end, but nobody shall wait for that.
-// Returns at once. A program that ends doesn't wait either.
+// Cancels what an engine does and ends it without its window. What is under way is broken off at once, as a
+// rule, but nobody shall wait for that. Returns at once. A program that ends doesn't wait either.
 void RetireEngine(std::unique_ptr<CFTPEngine> engine);

@@ -132,7 +132,7 @@ void CPropPageDeployToFTP::OnUploadFinished()
 bool CPropPageDeployToFTP::CancelMore()
 {
     upload->Cancel();
-    status->setText(Text(StringId::CancellingUpload));
+    status->setText(Text(StringId::BreakingOffUpload));
     cancelLimit.start();
     return true;
 }

@@ -16,7 +16,7 @@ public:
     // project: borrowed, loaded, outlives the wizard.
     CWizardPropSheetDeploy(CGalleryProject& project, const DeployWizardServices& services, QWidget* parent);
 
-    // What is under way ends first: at once, or when the file in progress has ended.
+    // What is under way ends first: at once, or when the pictures in progress are written.
     void reject() override;
     void accept() override;
 

@@ -144,11 +144,11 @@ TEST_F(SocketStream, EachByteStartsTheTimeOutAnew)
     Open();
     std::thread sender([this] {
         for (const char byte : std::string("220 a\r\n")) {
-            EXPECT_FALSE(never.Wait(milliseconds(100)));
+            EXPECT_FALSE(never.Wait(milliseconds(300)));
             Send({&byte, 1});
         }
     });
-    EXPECT_EQ(Receive(milliseconds(400)), "220 a\r\n"); // less than the bytes take together
+    EXPECT_EQ(Receive(milliseconds(1500)), "220 a\r\n"); // less than the bytes take together
     sender.join();
 }
 

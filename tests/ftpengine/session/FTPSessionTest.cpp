@@ -1,5 +1,7 @@
 #include "ftpengine/session/FTPSession.h"
 
+#include <atomic>
+
 #include "session/FTPSessionFixture.h"
 
 namespace {
@@ -266,7 +268,7 @@ TEST_F(FTPSession, ADirectoryThatIsThereIsAsGoodAsMade)
 
 TEST_F(FTPSession, ARenameReplacesWhatIsThere)
 {
-    int refusals = 1;
+    std::atomic<int> refusals = 1;
     server.On("RNTO", [&refusals](CServerSession& session, const std::string&) {
         session.Send(refusals-- > 0 ? "553 it is there\r\n" : "250 renamed\r\n");
     });
@@ -281,6 +283,16 @@ TEST_F(FTPSession, ARenameReplacesWhatIsThere)
     session->Rename(QStringLiteral("a"), QStringLiteral("d"));
     EXPECT_EQ(server.GetCommands().back(), "RNTO d");
     server.Stop();
+}
+
+TEST_F(FTPSession, ARenameThatMaySucceedLaterRemovesNothing)
+{
+    server.Reply("RNTO", "450 busy\r\n");
+    server.PutFile("b", "old");
+    server.Start();
+    ASSERT_EQ(Open(), "done");
+    EXPECT_EQ(Outcome([&] { session->Rename(QStringLiteral("a"), QStringLiteral("b")); }), "refused 450");
+    EXPECT_EQ(server.GetFiles()["b"], "old");
 }
 
 TEST_F(FTPSession, TheServersWordsAboutABrokenTransferAreHeard)

@@ -8,12 +8,12 @@ using Doubt = ServerIdentity::Doubt;
 
 ServerIdentity MakeIdentity(const QString& server, uint16_t port, char fingerprint, Doubt doubt = Doubt::None)
 {
-    return {.server = server,
-            .port = port,
-            .fingerprint = QByteArray(32, fingerprint),
-            .subject = {},
-            .issuer = {},
-            .doubt = doubt};
+    ServerIdentity identity;
+    identity.server = server;
+    identity.port = port;
+    identity.fingerprint = QByteArray(32, fingerprint);
+    identity.doubt = doubt;
+    return identity;
 }
 
 class TrustedCertificates : public testing::Test {
