@@ -21,14 +21,19 @@ int ConnectTo(CSocket& socket, const SocketAddress& address, std::chrono::millis
 
 } // namespace
 
+CSocket ConnectToServer(const FTPDestinationConnection& destination, const FTPTimeouts& timeouts,
+                        const CEvent& abortEvent)
+{
+    const auto addresses = LookUpHost(destination.server, destination.port, timeouts.lookUp, abortEvent);
+    CSocket socket = ConnectToFirst(addresses, timeouts.connect, abortEvent);
+    socket.KeepAlive();
+    return socket;
+}
+
 void OpenConnection(const FTPDestinationConnection& destination, const std::shared_ptr<CEvent>& abortEvent,
                     CSocketStream& stream)
 {
-    const FTPTimeouts& timeouts = stream.GetTimeouts();
-    const auto addresses = LookUpHost(destination.server, destination.port, timeouts.lookUp, *abortEvent);
-    CSocket socket = ConnectToFirst(addresses, timeouts.connect, *abortEvent);
-    socket.KeepAlive();
-    stream.Open(std::move(socket), abortEvent);
+    stream.Open(ConnectToServer(destination, stream.GetTimeouts(), *abortEvent), abortEvent);
 }
 
 CSocket ConnectToFirst(const std::vector<SocketAddress>& addresses, std::chrono::milliseconds timeout,

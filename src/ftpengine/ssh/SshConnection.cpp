@@ -10,7 +10,7 @@
 
 #include "common/Text.h"
 #include "ftpengine/messages/EngineStatus.h"
-#include "ftpengine/net/Dial.h"
+#include "ftpengine/net/Connection.h"
 #include "ftpengine/ssh/KnownHosts.h"
 
 namespace {
@@ -71,6 +71,15 @@ QByteArray BlobOf(ssh_key key)
     return blob;
 }
 
+CSocket Connect(const SessionSetting& setting)
+{
+    CSocket socket = ConnectToServer(setting.destination, setting.timeouts, *setting.abortEvent);
+    const int on = 1;
+    // Requests are small and wait for answers: none may wait for company.
+    ::setsockopt(socket.GetDescriptor(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+    return socket;
+}
+
 } // namespace
 
 CLentDescriptor::CLentDescriptor(const CSocket& socket)
@@ -97,7 +106,7 @@ void CSshConnection::CloseSession::operator()(ssh_session_struct* session) const
 CSshConnection::CSshConnection(const SessionSetting& setting, SessionLog& log)
     : setting(setting),
       log(log),
-      socket(Dial(setting.destination.server, setting.destination.port, setting.abortEvent)),
+      socket(Connect(setting)),
       lent(socket),
       session(ssh_new())
 {

@@ -32,7 +32,7 @@ private:
 class CSshConnection final {
 public:
     // Connects and agrees on keys. Sets the identity in the log, and throws 12045 if it is in doubt; another
-    // int if the network fails. setting, log: borrowed; outlive the connection.
+    // int if the network fails. log: borrowed; outlives the connection.
     CSshConnection(const SessionSetting& setting, SessionLog& log);
     ~CSshConnection() = default;
     CSshConnection(const CSshConnection&) = delete;
@@ -66,7 +66,7 @@ private:
     void CheckIdentity();
     ServerIdentity ReadIdentity();
 
-    const SessionSetting& setting;
+    const SessionSetting setting;
     SessionLog& log;
     CSocket socket;
     CLentDescriptor lent;
