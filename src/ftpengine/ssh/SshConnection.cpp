@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <libssh/libssh.h>
+#include <netinet/tcp.h>
 #include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
