@@ -1,6 +1,6 @@
 #include "Check.h"
 #include "cli/Answers.h"
-#include "cli/FTPUrl.h"
+#include "cli/ServerUrl.h"
 #include "cli/ServerLogin.h"
 
 namespace {
@@ -25,7 +25,7 @@ bool EndsCommand(const QString& text)
     return text.contains(QLatin1Char('\r')) || text.contains(QLatin1Char('\n')) || text.contains(QChar());
 }
 
-void CheckParts(const FTPUrl& url)
+void CheckParts(const ServerUrl& url)
 {
     Check(url.port != 0, "a port is a number from 1");
     Check(!url.userName.isEmpty(), "an address without a user is anonymous");
@@ -43,22 +43,22 @@ void CheckParts(const FTPUrl& url)
 }
 
 // The form in which the program shows and suggests an address.
-void CheckWritten(const FTPUrl& url)
+void CheckWritten(const ServerUrl& url)
 {
-    const QString written = FormatFTPUrl(url);
+    const QString written = FormatServerUrl(url);
     for (const QChar character : written) {
         Check(character > QLatin1Char(' ') && character < QLatin1Char('\x7f'),
               "a written address has neither control characters nor blanks");
     }
-    const FTPUrl again = ParseFTPUrl(written);
+    const ServerUrl again = ParseServerUrl(written);
     Check(again.userName == url.userName && again.server == url.server && again.port == url.port &&
               again.directory == url.directory,
           "a written address is parsed as the same one");
     Check(!again.password, "an address is written without its password");
-    Check(FormatFTPUrl(again) == written, "an address has one written form");
+    Check(FormatServerUrl(again) == written, "an address has one written form");
 }
 
-void CheckConnection(const QString& address, const FTPUrl& url)
+void CheckConnection(const QString& address, const ServerUrl& url)
 {
     const auto connection = FindConnection(address);
     Check(connection.has_value(), "nobody is asked for a password that is there");
@@ -80,8 +80,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size)
     QString address = QString::fromUtf8(reinterpret_cast<const char*>(bytes), static_cast<qsizetype>(size));
     address.replace(QLatin1Char('*'), Secret);
     try {
-        const FTPUrl url = ParseFTPUrl(address);
-        Check(IsFTPAddress(address), "only an address is parsed as one");
+        const ServerUrl url = ParseServerUrl(address);
+        Check(IsServerAddress(address), "only an address is parsed as one");
         CheckParts(url);
         CheckWritten(url);
         CheckConnection(address, url);
