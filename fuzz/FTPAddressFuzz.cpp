@@ -30,10 +30,10 @@ void CheckParts(const ServerUrl& url)
     Check(url.port != 0, "a port is a number from 1");
     Check(!url.userName.isEmpty(), "an address without a user is anonymous");
     Check(!url.server.isEmpty(), "an address names a server");
+    const QString marks = url.server.contains(QLatin1Char(':')) ? QStringLiteral(":.") : QStringLiteral("-._");
     for (const QChar character : url.server) {
-        Check(QStringLiteral("-._").contains(character) ||
-                  (character.unicode() < 0x80 && character.isLetterOrNumber()),
-              "a server's name is one of the Internet");
+        Check(marks.contains(character) || (character.unicode() < 0x80 && character.isLetterOrNumber()),
+              "a server's name is one of the Internet, or an address");
     }
     for (const QString& text : {url.userName, url.password.value_or(QString()), url.directory}) {
         Check(!EndsCommand(text), "nothing in an address ends a command");
@@ -51,7 +51,7 @@ void CheckWritten(const ServerUrl& url)
               "a written address has neither control characters nor blanks");
     }
     const ServerUrl again = ParseServerUrl(written);
-    Check(again.userName == url.userName && again.server == url.server && again.port == url.port &&
+    Check(again.protocol == url.protocol && again.userName == url.userName && again.server == url.server && again.port == url.port &&
               again.directory == url.directory,
           "a written address is parsed as the same one");
     Check(!again.password, "an address is written without its password");
@@ -62,7 +62,7 @@ void CheckConnection(const QString& address, const ServerUrl& url)
 {
     const auto connection = FindConnection(address);
     Check(connection.has_value(), "nobody is asked for a password that is there");
-    Check(connection->server == url.server && connection->port == url.port &&
+    Check(connection->protocol == url.protocol && connection->server == url.server && connection->port == url.port &&
               connection->userName == url.userName && connection->directory == url.directory,
           "a connection goes where the address leads");
     Check(!url.password || connection->password == *url.password, "an address's own password comes first");
