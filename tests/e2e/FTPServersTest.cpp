@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "Program.h"
-#include "Site.h"
+#include "ServerSites.h"
 #include "support/FTPServer.h"
 
 // The commands against servers that the world uses.
@@ -23,47 +23,6 @@ protected:
         return server.GetAddress() + QLatin1Char('/') + directory;
     }
 
-    // Names that need care on a wire, and several folders.
-    QString WriteTree()
-    {
-        const QByteArray picture =
-            program.scratch.Read(QStringLiteral("photos/") +
-                                 program.WritePicture(QStringLiteral("a.jpg")).section(QLatin1Char('/'), -1));
-        for (const QString& name :
-             {QStringLiteral("two words.jpg"), QStringLiteral("Gr\u00fc\u00dfe aus K\u00f6ln.jpg"),
-              QStringLiteral("sea/it's #1.jpg"), QStringLiteral("sea/deep/100%.jpg"),
-              QStringLiteral("hills/\u96ea.jpg")}) {
-            program.scratch.Write(QStringLiteral("photos/") + name, picture);
-        }
-        QString project = program.Path(QStringLiteral("trip.gallery"));
-        const ProgramResult made = program.Run({QStringLiteral("new"), project, QStringLiteral("--tree"),
-                                                program.Path(QStringLiteral("photos"))});
-        EXPECT_EQ(made.exitCode, 0) << qPrintable(made.errors);
-        return project;
-    }
-
-    // Without what the program notes there for itself.
-    static QStringList PublishedIn(const QString& folder)
-    {
-        QStringList files = CSite(folder).GetFiles();
-        files.removeIf([](const QString& file) { return file.startsWith(QStringLiteral(".vistorama/")); });
-        return files;
-    }
-
-    void ExpectSameTree(const QString& uploaded, const QString& written) const
-    {
-        const QStringList files = CSite(written).GetFiles();
-        EXPECT_GT(files.size(), 10);
-        EXPECT_EQ(PublishedIn(uploaded), files);
-        for (const QString& file : files) {
-            QFile one(uploaded + QLatin1Char('/') + file);
-            QFile other(written + QLatin1Char('/') + file);
-            ASSERT_TRUE(one.open(QIODevice::ReadOnly)) << qPrintable(file);
-            ASSERT_TRUE(other.open(QIODevice::ReadOnly)) << qPrintable(file);
-            EXPECT_EQ(one.readAll(), other.readAll()) << qPrintable(file);
-        }
-    }
-
     const CFTPServer server{GetParam()};
     CProgram program;
 };
@@ -77,7 +36,7 @@ INSTANTIATE_TEST_SUITE_P(All, FTPServers,
 
 TEST_P(FTPServers, GetTheSameSiteAsAFolderByteForByte)
 {
-    const QString project = WriteTree();
+    const QString project = WriteTree(program);
     const QString folder = program.Path(QStringLiteral("site"));
     ASSERT_EQ(program.Run({QStringLiteral("deploy"), project, folder}).exitCode, 0);
     const ProgramResult result =
