@@ -1,7 +1,7 @@
 #include "Check.h"
 #include "cli/Answers.h"
-#include "cli/ServerUrl.h"
 #include "cli/ServerLogin.h"
+#include "cli/ServerUrl.h"
 
 namespace {
 
@@ -30,7 +30,8 @@ void CheckParts(const ServerUrl& url)
     Check(url.port != 0, "a port is a number from 1");
     Check(!url.userName.isEmpty(), "an address without a user is anonymous");
     Check(!url.server.isEmpty(), "an address names a server");
-    const QString marks = url.server.contains(QLatin1Char(':')) ? QStringLiteral(":.") : QStringLiteral("-._");
+    const QString marks =
+        url.server.contains(QLatin1Char(':')) ? QStringLiteral(":.") : QStringLiteral("-._");
     for (const QChar character : url.server) {
         Check(marks.contains(character) || (character.unicode() < 0x80 && character.isLetterOrNumber()),
               "a server's name is one of the Internet, or an address");
@@ -51,8 +52,8 @@ void CheckWritten(const ServerUrl& url)
               "a written address has neither control characters nor blanks");
     }
     const ServerUrl again = ParseServerUrl(written);
-    Check(again.protocol == url.protocol && again.userName == url.userName && again.server == url.server && again.port == url.port &&
-              again.directory == url.directory,
+    Check(again.protocol == url.protocol && again.userName == url.userName && again.server == url.server &&
+              again.port == url.port && again.directory == url.directory,
           "a written address is parsed as the same one");
     Check(!again.password, "an address is written without its password");
     Check(FormatServerUrl(again) == written, "an address has one written form");
@@ -62,8 +63,9 @@ void CheckConnection(const QString& address, const ServerUrl& url)
 {
     const auto connection = FindConnection(address);
     Check(connection.has_value(), "nobody is asked for a password that is there");
-    Check(connection->protocol == url.protocol && connection->server == url.server && connection->port == url.port &&
-              connection->userName == url.userName && connection->directory == url.directory,
+    Check(connection->protocol == url.protocol && connection->server == url.server &&
+              connection->port == url.port && connection->userName == url.userName &&
+              connection->directory == url.directory,
           "a connection goes where the address leads");
     Check(!url.password || connection->password == *url.password, "an address's own password comes first");
 }

@@ -41,7 +41,7 @@ void RequireCount(const QStringList& positional, const CommandSyntax& syntax)
         const QString& surplus = positional[syntax.maxPositional];
         // An address may hold a password.
         throw CWrongUse(IsServerAddress(surplus) ? Text(StringId::SurplusFTPAddress)
-                                              : Text(StringId::SurplusArgument, WithoutPassword(surplus)));
+                                                 : Text(StringId::SurplusArgument, WithoutPassword(surplus)));
     }
 }
 

@@ -4,10 +4,10 @@
 #include "cli/CommandArguments.h"
 #include "cli/Commands.h"
 #include "cli/DeployRun.h"
-#include "cli/ServerUrl.h"
 #include "cli/NamedDestinations.h"
 #include "cli/ProjectSession.h"
 #include "cli/ServerLogin.h"
+#include "cli/ServerUrl.h"
 #include "resources/StringTable.h"
 
 namespace {

@@ -26,7 +26,9 @@ QString Megabytes(int64_t bytes)
 QString MinutesAndSeconds(std::chrono::seconds time)
 {
     constexpr int64_t minute = 60;
-    return QStringLiteral("%1:%2").arg(time.count() / minute).arg(time.count() % minute, 2, 10, QLatin1Char('0'));
+    return QStringLiteral("%1:%2")
+        .arg(time.count() / minute)
+        .arg(time.count() % minute, 2, 10, QLatin1Char('0'));
 }
 
 QString WordsOf(const SendProgress& progress)

@@ -87,13 +87,11 @@ CGenericException DescribeServerDoubt(const FTPDestinationConnection& connection
     switch (status) {
     case EngineStatus::TlsNotOffered:
         return CGenericException(
-            Text(StringId::ServerWithoutTls, connection.server),
-            EngineStatus::GetDescription(status),
+            Text(StringId::ServerWithoutTls, connection.server), EngineStatus::GetDescription(status),
             Text(StringId::UsePlainAddress, AddressWith(connection, ServerProtocol::Ftp)));
     case EngineStatus::TlsDemanded:
         return CGenericException(
-            Text(StringId::ServerOnlyWithTls, connection.server),
-            EngineStatus::GetDescription(status),
+            Text(StringId::ServerOnlyWithTls, connection.server), EngineStatus::GetDescription(status),
             Text(StringId::UseProtectedAddress, AddressWith(connection, ServerProtocol::FtpTls)));
     default:
         return DescribeIdentity(connection, identity);

@@ -249,14 +249,16 @@ TEST(ServerUrl, AnyAddressIsToldFromAFolder)
     for (const char* text : {"ftp://host", "SFTP://anna@host", "http://host", "ftpx://", "a.b+c-d://x"}) {
         EXPECT_TRUE(IsServerAddress(QString::fromLatin1(text))) << text;
     }
-    for (const char* text : {"", "host", "ftp:/host", " ftp://host", "./ftp://host", "/a://b", "c://site", "1a://b"}) {
+    for (const char* text :
+         {"", "host", "ftp:/host", " ftp://host", "./ftp://host", "/a://b", "c://site", "1a://b"}) {
         EXPECT_FALSE(IsServerAddress(QString::fromLatin1(text))) << text;
     }
 }
 
 TEST(ServerUrl, AFingerprintIsReadInTheFormsThatProgramsPrint)
 {
-    const QByteArray hash = QByteArray::fromHex("000102030405060708090a0b0c0d0e0f101112131415161718191a1b1c1dfeff");
+    const QByteArray hash =
+        QByteArray::fromHex("000102030405060708090a0b0c0d0e0f101112131415161718191a1b1c1dfeff");
     const QByteArray digits = hash.toHex();
     for (const QByteArray& text :
          {"sha256:" + digits, "SHA256:" + digits.toUpper(), "sha256:" + hash.toHex(':'),

@@ -125,7 +125,8 @@ TEST_P(ProtectedServers, GetWhatChangedAndNothingElse)
 TEST_P(ProtectedServers, KeepFilesOfOthersUntilToldOtherwise)
 {
     project = program.WriteProject({program.WritePicture(QStringLiteral("a.jpg"))});
-    ASSERT_EQ(Run({QStringLiteral("ftp-mkdir"), server.GetAddress(QString()), QStringLiteral("web")}).exitCode, 0);
+    ASSERT_EQ(
+        Run({QStringLiteral("ftp-mkdir"), server.GetAddress(QString()), QStringLiteral("web")}).exitCode, 0);
     const QString strange = GetSite() + QStringLiteral("/index.html");
     {
         QFile file(strange);

@@ -36,8 +36,8 @@ QString WriteTree(const CProgram& program)
         program.scratch.Write(QStringLiteral("photos/") + name, picture);
     }
     QString project = program.Path(QStringLiteral("trip.gallery"));
-    const ProgramResult made = program.Run({QStringLiteral("new"), project, QStringLiteral("--tree"),
-                                            program.Path(QStringLiteral("photos"))});
+    const ProgramResult made = program.Run(
+        {QStringLiteral("new"), project, QStringLiteral("--tree"), program.Path(QStringLiteral("photos"))});
     EXPECT_EQ(made.exitCode, 0) << qPrintable(made.errors);
     return project;
 }

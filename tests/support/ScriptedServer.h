@@ -118,8 +118,8 @@ public:
     void Once(const std::string& verb, Handler handler);
     // implicit: from the first byte on, without being asked.
     void UseTls(const std::shared_ptr<CTlsServer>& tls, bool implicit = false);
-    // Whoever comes while another client is there gets a 421, as from servers that let in so many and no more.
-    // Otherwise he waits.
+    // Whoever comes while another client is there gets a 421, as from servers that let in so many and no
+    // more. Otherwise he waits.
     void RefuseOthers() { refusesOthers = true; }
     void Start();
     void Stop();

@@ -105,11 +105,7 @@ void CSshConnection::CloseSession::operator()(ssh_session_struct* session) const
 }
 
 CSshConnection::CSshConnection(const SessionSetting& setting, SessionLog& log)
-    : setting(setting),
-      log(log),
-      socket(Connect(setting)),
-      lent(socket),
-      session(ssh_new())
+    : setting(setting), log(log), socket(Connect(setting)), lent(socket), session(ssh_new())
 {
     if (!session) {
         throw EngineStatus::NoBufferSpace;
