@@ -241,6 +241,11 @@ struct SilentPlace {
     bool hasSent; // the program was at changing the site
 };
 
+void PrintTo(const SilentPlace& place, std::ostream* out)
+{
+    *out << place.verb;
+}
+
 class FTPDeployInterrupted : public FTPDeploy, public testing::WithParamInterface<SilentPlace> {};
 
 INSTANTIATE_TEST_SUITE_P(At, FTPDeployInterrupted,
