@@ -54,7 +54,7 @@ CGenericException DescribeIdentity(const FTPDestinationConnection& connection,
     return CGenericException(
         caption,
         Text(isChanged ? StringId::IdentityChanged : ReasonFor(*identity), identity->subject, fingerprint),
-        Text(isChanged ? StringId::AskOwnerAboutChange : StringId::CompareFingerprint, fingerprint));
+        Text(isChanged ? StringId::AskOwnerAboutChange : StringId::TakeByFingerprint, fingerprint));
 }
 
 // "localhost", its own names (RFC 6761, 6.3), 127.0.0.0/8 and ::1.
