@@ -1,7 +1,7 @@
 #include "Check.h"
 #include "cli/Answers.h"
-#include "cli/FTPUrl.h"
 #include "cli/ServerLogin.h"
+#include "cli/ServerUrl.h"
 
 namespace {
 
@@ -25,15 +25,16 @@ bool EndsCommand(const QString& text)
     return text.contains(QLatin1Char('\r')) || text.contains(QLatin1Char('\n')) || text.contains(QChar());
 }
 
-void CheckParts(const FTPUrl& url)
+void CheckParts(const ServerUrl& url)
 {
     Check(url.port != 0, "a port is a number from 1");
     Check(!url.userName.isEmpty(), "an address without a user is anonymous");
     Check(!url.server.isEmpty(), "an address names a server");
+    const QString marks =
+        url.server.contains(QLatin1Char(':')) ? QStringLiteral(":.") : QStringLiteral("-._");
     for (const QChar character : url.server) {
-        Check(QStringLiteral("-._").contains(character) ||
-                  (character.unicode() < 0x80 && character.isLetterOrNumber()),
-              "a server's name is one of the Internet");
+        Check(marks.contains(character) || (character.unicode() < 0x80 && character.isLetterOrNumber()),
+              "a server's name is one of the Internet, or an address");
     }
     for (const QString& text : {url.userName, url.password.value_or(QString()), url.directory}) {
         Check(!EndsCommand(text), "nothing in an address ends a command");
@@ -43,27 +44,28 @@ void CheckParts(const FTPUrl& url)
 }
 
 // The form in which the program shows and suggests an address.
-void CheckWritten(const FTPUrl& url)
+void CheckWritten(const ServerUrl& url)
 {
-    const QString written = FormatFTPUrl(url);
+    const QString written = FormatServerUrl(url);
     for (const QChar character : written) {
         Check(character > QLatin1Char(' ') && character < QLatin1Char('\x7f'),
               "a written address has neither control characters nor blanks");
     }
-    const FTPUrl again = ParseFTPUrl(written);
-    Check(again.userName == url.userName && again.server == url.server && again.port == url.port &&
-              again.directory == url.directory,
+    const ServerUrl again = ParseServerUrl(written);
+    Check(again.protocol == url.protocol && again.userName == url.userName && again.server == url.server &&
+              again.port == url.port && again.directory == url.directory,
           "a written address is parsed as the same one");
     Check(!again.password, "an address is written without its password");
-    Check(FormatFTPUrl(again) == written, "an address has one written form");
+    Check(FormatServerUrl(again) == written, "an address has one written form");
 }
 
-void CheckConnection(const QString& address, const FTPUrl& url)
+void CheckConnection(const QString& address, const ServerUrl& url)
 {
     const auto connection = FindConnection(address);
     Check(connection.has_value(), "nobody is asked for a password that is there");
-    Check(connection->server == url.server && connection->port == url.port &&
-              connection->userName == url.userName && connection->directory == url.directory,
+    Check(connection->protocol == url.protocol && connection->server == url.server &&
+              connection->port == url.port && connection->userName == url.userName &&
+              connection->directory == url.directory,
           "a connection goes where the address leads");
     Check(!url.password || connection->password == *url.password, "an address's own password comes first");
 }
@@ -80,8 +82,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size)
     QString address = QString::fromUtf8(reinterpret_cast<const char*>(bytes), static_cast<qsizetype>(size));
     address.replace(QLatin1Char('*'), Secret);
     try {
-        const FTPUrl url = ParseFTPUrl(address);
-        Check(IsFTPAddress(address), "only an address is parsed as one");
+        const ServerUrl url = ParseServerUrl(address);
+        Check(IsServerAddress(address), "only an address is parsed as one");
         CheckParts(url);
         CheckWritten(url);
         CheckConnection(address, url);

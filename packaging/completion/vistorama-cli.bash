@@ -69,14 +69,15 @@ _vistorama_cli() {
             ;;
         --size-class) COMPREPLY=($(compgen -W "small middle large all" -- "$word")); return ;;
         --to) _vistorama_cli_lines "$word" < <(_vistorama_cli_destinations); return ;;
-        --signature | --margin | --directory | --clusters) return ;;
+        --identity) _vistorama_cli_files "$word" '*'; return ;;
+        --signature | --margin | --directory | --clusters | --fingerprint) return ;;
     esac
 
     local options=
     local action=
     case $command in
         new) options="--layout --style --tree --watermark --signature --position --margin --size-class" ;;
-        deploy) options="--to --directory --leave-out-missing --overwrite --quiet" ;;
+        deploy) options="--to --directory --leave-out-missing --overwrite --dry-run --quiet --identity --fingerprint" ;;
         info) options="--json --clusters" ;;
         cache) options="--size --clear" ;;
         destination)
@@ -89,8 +90,9 @@ _vistorama_cli() {
                 options="--all-users"
             fi
             ;;
-        ftp-test) options="--transcript" ;;
-        ftp-ls) options="--raw" ;;
+        ftp-test) options="--transcript --identity --fingerprint" ;;
+        ftp-ls) options="--raw --identity --fingerprint" ;;
+        ftp-mkdir | ftp-rename) options="--identity --fingerprint" ;;
     esac
     if [[ $word == -* ]]; then
         COMPREPLY=($(compgen -W "$options" -- "$word"))

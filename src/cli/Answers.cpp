@@ -4,14 +4,16 @@
 #include <cstdio>
 
 #include "common/Text.h"
+#include "ftpengine/messages/ServerWords.h"
 
 namespace {
 
+// Servers have their words in the texts of failures.
 QString OnOneLine(QString text)
 {
-    return text.replace(QStringLiteral("\r\n"), QStringLiteral("\\n"))
-        .replace(QLatin1Char('\n'), QStringLiteral("\\n"))
-        .replace(QLatin1Char('\r'), QStringLiteral("\\n"));
+    return Printable(text.replace(QStringLiteral("\r\n"), QStringLiteral("\\n"))
+                         .replace(QLatin1Char('\n'), QStringLiteral("\\n"))
+                         .replace(QLatin1Char('\r'), QStringLiteral("\\n")));
 }
 
 // Digits up to the directory, as a port has them.
@@ -38,7 +40,7 @@ QString Printable(QString text)
             character = QChar::ReplacementCharacter;
         }
     }
-    return text;
+    return CleanServerWords(text);
 }
 
 QString WithoutPassword(const QString& argument)

@@ -22,7 +22,8 @@ private:
 QString FailureLines(const QString& caption, const QString& description, const QString& advice);
 
 // Text of other programs and servers as it may be shown on a terminal, where it must not do more than be
-// seen: control characters are replaced.
+// seen, nor look like another one: control characters are replaced, and those that nobody sees or that turn
+// the direction of writing are left out.
 QString Printable(QString text);
 
 // An argument as it may be repeated to a person. It may be the address of a server, right or wrong, with a

@@ -3,7 +3,7 @@
 #include <QDir>
 
 #include "cli/Answers.h"
-#include "cli/FTPUrl.h"
+#include "cli/ServerUrl.h"
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
 
@@ -40,8 +40,8 @@ void RequireCount(const QStringList& positional, const CommandSyntax& syntax)
     if (positional.size() > syntax.maxPositional) {
         const QString& surplus = positional[syntax.maxPositional];
         // An address may hold a password.
-        throw CWrongUse(IsFTPAddress(surplus) ? Text(StringId::SurplusFTPAddress)
-                                              : Text(StringId::SurplusArgument, WithoutPassword(surplus)));
+        throw CWrongUse(IsServerAddress(surplus) ? Text(StringId::SurplusFTPAddress)
+                                                 : Text(StringId::SurplusArgument, WithoutPassword(surplus)));
     }
 }
 

@@ -24,8 +24,8 @@ int RunCheck(const QStringList& arguments);
 // and saves where they are now.
 int RunRelink(const QStringList& arguments);
 
-// "cache": prints how many bytes the images take that the views and covers keep from run to run, and the sites
-// of servers, or removes them.
+// "cache": prints how many bytes the images take that the views and covers keep from run to run, and the
+// sites of servers, or removes them.
 int RunCache(const QStringList& arguments);
 
 // "destination": adds, lists or removes stored FTP destinations.

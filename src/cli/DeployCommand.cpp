@@ -4,10 +4,10 @@
 #include "cli/CommandArguments.h"
 #include "cli/Commands.h"
 #include "cli/DeployRun.h"
-#include "cli/FTPUrl.h"
 #include "cli/NamedDestinations.h"
 #include "cli/ProjectSession.h"
 #include "cli/ServerLogin.h"
+#include "cli/ServerUrl.h"
 #include "resources/StringTable.h"
 
 namespace {
@@ -17,6 +17,7 @@ const QString DirectoryOption = QStringLiteral("directory");
 const QString QuietSwitch = QStringLiteral("quiet");
 const QString LeaveOutSwitch = QStringLiteral("leave-out-missing");
 const QString OverwriteSwitch = QStringLiteral("overwrite");
+const QString DryRunSwitch = QStringLiteral("dry-run");
 
 void RequireOneTarget(const CommandArguments& parsed)
 {
@@ -29,8 +30,23 @@ void RequireOneTarget(const CommandArguments& parsed)
     }
 }
 
+bool IsForServer(const CommandArguments& parsed)
+{
+    return parsed.Has(ToOption) || IsServerAddress(parsed.positional[1]);
+}
+
+void RefuseOptionsOfServers(const CommandArguments& parsed)
+{
+    if (parsed.Has(DryRunSwitch)) {
+        throw CWrongUse(Text(StringId::DryRunNeedsServer));
+    }
+    // These say themselves what they are for.
+    FTPDestinationConnection none;
+    ApplyServerOptions(parsed, none);
+}
+
 // The directory replaces that of the stored destination.
-FTPDestinationConnection FindDestination(const CommandArguments& parsed)
+std::optional<FTPDestinationConnection> FindDestination(const CommandArguments& parsed)
 {
     CDestinationSession session;
     FTPDestinationConnection connection = session.GetDestinations().Find(parsed.Get(ToOption)).connection;
@@ -43,39 +59,46 @@ FTPDestinationConnection FindDestination(const CommandArguments& parsed)
 // Nothing if a person interrupted the question for the password.
 std::optional<FTPDestinationConnection> FindServer(const CommandArguments& parsed)
 {
-    if (parsed.Has(ToOption)) {
-        return FindDestination(parsed);
+    auto server = parsed.Has(ToOption) ? FindDestination(parsed) : FindConnection(parsed.positional[1]);
+    if (server) {
+        ApplyServerOptions(parsed, *server);
+        if (server->protocol == ServerProtocol::Sftp) {
+            server->directory = WithoutHome(server->directory);
+        }
     }
-    return FindConnection(parsed.positional[1]);
+    return server;
+}
+
+// server: none for a folder.
+int DeployTo(const CommandArguments& parsed, const FTPDestinationConnection* server)
+{
+    CProjectSession session;
+    session.OpenExisting(parsed.positional[0]);
+    CDeployRun run(session, {.quiet = parsed.Has(QuietSwitch),
+                             .leaveOutMissing = parsed.Has(LeaveOutSwitch),
+                             .overwrite = parsed.Has(OverwriteSwitch),
+                             .isDryRun = parsed.Has(DryRunSwitch)});
+    return server ? run.ToServer(*server) : run.ToFolder(QDir(parsed.positional[1]).absolutePath());
 }
 
 } // namespace
 
 int RunDeploy(const QStringList& arguments)
 {
-    const CommandArguments parsed =
-        ParseArguments(arguments, {.valueOptions = {ToOption, DirectoryOption},
-                                   .switches = {QuietSwitch, LeaveOutSwitch, OverwriteSwitch},
-                                   .minPositional = 1,
-                                   .maxPositional = 2});
+    const CommandArguments parsed = ParseArguments(
+        arguments, {.valueOptions = QStringList{ToOption, DirectoryOption} + GetServerOptions(),
+                    .switches = {QuietSwitch, LeaveOutSwitch, OverwriteSwitch, DryRunSwitch},
+                    .minPositional = 1,
+                    .maxPositional = 2});
     RequireOneTarget(parsed);
-    const bool toServer = parsed.Has(ToOption) || IsFTPAddress(parsed.positional[1]);
-    std::optional<FTPDestinationConnection> server;
-    if (toServer) {
-        server = FindServer(parsed);
-        if (!server) {
-            return ExitInterrupted;
-        }
+    if (!IsForServer(parsed)) {
+        RefuseOptionsOfServers(parsed);
+        return DeployTo(parsed, nullptr);
     }
-    CProjectSession session;
-    session.OpenExisting(parsed.positional[0]);
-    CDeployRun run(session, {.quiet = parsed.Has(QuietSwitch),
-                             .leaveOutMissing = parsed.Has(LeaveOutSwitch),
-                             .overwrite = parsed.Has(OverwriteSwitch)});
+    auto server = FindServer(parsed);
     if (!server) {
-        return run.ToFolder(QDir(parsed.positional[1]).absolutePath());
+        return ExitInterrupted;
     }
-    // The directory is seen from the login's folder, so nothing is to be entered before it.
-    const QString directory = std::exchange(server->directory, QString());
-    return run.ToServer(*server, directory);
+    const CPasswordWiper wiper(*server);
+    return DeployTo(parsed, &*server);
 }

@@ -21,7 +21,7 @@ int Add(const QStringList& arguments, CNamedDestinations& destinations)
     if (parsed.positional.size() > 2) {
         throw CWrongUse(Text(StringId::SurplusDestinationWords));
     }
-    FTPUrl url = ParseFTPUrl(parsed.positional[1]);
+    ServerUrl url = ParseServerUrl(parsed.positional[1]);
     url.password = FindPassword(url);
     if (!url.password) {
         return ExitInterrupted;

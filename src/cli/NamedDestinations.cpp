@@ -32,15 +32,6 @@ void RequireUsableName(const QString& name)
     }
 }
 
-QString AddressOf(const FTPDestinationConnection& record)
-{
-    return FormatFTPUrl({.userName = record.userName,
-                         .password = {},
-                         .server = record.server,
-                         .port = record.port,
-                         .directory = record.directory});
-}
-
 QString Joined(const std::vector<CFTPDestination>& destinations,
                const QString& (*text)(const CFTPDestination&))
 {
@@ -58,7 +49,7 @@ CNamedDestinations::CNamedDestinations(CSettingsStore& store, const CPasswordPro
     : store(store), protection(protection), destinations(store, protection, keyring)
 {}
 
-void CNamedDestinations::Add(const QString& name, const FTPUrl& url, Owner owner)
+void CNamedDestinations::Add(const QString& name, const ServerUrl& url, Owner owner)
 {
     RequireUsableName(name);
     RequireStorable(name, StringId::DestinationNamePart);
@@ -76,7 +67,8 @@ void CNamedDestinations::Add(const QString& name, const FTPUrl& url, Owner owner
                         .password = url.password.value_or(QString()),
                         .server = url.server,
                         .directory = url.directory,
-                        .port = url.port};
+                        .port = url.port,
+                        .protocol = url.protocol};
     switch (destinations.Save(added)) {
     case CFTPDestinations::SaveResult::Saved:
         return;
@@ -129,7 +121,7 @@ QString CNamedDestinations::List() const
     for (const CFTPDestination& destination : destinations.Enumerate()) {
         const QStringList columns{
             destination.keyName, Printable(destination.connection.displayName),
-            Printable(AddressOf(destination.connection)),
+            Printable(FormatServerUrl(destination.connection)),
             Text(destination.allUsers ? StringId::DestinationOfAllUsers : StringId::DestinationOfThisUser)};
         lines += columns.join(QLatin1Char('\t')) + QLatin1Char('\n');
     }

@@ -3,7 +3,7 @@
 #include <memory>
 #include <vector>
 
-#include "cli/FTPUrl.h"
+#include "cli/ServerUrl.h"
 #include "ftpengine/destinations/FTPDestinations.h"
 #include "ftpengine/secrets/PasswordProtection.h"
 #include "ftpengine/secrets/SystemKeyring.h"
@@ -22,7 +22,7 @@ public:
     };
     // Throws CWrongUse for a name or a part of the address that can't be kept, CGenericException if the name
     // is taken or the store can't be written; then nothing of it is stored. url: its password is stored.
-    void Add(const QString& name, const FTPUrl& url, Owner owner);
+    void Add(const QString& name, const ServerUrl& url, Owner owner);
     // The only one of that name; else the one of that key. Throws CGenericException.
     CFTPDestination Find(const QString& name) const;
     // Throws CGenericException.

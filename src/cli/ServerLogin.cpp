@@ -1,19 +1,40 @@
 #include "cli/ServerLogin.h"
 
 #include <csignal>
+#include <cstring>
 #include <string>
 #include <sys/select.h>
 #include <termios.h>
 #include <unistd.h>
 
 #include "cli/Answers.h"
-#include "cli/FTPUrl.h"
+#include "cli/CommandArguments.h"
+#include "cli/ServerUrl.h"
 #include "common/Text.h"
+#include "ftpengine/secrets/SecretText.h"
 #include "resources/StringTable.h"
 
 namespace {
 
+const QString IdentityOption = QStringLiteral("identity");
+const QString FingerprintOption = QStringLiteral("fingerprint");
+
 void LeaveWait(int) {}
+
+// What a person types. Wiped at the end.
+class CTypedLine {
+public:
+    // Longer lines would leave pieces behind when they move.
+    CTypedLine() { bytes.reserve(usualLength); }
+    ~CTypedLine() { ::explicit_bzero(bytes.data(), bytes.size()); }
+    CTypedLine(const CTypedLine&) = delete;
+    CTypedLine& operator=(const CTypedLine&) = delete;
+
+    std::string bytes;
+
+private:
+    static constexpr std::size_t usualLength = 1024;
+};
 
 // While it lives, the terminal shows nothing of what is typed, and an interrupt ends a wait for input instead
 // of the program: the terminal has to be put right first.
@@ -49,16 +70,16 @@ public:
     // Up to the line break or the end of input. Nothing if it was interrupted.
     std::optional<QString> ReadLine() const
     {
-        std::string line;
+        CTypedLine line;
         for (;;) {
             if (!WaitForInput()) {
                 return std::nullopt;
             }
             char character = 0;
             if (::read(STDIN_FILENO, &character, 1) <= 0 || character == '\n') {
-                return Widen(line);
+                return Widen(line.bytes);
             }
-            line += character;
+            line.bytes += character;
         }
     }
 
@@ -90,7 +111,7 @@ std::optional<QString> Prompt(const QString& question)
 
 } // namespace
 
-std::optional<QString> FindPassword(const FTPUrl& url)
+std::optional<QString> FindPassword(const ServerUrl& url)
 {
     if (url.password) {
         return url.password;
@@ -107,22 +128,56 @@ std::optional<QString> FindPassword(const FTPUrl& url)
     if (!namesUser || isatty(STDIN_FILENO) == 0) {
         return QString();
     }
-    FTPUrl login = url;
+    ServerUrl login = url;
     login.directory.clear();
-    return Prompt(Text(StringId::PasswordQuestion, FormatFTPUrl(login)));
+    const bool mayBePassphrase = url.protocol == ServerProtocol::Sftp;
+    return Prompt(Text(mayBePassphrase ? StringId::SecretQuestion : StringId::PasswordQuestion,
+                       FormatServerUrl(login)));
 }
 
 std::optional<FTPDestinationConnection> FindConnection(const QString& address)
 {
-    const FTPUrl url = ParseFTPUrl(address);
-    const auto password = FindPassword(url);
-    if (!password) {
+    ServerUrl url = ParseServerUrl(address);
+    url.password = FindPassword(url);
+    if (!url.password) {
         return std::nullopt;
     }
     return FTPDestinationConnection{.displayName = url.server,
                                     .userName = url.userName,
-                                    .password = *password,
+                                    .password = std::move(*url.password),
                                     .server = url.server,
                                     .directory = url.directory,
-                                    .port = url.port};
+                                    .port = url.port,
+                                    .protocol = url.protocol};
+}
+
+const QStringList& GetServerOptions()
+{
+    static const QStringList options{IdentityOption, FingerprintOption};
+    return options;
+}
+
+void ApplyServerOptions(const CommandArguments& parsed, FTPDestinationConnection& connection)
+{
+    if (parsed.Has(IdentityOption)) {
+        if (connection.protocol != ServerProtocol::Sftp) {
+            throw CWrongUse(Text(StringId::IdentityNeedsSftp));
+        }
+        connection.identityFile = parsed.Get(IdentityOption);
+    }
+    if (parsed.Has(FingerprintOption)) {
+        if (connection.protocol == ServerProtocol::Ftp) {
+            throw CWrongUse(Text(StringId::FingerprintNeedsProtection));
+        }
+        const auto fingerprint = ParseFingerprint(parsed.Get(FingerprintOption));
+        if (!fingerprint) {
+            throw CWrongUse(Text(StringId::FingerprintWrong));
+        }
+        connection.fingerprint = *fingerprint;
+    }
+}
+
+CPasswordWiper::~CPasswordWiper()
+{
+    WipeText(connection.password);
 }

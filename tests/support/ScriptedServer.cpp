@@ -325,11 +325,32 @@ void CScriptedServer::UseTls(const std::shared_ptr<CTlsServer>& tls, bool implic
 void CScriptedServer::Start()
 {
     handlers.insert(properHandlers.begin(), properHandlers.end());
-    thread = std::thread([this] {
-        for (CSocket client = listener.Accept(stop); client.IsOpen(); client = listener.Accept(stop)) {
-            Serve(std::move(client));
+    thread = std::thread([this] { Run(); });
+}
+
+void CScriptedServer::Run()
+{
+    std::thread serving;
+    for (CSocket client = listener.Accept(stop); client.IsOpen(); client = listener.Accept(stop)) {
+        if (refusesOthers && isBusy) {
+            SendAll(client, "421 Somebody else is here\r\n", stop);
+            continue;
         }
-    });
+        if (serving.joinable()) {
+            serving.join();
+        }
+        isBusy = true;
+        serving = std::thread([this, served = std::make_shared<CSocket>(std::move(client))] {
+            Serve(std::move(*served));
+            isBusy = false;
+        });
+        if (!refusesOthers) {
+            serving.join();
+        }
+    }
+    if (serving.joinable()) {
+        serving.join();
+    }
 }
 
 void CScriptedServer::Stop()
@@ -350,6 +371,8 @@ void CScriptedServer::Serve(CSocket client)
             const std::lock_guard guard(lock);
             commands.push_back(line);
         }
+        // It has gone before it hears the reply.
+        isBusy = isBusy && line != "QUIT";
         Handle(session, line);
     }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -117,6 +118,9 @@ public:
     void Once(const std::string& verb, Handler handler);
     // implicit: from the first byte on, without being asked.
     void UseTls(const std::shared_ptr<CTlsServer>& tls, bool implicit = false);
+    // Whoever comes while another client is there gets a 421, as from servers that let in so many and no
+    // more. Otherwise he waits.
+    void RefuseOthers() { refusesOthers = true; }
     void Start();
     void Stop();
 
@@ -136,6 +140,7 @@ public:
     std::string features = " UTF8\r\n EPSV\r\n SIZE\r\n";
 
 private:
+    void Run();
     void Serve(CSocket client);
     void Handle(CServerSession& session, const std::string& line);
     void AddProperHandlers();
@@ -147,6 +152,9 @@ private:
     std::map<std::string, Handler> handlers;
     std::map<std::string, Handler> properHandlers;
     std::thread thread;
+    bool refusesOthers = false;
+    // From the greeting to the goodbye of a client, of whom another thread hears then.
+    std::atomic<bool> isBusy = false;
 
     // Guarded by lock.
     std::mutex lock;

@@ -21,20 +21,19 @@ int ConnectTo(CSocket& socket, const SocketAddress& address, std::chrono::millis
 
 } // namespace
 
+CSocket ConnectToServer(const FTPDestinationConnection& destination, const FTPTimeouts& timeouts,
+                        const CEvent& abortEvent)
+{
+    const auto addresses = LookUpHost(destination.server, destination.port, timeouts.lookUp, abortEvent);
+    CSocket socket = ConnectToFirst(addresses, timeouts.connect, abortEvent);
+    socket.KeepAlive();
+    return socket;
+}
+
 void OpenConnection(const FTPDestinationConnection& destination, const std::shared_ptr<CEvent>& abortEvent,
                     CSocketStream& stream)
 {
-    stream.Open(ConnectToServer(destination.server, destination.port, stream.GetTimeouts(), *abortEvent),
-                abortEvent);
-}
-
-CSocket ConnectToServer(const QString& server, uint16_t port, const FTPTimeouts& timeouts,
-                        const CEvent& abortEvent)
-{
-    CSocket socket =
-        ConnectToFirst(LookUpHost(server, port, timeouts.lookUp, abortEvent), timeouts.connect, abortEvent);
-    socket.KeepAlive();
-    return socket;
+    stream.Open(ConnectToServer(destination, stream.GetTimeouts(), *abortEvent), abortEvent);
 }
 
 CSocket ConnectToFirst(const std::vector<SocketAddress>& addresses, std::chrono::milliseconds timeout,

@@ -64,14 +64,14 @@ std::vector<RemoteEntry> CFTPSession::ListByFacts(const std::string& directory)
 
 // In the directory itself: servers differ in what they take for an option in the argument of LIST, and some
 // answer a directory that isn't there with an empty listing.
-std::vector<RemoteEntry> CFTPSession::ListByLines(const std::string& directory)
+std::string CFTPSession::ReceiveIn(const std::string& directory, const std::function<std::string()>& receive)
 {
     if (!directory.empty()) {
         dialogue.Say("CWD", directory);
     }
     std::string listing;
     try {
-        listing = ReceiveListing();
+        listing = receive();
     } catch (const FTPReply&) {
         ReturnToBase();
         throw;
@@ -79,7 +79,18 @@ std::vector<RemoteEntry> CFTPSession::ListByLines(const std::string& directory)
     if (!directory.empty()) {
         ReturnToBase();
     }
-    return ReadListed(listing, QDateTime::currentDateTimeUtc());
+    return listing;
+}
+
+std::vector<RemoteEntry> CFTPSession::ListByLines(const std::string& directory)
+{
+    return ReadListed(ReceiveIn(directory, [this] { return ReceiveListing(); }),
+                      QDateTime::currentDateTimeUtc());
+}
+
+QString CFTPSession::ListInWords(const QString& directory)
+{
+    return Widen(ReceiveIn(Narrow(directory), [this] { return Receive("LIST", {}, maximalListingSize); }));
 }
 
 // "-a" shows the names that begin with "."; a server that takes it for a name refuses it or shows nothing.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "ftpengine/net/SocketStream.h"
@@ -18,6 +19,7 @@ public:
     void Open();
 
     std::vector<RemoteEntry> List(const QString& directory) override;
+    QString ListInWords(const QString& directory) override;
     void MakeDirectory(const QString& path) override;
     void Rename(const QString& oldPath, const QString& newPath) override;
     void RemoveFile(const QString& path) override;
@@ -30,6 +32,7 @@ public:
 
 private:
     std::vector<RemoteEntry> ListByFacts(const std::string& directory);
+    std::string ReceiveIn(const std::string& directory, const std::function<std::string()>& receive);
     std::vector<RemoteEntry> ListByLines(const std::string& directory);
     std::string ReceiveListing();
     std::string Receive(std::string_view verb, std::string_view argument, std::size_t maximum);

@@ -39,6 +39,9 @@ public:
 
     // Without "." and "..", in the server's order. A refusal with 550 if the directory isn't there.
     virtual std::vector<RemoteEntry> List(const QString& directory) = 0;
+    // The same as the server writes it for people, line by line and as it came, for a person who wants to
+    // look at it. What no line says of an entry, or whether it has one, is the server's own matter.
+    virtual QString ListInWords(const QString& directory) = 0;
     // Makes one directory; the one above has to be there. Nothing happens if it is there already.
     virtual void MakeDirectory(const QString& path) = 0;
     // Replaces what bears the new name, in one step where the server can.

@@ -136,21 +136,35 @@ void CSftpSession::CloseQuietly(const std::string& handle)
     channel.Ask(OfPath(SftpType::Close, handle));
 }
 
-std::vector<RemoteEntry> CSftpSession::List(const QString& directory)
+std::vector<SftpEntry> CSftpSession::ReadEntries(const QString& directory)
 {
-    const std::string path = Locate(directory);
-    const std::string handle = Open(SftpType::OpenDir, OfPath(SftpType::OpenDir, path), directory);
+    const std::string handle =
+        Open(SftpType::OpenDir, OfPath(SftpType::OpenDir, Locate(directory)), directory);
     SftpListing listing = ReadListing(channel, handle);
     CloseQuietly(handle);
     if (listing.end.code != SftpCode::EndOfFile) {
         Refuse(TranslateRefusal(listing.end, directory));
     }
-    FollowLinks(channel, path, listing.entries);
+    return std::move(listing.entries);
+}
+
+std::vector<RemoteEntry> CSftpSession::List(const QString& directory)
+{
+    std::vector<SftpEntry> read = ReadEntries(directory);
+    FollowLinks(channel, Locate(directory), read);
     std::vector<RemoteEntry> entries;
-    entries.reserve(listing.entries.size());
-    std::transform(listing.entries.begin(), listing.entries.end(), std::back_inserter(entries),
-                   MakeRemoteEntry);
+    entries.reserve(read.size());
+    std::transform(read.begin(), read.end(), std::back_inserter(entries), MakeRemoteEntry);
     return entries;
+}
+
+QString CSftpSession::ListInWords(const QString& directory)
+{
+    QString words;
+    for (const SftpEntry& entry : ReadEntries(directory)) {
+        words += Widen(entry.longName.empty() ? entry.name : entry.longName) + QLatin1Char('\n');
+    }
+    return words;
 }
 
 void CSftpSession::MakeDirectory(const QString& path)

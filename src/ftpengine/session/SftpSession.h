@@ -22,6 +22,7 @@ public:
     CSftpSession(std::unique_ptr<CSftpStream> stream, const QString& directory, SessionLog& log);
 
     std::vector<RemoteEntry> List(const QString& directory) override;
+    QString ListInWords(const QString& directory) override;
     void MakeDirectory(const QString& path) override;
     void Rename(const QString& oldPath, const QString& newPath) override;
     void RemoveFile(const QString& path) override;
@@ -43,6 +44,7 @@ private:
     void DemandDone(const CSftpRequest& request, const QString& path);
     [[noreturn]] void Refuse(const FTPReply& reply);
 
+    std::vector<SftpEntry> ReadEntries(const QString& directory);
     std::string Open(SftpType type, const CSftpRequest& request, const QString& path);
     std::optional<SftpAttributes> FindAttributes(const QString& path);
     void CloseQuietly(const std::string& handle);

@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <libssh/libssh.h>
+#include <netinet/tcp.h>
 #include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -12,7 +13,7 @@
 
 #include "common/Text.h"
 #include "ftpengine/messages/EngineStatus.h"
-#include "ftpengine/net/Dial.h"
+#include "ftpengine/net/Connection.h"
 #include "ftpengine/ssh/KnownHosts.h"
 #include "ftpengine/ssh/SshKeyFile.h"
 
@@ -69,6 +70,15 @@ QByteArray BlobOf(ssh_key key)
     return blob;
 }
 
+CSocket Connect(const SessionSetting& setting)
+{
+    CSocket socket = ConnectToServer(setting.destination, setting.timeouts, *setting.abortEvent);
+    const int on = 1;
+    // Requests are small and wait for answers: none may wait for company.
+    ::setsockopt(socket.GetDescriptor(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+    return socket;
+}
+
 } // namespace
 
 CLentDescriptor::CLentDescriptor(const CSocket& socket)
@@ -96,7 +106,7 @@ CSshConnection::CSshConnection(const SessionSetting& setting, SessionLog& log)
     : abortEvent(setting.abortEvent),
       silence(setting.timeouts.reply),
       log(log),
-      socket(Dial(setting.destination.server, setting.destination.port, setting.abortEvent)),
+      socket(Connect(setting)),
       lent(socket),
       session(ssh_new())
 {

@@ -75,6 +75,15 @@ public:
         return entries;
     }
 
+    QString ListInWords(const QString& directory) override
+    {
+        QString words;
+        for (const RemoteEntry& entry : List(directory)) {
+            words += entry.name + QLatin1Char('\n');
+        }
+        return words;
+    }
+
     void MakeDirectory(const QString& path) override
     {
         const std::lock_guard lock(server.mutex);

@@ -4,7 +4,9 @@
 #include <thread>
 
 #include "FTPEngineFixture.h"
+#include "ftpengine/messages/EngineStatus.h"
 #include "ftpengine/net/HostLookup.h"
+#include "support/NoThreads.h"
 #include "support/TraceRecorder.h"
 
 namespace {
@@ -87,6 +89,16 @@ TEST_F(Connection, AHostThatIsNoneIsNotFound)
     for (const char* host : {"", "no such host", "256.1.1.1.", "a\r\nb"}) {
         EXPECT_EQ(OpenError(QString::fromLatin1(host), 21), 11001) << host;
     }
+    EXPECT_EQ(OpenError(QString(300, QLatin1Char('x')), 21), 11001);
+}
+
+TEST_F(Connection, WithoutAThreadNoNameIsLookedUp)
+{
+    CListener listener;
+    const CNoThreads none;
+    EXPECT_EQ(OpenError(QStringLiteral("localhost"), listener.GetPort()), EngineStatus::NoBufferSpace);
+    // An address in figures is none.
+    EXPECT_EQ(OpenError(QStringLiteral("127.0.0.1"), listener.GetPort()), 0);
 }
 
 TEST_F(Connection, AnAbortEndsItBeforeItBegins)

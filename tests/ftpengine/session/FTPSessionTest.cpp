@@ -199,6 +199,17 @@ TEST_F(FTPSession, ListsByLinesOtherwise)
     EXPECT_THAT(CommandsFrom(10), ElementsAre("EPSV", "LIST -a"));
 }
 
+TEST_F(FTPSession, AListingInTheServersWordsComesAsItIs)
+{
+    server.listing = "  total 2\r\n-rw-r--r--   1 a b  12 Nov 20 14:34 x \r\n";
+    server.features = " MLST type*;\r\n";
+    server.Start();
+    ASSERT_EQ(Open(), "done");
+    const std::size_t before = server.GetCommands().size();
+    EXPECT_EQ(session->ListInWords(QStringLiteral("www")), Widen(server.listing));
+    EXPECT_THAT(CommandsFrom(before), ElementsAre("CWD www", "PASV", "LIST", "CWD /home"));
+}
+
 TEST_F(FTPSession, AServerThatTakesTheOptionForANameIsAskedWithoutIt)
 {
     server.On("LIST", [](CServerSession& session, const std::string& argument) {

@@ -234,6 +234,21 @@ TEST_F(SftpSession, AListingOfAnyLengthComesWhole)
     }
 }
 
+TEST_F(SftpSession, AListingInTheServersWordsHasALineForEachEntry)
+{
+    server.nodes["/home/a b"].bytes = "x";
+    server.nodes["/home/folder"].isDirectory = true;
+    const auto session = Open();
+    const QStringList lines = session->ListInWords({}).split(QLatin1Char('\n'));
+    ASSERT_EQ(lines.size(), 3);
+    EXPECT_TRUE(lines[0].startsWith(QLatin1Char('-'))) << qPrintable(lines[0]);
+    EXPECT_TRUE(lines[0].endsWith(QStringLiteral("a b"))) << qPrintable(lines[0]);
+    EXPECT_TRUE(lines[1].endsWith(QStringLiteral("folder"))) << qPrintable(lines[1]);
+    EXPECT_EQ(lines[2], QString());
+    EXPECT_EQ(Thrown([&] { session->ListInWords(QStringLiteral("gone")); }),
+              QStringLiteral("550 gone: No such file\r\n"));
+}
+
 TEST_F(SftpSession, AListingThatIsRefusedInTheMiddleIsARefusal)
 {
     const auto session = Open();
