@@ -111,6 +111,11 @@ QString FindDataFolder()
     return UserFolder(QStandardPaths::GenericDataLocation);
 }
 
+QString FindTrustFolder()
+{
+    return JoinPath(FindDataFolder(), QStringLiteral("vistorama/trusted-servers"));
+}
+
 QString FindBackupsFolder()
 {
     return JoinPath(FindDataFolder(), QStringLiteral("vistorama/earlier-versions"));

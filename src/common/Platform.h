@@ -40,5 +40,8 @@ QString FindMachineSettingsFolder();
 // The user's folder for earlier versions of projects. Made when it is first needed.
 QString FindBackupsFolder();
 
+// The user's folder of the servers that were trusted. Made when it is first needed.
+QString FindTrustFolder();
+
 // The folder of the user's data files: not that of the settings, which people copy and publish.
 QString FindDataFolder();
