@@ -14,6 +14,7 @@
 #include "shell/look/Icons.h"
 #include "shell_support/DialogTools.h"
 #include "shell_support/FTPTestTools.h"
+#include "support/ScratchFolder.h"
 #include "support/ScriptedServer.h"
 
 namespace {
@@ -35,7 +36,7 @@ protected:
     {
         destination.connection = server.GetDestination(directory);
         dialog = std::make_unique<CFTPEngineResLibDlgBrowseFolder>(destination, troubleshooting, nullptr,
-                                                                   FTPTimeouts());
+                                                                   access);
         dialog->show();
         ASSERT_TRUE(QTest::qWaitForWindowActive(dialog.get()));
     }
@@ -95,6 +96,9 @@ protected:
 
     CScriptedServer server;
     CFTPDestination destination;
+    CScratchFolder scratch;
+    const CFTPEngineResLibDlgBrowseFolder::Access access{
+        .timeouts = {}, .trustFolder = scratch.Path(QStringLiteral("trusted"))};
     std::unique_ptr<CFTPEngineResLibDlgBrowseFolder> dialog;
 };
 
@@ -335,7 +339,7 @@ TEST_F(BrowseFolder, ClosesWithoutWaitingWhileTheServerIsSilent)
         silent.On(verb, [](CServerSession& session, const std::string&) { session.Stall(); });
         silent.Start();
         destination.connection = silent.GetDestination();
-        dialog = std::make_unique<CFTPEngineResLibDlgBrowseFolder>(destination, true, nullptr, FTPTimeouts());
+        dialog = std::make_unique<CFTPEngineResLibDlgBrowseFolder>(destination, true, nullptr, access);
         dialog->show();
         WAIT_UNTIL(!Rows().isEmpty());
         QElapsedTimer timer;
@@ -424,7 +428,7 @@ TEST_F(BrowseFolder, EachKindOfRowHasItsIcon)
     silent.On("LIST", [](CServerSession& session, const std::string&) { session.Stall(); });
     silent.Start();
     destination.connection = silent.GetDestination();
-    dialog = std::make_unique<CFTPEngineResLibDlgBrowseFolder>(destination, true, nullptr, FTPTimeouts());
+    dialog = std::make_unique<CFTPEngineResLibDlgBrowseFolder>(destination, true, nullptr, access);
     dialog->show();
     WAIT_UNTIL(!Rows().isEmpty());
     EXPECT_TRUE(hasIcon(0, "waiting"));
