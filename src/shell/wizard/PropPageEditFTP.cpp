@@ -310,7 +310,7 @@ void CPropPageEditFTP::OnQuestion(const CTaskResult& result)
     if (AskAboutServer({result.status, result.identity, state.services.access.trustFolder}, record, this)) {
         protocol->setCurrentIndex(protocol->findData(static_cast<int>(record.protocol)));
         // Not before the message of the test that has ended is through.
-        QMetaObject::invokeMethod(this, &CPropPageEditFTP::Test, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, [this] { validatePage(); }, Qt::QueuedConnection);
     }
 }
 

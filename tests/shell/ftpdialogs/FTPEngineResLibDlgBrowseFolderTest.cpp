@@ -448,3 +448,35 @@ TEST_F(BrowseFolder, ShowsAnEmptyListAndTheAddressWhenTheFirstListingFails)
     EXPECT_TRUE(Find<QPushButton>(*dialog, "troubleshoot").isEnabled());
     EXPECT_TRUE(Find<QPushButton>(*dialog, "cancel").isEnabled());
 }
+
+TEST_F(BrowseFolder, AsksAboutAServerThatNobodyVouchesForAndGoesOn)
+{
+    const CTestCertificate certificate;
+    server.UseTls(std::make_shared<CTlsServer>(certificate));
+    server.Start();
+    destination.connection = server.GetDestination(QStringLiteral("www"));
+    destination.connection.protocol = ServerProtocol::FtpTls;
+    const CModalAnswer answer([](QWidget& modal) { Click(modal, "agree"); });
+    dialog = std::make_unique<CFTPEngineResLibDlgBrowseFolder>(destination, true, nullptr, access);
+    dialog->show();
+    WAIT_UNTIL(Ok().isEnabled());
+    EXPECT_TRUE(answer.WasAsked());
+    EXPECT_EQ(Directory(), QStringLiteral("www"));
+    EXPECT_EQ(Rows().last(), QStringLiteral("archive"));
+    EXPECT_EQ(Url(), QStringLiteral("ftpes://127.0.0.1:%1/www").arg(server.GetPort()));
+}
+
+TEST_F(BrowseFolder, ShowsNothingOfAServerThatIsNotTrusted)
+{
+    const CTestCertificate certificate;
+    server.UseTls(std::make_shared<CTlsServer>(certificate));
+    server.Start();
+    destination.connection = server.GetDestination();
+    destination.connection.protocol = ServerProtocol::FtpTls;
+    const CModalAnswer answer([](QWidget& modal) { Click(modal, "cancel"); });
+    dialog = std::make_unique<CFTPEngineResLibDlgBrowseFolder>(destination, true, nullptr, access);
+    dialog->show();
+    WAIT_UNTIL(answer.WasAsked() && Rows().isEmpty());
+    EXPECT_FALSE(Ok().isEnabled());
+    EXPECT_FALSE(HasCommand("PASS s3cret"));
+}
