@@ -21,6 +21,7 @@ protected:
     CWizardFixture();
 
     void Open();
+    DeployWizardServices MakeServices();
     // Stores a connection to the server and chooses it in the project.
     CFTPDestination AddServer(const QString& directory = {});
     // Opens the wizard and goes to the page that uploads into that directory.
@@ -37,6 +38,10 @@ protected:
     {
         return Find<Control>(*wizard->currentPage(), name);
     }
+    // The deployment waits for the person's consent.
+    bool IsAsking() const;
+    // Begins the upload, and consents when it asks.
+    void Publish();
     QString Status() const { return OnPage<QLabel>("status").text(); }
     // The three texts of the error page.
     QStringList ErrorTexts() const;
@@ -52,8 +57,8 @@ protected:
     CFTPDestinations destinations{*fixture.settings, protection};
     CScriptedServer server;
     QStringList opened;    // in the web browser
-    QString recordsFolder; // none is kept
     FTPTimeouts timeouts;
+    RemoteSessionOpener openSession; // in place of a network
     std::unique_ptr<CWizardPropSheetDeploy> wizard;
 };
 
