@@ -185,8 +185,7 @@ DeployEnd CDeployment::SendTo(CServerDeployment& server, const SitePlan& plan)
     summary.awaitsConsent = setting.awaitsConsent && !isInDoubt && !summary.IsNothing();
     Post(summary);
     if (isInDoubt) {
-        return DeployDoubts{
-            .absentPictures = {}, .unreadableWatermarks = {}, .strangeFiles = plan.strangers};
+        return DeployDoubts{.absentPictures = {}, .unreadableWatermarks = {}, .strangeFiles = plan.strangers};
     }
     if (summary.awaitsConsent) {
         decision.Wait(NoLimit);

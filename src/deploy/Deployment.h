@@ -84,8 +84,9 @@ struct DeployResult {
     QStringList warnings;                 // of the missing, the generation and the server, in that order
 };
 
-// What a person should decide about a target before a run, as far as it can be known without going to a server:
-// a run finds the same by itself. Nobody else may change the project meanwhile. Throws as GeneratePages does.
+// What a person should decide about a target before a run, as far as it can be known without going to a
+// server: a run finds the same by itself. Nobody else may change the project meanwhile. Throws as
+// GeneratePages does.
 DeployDoubts ExamineDeployment(CGalleryProject& project, const DeploymentTarget& target,
                                const QString& recordsFolder);
 

@@ -263,8 +263,10 @@ TEST_F(Deployment, StrangersOnTheServerAreADoubt)
     const auto doubts = Expect<DeployDoubts>(Deploy(Server()));
     EXPECT_EQ(doubts.strangeFiles, QStringList(QStringLiteral("index.html")));
     const DeployError error = StrangeFilesOnServerError(doubts.strangeFiles);
-    EXPECT_EQ(error.description, QStringLiteral("The gallery was not published: there is something to decide first."));
-    EXPECT_TRUE(error.reason.endsWith(QStringLiteral("overwritten: 1.\nindex.html"))) << qPrintable(error.reason);
+    EXPECT_EQ(error.description,
+              QStringLiteral("The gallery was not published: there is something to decide first."));
+    EXPECT_TRUE(error.reason.endsWith(QStringLiteral("overwritten: 1.\nindex.html")))
+        << qPrintable(error.reason);
     EXPECT_TRUE(error.solution.contains(QStringLiteral("--overwrite")));
     EXPECT_EQ(Served().size(), 1u);
     EXPECT_EQ(server.Find(QStringLiteral("web/index.html"))->bytes, "mine");

@@ -8,13 +8,23 @@ TEST(ServerTargets, ServersAreToldApartByProtocolUserNameAndPort)
         FTPDestinationConnection destination;
         const char* name;
     } rows[] = {
-        {{.userName = QStringLiteral("ann"), .password = QStringLiteral("secret"), .server = QStringLiteral("Example.org")},
+        {{.userName = QStringLiteral("ann"),
+          .password = QStringLiteral("secret"),
+          .server = QStringLiteral("Example.org")},
          "ftp://ann@example.org:21"},
-        {{.userName = QStringLiteral("ann"), .server = QStringLiteral("a"), .protocol = ServerProtocol::FtpTls},
+        {{.userName = QStringLiteral("ann"),
+          .server = QStringLiteral("a"),
+          .protocol = ServerProtocol::FtpTls},
          "ftpes://ann@a:21"},
-        {{.userName = QStringLiteral("%1"), .server = QStringLiteral("a"), .port = 990, .protocol = ServerProtocol::FtpImplicitTls},
+        {{.userName = QStringLiteral("%1"),
+          .server = QStringLiteral("a"),
+          .port = 990,
+          .protocol = ServerProtocol::FtpImplicitTls},
          "ftps://%1@a:990"},
-        {{.userName = QStringLiteral("bob"), .server = QStringLiteral("::1"), .port = 2222, .protocol = ServerProtocol::Sftp},
+        {{.userName = QStringLiteral("bob"),
+          .server = QStringLiteral("::1"),
+          .port = 2222,
+          .protocol = ServerProtocol::Sftp},
          "sftp://bob@::1:2222"},
     };
     for (const auto& row : rows) {

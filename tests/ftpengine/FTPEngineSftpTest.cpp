@@ -80,10 +80,12 @@ TEST_F(FTPEngineSftp, MakesAndRenamesDirectories)
     constexpr std::chrono::seconds longEnough(60);
     EXPECT_TRUE(engine.CreateDirectory(destination, QStringLiteral("new one"), longEnough).IsSuccess());
     EXPECT_TRUE(QDir(server.GetRoot() + QStringLiteral("www/new one")).exists());
-    EXPECT_TRUE(engine.RenameDirectory(destination, QStringLiteral("new one"), QStringLiteral("old"), longEnough)
-                    .IsSuccess());
+    EXPECT_TRUE(
+        engine.RenameDirectory(destination, QStringLiteral("new one"), QStringLiteral("old"), longEnough)
+            .IsSuccess());
     EXPECT_TRUE(QDir(server.GetRoot() + QStringLiteral("www/old")).exists());
-    EXPECT_EQ(engine.RenameDirectory(destination, QStringLiteral("none"), QStringLiteral("x"), longEnough).GetKind(),
+    EXPECT_EQ(engine.RenameDirectory(destination, QStringLiteral("none"), QStringLiteral("x"), longEnough)
+                  .GetKind(),
               CTaskResult::Kind::ServerRefusal);
 }
 

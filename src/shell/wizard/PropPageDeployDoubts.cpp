@@ -78,8 +78,7 @@ void CPropPageDeployDoubts::OnShown()
     const QStringList files = MissingFiles(doubts);
     Show(missing, Text(StringId::MissingFilesQuestion, static_cast<int>(files.size())), files);
     Show(strangers,
-         Text(StringId::StrangersFilesQuestion, static_cast<int>(doubts.strangeFiles.size()),
-              GetTarget()),
+         Text(StringId::StrangersFilesQuestion, static_cast<int>(doubts.strangeFiles.size()), GetTarget()),
          doubts.strangeFiles);
     missing.agreed->setChecked(state.leaveOutMissing);
     Q_EMIT completeChanged(); // the wizard has asked before

@@ -155,8 +155,7 @@ void CPropPageDeployToFTP::Show(const SendProgress& progress)
 
 void CPropPageDeployToFTP::Show(const SendRetry& retry)
 {
-    const QString seconds =
-        Number(std::chrono::duration_cast<std::chrono::seconds>(retry.pause).count());
+    const QString seconds = Number(std::chrono::duration_cast<std::chrono::seconds>(retry.pause).count());
     const QString number = Number(retry.number);
     const QString allowed = Number(retry.allowed);
     const QString path = retry.path.isEmpty() ? server->text() : retry.path;

@@ -149,8 +149,8 @@ QWidget* CPropPageEditFTP::MakeIdentityRow()
     layout->addWidget(identityFile);
     layout->addWidget(browse);
     connect(browse, &QPushButton::clicked, this, &CPropPageEditFTP::OnBrowseIdentity);
-    QWidget* const order[] = {protocol, server, port, userName, password, identityFile, browse, displayName,
-                              share};
+    QWidget* const order[] = {protocol,     server, port,        userName, password,
+                              identityFile, browse, displayName, share};
     for (size_t i = 1; i < std::size(order); ++i) {
         setTabOrder(order[i - 1], order[i]);
     }
@@ -236,8 +236,7 @@ void CPropPageEditFTP::OnBrowseIdentity()
 {
     const QString folder =
         identityFile->text().isEmpty() ? QDir::homePath() + QStringLiteral("/.ssh") : identityFile->text();
-    const QString chosen =
-        QFileDialog::getOpenFileName(this, Text(StringId::ChooseIdentityFileName), folder);
+    const QString chosen = QFileDialog::getOpenFileName(this, Text(StringId::ChooseIdentityFileName), folder);
     if (!chosen.isEmpty()) {
         identityFile->setText(chosen);
     }
@@ -310,7 +309,8 @@ void CPropPageEditFTP::OnQuestion(const CTaskResult& result)
     if (AskAboutServer({result.status, result.identity, state.services.access.trustFolder}, record, this)) {
         protocol->setCurrentIndex(protocol->findData(static_cast<int>(record.protocol)));
         // Not before the message of the test that has ended is through.
-        QMetaObject::invokeMethod(this, [this] { validatePage(); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this] { validatePage(); }, Qt::QueuedConnection);
     }
 }
 
@@ -365,7 +365,7 @@ CWizardPage::CancelAnswer CPropPageEditFTP::OnCancel()
     target.reset();
     // A connection that is just being made can't be broken off, so the next test has an engine of its own.
     RetireEngine(std::exchange(engine, std::make_unique<CFTPEngine>(state.services.access.timeouts,
-                                                                      state.services.access.trustFolder)));
+                                                                    state.services.access.trustFolder)));
     SetTesting(false);
     status->clear();
     return CancelAnswer::StayThere;

@@ -118,8 +118,8 @@ void CPropPageSelectFTPFolder::OnBrowse()
     CFTPDestination destination = state.Destinations().Load(state.settings.ftp_destination);
     const FTPDestinationConnection before = destination.connection;
     const ServerAccess& access = state.services.access;
-    CFTPEngineResLibDlgBrowseFolder dialog(
-        destination, true, this, {.timeouts = access.timeouts, .trustFolder = access.trustFolder});
+    CFTPEngineResLibDlgBrowseFolder dialog(destination, true, this,
+                                           {.timeouts = access.timeouts, .trustFolder = access.trustFolder});
     if (dialog.exec() == QDialog::Accepted) {
         path->setText(destination.connection.directory);
     }

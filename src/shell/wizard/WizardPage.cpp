@@ -17,10 +17,10 @@ void CWizardPage::Examine()
     state.overwrite = false;
     const bool isFolder = state.settings.destination_kind == 0;
     try {
-        state.doubts =
-            ExamineDeployment(state.project, isFolder ? DeploymentTarget(FolderTarget{state.settings.folder})
-                                                      : DeploymentTarget(ServerTarget()),
-                              state.services.recordsFolder);
+        state.doubts = ExamineDeployment(state.project,
+                                         isFolder ? DeploymentTarget(FolderTarget{state.settings.folder})
+                                                  : DeploymentTarget(ServerTarget()),
+                                         state.services.recordsFolder);
     } catch (const CExceptionBase& failure) {
         Trace(failure.GetDescription());
         state.doubts = {};

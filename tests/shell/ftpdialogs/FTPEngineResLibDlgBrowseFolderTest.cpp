@@ -35,8 +35,8 @@ protected:
     void Open(const QString& directory = {}, bool troubleshooting = true)
     {
         destination.connection = server.GetDestination(directory);
-        dialog = std::make_unique<CFTPEngineResLibDlgBrowseFolder>(destination, troubleshooting, nullptr,
-                                                                   access);
+        dialog =
+            std::make_unique<CFTPEngineResLibDlgBrowseFolder>(destination, troubleshooting, nullptr, access);
         dialog->show();
         ASSERT_TRUE(QTest::qWaitForWindowActive(dialog.get()));
     }

@@ -17,7 +17,8 @@ using Doubt = ServerIdentity::Doubt;
 // RFC 4253, 6.6: the kind, and 32 bytes of a key.
 QByteArray HostKey()
 {
-    return QByteArray::fromHex("0000000b") + "ssh-ed25519" + QByteArray::fromHex("00000020") + QByteArray(32, 'k');
+    return QByteArray::fromHex("0000000b") + "ssh-ed25519" + QByteArray::fromHex("00000020") +
+           QByteArray(32, 'k');
 }
 
 class ServerQuestionBox : public testing::Test {
@@ -100,7 +101,8 @@ TEST_F(ServerQuestionBox, ShowsAHostKeyAsWebHostsDoAndRemembersIt)
     question.identity->hostKey = HostKey();
     question.identity->issuer.clear();
     question.identity->port = 22;
-    EXPECT_TRUE(Ask("agree", [](QMessageBox& box) { KeepPictures(box, QStringLiteral("server-question-host-key")); }));
+    EXPECT_TRUE(Ask("agree",
+                    [](QMessageBox& box) { KeepPictures(box, QStringLiteral("server-question-host-key")); }));
     EXPECT_TRUE(words.contains(QStringLiteral("SHA256:GhoaGhoaGhoaGhoaGhoaGhoaGhoaGhoaGhoaGhoaGho")))
         << qPrintable(words);
     EXPECT_TRUE(words.contains(QStringLiteral("has not met the server before")));
@@ -152,7 +154,8 @@ TEST_F(ServerQuestionBox, LeadsToTlsWhereTheServerDemandsIt)
 {
     destination.protocol = ServerProtocol::Ftp;
     question = {.status = EngineStatus::TlsDemanded, .identity = {}, .trustFolder = question.trustFolder};
-    EXPECT_FALSE(Ask("cancel", [](QMessageBox& box) { KeepPictures(box, QStringLiteral("server-question-tls")); }));
+    EXPECT_FALSE(
+        Ask("cancel", [](QMessageBox& box) { KeepPictures(box, QStringLiteral("server-question-tls")); }));
     EXPECT_EQ(destination.protocol, ServerProtocol::Ftp);
     EXPECT_TRUE(Ask("agree"));
     EXPECT_EQ(destination.protocol, ServerProtocol::FtpTls);
@@ -160,7 +163,8 @@ TEST_F(ServerQuestionBox, LeadsToTlsWhereTheServerDemandsIt)
 
 TEST(ServerQuestions, AreNoFailures)
 {
-    for (const int status : {EngineStatus::UntrustedServer, EngineStatus::TlsNotOffered, EngineStatus::TlsDemanded}) {
+    for (const int status :
+         {EngineStatus::UntrustedServer, EngineStatus::TlsNotOffered, EngineStatus::TlsDemanded}) {
         EXPECT_TRUE(IsServerQuestion(status)) << status;
     }
     for (const int status : {0, EngineStatus::TlsFailed, EngineStatus::TimedOut, EngineStatus::Aborted}) {

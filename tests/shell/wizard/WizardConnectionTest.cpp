@@ -470,7 +470,8 @@ TEST_F(WizardConnection, TellsASilentServerFromAnInvalidName)
     const CMessageAnswer message;
     Press("next");
     WAIT_UNTIL(!message.GetText().isEmpty());
-    EXPECT_FALSE(message.GetText().contains(QStringLiteral("name is invalid"))) << qPrintable(message.GetText());
+    EXPECT_FALSE(message.GetText().contains(QStringLiteral("name is invalid")))
+        << qPrintable(message.GetText());
 }
 
 TEST_F(WizardConnection, ProposesItsStoredDirectoryUnlessTheProjectHasOneThere)

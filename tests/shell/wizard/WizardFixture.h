@@ -56,7 +56,7 @@ protected:
     const CPasswordProtection protection{userKeys, fixture.scratch.Path(QStringLiteral("machine-keys"))};
     CFTPDestinations destinations{*fixture.settings, protection};
     CScriptedServer server;
-    QStringList opened;    // in the web browser
+    QStringList opened; // in the web browser
     FTPTimeouts timeouts;
     RemoteSessionOpener openSession; // in place of a network
     std::unique_ptr<CWizardPropSheetDeploy> wizard;

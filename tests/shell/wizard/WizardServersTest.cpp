@@ -81,24 +81,22 @@ protected:
     std::unique_ptr<CGalleryProject> sample;
 };
 
-class WizardFTPServers
-    : public WizardServers,
-      public testing::WithParamInterface<std::tuple<FTPServerKind, FTPServerSecurity>> {
+class WizardFTPServers : public WizardServers,
+                         public testing::WithParamInterface<std::tuple<FTPServerKind, FTPServerSecurity>> {
 protected:
     bool HasTls() const { return std::get<1>(GetParam()) == FTPServerSecurity::TlsOnly; }
 
     const CFTPServer real{std::get<0>(GetParam()), std::get<1>(GetParam())};
 };
 
-INSTANTIATE_TEST_SUITE_P(Each, WizardFTPServers,
-                         testing::Combine(testing::Values(FTPServerKind::Vsftpd, FTPServerKind::ProFtpd,
-                                                          FTPServerKind::PureFtpd),
-                                          testing::Values(FTPServerSecurity::Clear,
-                                                          FTPServerSecurity::TlsOnly)),
-                         [](const auto& info) {
-                             const bool hasTls = std::get<1>(info.param) == FTPServerSecurity::TlsOnly;
-                             return std::string(NameOf(std::get<0>(info.param))) + (hasTls ? "Tls" : "Clear");
-                         });
+INSTANTIATE_TEST_SUITE_P(
+    Each, WizardFTPServers,
+    testing::Combine(testing::Values(FTPServerKind::Vsftpd, FTPServerKind::ProFtpd, FTPServerKind::PureFtpd),
+                     testing::Values(FTPServerSecurity::Clear, FTPServerSecurity::TlsOnly)),
+    [](const auto& info) {
+        const bool hasTls = std::get<1>(info.param) == FTPServerSecurity::TlsOnly;
+        return std::string(NameOf(std::get<0>(info.param))) + (hasTls ? "Tls" : "Clear");
+    });
 
 TEST_P(WizardFTPServers, TakeTheSampleProject)
 {
