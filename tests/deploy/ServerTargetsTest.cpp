@@ -5,30 +5,23 @@
 TEST(ServerTargets, ServersAreToldApartByProtocolUserNameAndPort)
 {
     const struct {
-        FTPDestinationConnection destination;
+        const char* userName;
+        const char* server;
+        uint16_t port;
+        ServerProtocol protocol;
         const char* name;
-    } rows[] = {
-        {{.userName = QStringLiteral("ann"),
-          .password = QStringLiteral("secret"),
-          .server = QStringLiteral("Example.org")},
-         "ftp://ann@example.org:21"},
-        {{.userName = QStringLiteral("ann"),
-          .server = QStringLiteral("a"),
-          .protocol = ServerProtocol::FtpTls},
-         "ftpes://ann@a:21"},
-        {{.userName = QStringLiteral("%1"),
-          .server = QStringLiteral("a"),
-          .port = 990,
-          .protocol = ServerProtocol::FtpImplicitTls},
-         "ftps://%1@a:990"},
-        {{.userName = QStringLiteral("bob"),
-          .server = QStringLiteral("::1"),
-          .port = 2222,
-          .protocol = ServerProtocol::Sftp},
-         "sftp://bob@::1:2222"},
-    };
+    } rows[] = {{"ann", "Example.org", 21, ServerProtocol::Ftp, "ftp://ann@example.org:21"},
+                {"ann", "a", 21, ServerProtocol::FtpTls, "ftpes://ann@a:21"},
+                {"%1", "a", 990, ServerProtocol::FtpImplicitTls, "ftps://%1@a:990"},
+                {"bob", "::1", 2222, ServerProtocol::Sftp, "sftp://bob@::1:2222"}};
     for (const auto& row : rows) {
-        EXPECT_EQ(NameServer(row.destination), QLatin1String(row.name));
+        FTPDestinationConnection destination;
+        destination.userName = QString::fromLatin1(row.userName);
+        destination.password = QStringLiteral("secret");
+        destination.server = QString::fromLatin1(row.server);
+        destination.port = row.port;
+        destination.protocol = row.protocol;
+        EXPECT_EQ(NameServer(destination), QString::fromLatin1(row.name));
     }
 }
 

@@ -428,12 +428,15 @@ TEST_F(WizardConnection, IsLedToTlsByAServerThatDemandsIt)
     server.Start();
     OpenNew();
     FillIn(ServerProtocol::Ftp);
-    const CModalAnswer toTls([](QWidget& modal) { Click(modal, "agree"); });
+    std::unique_ptr<CModalAnswer> trust;
+    const CModalAnswer toTls([&](QWidget& modal) {
+        Click(modal, "agree");
+        trust = std::make_unique<CModalAnswer>([](QWidget& next) { Click(next, "agree"); });
+    });
     Press("next");
-    WAIT_UNTIL(toTls.WasAsked());
-    const CModalAnswer trust([](QWidget& modal) { Click(modal, "agree"); });
     WAIT_UNTIL(PageId() == 257);
-    EXPECT_TRUE(trust.WasAsked());
+    EXPECT_TRUE(toTls.WasAsked());
+    EXPECT_TRUE(trust->WasAsked());
     EXPECT_EQ(destinations.Enumerate().front().connection.protocol, ServerProtocol::FtpTls);
 }
 
