@@ -480,3 +480,19 @@ TEST_F(BrowseFolder, ShowsNothingOfAServerThatIsNotTrusted)
     EXPECT_FALSE(Ok().isEnabled());
     EXPECT_FALSE(HasCommand("PASS s3cret"));
 }
+
+TEST_F(BrowseFolder, ShowsAConversationWithoutThePassword)
+{
+    server.Reply("PASS", "530 no\r\n");
+    server.Start();
+    Open();
+    QString text;
+    const CModalAnswer answer([&](QWidget& modal) {
+        text = Find<QPlainTextEdit>(modal, "text").toPlainText();
+        Click(modal, "ok");
+    });
+    WAIT_UNTIL(answer.WasAsked() && Rows().isEmpty());
+    EXPECT_TRUE(HasCommand("PASS s3cret"));
+    EXPECT_TRUE(text.contains(QStringLiteral("PASS ****"))) << qPrintable(text);
+    EXPECT_FALSE(text.contains(QStringLiteral("s3cret"))) << qPrintable(text);
+}

@@ -14,7 +14,7 @@ CTaskResult Refused()
     result.reply = {530, QStringLiteral("530 No\r\n")};
     result.transcript = {
         QStringLiteral("220 ready\r\n"),    QStringLiteral("USER anna"),   QString(),
-        QStringLiteral("331 password\r\n"), QStringLiteral("PASS s3cret"), QStringLiteral("530 No\r\n")};
+        QStringLiteral("331 password\r\n"), QStringLiteral("PASS ****"), QStringLiteral("530 No\r\n")};
     return result;
 }
 
@@ -35,11 +35,11 @@ TEST(TaskResultText, OfASuccessIsOneLine)
     EXPECT_EQ(DescribeTaskResult(result), QStringLiteral("Connection succeed.\r\n\r\n"));
 }
 
-TEST(TaskResultText, OfARefusalHoldsTheConversationWithThePasswordInTheClear)
+TEST(TaskResultText, OfARefusalHoldsTheWholeConversation)
 {
     EXPECT_EQ(DescribeTaskResult(Refused()),
               QStringLiteral("Connection failed. See below\r\n\r\n"
-                             "220 ready\r\nUSER anna\r\n331 password\r\nPASS s3cret\r\n530 No\r\n"));
+                             "220 ready\r\nUSER anna\r\n331 password\r\nPASS ****\r\n530 No\r\n"));
 }
 
 TEST(TaskResultText, OfANetworkFailureEndsWithItsTitleAndDescription)
