@@ -104,12 +104,3 @@ QStringList CWizardFixture::TemporaryFiles() const
 {
     return FilesBelow(fixture.tempFolder.GetPath(), {QStringLiteral("*.html")});
 }
-
-void CGate::Put(CScriptedServer& server, const std::string& verb, const std::string& reply)
-{
-    server.On(verb, [state = state, reply](CServerSession& session, const std::string&) {
-        state->reached.Set();
-        state->open.Wait(std::chrono::seconds(60));
-        session.Send(reply);
-    });
-}

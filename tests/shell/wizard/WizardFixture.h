@@ -61,20 +61,3 @@ protected:
     RemoteSessionOpener openSession; // in place of a network
     std::unique_ptr<CWizardPropSheetDeploy> wizard;
 };
-
-// A place in a conversation at which the server waits for the test.
-class CGate {
-public:
-    // Does what is right once the gate is open.
-    void Put(CScriptedServer& server, const std::string& verb, const std::string& reply);
-    bool IsReached() const { return state->reached.IsSet(); }
-    void Open() { state->open.Set(); }
-    ~CGate() { Open(); }
-
-private:
-    struct State {
-        CEvent reached;
-        CEvent open;
-    };
-    const std::shared_ptr<State> state = std::make_shared<State>();
-};
