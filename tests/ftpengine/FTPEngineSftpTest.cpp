@@ -1,4 +1,5 @@
 #include <QDir>
+#include <QFile>
 
 #include "FTPEngineFixture.h"
 #include "ftpengine/messages/EngineStatus.h"
