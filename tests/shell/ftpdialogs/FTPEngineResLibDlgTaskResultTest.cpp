@@ -13,7 +13,7 @@ CTaskResult Refused()
     CTaskResult result;
     result.reply = {530, QStringLiteral("530 No\r\n")};
     result.transcript = {
-        QStringLiteral("220 ready\r\n"),    QStringLiteral("USER anna"),   QString(),
+        QStringLiteral("220 ready\r\n"),    QStringLiteral("USER anna"), QString(),
         QStringLiteral("331 password\r\n"), QStringLiteral("PASS ****"), QStringLiteral("530 No\r\n")};
     return result;
 }
