@@ -23,7 +23,27 @@ DeploySummary SummaryOf(const SitePlan& plan)
             .bytes = plan.CountBytes()};
 }
 
+QStringList FindStrangersIn(const FolderTarget& target, CGalleryProject& published, CDeploymentRecord& record,
+                            const CStopSignal& stop)
+{
+    return FindStrangeFiles(published, {target.folder, &record}, stop);
+}
+
 } // namespace
+
+DeployDoubts ExamineDeployment(CGalleryProject& project, const DeploymentTarget& target,
+                               const QString& recordsFolder)
+{
+    project.LookForFiles();
+    const CDeployModeScope deployMode(project);
+    DeployDoubts doubts = FindMissingFiles(project);
+    if (const auto* const folder = std::get_if<FolderTarget>(&target)) {
+        const CPublishedProject published(project, doubts);
+        CDeploymentRecord record = OpenRecordFor(project, recordsFolder, folder->folder);
+        doubts.strangeFiles = FindStrangersIn(*folder, published.Get(), record, CStopSignal());
+    }
+    return doubts;
+}
 
 QStringList DeploySummary::GetLines() const
 {
@@ -55,6 +75,12 @@ void CDeployment::RequestCancel()
     if (const auto* const target = std::get_if<ServerTarget>(&setting.target)) {
         target->abort->Set();
     }
+    decision.Set();
+}
+
+void CDeployment::Consent()
+{
+    decision.Set();
 }
 
 void CDeployment::WaitFinished()
@@ -102,7 +128,7 @@ DeployEnd CDeployment::DeployTo(const FolderTarget& target, CGalleryProject& pub
     CDeploymentRecord record = OpenRecordFor(project, setting.recordsFolder, target.folder);
     const GenerationTarget generation{target.folder, &record};
     if (!setting.overwrite) {
-        const QStringList strangers = FindStrangeFiles(published, generation, cancel);
+        const QStringList strangers = FindStrangersIn(target, published, record, cancel);
         if (!strangers.isEmpty()) {
             return DeployDoubts{.absentPictures = {}, .unreadableWatermarks = {}, .strangeFiles = strangers};
         }
@@ -144,17 +170,33 @@ DeployEnd CDeployment::DeployTo(const ServerTarget& target, CGalleryProject& pub
     Begin(DeployPhase::Compare);
     const SitePlan plan = server.Compare(paths, !missing.IsAnyMissing(), cancel);
     result.summary = SummaryOf(plan);
-    Post(*result.summary);
-    if (!setting.overwrite && !plan.strangers.isEmpty()) {
+    return SendTo(server, plan);
+}
+
+DeployEnd CDeployment::SendTo(CServerDeployment& server, const SitePlan& plan)
+{
+    DeploySummary& summary = *result.summary;
+    const bool isInDoubt = !setting.overwrite && !plan.strangers.isEmpty();
+    summary.awaitsConsent =
+        setting.awaitsConsent && !setting.isDryRun && !isInDoubt && !summary.IsNothing();
+    Post(summary);
+    if (isInDoubt) {
         server.Finish();
         return DeployDoubts{.absentPictures = {}, .unreadableWatermarks = {}, .strangeFiles = plan.strangers};
     }
-    if (!setting.isDryRun) {
-        Begin(DeployPhase::Send);
-        result.warnings += server.Send(
-            plan, [this](const SendProgress& progress) { Post(progress); },
-            [this] { Begin(DeployPhase::Tidy); });
+    if (setting.isDryRun) {
+        server.Finish();
+        return DeployDone();
     }
+    if (summary.awaitsConsent) {
+        decision.Wait(NoLimit);
+    }
+    if (cancel.IsSet()) {
+        return DeployCancelled();
+    }
+    Begin(DeployPhase::Send);
+    result.warnings += server.Send(
+        plan, [this](const SendProgress& progress) { Post(progress); }, [this] { Begin(DeployPhase::Tidy); });
     server.Finish();
     return DeployDone();
 }

@@ -20,6 +20,7 @@
 #include "ftpengine/session/ServerIdentity.h"
 
 class CGalleryProject;
+class CServerDeployment;
 class CSiteFolder;
 
 // Where a site goes: a folder of this computer, or a directory on a server.
@@ -45,8 +46,10 @@ struct DeploySummary {
     int32_t changedFiles = 0;
     int32_t removedFiles = 0;
     int32_t unchangedFiles = 0;
-    int64_t bytes = 0; // to be sent
+    int64_t bytes = 0;          // to be sent
+    bool awaitsConsent = false; // the run goes on when it has that
 
+    bool IsNothing() const { return newFiles == 0 && changedFiles == 0 && removedFiles == 0; }
     // "3 new", "1 changed", "0 removed", "5000 bytes".
     QStringList GetLines() const;
 };
@@ -82,6 +85,12 @@ struct DeployResult {
     QStringList warnings;                 // of the missing, the generation and the server, in that order
 };
 
+// What a person should decide about a target before a run, as far as it can be known without going to a
+// server: a run finds the same by itself. Nobody else may change the project meanwhile. Throws as
+// GeneratePages does.
+DeployDoubts ExamineDeployment(CGalleryProject& project, const DeploymentTarget& target,
+                               const QString& recordsFolder);
+
 // The one road on which a gallery leaves the program: looks at what a person should decide, makes the site,
 // and, if it goes to a server, compares it with what is there and sends what differs. Owned by the face that
 // starts it. While the thread runs nobody else may change the project. The results are read after the message
@@ -93,7 +102,8 @@ public:
         // What a person has decided.
         bool leaveOutMissing = false; // absent pictures and unreadable watermarks; nothing is tidied up then
         bool overwrite = false;       // somebody else's files in the target
-        bool isDryRun = false; // of a server: ends after the comparison, with its summary or its doubts
+        bool isDryRun = false;      // of a server: ends after the comparison, with its summary or its doubts
+        bool awaitsConsent = false; // of a server: waits after a comparison that has found something
         // Where records of folders and the sites of servers are kept.
         QString recordsFolder;
         QString sitesFolder;
@@ -110,6 +120,8 @@ public:
     void Start(std::weak_ptr<CDeploymentReceiver> receiver);
     // Returns at once; the run ends within seconds.
     void RequestCancel();
+    // To what the summary has told: it may be sent.
+    void Consent();
     void WaitFinished();
 
     const DeployEnd& GetEnd() const { return end; }
@@ -123,6 +135,7 @@ private:
     DeployEnd DeployTo(const ServerTarget& target, CGalleryProject& published, const DeployDoubts& missing);
     QStringList GenerateForServer(const CSiteFolder& folder, CGalleryProject& published,
                                   const DeployDoubts& missing);
+    DeployEnd SendTo(CServerDeployment& server, const SitePlan& plan);
     DeployEnd EndOf(const SendFailure& failure);
     void Generate(CGalleryProject& published, const GenerationTarget& target);
     void Begin(DeployPhase phase);
@@ -131,6 +144,7 @@ private:
     CGalleryProject& project;
     const Setting setting;
     CStopSignal cancel;
+    CEvent decision; // consent or cancel
     std::weak_ptr<CDeploymentReceiver> receiver;
     DeployEnd end;
     DeployResult result;

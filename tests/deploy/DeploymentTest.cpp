@@ -86,6 +86,7 @@ protected:
         bool leaveOutMissing = false;
         bool overwrite = false;
         bool isDryRun = false;
+        bool awaitsConsent = false;
     };
     CDeployment::Setting Setting(const DeploymentTarget& target, const Choices& choices) const
     {
@@ -93,6 +94,7 @@ protected:
                 .leaveOutMissing = choices.leaveOutMissing,
                 .overwrite = choices.overwrite,
                 .isDryRun = choices.isDryRun,
+                .awaitsConsent = choices.awaitsConsent,
                 .recordsFolder = Path("records"),
                 .sitesFolder = Path("sites")};
     }
@@ -399,6 +401,65 @@ TEST_F(Deployment, EachProjectHasItsOwnManifestOnTheServer)
     Expect<DeployDone>(Deploy(Server(), {.overwrite = true}));
     EXPECT_EQ(result.summary->removedFiles, 0);
     EXPECT_EQ(Served().count(QStringLiteral("pictures/two2015.png")), 1u);
+}
+
+TEST_F(Deployment, SendsNothingBeforeThePersonConsents)
+{
+    bool wasAsked = false;
+    onMessage = [&](const DeploymentMessage& message) {
+        if (const auto* const summary = std::get_if<DeploySummary>(&message)) {
+            EXPECT_TRUE(summary->awaitsConsent);
+            EXPECT_GT(summary->newFiles, 0);
+            EXPECT_TRUE(Served().empty());
+            wasAsked = true;
+            deployment->Consent();
+        }
+    };
+    Expect<DeployDone>(Deploy(Server(), {.awaitsConsent = true}));
+    EXPECT_TRUE(wasAsked);
+    EXPECT_FALSE(Served().empty());
+}
+
+TEST_F(Deployment, CancelIsAnAnswerToTheSummary)
+{
+    onMessage = [this](const DeploymentMessage& message) {
+        if (std::holds_alternative<DeploySummary>(message)) {
+            deployment->RequestCancel();
+        }
+    };
+    Expect<DeployCancelled>(Deploy(Server(), {.awaitsConsent = true}));
+    EXPECT_TRUE(Served().empty());
+}
+
+TEST_F(Deployment, AsksNobodyWhereThereIsNothingToSendOrSomethingElseToDecide)
+{
+    Expect<DeployDone>(Deploy(Server()));
+    Expect<DeployDone>(Deploy(Server(), {.awaitsConsent = true}));
+    EXPECT_TRUE(result.summary->IsNothing());
+    EXPECT_FALSE(result.summary->awaitsConsent);
+    fixture.NewProject();
+    AddPicture("other.png");
+    fixture.GetProject().Save(Path("Other.gallery"));
+    Expect<DeployDoubts>(Deploy(Server(), {.awaitsConsent = true}));
+    EXPECT_FALSE(result.summary->awaitsConsent);
+}
+
+TEST_F(Deployment, IsExaminedBeforeAnythingIsWritten)
+{
+    const QString lost = fixture.GetRoot().GetPictures().GetAt(0)->GetPath();
+    ASSERT_TRUE(QFile::remove(lost));
+    fixture.scratch.Write(QStringLiteral("site/index.html"), "mine");
+    const QStringList before = fixture.scratch.ListFiles();
+    const DeployDoubts inFolder = ExamineDeployment(fixture.GetProject(), Folder(), Path("records"));
+    ASSERT_EQ(inFolder.absentPictures.size(), 1u);
+    EXPECT_EQ(inFolder.absentPictures[0].path, lost);
+    EXPECT_EQ(inFolder.strangeFiles.size(), 1);
+    const DeployDoubts atServer = ExamineDeployment(fixture.GetProject(), Server(), Path("records"));
+    EXPECT_EQ(atServer.absentPictures.size(), 1u);
+    EXPECT_TRUE(atServer.strangeFiles.isEmpty()); // nobody has been there yet
+    EXPECT_EQ(server.operations, 0);
+    EXPECT_EQ(fixture.scratch.ListFiles(), before);
+    EXPECT_TRUE(fixture.GetProject().IsPreviewMode());
 }
 
 TEST_F(Deployment, AReceiverThatIsGoneIsNoDanger)

@@ -1,6 +1,7 @@
 #include "ftpengine/destinations/FTPDestinations.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include <QUuid>
 
@@ -11,7 +12,6 @@ namespace {
 
 constexpr int32_t FirstUserKey = 1;
 constexpr int32_t FirstMachineKey = 0x10000;
-constexpr uint16_t DefaultPort = 21;
 
 QString RootKey()
 {
@@ -46,6 +46,40 @@ QString PasswordValue()
 QString KeyringValue()
 {
     return QStringLiteral("Keyring");
+}
+
+QString ProtocolValue()
+{
+    return QStringLiteral("Protocol");
+}
+
+QString IdentityFileValue()
+{
+    return QStringLiteral("IdentityFile");
+}
+
+// Earlier versions knew FTP in clear alone, and have stored no name for it.
+constexpr struct {
+    ServerProtocol protocol;
+    const char* name;
+} protocolNames[] = {{ServerProtocol::Ftp, ""},
+                     {ServerProtocol::FtpTls, "ftpes"},
+                     {ServerProtocol::FtpImplicitTls, "ftps"},
+                     {ServerProtocol::Sftp, "sftp"}};
+
+QString NameOf(ServerProtocol protocol)
+{
+    const auto found = std::find_if(std::begin(protocolNames), std::end(protocolNames),
+                                    [protocol](const auto& row) { return row.protocol == protocol; });
+    return QString::fromLatin1(found->name);
+}
+
+// What this version doesn't know is taken for the careful one: a password goes to nobody in clear.
+ServerProtocol ProtocolNamed(const QString& name)
+{
+    const auto found = std::find_if(std::begin(protocolNames), std::end(protocolNames),
+                                    [&name](const auto& row) { return name == QLatin1String(row.name); });
+    return found == std::end(protocolNames) ? ServerProtocol::FtpTls : found->protocol;
 }
 
 // The UTF-16 units of a text without a terminator, and back.
@@ -101,6 +135,8 @@ CFTPDestinations::SaveResult CFTPDestinations::Save(const CFTPDestination& desti
         {QStringLiteral("Port"), QString::number(record.port)}, {QStringLiteral("Username"), record.userName},
         {QStringLiteral("Directory"), record.directory},
     };
+    AddChoice(destination, ProtocolValue(), NameOf(record.protocol), values);
+    AddChoice(destination, IdentityFileValue(), record.identityFile, values);
     // An empty password is never written: the older one stays.
     const bool isNew = !record.password.isEmpty();
     const QString formerName = NameInKeyring(destination);
@@ -168,7 +204,10 @@ CFTPDestination CFTPDestinations::LoadFrom(bool allUsers, int32_t key) const
     FTPDestinationConnection& record = loading.connection;
     loading.loaded = ReadText(loading, "Dispname", record.displayName);
     ReadText(loading, "Server", record.server);
-    record.port = ReadPort(loading);
+    record.protocol = ReadProtocol(loading);
+    record.identityFile =
+        store.Read(ScopeOf(allUsers), PathOf(loading), IdentityFileValue()).value_or(QString());
+    record.port = ReadPort(loading, record.protocol);
     ReadText(loading, "Username", record.userName);
     ReadText(loading, "Directory", record.directory);
     record.password = ReadPassword(loading);
@@ -199,12 +238,26 @@ bool CFTPDestinations::ReadText(const CFTPDestination& place, const char* name, 
     return isRead;
 }
 
-uint16_t CFTPDestinations::ReadPort(const CFTPDestination& place) const
+ServerProtocol CFTPDestinations::ReadProtocol(const CFTPDestination& place) const
+{
+    return ProtocolNamed(
+        store.Read(ScopeOf(place.allUsers), PathOf(place), ProtocolValue()).value_or(QString()));
+}
+
+void CFTPDestinations::AddChoice(const CFTPDestination& place, const QString& name, const QString& value,
+                                 CSettingsStore::Values& values) const
+{
+    if (!value.isEmpty() || store.Read(ScopeOf(place.allUsers), PathOf(place), name)) {
+        values[name] = value;
+    }
+}
+
+uint16_t CFTPDestinations::ReadPort(const CFTPDestination& place, ServerProtocol protocol) const
 {
     const uint16_t port = store.Read(ScopeOf(place.allUsers), PathOf(place), QStringLiteral("Port"))
                               .value_or(QString())
                               .toUShort();
-    return port == 0 ? DefaultPort : port;
+    return port == 0 ? DefaultPortOf(protocol) : port;
 }
 
 QString CFTPDestinations::ReadPassword(const CFTPDestination& place) const
@@ -273,8 +326,15 @@ bool CFTPDestinations::SkipsProtection() const
 
 QString GetURL(const FTPDestinationConnection& record)
 {
-    const QString start = QStringLiteral("ftp://") + record.server;
-    // Odd on purpose: with another port the text ends after the ":". No dialog sets a port.
-    return record.port == DefaultPort ? start + QLatin1Char('/') + record.directory
-                                      : start + QLatin1Char(':');
+    const bool isUsualPort = record.port == DefaultPortOf(record.protocol);
+    const QString scheme =
+        record.protocol == ServerProtocol::Ftp ? QStringLiteral("ftp") : NameOf(record.protocol);
+    const QString start = scheme + QStringLiteral("://") + record.server;
+    // Odd on purpose: in clear and with another port the text ends after the ":", as it did when no dialog
+    // set a port.
+    if (!isUsualPort && record.protocol == ServerProtocol::Ftp) {
+        return start + QLatin1Char(':');
+    }
+    const QString port = isUsualPort ? QString() : QLatin1Char(':') + QString::number(record.port);
+    return start + port + QLatin1Char('/') + record.directory;
 }

@@ -48,7 +48,11 @@ private:
     void AppendAll(bool allUsers, std::vector<CFTPDestination>& destinations) const;
     // False if there is no such text, or one too long.
     bool ReadText(const CFTPDestination& place, const char* name, QString& field) const;
-    uint16_t ReadPort(const CFTPDestination& place) const;
+    ServerProtocol ReadProtocol(const CFTPDestination& place) const;
+    uint16_t ReadPort(const CFTPDestination& place, ServerProtocol protocol) const;
+    // Not where earlier versions have none and none is needed: what they have stored stays as it is.
+    void AddChoice(const CFTPDestination& place, const QString& name, const QString& value,
+                   CSettingsStore::Values& values) const;
     QString ReadPassword(const CFTPDestination& place) const;
     // False if the password can't be protected.
     bool AddPassword(const CFTPDestination& destination, CSettingsStore::Values& values) const;
@@ -65,5 +69,5 @@ private:
     CKeyring* const keyring;
 };
 
-// "ftp://SERVER/DIRECTORY", without user name and password.
+// "ftp://SERVER/DIRECTORY", or "ftpes://", "ftps://", "sftp://", without user name and password.
 QString GetURL(const FTPDestinationConnection& record);

@@ -101,6 +101,11 @@ std::optional<CFTPDirectoryItem> ParseListLine(const QString& line)
 }
 
 CFTPDirectoryContent::CFTPDirectoryContent(const QString& directory, const QString& listing,
+                                           std::vector<CFTPDirectoryItem> items)
+    : directory(directory), listing(listing), items(std::move(items))
+{}
+
+CFTPDirectoryContent::CFTPDirectoryContent(const QString& directory, const QString& listing,
                                            const QString& secondText)
     : directory(directory), listing(listing), secondText(secondText)
 {

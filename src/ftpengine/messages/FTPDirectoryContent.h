@@ -26,6 +26,10 @@ public:
     // line that can't be read. secondText is kept, and has no influence.
     CFTPDirectoryContent(const QString& directory, const QString& listing, const QString& secondText = {});
 
+    // Of a server whose entries need no reading.
+    CFTPDirectoryContent(const QString& directory, const QString& listing,
+                         std::vector<CFTPDirectoryItem> items);
+
     const QString& GetDirectory() const { return directory; }
     // As it came, so that a person can look at a listing that can't be read.
     const QString& GetListing() const { return listing; }

@@ -5,6 +5,7 @@
 #include "ftpengine/commands/FTPCommandSequences.h"
 #include "ftpengine/messages/EngineStatus.h"
 #include "ftpengine/session/FTPLogin.h"
+#include "ftpengine/session/OpenRemoteSession.h"
 
 namespace {
 
@@ -26,31 +27,63 @@ void Quit(CSocketStream& stream, const std::shared_ptr<CEvent>& abortEvent)
 void CFTPTask::Execute(const std::shared_ptr<CEvent>& abortEvent)
 {
     Post(MakeStartedMessage());
-    CTaskResult result;
-    CSocketStream stream(setting.timeouts);
-    Converse(stream, abortEvent, result);
-    // After a refusal, too; not after a failure of the network or a cancel.
-    if (result.status == 0) {
-        Quit(stream, abortEvent);
-    }
-    Post(MakeFinishedMessage(std::move(result)));
+    const bool isSftp = setting.destination.protocol == ServerProtocol::Sftp;
+    Post(MakeFinishedMessage(isSftp ? WorkOverSession(abortEvent) : Converse(abortEvent)));
 }
 
-void CFTPTask::Converse(CSocketStream& stream, const std::shared_ptr<CEvent>& abortEvent, CTaskResult& result)
+SessionSetting CFTPTask::MakeSessionSetting(const std::shared_ptr<CEvent>& abortEvent) const
 {
-    const SessionSetting session{.destination = setting.destination,
-                                 .timeouts = setting.timeouts,
-                                 .abortEvent = abortEvent,
-                                 .trustFolder = setting.trustFolder};
+    return {.destination = setting.destination,
+            .timeouts = setting.timeouts,
+            .abortEvent = abortEvent,
+            .trustFolder = setting.trustFolder};
+}
+
+CTaskResult CFTPTask::Converse(const std::shared_ptr<CEvent>& abortEvent)
+{
+    CTaskResult result;
+    CSocketStream stream(setting.timeouts);
     SessionLog log;
     FTPConversation conversation{stream, abortEvent, log.transcript, result.reply};
-    try {
-        CheckNames();
-        result.reply = ConnectAndLogIn(session, stream, log);
+    const auto work = [&] {
+        result.reply = ConnectAndLogIn(MakeSessionSetting(abortEvent), stream, log);
         if (!setting.destination.directory.isEmpty()) {
             EnterDirectory(conversation);
         }
         DoWork(conversation);
+    };
+    Try(work, result);
+    result.transcript = std::move(log.transcript);
+    result.identity = std::move(log.identity);
+    // After a refusal, too; not after a failure of the network or a cancel.
+    if (result.status == 0) {
+        Quit(stream, abortEvent);
+    }
+    return result;
+}
+
+CTaskResult CFTPTask::WorkOverSession(const std::shared_ptr<CEvent>& abortEvent)
+{
+    CTaskResult result;
+    SessionSetting sessionSetting = MakeSessionSetting(abortEvent);
+    sessionSetting.destination.directory = GetSessionDirectory();
+    SessionLog log;
+    const auto work = [&] {
+        const auto session = OpenRemoteSession(sessionSetting, log);
+        DoSessionWork(*session);
+        session->Quit();
+    };
+    Try(work, result);
+    result.transcript = std::move(log.transcript);
+    result.identity = std::move(log.identity);
+    return result;
+}
+
+void CFTPTask::Try(const std::function<void()>& work, CTaskResult& result) const
+{
+    try {
+        CheckNames();
+        work();
     } catch (int error) {
         result.status = error;
     } catch (const FTPReply& refusal) {
@@ -58,8 +91,6 @@ void CFTPTask::Converse(CSocketStream& stream, const std::shared_ptr<CEvent>& ab
     } catch (const std::bad_alloc&) {
         result.status = EngineStatus::NoBufferSpace;
     }
-    result.transcript = std::move(log.transcript);
-    result.identity = std::move(log.identity);
 }
 
 void CFTPTask::Fail(int status)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include <QString>
@@ -11,6 +12,8 @@
 #include "ftpengine/net/Event.h"
 #include "ftpengine/net/FTPTimeouts.h"
 #include "ftpengine/net/ThreadDriver.h"
+#include "ftpengine/session/RemoteSession.h"
+#include "ftpengine/session/SessionSetting.h"
 
 // One job: connects, logs in, does its work, logs out, and reports by messages. Made on the caller's thread,
 // executed and destroyed on the engine's worker; owned by the worker's queue and then by the worker alone.
@@ -43,6 +46,10 @@ protected:
     // Changes to the destination's directory, which isn't empty.
     virtual void EnterDirectory(FTPConversation& conversation);
     virtual void DoWork(FTPConversation& conversation) = 0;
+    // The same at a server that isn't spoken to by FTP.
+    virtual void DoSessionWork(CRemoteSession& session) = 0;
+    // The directory that such a session is opened in.
+    virtual QString GetSessionDirectory() const { return setting.destination.directory; }
 
     void Post(FTPMessage message) const;
     FTPDestinationConnection& GetDestination() { return setting.destination; }
@@ -50,7 +57,10 @@ protected:
 
 private:
     void CheckNames() const;
-    void Converse(CSocketStream& stream, const std::shared_ptr<CEvent>& abortEvent, CTaskResult& result);
+    SessionSetting MakeSessionSetting(const std::shared_ptr<CEvent>& abortEvent) const;
+    CTaskResult Converse(const std::shared_ptr<CEvent>& abortEvent);
+    CTaskResult WorkOverSession(const std::shared_ptr<CEvent>& abortEvent);
+    void Try(const std::function<void()>& work, CTaskResult& result) const;
 
     Setting setting;
 };

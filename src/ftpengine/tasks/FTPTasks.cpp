@@ -1,7 +1,36 @@
 #include "ftpengine/tasks/FTPTasks.h"
 
+#include <cerrno>
+
+#include <QFile>
+#include <QFileInfo>
+
 #include "ftpengine/commands/FTPCommandSequences.h"
 #include "ftpengine/messages/EngineStatus.h"
+
+namespace {
+
+constexpr int32_t noSuchDirectory = 550;
+
+// "a/b" gives "a", and "a" the login's own directory.
+QString Above(const QString& path)
+{
+    return path.left(std::max<qsizetype>(path.lastIndexOf(QLatin1Char('/')), 0));
+}
+
+// The listing is for people's eyes: a name in each line, with "/" after that of a directory.
+CFTPDirectoryContent ContentOf(const QString& directory, const std::vector<RemoteEntry>& entries)
+{
+    QString listing;
+    std::vector<CFTPDirectoryItem> items;
+    for (const RemoteEntry& entry : entries) {
+        listing += entry.name + (entry.isDirectory ? QStringLiteral("/\r\n") : QStringLiteral("\r\n"));
+        items.push_back({.name = entry.name, .isFile = !entry.isDirectory, .isDirectory = entry.isDirectory});
+    }
+    return CFTPDirectoryContent(directory, listing, std::move(items));
+}
+
+} // namespace
 
 FTPMessage CFTPTaskTestConnection::MakeFinishedMessage(CTaskResult result)
 {
@@ -27,6 +56,21 @@ void CFTPTaskGetDirectoryContent::DoWork(FTPConversation& conversation)
     content.emplace(GetDestination().directory, listing);
 }
 
+void CFTPTaskGetDirectoryContent::DoSessionWork(CRemoteSession& session)
+{
+    QString& path = GetDestination().directory;
+    while (!content) {
+        try {
+            content = ContentOf(path, session.List(path));
+        } catch (const FTPReply& refusal) {
+            if (refusal.code != noSuchDirectory || path.isEmpty()) {
+                throw;
+            }
+            path = Above(path);
+        }
+    }
+}
+
 CFTPTaskCreateDirectory::CFTPTaskCreateDirectory(Setting setting, const QString& name)
     : CFTPTask(std::move(setting)), name(name)
 {}
@@ -39,6 +83,11 @@ FTPMessage CFTPTaskCreateDirectory::MakeFinishedMessage(CTaskResult result)
 void CFTPTaskCreateDirectory::DoWork(FTPConversation& conversation)
 {
     conversation.Run<CFTPCommandSequenceCreateDir>(name);
+}
+
+void CFTPTaskCreateDirectory::DoSessionWork(CRemoteSession& session)
+{
+    session.MakeDirectory(name);
 }
 
 CFTPTaskRenameDirectory::CFTPTaskRenameDirectory(Setting setting, const QString& oldName,
@@ -54,6 +103,11 @@ FTPMessage CFTPTaskRenameDirectory::MakeFinishedMessage(CTaskResult result)
 void CFTPTaskRenameDirectory::DoWork(FTPConversation& conversation)
 {
     conversation.Run<CFTPCommandSequenceRenameDir>(oldName, newName);
+}
+
+void CFTPTaskRenameDirectory::DoSessionWork(CRemoteSession& session)
+{
+    session.Rename(oldName, newName);
 }
 
 CFTPTaskUpload::CFTPTaskUpload(Setting setting, const QString& title, const FTPUploadMap& items)
@@ -93,9 +147,30 @@ void CFTPTaskUpload::DoWork(FTPConversation& conversation)
     conversation.Run<CFTPCommandSequenceTypeA>();
 }
 
+void CFTPTaskUpload::DoSessionWork(CRemoteSession& session)
+{
+    for (const auto& [key, item] : items) {
+        Post(FTP_UPLOAD_FILE_STARTED{.localPath = key, .title = title});
+        QFile file(item.localPath);
+        if (!QFileInfo(item.localPath).isFile() || !file.open(QIODevice::ReadOnly)) {
+            throw EngineStatus::FromErrno(errno);
+        }
+        QString directory;
+        for (const QString& name : item.directory.split(QLatin1Char('\\'), Qt::SkipEmptyParts)) {
+            directory += name;
+            session.MakeDirectory(directory);
+            directory += QLatin1Char('/');
+        }
+        const auto tell = [this, &path = key](int64_t bytes) {
+            Post(FTP_UPLOAD_PROGRESS{.localPath = path, .bytes = static_cast<uint32_t>(bytes)});
+        };
+        session.Send(file, directory + item.name, tell);
+        Post(FTP_UPLOAD_FILE_FINISHED{.localPath = key, .title = title});
+    }
+}
+
 FTPReply ChangeDirWithFallback(FTPDestinationConnection& destination, CFTPCommandSequenceChangeDir& sequence)
 {
-    constexpr int32_t noSuchDirectory = 550;
     QString path = destination.directory;
     FTPReply reply;
     for (bool found = false; !found;) {
@@ -108,9 +183,8 @@ FTPReply ChangeDirWithFallback(FTPDestinationConnection& destination, CFTPComman
                 TraceNumber("ChangeDirWithFallback, ChangeDir throws: ", refusal.code);
                 throw;
             }
-            const qsizetype cut = path.lastIndexOf(QLatin1Char('/'));
-            path = path.left(std::max<qsizetype>(cut, 0));
-            found = cut < 0; // the login's own directory, where we are
+            found = !path.contains(QLatin1Char('/')); // the login's own directory, where we are
+            path = Above(path);
         }
     }
     destination.directory = path;

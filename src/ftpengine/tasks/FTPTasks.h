@@ -15,6 +15,7 @@ protected:
     FTPMessage MakeStartedMessage() const override { return FTP_TEST_STARTED{}; }
     FTPMessage MakeFinishedMessage(CTaskResult result) override;
     void DoWork(FTPConversation&) override {}
+    void DoSessionWork(CRemoteSession&) override {}
 };
 
 // Lists the deepest directory of the destination's path that exists.
@@ -27,6 +28,8 @@ protected:
     FTPMessage MakeFinishedMessage(CTaskResult result) override;
     void EnterDirectory(FTPConversation& conversation) override;
     void DoWork(FTPConversation& conversation) override;
+    void DoSessionWork(CRemoteSession& session) override;
+    QString GetSessionDirectory() const override { return {}; }
 
 private:
     std::optional<CFTPDirectoryContent> content;
@@ -41,6 +44,7 @@ protected:
     FTPMessage MakeFinishedMessage(CTaskResult result) override;
     QStringList GetNames() const override { return {name}; }
     void DoWork(FTPConversation& conversation) override;
+    void DoSessionWork(CRemoteSession& session) override;
 
 private:
     const QString name;
@@ -55,6 +59,7 @@ protected:
     FTPMessage MakeFinishedMessage(CTaskResult result) override;
     QStringList GetNames() const override { return {oldName, newName}; }
     void DoWork(FTPConversation& conversation) override;
+    void DoSessionWork(CRemoteSession& session) override;
 
 private:
     const QString oldName;
@@ -72,6 +77,7 @@ protected:
     FTPMessage MakeFinishedMessage(CTaskResult result) override;
     QStringList GetNames() const override;
     void DoWork(FTPConversation& conversation) override;
+    void DoSessionWork(CRemoteSession& session) override;
 
 private:
     const QString title;

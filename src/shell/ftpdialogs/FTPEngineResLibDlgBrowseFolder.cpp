@@ -17,6 +17,7 @@
 #include "shell/ftpdialogs/EngineRetirement.h"
 #include "shell/ftpdialogs/FTPEngineResLibDlgTaskResult.h"
 #include "shell/ftpdialogs/FolderBrowsing.h"
+#include "shell/ftpdialogs/ServerQuestion.h"
 #include "shell/look/DialogParts.h"
 #include "shell/look/Icons.h"
 
@@ -31,14 +32,15 @@ constexpr std::chrono::milliseconds QuietLimit{60000};
 
 CFTPEngineResLibDlgBrowseFolder::CFTPEngineResLibDlgBrowseFolder(CFTPDestination& destination,
                                                                  bool troubleshooting, QWidget* parent,
-                                                                 const FTPTimeouts& timeouts)
+                                                                 const Access& access)
     : QDialog(parent),
       destination(destination),
       troubleshooting(troubleshooting),
+      trustFolder(access.trustFolder),
       currentPath(destination.connection.directory),
       list(new QTreeWidget(this)),
       url(new QLineEdit(this)),
-      engine(std::make_unique<CFTPEngine>(timeouts))
+      engine(std::make_unique<CFTPEngine>(access.timeouts, access.trustFolder))
 {
     setWindowTitle(Text(StringId::BrowseFolderTitle));
     MakeControls();
@@ -199,8 +201,17 @@ void CFTPEngineResLibDlgBrowseFolder::OnListFinished(const FTP_LIST_FINISHED& me
 
 void CFTPEngineResLibDlgBrowseFolder::OnListFailed(const CTaskResult& result)
 {
-    destination.connection.directory = currentPath;
-    ShowResult(result);
+    if (IsServerQuestion(result.status)) {
+        // The directory that was asked for is still the one that is wanted.
+        if (AskAboutServer({result.status, result.identity, trustFolder}, destination.connection, this)) {
+            List();
+            return;
+        }
+        destination.connection.directory = currentPath;
+    } else {
+        destination.connection.directory = currentPath;
+        ShowResult(result);
+    }
     list->clear();
     ok->setEnabled(false);
     ShowUrl();

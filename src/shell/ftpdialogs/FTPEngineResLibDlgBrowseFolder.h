@@ -21,10 +21,19 @@ class CFTPEngineResLibDlgBrowseFolder final : public QDialog {
     Q_OBJECT
 
 public:
-    // destination: borrowed; its directory follows the browsing, whether the dialog ends with OK or not.
-    // troubleshooting: with a button that shows a listing as it came.
+    // How the server is reached.
+    struct Access {
+        FTPTimeouts timeouts = {};
+        QString trustFolder = {}; // SessionSetting.h
+    };
+
+    // destination: borrowed; its directory follows the browsing, whether the dialog ends with OK or not, and
+    // its protocol what the person agrees to. troubleshooting: with a button that shows a listing as it came.
     CFTPEngineResLibDlgBrowseFolder(CFTPDestination& destination, bool troubleshooting, QWidget* parent,
-                                    const FTPTimeouts& timeouts = {});
+                                    const Access& access);
+    CFTPEngineResLibDlgBrowseFolder(CFTPDestination& destination, bool troubleshooting, QWidget* parent)
+        : CFTPEngineResLibDlgBrowseFolder(destination, troubleshooting, parent, Access())
+    {}
     ~CFTPEngineResLibDlgBrowseFolder() override;
 
 protected:
@@ -60,6 +69,7 @@ private:
 
     CFTPDestination& destination;
     const bool troubleshooting;
+    const QString trustFolder;
     QString currentPath; // listed successfully last
     QString rawListing;
     bool busy = false; // while a listing runs

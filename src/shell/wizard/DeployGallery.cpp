@@ -20,5 +20,7 @@ void DeployGallery(CGalleryProject& project, CSettingsStore& settings, QWidget* 
         QDesktopServices::openUrl(QUrl::fromLocalFile(path));
     };
     services.recordsFolder = FindDeploymentRecordsFolder();
+    services.sitesFolder = FindSitesFolder();
+    services.access.trustFolder = FindTrustFolder();
     CWizardPropSheetDeploy(project, services, parent).exec();
 }

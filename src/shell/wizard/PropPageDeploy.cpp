@@ -1,13 +1,17 @@
 #include "shell/wizard/PropPageDeploy.h"
 
+#include <utility>
+
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <QWizard>
 
 #include "common/MessageTarget.h"
+#include "document/project/GalleryProject.h"
 #include "resources/StringTable.h"
 #include "shell/look/DialogParts.h"
 
@@ -31,7 +35,10 @@ CPropPageDeploy::CPropPageDeploy(DeployWizardState& state)
     // A long name of a file shall not widen the window.
     status->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     status->setTextFormat(Qt::PlainText);
+    status->setWordWrap(true);
 }
+
+CPropPageDeploy::~CPropPageDeploy() = default;
 
 void CPropPageDeploy::AddProgress(QVBoxLayout& layout)
 {
@@ -51,12 +58,17 @@ void CPropPageDeploy::OnShown()
     warnings->hide();
     SetProgress(Progress::Ready);
     wizard()->button(QWizard::NextButton)->setFocus();
+    if (std::exchange(state.goesOn, false)) {
+        Start();
+    }
 }
 
 int CPropPageDeploy::nextId() const
 {
     // Without a next page the wizard shows Finish in place of Next.
-    return progress == Progress::Ready || progress == Progress::Failed ? DeployPageId::DeployError : -1;
+    const bool hasNext =
+        progress == Progress::Ready || progress == Progress::Asking || progress == Progress::Failed;
+    return hasNext ? DeployPageId::DeployError : -1;
 }
 
 bool CPropPageDeploy::isComplete() const
@@ -67,8 +79,10 @@ bool CPropPageDeploy::isComplete() const
 bool CPropPageDeploy::validatePage()
 {
     if (progress == Progress::Ready) {
-        SetProgress(Progress::Running);
         Start();
+    } else if (progress == Progress::Asking) {
+        SetProgress(Progress::Running);
+        deployment->Consent();
     }
     return progress == Progress::Failed || progress == Progress::Done;
 }
@@ -76,63 +90,109 @@ bool CPropPageDeploy::validatePage()
 void CPropPageDeploy::SetProgress(Progress newProgress)
 {
     progress = newProgress;
+    setButtonText(QWizard::NextButton, progress == Progress::Asking
+                                           ? Text(StringId::PublishButton)
+                                           : wizard()->buttonText(QWizard::NextButton));
     // This alone makes the wizard ask for the next page again.
     setFinalPage(nextId() < 0);
-    if (progress != Progress::Ready) {
-        wizard()->button(QWizard::BackButton)->setEnabled(false);
-    }
+    wizard()->button(QWizard::BackButton)->setEnabled(progress == Progress::Ready);
 }
 
-void CPropPageDeploy::StartGeneration()
+void CPropPageDeploy::Start()
 {
-    generating = true;
-    target = CEventLoopTarget<DeployMessage>::Create(
-        [this](const DeployMessage& message) { OnJobMessage(message); });
-    state.job.StartGeneration(target);
+    SetProgress(Progress::Running);
+    receiver = CEventLoopTarget<DeploymentMessage>::Create(
+        [this](const DeploymentMessage& message) { OnDeploymentMessage(message); });
+    deployment =
+        std::make_unique<CDeployment>(state.project, CDeployment::Setting{
+                                                         .target = MakeTarget(),
+                                                         .leaveOutMissing = state.leaveOutMissing,
+                                                         .overwrite = state.overwrite,
+                                                         .isDryRun = false,
+                                                         .awaitsConsent = true,
+                                                         .recordsFolder = state.services.recordsFolder,
+                                                         .sitesFolder = state.services.sitesFolder,
+                                                     });
+    deployment->Start(receiver);
 }
 
-void CPropPageDeploy::OnJobMessage(const DeployMessage& message)
+void CPropPageDeploy::OnDeploymentMessage(const DeploymentMessage& message)
 {
-    if (std::holds_alternative<DEPLOY_GENERATED>(message)) {
-        OnJobEnded();
+    if (std::holds_alternative<DeployEnded>(message)) {
+        OnEnded();
     } else if (progress == Progress::Cancelling) {
         return; // the text says what is waited for
-    } else if (const auto* const pages = std::get_if<DEPLOY_PROGRESS>(&message)) {
-        bar->setRange(0, pages->totalPages);
-        bar->setValue(pages->donePages);
-        status->setText(Text(StringId::DeployedPages, pages->donePages, pages->totalPages));
+    } else if (const auto* const pages = std::get_if<DeployPagesDone>(&message)) {
+        bar->setRange(0, pages->total);
+        bar->setValue(pages->done);
+        status->setText(Text(StringId::DeployedPages, pages->done, pages->total));
     } else {
-        OnPreparing();
+        OnMessage(message);
     }
 }
 
-void CPropPageDeploy::OnJobEnded()
+void CPropPageDeploy::OnEnded()
 {
-    state.job.WaitFinished();
-    generating = false;
+    deployment->WaitFinished();
     if (progress == Progress::Cancelling) {
-        CloseCancelled();
-    } else if (const auto& error = state.job.GetError()) {
-        Fail(*error);
+        OnEnd(DeployCancelled());
     } else {
         ShowWarnings();
-        OnGenerated();
+        std::visit([this](const auto& end) { OnEnd(end); }, deployment->GetEnd());
+    }
+}
+
+void CPropPageDeploy::OnEnd(const DeployDone&)
+{
+    OnDone(deployment->GetResult());
+}
+
+void CPropPageDeploy::OnEnd(const DeployCancelled&)
+{
+    SetProgress(Progress::Ready);
+    wizard()->reject();
+}
+
+void CPropPageDeploy::OnEnd(const DeployFailure& failure)
+{
+    state.error = failure;
+    SetProgress(Progress::Failed);
+    wizard()->next();
+}
+
+// The page of doubts comes before this one; the page that asks for the target leads there.
+void CPropPageDeploy::OnEnd(const DeployDoubts& doubts)
+{
+    if (doubts.IsAnyMissing()) {
+        state.doubts = doubts;
+        state.leaveOutMissing = false;
+    } else {
+        state.doubts.strangeFiles = doubts.strangeFiles;
+    }
+    state.isUndecided = true;
+    SetProgress(Progress::Ready);
+    wizard()->back();
+    if (wizard()->currentId() != DeployPageId::DeployDoubts) {
+        wizard()->next();
+    }
+}
+
+void CPropPageDeploy::OnEnd(const ServerDoubt& doubt)
+{
+    if (Settle(doubt)) {
+        // Not before the message of the run that has ended is through.
+        QTimer::singleShot(0, this, [this] { Start(); });
+    } else {
+        OnShown();
     }
 }
 
 void CPropPageDeploy::ShowWarnings()
 {
-    const QStringList& texts = state.job.GetResult().warnings;
+    const QStringList& texts = deployment->GetResult().warnings;
     warnings->setPlainText(texts.join(QLatin1Char('\n')));
     warningsLabel->setVisible(!texts.isEmpty());
     warnings->setVisible(!texts.isEmpty());
-}
-
-void CPropPageDeploy::Fail(const DeployError& error)
-{
-    state.error = error;
-    SetProgress(Progress::Failed);
-    wizard()->next();
 }
 
 void CPropPageDeploy::Succeed()
@@ -141,30 +201,26 @@ void CPropPageDeploy::Succeed()
     wizard()->button(QWizard::FinishButton)->setFocus();
 }
 
+QString CPropPageDeploy::GetCancellingText() const
+{
+    return Text(StringId::CancellingGeneration);
+}
+
 CWizardPage::CancelAnswer CPropPageDeploy::OnCancel()
 {
     if (progress == Progress::Cancelling) {
         return CancelAnswer::WaitFor;
     }
-    if (progress != Progress::Running) {
+    if (progress != Progress::Running && progress != Progress::Asking) {
         return CancelAnswer::Close;
     }
     SetProgress(Progress::Cancelling);
-    if (generating) {
-        status->setText(Text(StringId::CancellingGeneration));
-        state.job.RequestCancel();
-        return CancelAnswer::WaitFor;
-    }
-    return CancelMore() ? CancelAnswer::WaitFor : CancelAnswer::Close;
-}
-
-void CPropPageDeploy::CloseCancelled()
-{
-    SetProgress(Progress::Ready);
-    wizard()->reject();
+    status->setText(GetCancellingText());
+    deployment->RequestCancel();
+    return CancelAnswer::WaitFor;
 }
 
 void CPropPageDeploy::OnFinish()
 {
-    state.job.StoreSettings();
+    state.project.GetDeploySettings() = state.settings;
 }

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "deploy/Deployment.h"
 #include "shell/wizard/WizardPage.h"
 
 class QLabel;
@@ -9,12 +10,14 @@ class QPlainTextEdit;
 class QProgressBar;
 class QVBoxLayout;
 
-// Base of the two pages that deploy: the generation, its progress and its end. The page stays while the job
-// runs, and goes to the error page by itself.
+// Base of the two pages that deploy: the run, its progress and its end. The page stays while the deployment
+// runs, and goes by itself to the error page, or back to the page of doubts.
 class CPropPageDeploy : public CWizardPage {
     Q_OBJECT
 
 public:
+    ~CPropPageDeploy() override;
+
     void OnShown() override;
     int nextId() const override;
     bool isComplete() const override;
@@ -23,40 +26,42 @@ public:
     void OnFinish() override;
 
 protected:
-    enum class Progress { Ready, Running, Cancelling, Failed, Done };
+    // Asking: the deployment waits for the person's consent.
+    enum class Progress { Ready, Running, Asking, Cancelling, Failed, Done };
 
     explicit CPropPageDeploy(DeployWizardState& state);
 
     // Progress bar, text and warnings, for the end of a page's layout.
     void AddProgress(QVBoxLayout& layout);
 
-    virtual void Start() = 0;
-    // The generation has ended well.
-    virtual void OnGenerated() = 0;
-    // All pages are generated; a list of the files is made next.
-    virtual void OnPreparing() {}
-    // For what a derived class has under way. False if there is nothing.
-    virtual bool CancelMore() { return false; }
+    virtual DeploymentTarget MakeTarget() = 0;
+    // Everything but the pages and the end; not when the person has cancelled.
+    virtual void OnMessage(const DeploymentMessage&) {}
+    virtual QString GetCancellingText() const;
+    virtual void OnDone(const DeployResult& result) = 0;
+    // Returns whether it is worth another try.
+    virtual bool Settle(const ServerDoubt&) { return false; }
 
-    void StartGeneration();
     void SetProgress(Progress newProgress);
-    Progress GetProgress() const { return progress; }
-    void Fail(const DeployError& error);
     void Succeed();
-    // Closes the wizard; everything that was under way has ended.
-    void CloseCancelled();
 
     QLabel* status; // the last thing done
     QProgressBar* bar;
 
 private:
-    void OnJobMessage(const DeployMessage& message);
-    void OnJobEnded();
+    void Start();
+    void OnDeploymentMessage(const DeploymentMessage& message);
+    void OnEnded();
+    void OnEnd(const DeployDone&);
+    void OnEnd(const DeployCancelled&);
+    void OnEnd(const DeployFailure& failure);
+    void OnEnd(const DeployDoubts& doubts);
+    void OnEnd(const ServerDoubt& doubt);
     void ShowWarnings();
 
     Progress progress = Progress::Ready;
-    bool generating = false;
-    std::shared_ptr<CDeployTarget> target;
+    std::unique_ptr<CDeployment> deployment;
+    std::shared_ptr<CDeploymentReceiver> receiver;
     QLabel* warningsLabel;
     QPlainTextEdit* warnings;
 };

@@ -69,7 +69,7 @@ void CPropPageDeployDestination::OnShown()
 {
     editing = false;
     FillConnections();
-    (state.job.settings.destination_kind == SiteKind ? site : folder)->setChecked(true);
+    (state.settings.destination_kind == SiteKind ? site : folder)->setChecked(true);
     UpdateControls();
 }
 
@@ -80,7 +80,7 @@ void CPropPageDeployDestination::FillConnections()
         connection->addItem(destination.connection.displayName, destination.key);
     }
     connection->addItem(Text(StringId::NewConnection), NoDestination);
-    const int stored = connection->findData(state.job.settings.ftp_destination);
+    const int stored = connection->findData(state.settings.ftp_destination);
     connection->setCurrentIndex(stored < 0 ? connection->count() - 1 : stored);
 }
 
@@ -110,9 +110,9 @@ int CPropPageDeployDestination::nextId() const
 
 bool CPropPageDeployDestination::validatePage()
 {
-    state.job.settings.destination_kind = folder->isChecked() ? FolderKind : SiteKind;
+    state.settings.destination_kind = folder->isChecked() ? FolderKind : SiteKind;
     if (site->isChecked()) {
-        state.job.settings.ftp_destination = GetChosenKey();
+        state.settings.ftp_destination = GetChosenKey();
     }
     return true;
 }

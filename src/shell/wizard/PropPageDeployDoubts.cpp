@@ -1,10 +1,12 @@
 #include "shell/wizard/PropPageDeployDoubts.h"
 
+#include <utility>
+
 #include <QCheckBox>
 #include <QListWidget>
 #include <QVBoxLayout>
 
-#include "document/project/DeploySettings.h"
+#include "ftpengine/destinations/FTPDestinations.h"
 #include "resources/StringTable.h"
 #include "shell/look/DialogParts.h"
 
@@ -71,20 +73,34 @@ void CPropPageDeployDoubts::Show(const Question& question, const QString& label,
 
 void CPropPageDeployDoubts::OnShown()
 {
+    hasInterrupted = std::exchange(state.isUndecided, false);
     const DeployDoubts& doubts = state.doubts;
     const QStringList files = MissingFiles(doubts);
     Show(missing, Text(StringId::MissingFilesQuestion, static_cast<int>(files.size())), files);
     Show(strangers,
-         Text(StringId::StrangersFilesQuestion, static_cast<int>(doubts.strangeFiles.size()),
-              state.job.settings.folder),
+         Text(StringId::StrangersFilesQuestion, static_cast<int>(doubts.strangeFiles.size()), GetTarget()),
          doubts.strangeFiles);
+    missing.agreed->setChecked(state.leaveOutMissing);
     Q_EMIT completeChanged(); // the wizard has asked before
+}
+
+bool CPropPageDeployDoubts::IsForServer() const
+{
+    return state.settings.destination_kind != 0;
+}
+
+QString CPropPageDeployDoubts::GetTarget() const
+{
+    if (!IsForServer()) {
+        return state.settings.folder;
+    }
+    return state.Destinations().Load(state.settings.ftp_destination).connection.server + QLatin1Char('/') +
+           state.settings.ftp_directory;
 }
 
 int CPropPageDeployDoubts::nextId() const
 {
-    return state.job.settings.destination_kind == 0 ? DeployPageId::DeployToFolder
-                                                    : DeployPageId::DeployToFTP;
+    return IsForServer() ? DeployPageId::DeployToFTP : DeployPageId::DeployToFolder;
 }
 
 bool CPropPageDeployDoubts::IsDecided(const Question& question)
@@ -99,7 +115,8 @@ bool CPropPageDeployDoubts::isComplete() const
 
 bool CPropPageDeployDoubts::validatePage()
 {
-    state.job.leaveOutMissing = state.doubts.IsAnyMissing();
-    state.job.overwrite = !state.doubts.strangeFiles.empty();
+    state.leaveOutMissing = state.doubts.IsAnyMissing();
+    state.overwrite = !state.doubts.strangeFiles.empty();
+    state.goesOn = hasInterrupted;
     return true;
 }

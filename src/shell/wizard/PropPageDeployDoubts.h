@@ -30,7 +30,10 @@ private:
     Question MakeQuestion(const char* name, const QString& filesName, const QString& agreement);
     static void Show(const Question& question, const QString& label, const QStringList& files);
     static bool IsDecided(const Question& question);
+    bool IsForServer() const;
+    QString GetTarget() const;
 
     const Question missing;
     const Question strangers;
+    bool hasInterrupted = false; // a run, which goes on after the decision
 };

@@ -36,8 +36,8 @@ CPropPageDeployError::CPropPageDeployError(DeployWizardState& state)
 
 void CPropPageDeployError::OnShown()
 {
-    const DeployError error = state.error.value_or(DeployError{});
-    description->setPlainText(error.description);
-    reason->setPlainText(error.reason);
-    solution->setPlainText(error.solution);
+    const DeployFailure error = state.error.value_or(DeployFailure{});
+    description->setPlainText(error.caption);
+    reason->setPlainText(error.description);
+    solution->setPlainText(error.advice);
 }

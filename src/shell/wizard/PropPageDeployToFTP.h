@@ -1,42 +1,39 @@
 #pragma once
 
-#include <memory>
-
-#include <QTimer>
-
-#include "common/TempFolder.h"
-#include "deploy/SiteUpload.h"
+#include "ftpengine/destinations/FTPDestination.h"
 #include "shell/wizard/PropPageDeploy.h"
 
 class QLineEdit;
 
-// Generates the site into a temporary folder and sends it to the server.
+// Brings the site to the server: tells what would be sent, sends it when the person agrees, and asks what has
+// to be known about the server.
 class CPropPageDeployToFTP final : public CPropPageDeploy {
     Q_OBJECT
 
 public:
     explicit CPropPageDeployToFTP(DeployWizardState& state);
-    ~CPropPageDeployToFTP() override;
 
     void OnShown() override;
 
 private:
-    void Start() override;
-    void OnPreparing() override;
-    void OnGenerated() override;
-    bool CancelMore() override;
+    void MakeControls();
+    DeploymentTarget MakeTarget() override;
+    void OnMessage(const DeploymentMessage& message) override;
+    QString GetCancellingText() const override;
+    void OnDone(const DeployResult& result) override;
+    bool Settle(const ServerDoubt& doubt) override;
 
-    void OnUploadMessage(const FTPMessage& message);
-    void OnUploadFinished();
-    void OnCancelTakesLong();
+    void Show(const DeployPhaseBegun& begun);
+    void Show(const DeploySummary& summary);
+    void Show(const SendProgress& progress);
+    void Show(const SendRetry& retry);
+    void Show(const DeployPagesDone&) {}
+    void Show(const DeployEnded&) {}
 
     QLineEdit* server;
     QLineEdit* directory;
     QLabel* step;
-    QTimer cancelLimit{this};
+    QLabel* figures;
 
-    std::unique_ptr<CTempFolder> temporaryFolder; // of a run; made anew when the one before was removed
-    std::unique_ptr<CFTPEngine> engine;
-    std::unique_ptr<CSiteUpload> upload;
-    std::shared_ptr<CFTPTarget> target;
+    bool isSending = false;
 };

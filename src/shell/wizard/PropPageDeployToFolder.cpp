@@ -48,22 +48,21 @@ CPropPageDeployToFolder::CPropPageDeployToFolder(DeployWizardState& state)
 
 void CPropPageDeployToFolder::OnShown()
 {
-    CPropPageDeploy::OnShown();
-    folder->setText(state.job.settings.folder);
-    openBrowser->setChecked(state.job.settings.open_browser_after_deploy);
+    folder->setText(state.settings.folder);
+    openBrowser->setChecked(state.settings.open_browser_after_deploy);
+    CPropPageDeploy::OnShown(); // which may begin a run
 }
 
-void CPropPageDeployToFolder::Start()
+DeploymentTarget CPropPageDeployToFolder::MakeTarget()
 {
-    state.job.temporaryFolder.clear();
-    StartGeneration();
+    return FolderTarget{state.settings.folder};
 }
 
-void CPropPageDeployToFolder::OnGenerated()
+void CPropPageDeployToFolder::OnDone(const DeployResult&)
 {
     Succeed();
-    state.job.settings.open_browser_after_deploy = openBrowser->isChecked();
-    const QString firstPage = FindFirstPage(state.project, state.job.settings.folder);
+    state.settings.open_browser_after_deploy = openBrowser->isChecked();
+    const QString firstPage = FindFirstPage(state.project, state.settings.folder);
     if (openBrowser->isChecked() && !firstPage.isEmpty()) {
         state.services.openSite(firstPage);
     }

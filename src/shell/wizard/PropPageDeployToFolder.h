@@ -15,8 +15,8 @@ public:
     void OnShown() override;
 
 private:
-    void Start() override;
-    void OnGenerated() override;
+    DeploymentTarget MakeTarget() override;
+    void OnDone(const DeployResult& result) override;
 
     QLineEdit* folder;
     QCheckBox* openBrowser;

@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "document/project/GalleryProject.h"
 #include "ftpengine/destinations/FTPDestinations.h"
 #include "resources/StringTable.h"
 #include "shell/ftpdialogs/FTPEngineResLibDlgBrowseFolder.h"
@@ -53,7 +54,7 @@ CPropPageSelectFolder::CPropPageSelectFolder(DeployWizardState& state)
 
 void CPropPageSelectFolder::OnShown()
 {
-    path->setText(state.job.settings.folder);
+    path->setText(state.settings.folder);
     path->setFocus();
 }
 
@@ -64,7 +65,7 @@ bool CPropPageSelectFolder::isComplete() const
 
 bool CPropPageSelectFolder::validatePage()
 {
-    state.job.settings.folder = AbsoluteFolder(path->text());
+    state.settings.folder = AbsoluteFolder(path->text());
     Examine();
     return true;
 }
@@ -89,22 +90,42 @@ CPropPageSelectFTPFolder::CPropPageSelectFTPFolder(DeployWizardState& state)
 
 void CPropPageSelectFTPFolder::OnShown()
 {
-    path->setText(state.job.settings.ftp_directory);
+    path->setText(ProposeDirectory());
     path->setFocus();
+}
+
+// The project's own choice, as long as it is for this server; else the directory that the connection has.
+QString CPropPageSelectFTPFolder::ProposeDirectory() const
+{
+    const int32_t chosen = state.settings.ftp_destination;
+    const int32_t former = isChosen ? owner : state.project.GetDeploySettings().ftp_destination;
+    const QString stored = state.Destinations().Load(chosen).connection.directory;
+    const bool isOwn = former == chosen && (isChosen || !state.settings.ftp_directory.isEmpty());
+    return isOwn || stored.isEmpty() ? state.settings.ftp_directory : stored;
 }
 
 bool CPropPageSelectFTPFolder::validatePage()
 {
-    state.job.settings.ftp_directory = path->text();
+    state.settings.ftp_directory = path->text();
+    owner = state.settings.ftp_destination;
+    isChosen = true;
     Examine();
     return true;
 }
 
 void CPropPageSelectFTPFolder::OnBrowse()
 {
-    CFTPDestination destination = state.Destinations().Load(state.job.settings.ftp_destination);
-    CFTPEngineResLibDlgBrowseFolder dialog(destination, true, this, state.services.timeouts);
+    CFTPDestination destination = state.Destinations().Load(state.settings.ftp_destination);
+    const FTPDestinationConnection before = destination.connection;
+    const ServerAccess& access = state.services.access;
+    CFTPEngineResLibDlgBrowseFolder dialog(destination, true, this,
+                                           {.timeouts = access.timeouts, .trustFolder = access.trustFolder});
     if (dialog.exec() == QDialog::Accepted) {
         path->setText(destination.connection.directory);
+    }
+    if (destination.connection.protocol != before.protocol) {
+        // Agreed to while browsing; the directory is the project's matter.
+        destination.connection.directory = before.directory;
+        state.Destinations().Save(destination);
     }
 }

@@ -56,6 +56,10 @@ public:
 
 private:
     void OnBrowse() override;
+    QString ProposeDirectory() const;
+
+    int32_t owner = NoDestination; // to whose server the chosen directory belongs
+    bool isChosen = false;         // by this page before
 };
 
 // A path as a person types it, made absolute: "~" and what is relative begin at the user's home folder.

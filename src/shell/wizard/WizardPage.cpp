@@ -9,18 +9,21 @@
 
 void CWizardPage::Examine()
 {
+    if (state.isUndecided) {
+        return;
+    }
     const CWaitCursor waiting;
-    state.job.leaveOutMissing = false;
-    state.job.overwrite = false;
+    state.leaveOutMissing = false;
+    state.overwrite = false;
+    const bool isFolder = state.settings.destination_kind == 0;
     try {
-        state.doubts = state.job.Examine();
+        state.doubts = ExamineDeployment(state.project,
+                                         isFolder ? DeploymentTarget(FolderTarget{state.settings.folder})
+                                                  : DeploymentTarget(ServerTarget()),
+                                         state.services.recordsFolder);
     } catch (const CExceptionBase& failure) {
         Trace(failure.GetDescription());
         state.doubts = {};
-    }
-    if (state.job.settings.destination_kind != 0) {
-        // Those of the folder that was chosen for another deployment.
-        state.doubts.strangeFiles.clear();
     }
 }
 

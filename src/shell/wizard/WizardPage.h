@@ -40,8 +40,9 @@ public:
 protected:
     explicit CWizardPage(DeployWizardState& state) : state(state) {}
 
-    // For the pages that choose the target: has the job look for what a person should decide. A failure is
-    // left to the run, which meets it again and tells of it.
+    // For the pages that choose the target: looks for what a person should decide, unless a run has found
+    // that already. A failure is left to the run, which meets it again and tells of it. What is on a server
+    // is left to it, too.
     void Examine();
     // The page of doubts if there are any, else the one that follows.
     int AfterExamination(int following) const;

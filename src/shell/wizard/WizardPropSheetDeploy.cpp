@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QLabel>
 
+#include "document/project/GalleryProject.h"
 #include "resources/StringTable.h"
 #include "shell/wizard/PropPageDeployDestination.h"
 #include "shell/wizard/PropPageDeployDoubts.h"
@@ -20,9 +21,8 @@ constexpr QSize StartSize(680, 480); // shows the whole side picture
 
 CWizardPropSheetDeploy::CWizardPropSheetDeploy(CGalleryProject& project, const DeployWizardServices& services,
                                                QWidget* parent)
-    : QWizard(parent), state{project, services, CDeployJob(project), {}}
+    : QWizard(parent), state{project, services, project.GetDeploySettings()}
 {
-    state.job.recordsFolder = services.recordsFolder;
     setWindowTitle(Text(StringId::DeployWizardTitle));
     setWizardStyle(QWizard::ModernStyle);
     setOption(QWizard::HaveFinishButtonOnEarlyPages, false);

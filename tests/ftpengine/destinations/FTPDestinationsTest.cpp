@@ -180,3 +180,75 @@ TEST(FTPDestinations, TheURLNamesServerAndDirectory)
         EXPECT_EQ(GetURL(record), QString::fromLatin1(row.expected));
     }
 }
+
+TEST(FTPDestinations, KeepProtocolAndKeyFileAndChangeThem)
+{
+    TestDestinations test;
+    for (const ServerProtocol protocol : {ServerProtocol::FtpTls, ServerProtocol::FtpImplicitTls,
+                                          ServerProtocol::Sftp, ServerProtocol::Ftp}) {
+        FTPDestinationConnection record = FullRecord();
+        record.protocol = protocol;
+        record.identityFile = QStringLiteral("/home/anna/key");
+        CFTPDestination saved = test.Saved(false, record);
+        const FTPDestinationConnection loaded = test.destinations.Load(saved.key).connection;
+        EXPECT_EQ(loaded.protocol, protocol);
+        EXPECT_EQ(loaded.identityFile, record.identityFile);
+        saved.connection.protocol = ServerProtocol::Ftp;
+        saved.connection.identityFile.clear();
+        test.destinations.Save(saved);
+        const FTPDestinationConnection changed = test.destinations.Load(saved.key).connection;
+        EXPECT_EQ(changed.protocol, ServerProtocol::Ftp);
+        EXPECT_EQ(changed.identityFile, QString());
+    }
+}
+
+TEST(FTPDestinations, OfAnEarlierVersionAreFTPInClearAndStayAsTheyAre)
+{
+    TestDestinations test;
+    test.Saved(false, FullRecord());
+    const QString key = QStringLiteral("1");
+    EXPECT_EQ(test.Read(Scope::User, key, "Protocol"), std::nullopt);
+    EXPECT_EQ(test.Read(Scope::User, key, "IdentityFile"), std::nullopt);
+    EXPECT_EQ(test.destinations.Load(1).connection.protocol, ServerProtocol::Ftp);
+}
+
+TEST(FTPDestinations, AProtocolOfALaterVersionSendsNoPasswordInClear)
+{
+    TestDestinations test;
+    test.Saved(false, FullRecord());
+    test.Write(Scope::User, QStringLiteral("1"), "Protocol", QStringLiteral("gopher"));
+    EXPECT_EQ(test.destinations.Load(1).connection.protocol, ServerProtocol::FtpTls);
+}
+
+TEST(FTPDestinations, WithoutAPortHaveThatOfTheirProtocol)
+{
+    TestDestinations test;
+    test.Saved(false, FullRecord());
+    test.Write(Scope::User, QStringLiteral("1"), "Port", QString());
+    EXPECT_EQ(test.destinations.Load(1).connection.port, 21);
+    test.Write(Scope::User, QStringLiteral("1"), "Protocol", QStringLiteral("sftp"));
+    EXPECT_EQ(test.destinations.Load(1).connection.port, 22);
+}
+
+TEST(FTPDestinations, AreShownWithTheirScheme)
+{
+    const struct {
+        ServerProtocol protocol;
+        uint16_t port;
+        const char* url;
+    } rows[] = {{ServerProtocol::Ftp, 21, "ftp://a/web"},
+                {ServerProtocol::Ftp, 2121, "ftp://a:"}, // odd on purpose
+                {ServerProtocol::FtpTls, 21, "ftpes://a/web"},
+                {ServerProtocol::FtpTls, 2121, "ftpes://a:2121/web"},
+                {ServerProtocol::FtpImplicitTls, 990, "ftps://a/web"},
+                {ServerProtocol::Sftp, 22, "sftp://a/web"},
+                {ServerProtocol::Sftp, 21, "sftp://a:21/web"}};
+    for (const auto& row : rows) {
+        FTPDestinationConnection record;
+        record.server = QStringLiteral("a");
+        record.directory = QStringLiteral("web");
+        record.protocol = row.protocol;
+        record.port = row.port;
+        EXPECT_EQ(GetURL(record), QLatin1String(row.url));
+    }
+}

@@ -14,6 +14,7 @@
 #include "shell/look/Icons.h"
 #include "shell_support/DialogTools.h"
 #include "shell_support/FTPTestTools.h"
+#include "support/ScratchFolder.h"
 #include "support/ScriptedServer.h"
 
 namespace {
@@ -34,8 +35,8 @@ protected:
     void Open(const QString& directory = {}, bool troubleshooting = true)
     {
         destination.connection = server.GetDestination(directory);
-        dialog = std::make_unique<CFTPEngineResLibDlgBrowseFolder>(destination, troubleshooting, nullptr,
-                                                                   FTPTimeouts());
+        dialog =
+            std::make_unique<CFTPEngineResLibDlgBrowseFolder>(destination, troubleshooting, nullptr, access);
         dialog->show();
         ASSERT_TRUE(QTest::qWaitForWindowActive(dialog.get()));
     }
@@ -95,6 +96,9 @@ protected:
 
     CScriptedServer server;
     CFTPDestination destination;
+    CScratchFolder scratch;
+    const CFTPEngineResLibDlgBrowseFolder::Access access{
+        .timeouts = {}, .trustFolder = scratch.Path(QStringLiteral("trusted"))};
     std::unique_ptr<CFTPEngineResLibDlgBrowseFolder> dialog;
 };
 
@@ -335,7 +339,7 @@ TEST_F(BrowseFolder, ClosesWithoutWaitingWhileTheServerIsSilent)
         silent.On(verb, [](CServerSession& session, const std::string&) { session.Stall(); });
         silent.Start();
         destination.connection = silent.GetDestination();
-        dialog = std::make_unique<CFTPEngineResLibDlgBrowseFolder>(destination, true, nullptr, FTPTimeouts());
+        dialog = std::make_unique<CFTPEngineResLibDlgBrowseFolder>(destination, true, nullptr, access);
         dialog->show();
         WAIT_UNTIL(!Rows().isEmpty());
         QElapsedTimer timer;
@@ -424,7 +428,7 @@ TEST_F(BrowseFolder, EachKindOfRowHasItsIcon)
     silent.On("LIST", [](CServerSession& session, const std::string&) { session.Stall(); });
     silent.Start();
     destination.connection = silent.GetDestination();
-    dialog = std::make_unique<CFTPEngineResLibDlgBrowseFolder>(destination, true, nullptr, FTPTimeouts());
+    dialog = std::make_unique<CFTPEngineResLibDlgBrowseFolder>(destination, true, nullptr, access);
     dialog->show();
     WAIT_UNTIL(!Rows().isEmpty());
     EXPECT_TRUE(hasIcon(0, "waiting"));
@@ -443,4 +447,52 @@ TEST_F(BrowseFolder, ShowsAnEmptyListAndTheAddressWhenTheFirstListingFails)
     EXPECT_FALSE(Find<QPushButton>(*dialog, "newFolder").isEnabled());
     EXPECT_TRUE(Find<QPushButton>(*dialog, "troubleshoot").isEnabled());
     EXPECT_TRUE(Find<QPushButton>(*dialog, "cancel").isEnabled());
+}
+
+TEST_F(BrowseFolder, AsksAboutAServerThatNobodyVouchesForAndGoesOn)
+{
+    const CTestCertificate certificate;
+    server.UseTls(std::make_shared<CTlsServer>(certificate));
+    server.Start();
+    destination.connection = server.GetDestination(QStringLiteral("www"));
+    destination.connection.protocol = ServerProtocol::FtpTls;
+    const CModalAnswer answer([](QWidget& modal) { Click(modal, "agree"); });
+    dialog = std::make_unique<CFTPEngineResLibDlgBrowseFolder>(destination, true, nullptr, access);
+    dialog->show();
+    WAIT_UNTIL(Ok().isEnabled());
+    EXPECT_TRUE(answer.WasAsked());
+    EXPECT_EQ(Directory(), QStringLiteral("www"));
+    EXPECT_EQ(Rows().last(), QStringLiteral("archive"));
+    EXPECT_EQ(Url(), QStringLiteral("ftpes://127.0.0.1:%1/www").arg(server.GetPort()));
+}
+
+TEST_F(BrowseFolder, ShowsNothingOfAServerThatIsNotTrusted)
+{
+    const CTestCertificate certificate;
+    server.UseTls(std::make_shared<CTlsServer>(certificate));
+    server.Start();
+    destination.connection = server.GetDestination();
+    destination.connection.protocol = ServerProtocol::FtpTls;
+    const CModalAnswer answer([](QWidget& modal) { Click(modal, "cancel"); });
+    dialog = std::make_unique<CFTPEngineResLibDlgBrowseFolder>(destination, true, nullptr, access);
+    dialog->show();
+    WAIT_UNTIL(answer.WasAsked() && Rows().isEmpty());
+    EXPECT_FALSE(Ok().isEnabled());
+    EXPECT_FALSE(HasCommand("PASS s3cret"));
+}
+
+TEST_F(BrowseFolder, ShowsAConversationWithoutThePassword)
+{
+    server.Reply("PASS", "530 no\r\n");
+    server.Start();
+    Open();
+    QString text;
+    const CModalAnswer answer([&](QWidget& modal) {
+        text = Find<QPlainTextEdit>(modal, "text").toPlainText();
+        Click(modal, "ok");
+    });
+    WAIT_UNTIL(answer.WasAsked() && Rows().isEmpty());
+    EXPECT_TRUE(HasCommand("PASS s3cret"));
+    EXPECT_TRUE(text.contains(QStringLiteral("PASS ****"))) << qPrintable(text);
+    EXPECT_FALSE(text.contains(QStringLiteral("s3cret"))) << qPrintable(text);
 }

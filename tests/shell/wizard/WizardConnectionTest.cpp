@@ -1,12 +1,15 @@
 #include <sys/fsuid.h>
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSpinBox>
 
 #include "WizardFixture.h"
+#include "support/SshServer.h"
 
 class WizardConnection : public CWizardFixture {
 protected:
@@ -37,10 +40,24 @@ protected:
         return destination;
     }
 
+    auto CountCommands(const std::string& line)
+    {
+        const auto commands = server.GetCommands();
+        return std::count(commands.begin(), commands.end(), line);
+    }
+
     QLineEdit& Field(const char* name) const { return OnPage<QLineEdit>(name); }
 
-    void FillIn()
+    void Choose(ServerProtocol protocol)
     {
+        auto& choice = OnPage<QComboBox>("protocol");
+        choice.setCurrentIndex(choice.findData(static_cast<int>(protocol)));
+    }
+
+    void FillIn(ServerProtocol protocol = ServerProtocol::Ftp)
+    {
+        Choose(protocol);
+        OnPage<QSpinBox>("port").setValue(server.GetPort());
         QTest::keyClicks(&Field("server"), QStringLiteral("127.0.0.1"));
         QTest::keyClicks(&Field("userName"), QStringLiteral("anna"));
         QTest::keyClicks(&Field("password"), QStringLiteral("s3cret"));
@@ -110,7 +127,7 @@ TEST_F(WizardConnection, SaysWhyOthersCanNotHaveIt)
     CFTPDestinations unwritable(*settings, protection);
     EXPECT_FALSE(unwritable.CanSaveForAllUsers());
     fixture.GetProject().GetDeploySettings().destination_kind = 1;
-    DeployWizardServices services;
+    DeployWizardServices services = MakeServices();
     services.destinations = &unwritable;
     wizard = std::make_unique<CWizardPropSheetDeploy>(fixture.GetProject(), services, nullptr);
     wizard->show();
@@ -272,6 +289,7 @@ TEST_F(WizardConnection, TakesTheDirectoryFromTheServersFolders)
     Press("next");
     ASSERT_EQ(PageId(), 257);
     EXPECT_EQ(OnPage<QLineEdit>("directory").maxLength(), 260);
+    OnPage<QLineEdit>("directory").setText(QStringLiteral("typed"));
     for (const bool accepted : {false, true}) {
         CModalAnswer answer([&](QWidget& modal) {
             EXPECT_EQ(modal.windowTitle(), QStringLiteral("Browse Folder"));
@@ -281,7 +299,8 @@ TEST_F(WizardConnection, TakesTheDirectoryFromTheServersFolders)
         });
         Click(*wizard->currentPage(), "browse");
         EXPECT_TRUE(answer.WasAsked());
-        EXPECT_EQ(OnPage<QLineEdit>("directory").text(), accepted ? QStringLiteral("www") : QString());
+        EXPECT_EQ(OnPage<QLineEdit>("directory").text(),
+                  accepted ? QStringLiteral("www") : QStringLiteral("typed"));
     }
 }
 
@@ -300,4 +319,185 @@ TEST_F(WizardConnection, IsTheOneThatWasChosenNotTheOneOfTheLastTime)
     EXPECT_EQ(Field("displayName").text(), QStringLiteral("Second"));
     Press("back");
     EXPECT_EQ(OnPage<QComboBox>("connection").currentText(), QStringLiteral("Second"));
+}
+
+TEST_F(WizardConnection, OffersTheProtocolsWithTheirPorts)
+{
+    OpenNew();
+    const struct {
+        ServerProtocol protocol;
+        const char* name;
+        int port;
+    } rows[] = {{ServerProtocol::FtpTls, "FTP with TLS", 21},
+                {ServerProtocol::Ftp, "FTP without protection", 21},
+                {ServerProtocol::FtpImplicitTls, "FTP with TLS from the start (port 990)", 990},
+                {ServerProtocol::Sftp, "SFTP", 22}};
+    EXPECT_EQ(OnPage<QComboBox>("protocol").count(), 4);
+    EXPECT_EQ(OnPage<QComboBox>("protocol").currentText(), QStringLiteral("FTP with TLS"));
+    for (const auto& row : rows) {
+        Choose(row.protocol);
+        EXPECT_EQ(OnPage<QComboBox>("protocol").currentText(), QLatin1String(row.name));
+        EXPECT_EQ(OnPage<QSpinBox>("port").value(), row.port);
+        EXPECT_EQ(Field("identityFile").isVisible(), row.protocol == ServerProtocol::Sftp);
+    }
+    ExpectUsable(*wizard, QStringLiteral("wizard-237-sftp"));
+    OnPage<QSpinBox>("port").setValue(2222);
+    Choose(ServerProtocol::FtpTls);
+    EXPECT_EQ(OnPage<QSpinBox>("port").value(), 2222); // the person's own
+}
+
+TEST_F(WizardConnection, IsWalkedThroughByTabInTheOrderOfALogin)
+{
+    OpenNew();
+    Choose(ServerProtocol::Sftp);
+    QStringList order;
+    for (const char* name : {"server", "port", "userName", "password", "identityFile", "browseIdentity",
+                             "displayName", "share"}) {
+        order += QString::fromLatin1(name);
+    }
+    Field("server").setFocus();
+    for (const QString& name : order) {
+        EXPECT_EQ(QApplication::focusWidget()->objectName(), name);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+}
+
+TEST_F(WizardConnection, OfAnOlderVersionIsFTPInClearAsBefore)
+{
+    OpenEdit(Save(false, QStringLiteral("Mine")));
+    EXPECT_EQ(OnPage<QComboBox>("protocol").currentText(), QStringLiteral("FTP without protection"));
+    EXPECT_EQ(OnPage<QSpinBox>("port").value(), server.GetPort());
+}
+
+TEST_F(WizardConnection, AsksBeforeItTrustsAServerAndKeepsTheAnswer)
+{
+    const CTestCertificate certificate;
+    server.UseTls(std::make_shared<CTlsServer>(certificate));
+    server.Start();
+    OpenNew();
+    FillIn(ServerProtocol::FtpTls);
+    {
+        const CModalAnswer answer([](QWidget& modal) { Click(modal, "cancel"); });
+        Press("next");
+        WAIT_UNTIL(answer.WasAsked() && CanPress("next"));
+        EXPECT_EQ(PageId(), 237);
+        EXPECT_TRUE(destinations.Enumerate().empty());
+        EXPECT_EQ(CountCommands("PASS s3cret"), 0);
+    }
+    {
+        const CModalAnswer answer([](QWidget& modal) { Click(modal, "agree"); });
+        Press("next");
+        WAIT_UNTIL(PageId() == 257);
+        EXPECT_TRUE(answer.WasAsked());
+    }
+    EXPECT_EQ(destinations.Enumerate().front().connection.protocol, ServerProtocol::FtpTls);
+    EXPECT_EQ(CountCommands("PASS s3cret"), 1);
+    // It is known from now on.
+    Press("back");
+    Press("next");
+    WAIT_UNTIL(PageId() == 257);
+    EXPECT_EQ(CountCommands("PASS s3cret"), 2);
+}
+
+TEST_F(WizardConnection, AsksBeforeAPasswordGoesInClear)
+{
+    server.Reply("AUTH", "500 What?\r\n");
+    server.Start();
+    OpenNew();
+    FillIn(ServerProtocol::FtpTls);
+    {
+        const CModalAnswer answer([](QWidget& modal) { Click(modal, "cancel"); });
+        Press("next");
+        WAIT_UNTIL(answer.WasAsked() && CanPress("next"));
+        EXPECT_EQ(CountCommands("PASS s3cret"), 0);
+    }
+    const CModalAnswer answer([](QWidget& modal) { Click(modal, "agree"); });
+    Press("next");
+    WAIT_UNTIL(PageId() == 257);
+    EXPECT_EQ(destinations.Enumerate().front().connection.protocol, ServerProtocol::Ftp);
+    EXPECT_EQ(destinations.Enumerate().front().connection.port, server.GetPort());
+}
+
+TEST_F(WizardConnection, IsLedToTlsByAServerThatDemandsIt)
+{
+    const CTestCertificate certificate;
+    server.UseTls(std::make_shared<CTlsServer>(certificate));
+    server.Once("USER", [](CServerSession& session, const std::string&) {
+        session.Send("530 Non-anonymous sessions must use encryption.\r\n");
+    });
+    server.Start();
+    OpenNew();
+    FillIn(ServerProtocol::Ftp);
+    std::unique_ptr<CModalAnswer> trust;
+    const CModalAnswer toTls([&](QWidget& modal) {
+        Click(modal, "agree");
+        trust = std::make_unique<CModalAnswer>([](QWidget& next) { Click(next, "agree"); });
+    });
+    Press("next");
+    WAIT_UNTIL(PageId() == 257);
+    EXPECT_TRUE(toTls.WasAsked());
+    EXPECT_TRUE(trust->WasAsked());
+    EXPECT_EQ(destinations.Enumerate().front().connection.protocol, ServerProtocol::FtpTls);
+}
+
+TEST_F(WizardConnection, OverSFTPAsksForTheHostKeyAndKeepsTheKeyFile)
+{
+    const CSshServer ssh;
+    ASSERT_TRUE(ssh.GetProblem().isEmpty()) << qPrintable(ssh.GetProblem());
+    const QString key =
+        ssh.MakeKey(QStringLiteral("key"), {QStringLiteral("-t"), QStringLiteral("ed25519")}, {});
+    ssh.Authorise(key);
+    OpenNew();
+    Choose(ServerProtocol::Sftp);
+    Field("server").setText(QStringLiteral("127.0.0.1"));
+    OnPage<QSpinBox>("port").setValue(ssh.GetPort());
+    Field("userName").setText(ssh.GetDestination().userName);
+    Field("identityFile").setText(key);
+    const CModalAnswer answer([](QWidget& modal) { Click(modal, "agree"); });
+    Press("next");
+    WAIT_UNTIL(PageId() == 257);
+    EXPECT_TRUE(answer.WasAsked());
+    const FTPDestinationConnection stored = destinations.Enumerate().front().connection;
+    EXPECT_EQ(stored.protocol, ServerProtocol::Sftp);
+    EXPECT_EQ(stored.port, ssh.GetPort());
+    EXPECT_EQ(stored.identityFile, key);
+}
+
+TEST_F(WizardConnection, TellsASilentServerFromAnInvalidName)
+{
+    server.On("GREETING", [](CServerSession& session, const std::string&) { session.Stall(); });
+    server.Start();
+    timeouts.greeting = std::chrono::milliseconds(100);
+    OpenNew();
+    FillIn();
+    const CMessageAnswer message;
+    Press("next");
+    WAIT_UNTIL(!message.GetText().isEmpty());
+    EXPECT_FALSE(message.GetText().contains(QStringLiteral("name is invalid")))
+        << qPrintable(message.GetText());
+}
+
+TEST_F(WizardConnection, ProposesItsStoredDirectoryUnlessTheProjectHasOneThere)
+{
+    const CFTPDestination first = Save(false, QStringLiteral("First"), QStringLiteral("stored/first"));
+    const CFTPDestination second = Save(false, QStringLiteral("Second"), QStringLiteral("stored/second"));
+    CDeploySettings& settings = fixture.GetProject().GetDeploySettings();
+    settings.destination_kind = 1;
+    settings.ftp_destination = first.key;
+    const auto proposed = [this](const QString& connection) {
+        Open();
+        auto& choice = OnPage<QComboBox>("connection");
+        choice.setCurrentIndex(choice.findText(connection));
+        Press("next");
+        return OnPage<QLineEdit>("directory").text();
+    };
+    EXPECT_EQ(proposed(QStringLiteral("First")), QStringLiteral("stored/first"));
+    settings.ftp_directory = QStringLiteral("own");
+    EXPECT_EQ(proposed(QStringLiteral("First")), QStringLiteral("own"));
+    EXPECT_EQ(proposed(QStringLiteral("Second")), QStringLiteral("stored/second"));
+    // What was typed for it in this wizard stays.
+    OnPage<QLineEdit>("directory").clear();
+    Press("next");
+    Press("back");
+    EXPECT_EQ(OnPage<QLineEdit>("directory").text(), QString());
 }

@@ -6,14 +6,29 @@
 #include <QRadioButton>
 
 #include "WizardFixture.h"
+#include "server/MemoryServer.h"
 
 // What the wizard asks before anything is written.
 
 class WizardDoubts : public CWizardFixture {
 protected:
+    CMemoryServer memory;
+
+    // At a server in memory, in the directory "web".
+    void OpenMemoryUpload()
+    {
+        openSession = [this](const SessionSetting& setting, SessionLog& log) {
+            return memory.MakeOpener(setting.abortEvent)(log);
+        };
+        AddServer();
+        fixture.GetProject().GetDeploySettings().ftp_directory = QStringLiteral("web");
+        Open();
+        Press("next");
+        Press("next");
+    }
+
     void OpenFolderPage()
     {
-        recordsFolder = Path(QStringLiteral("records"));
         Open();
         OnPage<QRadioButton>("folder").click();
         Press("next");
@@ -114,4 +129,82 @@ TEST_F(WizardDoubts, BothQuestionsWantAnAnswer)
     Press("back");
     Press("next");
     EXPECT_FALSE(CanPress("next"));
+}
+
+TEST_F(WizardDoubts, FilesOfOthersOnAServerAreReplacedOnlyIfThePersonAgrees)
+{
+    const QString page = QStringLiteral("web/index.html");
+    memory.Put(page, "somebody else's");
+    OpenMemoryUpload();
+    ASSERT_EQ(PageId(), 239);
+    Press("next");
+    WAIT_UNTIL(PageId() == 258);
+    EXPECT_EQ(Listed("strangers"), QStringList(QStringLiteral("index.html")));
+    EXPECT_FALSE(OnPage<QListWidget>("missing").isVisible());
+    EXPECT_FALSE(CanPress("next"));
+    EXPECT_EQ(memory.Find(page)->bytes, "somebody else's");
+    KeepPictures(*wizard, QStringLiteral("wizard-258-server"));
+    OnPage<QCheckBox>("strangersAgreed").click();
+    Press("next");
+    // The run goes on by itself up to the summary.
+    WAIT_UNTIL(IsAsking());
+    EXPECT_EQ(memory.Find(page)->bytes, "somebody else's");
+    Press("next");
+    WAIT_UNTIL(CanPress("finish"));
+    EXPECT_EQ(PageId(), 239);
+    EXPECT_TRUE(memory.Find(page)->bytes.contains("<p>first</p>"));
+}
+
+TEST_F(WizardDoubts, AnotherDirectoryIsAnAnswerToFilesOfOthers)
+{
+    memory.Put(QStringLiteral("web/index.html"), "somebody else's");
+    OpenMemoryUpload();
+    Press("next");
+    WAIT_UNTIL(PageId() == 258);
+    Press("back");
+    ASSERT_EQ(PageId(), 257);
+    OnPage<QLineEdit>("directory").setText(QStringLiteral("web/photos"));
+    Press("next");
+    ASSERT_EQ(PageId(), 239);
+    Publish();
+    WAIT_UNTIL(CanPress("finish"));
+    EXPECT_EQ(memory.Find(QStringLiteral("web/index.html"))->bytes, "somebody else's");
+    EXPECT_NE(memory.Find(QStringLiteral("web/photos/index.html")), nullptr);
+}
+
+TEST_F(WizardDoubts, WhatWasDecidedAboutMissingPicturesStaysDecidedAtTheServersQuestion)
+{
+    const QString lost = LosePicture();
+    memory.Put(QStringLiteral("web/index.html"), "somebody else's");
+    OpenMemoryUpload();
+    ASSERT_EQ(PageId(), 258);
+    OnPage<QCheckBox>("missingAgreed").click();
+    Press("next");
+    ASSERT_EQ(PageId(), 239);
+    Press("next");
+    WAIT_UNTIL(PageId() == 258);
+    EXPECT_EQ(Listed("missing"), QStringList(lost));
+    EXPECT_TRUE(OnPage<QCheckBox>("missingAgreed").isChecked());
+    EXPECT_EQ(Listed("strangers"), QStringList(QStringLiteral("index.html")));
+    OnPage<QCheckBox>("strangersAgreed").click();
+    Press("next");
+    WAIT_UNTIL(IsAsking());
+    Press("next");
+    WAIT_UNTIL(CanPress("finish"));
+}
+
+TEST_F(WizardDoubts, AFileThatComesBetweenTheLookAndTheRunIsAskedFor)
+{
+    OpenFolderPage();
+    Press("next");
+    ASSERT_EQ(PageId(), 107);
+    fixture.scratch.Write(QStringLiteral("site/index.html"), "mine");
+    Press("next");
+    WAIT_UNTIL(PageId() == 258);
+    EXPECT_EQ(Listed("strangers").size(), 1);
+    OnPage<QCheckBox>("strangersAgreed").click();
+    Press("next");
+    WAIT_UNTIL(CanPress("finish"));
+    EXPECT_EQ(PageId(), 107);
+    EXPECT_NE(fixture.scratch.Read(QStringLiteral("site/index.html")), "mine");
 }

@@ -18,17 +18,25 @@ CWizardFixture::CWizardFixture()
     }
 }
 
-void CWizardFixture::Open()
+DeployWizardServices CWizardFixture::MakeServices()
 {
     DeployWizardServices services;
     services.destinations = &destinations;
     services.openSite = [this](const QString& path) {
         opened += path;
     };
-    services.recordsFolder = recordsFolder;
-    services.timeouts = timeouts;
-    services.port = server.GetPort();
-    wizard = std::make_unique<CWizardPropSheetDeploy>(fixture.GetProject(), services, nullptr);
+    services.recordsFolder = Path(QStringLiteral("records"));
+    services.sitesFolder = Path(QStringLiteral("sites"));
+    services.access = {.timeouts = timeouts,
+                       .trustFolder = Path(QStringLiteral("trusted")),
+                       .mostSessions = 1, // the scripted server takes one after the other
+                       .open = openSession};
+    return services;
+}
+
+void CWizardFixture::Open()
+{
+    wizard = std::make_unique<CWizardPropSheetDeploy>(fixture.GetProject(), MakeServices(), nullptr);
     wizard->show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(wizard.get()));
 }
@@ -64,6 +72,19 @@ void CWizardFixture::OpenFolderDeployment()
     ASSERT_EQ(PageId(), DeployPageId::DeployToFolder);
 }
 
+bool CWizardFixture::IsAsking() const
+{
+    return PageId() == DeployPageId::DeployToFTP && CanPress("next") &&
+           Find<QAbstractButton>(*wizard, "next").text() == QStringLiteral("&Publish");
+}
+
+void CWizardFixture::Publish()
+{
+    Press("next");
+    WAIT_UNTIL(IsAsking());
+    Press("next");
+}
+
 bool CWizardFixture::CanPress(const char* buttonName) const
 {
     const auto& button = Find<QAbstractButton>(*wizard, buttonName);
@@ -82,13 +103,4 @@ QStringList CWizardFixture::ErrorTexts() const
 QStringList CWizardFixture::TemporaryFiles() const
 {
     return FilesBelow(fixture.tempFolder.GetPath(), {QStringLiteral("*.html")});
-}
-
-void CGate::Put(CScriptedServer& server, const std::string& verb, const std::string& reply)
-{
-    server.On(verb, [state = state, reply](CServerSession& session, const std::string&) {
-        state->reached.Set();
-        state->open.Wait(std::chrono::seconds(60));
-        session.Send(reply);
-    });
 }

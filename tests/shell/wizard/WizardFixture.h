@@ -21,6 +21,7 @@ protected:
     CWizardFixture();
 
     void Open();
+    DeployWizardServices MakeServices();
     // Stores a connection to the server and chooses it in the project.
     CFTPDestination AddServer(const QString& directory = {});
     // Opens the wizard and goes to the page that uploads into that directory.
@@ -37,6 +38,10 @@ protected:
     {
         return Find<Control>(*wizard->currentPage(), name);
     }
+    // The deployment waits for the person's consent.
+    bool IsAsking() const;
+    // Begins the upload, and consents when it asks.
+    void Publish();
     QString Status() const { return OnPage<QLabel>("status").text(); }
     // The three texts of the error page.
     QStringList ErrorTexts() const;
@@ -51,25 +56,8 @@ protected:
     const CPasswordProtection protection{userKeys, fixture.scratch.Path(QStringLiteral("machine-keys"))};
     CFTPDestinations destinations{*fixture.settings, protection};
     CScriptedServer server;
-    QStringList opened;    // in the web browser
-    QString recordsFolder; // none is kept
+    QStringList opened; // in the web browser
     FTPTimeouts timeouts;
+    RemoteSessionOpener openSession; // in place of a network
     std::unique_ptr<CWizardPropSheetDeploy> wizard;
-};
-
-// A place in a conversation at which the server waits for the test.
-class CGate {
-public:
-    // Does what is right once the gate is open.
-    void Put(CScriptedServer& server, const std::string& verb, const std::string& reply);
-    bool IsReached() const { return state->reached.IsSet(); }
-    void Open() { state->open.Set(); }
-    ~CGate() { Open(); }
-
-private:
-    struct State {
-        CEvent reached;
-        CEvent open;
-    };
-    const std::shared_ptr<State> state = std::make_shared<State>();
 };

@@ -5,6 +5,7 @@
 #include "common/StopSignal.h"
 #include "content/PageGeneration.h"
 #include "support/FTPServer.h"
+#include "support/SshServer.h"
 
 // The wizard with the sample project and the servers that the world uses.
 
@@ -16,13 +17,10 @@ class CNoProgress final : public CGenerationProgress {
 
 } // namespace
 
-class WizardServers : public CWizardFixture, public testing::WithParamInterface<FTPServerKind> {
+class WizardServers : public CWizardFixture {
 protected:
-    void SetUp() override
+    WizardServers()
     {
-        if (!real.GetProblem().isEmpty()) {
-            GTEST_SKIP() << qPrintable(real.GetProblem());
-        }
         CopyDirectoryTree(QStringLiteral(DATA_FOLDER "/sample"), Path(QStringLiteral("sample")));
         CProjectEnvironment environment = fixture.GetEnvironment();
         environment.programFolder = QStringLiteral(DATA_FOLDER);
@@ -30,56 +28,102 @@ protected:
         sample->Open(Path(QStringLiteral("sample/sample.gallery")));
     }
 
-    void StoreServer()
+    void StoreServer(const FTPDestinationConnection& connection, const QString& directory)
     {
         CFTPDestination destination = destinations.Create(false);
-        destination.connection = {.displayName = QStringLiteral("Real"),
-                                  .userName = real.GetUser(),
-                                  .password = real.GetPassword(),
-                                  .server = QStringLiteral("127.0.0.1"),
-                                  .directory = {},
-                                  .port = real.GetPort()};
+        destination.connection = connection;
+        destination.connection.displayName = QStringLiteral("Real");
         EXPECT_EQ(destinations.Save(destination), CFTPDestinations::SaveResult::Saved);
         CDeploySettings& settings = sample->GetDeploySettings();
         settings.destination_kind = 1;
         settings.ftp_destination = destination.key;
-        settings.ftp_directory = QStringLiteral("www/photos");
+        settings.ftp_directory = directory;
     }
 
-    const CFTPServer real{GetParam()};
+    // Through the wizard; every question about the server is agreed to.
+    void Upload(bool isAsked)
+    {
+        DeployWizardServices services = MakeServices();
+        services.access.mostSessions = 4;
+        wizard = std::make_unique<CWizardPropSheetDeploy>(*sample, services, nullptr);
+        wizard->show();
+        Press("next");
+        Press("next");
+        const CModalAnswer answer([](QWidget& modal) { Click(modal, "agree"); });
+        Press("next");
+        ASSERT_TRUE(QTest::qWaitFor([&] { return IsAsking() || PageId() == 245; }, 60000));
+        ASSERT_EQ(PageId(), 239) << qPrintable(ErrorTexts().join(QLatin1Char('\n')));
+        EXPECT_EQ(answer.WasAsked(), isAsked);
+        Press("next");
+        ASSERT_TRUE(QTest::qWaitFor([&] { return CanPress("finish"); }, 110000));
+        ASSERT_EQ(PageId(), 239) << qPrintable(ErrorTexts().join(QLatin1Char('\n')));
+        Press("finish");
+    }
+
+    void ExpectSite(const QString& uploaded)
+    {
+        CNoProgress progress;
+        const CStopSignal stop;
+        sample->SetPreviewMode(false);
+        GeneratePages(*sample, {Path(QStringLiteral("expected"))}, stop, progress);
+        const QStringList expected = FilesBelow(Path(QStringLiteral("expected")));
+        QStringList served = FilesBelow(uploaded);
+        served.removeIf([](const QString& file) { return file.startsWith(QStringLiteral(".vistorama/")); });
+        EXPECT_GT(expected.size(), 50);
+        EXPECT_EQ(served, expected);
+        for (const QString& file : expected) {
+            EXPECT_EQ(ReadWholeFile(JoinPath(uploaded, file)),
+                      ReadWholeFile(Path(QStringLiteral("expected/") + file)))
+                << qPrintable(file);
+        }
+    }
+
     std::unique_ptr<CGalleryProject> sample;
 };
 
-INSTANTIATE_TEST_SUITE_P(Each, WizardServers,
-                         testing::Values(FTPServerKind::Vsftpd, FTPServerKind::ProFtpd,
-                                         FTPServerKind::PureFtpd),
-                         [](const auto& info) { return std::string(NameOf(info.param)); });
+class WizardFTPServers : public WizardServers,
+                         public testing::WithParamInterface<std::tuple<FTPServerKind, FTPServerSecurity>> {
+protected:
+    bool HasTls() const { return std::get<1>(GetParam()) == FTPServerSecurity::TlsOnly; }
 
-TEST_P(WizardServers, TakeTheSampleProject)
+    const CFTPServer real{std::get<0>(GetParam()), std::get<1>(GetParam())};
+};
+
+INSTANTIATE_TEST_SUITE_P(
+    Each, WizardFTPServers,
+    testing::Combine(testing::Values(FTPServerKind::Vsftpd, FTPServerKind::ProFtpd, FTPServerKind::PureFtpd),
+                     testing::Values(FTPServerSecurity::Clear, FTPServerSecurity::TlsOnly)),
+    [](const auto& info) {
+        const bool hasTls = std::get<1>(info.param) == FTPServerSecurity::TlsOnly;
+        return std::string(NameOf(std::get<0>(info.param))) + (hasTls ? "Tls" : "Clear");
+    });
+
+TEST_P(WizardFTPServers, TakeTheSampleProject)
 {
-    StoreServer();
-    DeployWizardServices services;
-    services.destinations = &destinations;
-    wizard = std::make_unique<CWizardPropSheetDeploy>(*sample, services, nullptr);
-    wizard->show();
-    Press("next");
-    Press("next");
-    Press("next");
-    ASSERT_TRUE(QTest::qWaitFor([&] { return CanPress("finish"); }, 110000));
-    ASSERT_EQ(PageId(), 239) << qPrintable(ErrorTexts().join(QLatin1Char('\n')));
-    Press("finish");
-
-    CNoProgress progress;
-    const CStopSignal stop;
-    sample->SetPreviewMode(false);
-    GeneratePages(*sample, {Path(QStringLiteral("expected"))}, stop, progress);
-    const QStringList expected = FilesBelow(Path(QStringLiteral("expected")));
-    const QString uploaded = real.GetRoot() + QStringLiteral("www/photos");
-    EXPECT_GT(expected.size(), 50);
-    EXPECT_EQ(FilesBelow(uploaded), expected);
-    for (const QString& file : expected) {
-        EXPECT_EQ(ReadWholeFile(JoinPath(uploaded, file)),
-                  ReadWholeFile(Path(QStringLiteral("expected/") + file)))
-            << qPrintable(file);
+    if (!real.GetProblem().isEmpty()) {
+        GTEST_SKIP() << qPrintable(real.GetProblem());
     }
+    FTPDestinationConnection connection;
+    connection.userName = real.GetUser();
+    connection.password = real.GetPassword();
+    connection.server = QStringLiteral("127.0.0.1");
+    connection.port = real.GetPort();
+    connection.protocol = HasTls() ? ServerProtocol::FtpTls : ServerProtocol::Ftp;
+    StoreServer(connection, QStringLiteral("www/photos"));
+    Upload(HasTls());
+    ExpectSite(real.GetRoot() + QStringLiteral("www/photos"));
+}
+
+TEST_F(WizardServers, OfSSHTakeTheSampleProject)
+{
+    const CSshServer real;
+    ASSERT_TRUE(real.GetProblem().isEmpty()) << qPrintable(real.GetProblem());
+    const QString key =
+        real.MakeKey(QStringLiteral("key"), {QStringLiteral("-t"), QStringLiteral("ed25519")}, {});
+    real.Authorise(key);
+    FTPDestinationConnection connection = real.GetDestination();
+    connection.identityFile = key;
+    StoreServer(connection, QStringLiteral("www/photos"));
+    Upload(true);
+    ExpectSite(real.GetRoot() + QStringLiteral("www/photos"));
 }
