@@ -5,11 +5,11 @@
 
 namespace {
 
-using PictureActs = CActs;
+using ActsOnPictures = CActs;
 
 } // namespace
 
-TEST_F(PictureActs, OfOnePictureByMouse)
+TEST_F(ActsOnPictures, OfOnePictureByMouse)
 {
     StartInMountains();
     Do("rotate clockwise", [&] { Strip("Alpenglow", "Rotate clockwise"); });
@@ -30,7 +30,7 @@ TEST_F(PictureActs, OfOnePictureByMouse)
     EXPECT_EQ(program.Terminate(), 0);
 }
 
-TEST_F(PictureActs, OfSelectedPicturesByMouse)
+TEST_F(ActsOnPictures, OfSelectedPicturesByMouse)
 {
     StartInMountains();
     // key: of the entry in the menu that comes up under the mouse.
@@ -56,7 +56,7 @@ TEST_F(PictureActs, OfSelectedPicturesByMouse)
     EXPECT_EQ(program.Terminate(), 0);
 }
 
-TEST_F(PictureActs, OfDraggedPictures)
+TEST_F(ActsOnPictures, OfDraggedPictures)
 {
     StartInMountains();
     Do("drag to a cover", [&] {
@@ -77,7 +77,7 @@ TEST_F(PictureActs, OfDraggedPictures)
     EXPECT_EQ(program.Terminate(), 0);
 }
 
-TEST_F(PictureActs, OfPicturesByKeyboard)
+TEST_F(ActsOnPictures, OfPicturesByKeyboard)
 {
     StartInMountains();
     const auto press = [&](const char* keys) {
@@ -112,7 +112,7 @@ TEST_F(PictureActs, OfPicturesByKeyboard)
 }
 
 // The page on the screen isn't changed by what comes into another gallery; undo goes to that one.
-TEST_F(PictureActs, OfTheClipboardBetweenGalleries)
+TEST_F(ActsOnPictures, OfTheClipboardBetweenGalleries)
 {
     StartInMountains();
     Focus("Alpenglow");
@@ -136,7 +136,7 @@ TEST_F(PictureActs, OfTheClipboardBetweenGalleries)
 }
 
 // The page on the screen stays as it is, so there is no other one to wait for before the undo.
-TEST_F(PictureActs, OfPicturesThatAreCopiedToAnotherGallery)
+TEST_F(ActsOnPictures, OfPicturesThatAreCopiedToAnotherGallery)
 {
     StartInMountains();
     const auto names = [&] {
