@@ -1,5 +1,9 @@
+#include <QDateTime>
+#include <QFile>
+
 #include "ActsFixture.h"
 #include "SavedProject.h"
+#include "common/FileSystem.h"
 
 // Acts on the pictures of a gallery.
 
@@ -79,6 +83,11 @@ TEST_F(ActsOnPictures, OfDraggedPictures)
 
 TEST_F(ActsOnPictures, OfPicturesByKeyboard)
 {
+    // The sample's files may all be of one date.
+    QFile oldest(ExtractFolder(project) + QStringLiteral("/Mountains/High Pass.jpg"));
+    ASSERT_TRUE(oldest.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(oldest.setFileTime(QDateTime(QDate(2001, 2, 3), QTime(4, 5)), QFile::FileModificationTime));
+    oldest.close();
     StartInMountains();
     const auto press = [&](const char* keys) {
         return [this, keys] {
