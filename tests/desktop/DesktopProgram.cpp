@@ -293,9 +293,9 @@ void CDesktopProgram::ReleaseMouse()
 
 bool CDesktopProgram::WaitForPictures()
 {
-    return WaitInPage(
-        QStringLiteral("[...document.images].every(i => (i.complete && i.naturalWidth) || "
-                       "(i.loading == 'lazy' && i.getBoundingClientRect().top > innerHeight))"));
+    return WaitInPage(QStringLiteral("[...document.images].every(i => (i.complete && i.naturalWidth) || "
+                                     "(i.loading == 'lazy' && (r => r.top > innerHeight || r.bottom < 0)"
+                                     "(i.getBoundingClientRect())))"));
 }
 
 QPoint CDesktopProgram::WayBetween(const QString& from, const QString& to)

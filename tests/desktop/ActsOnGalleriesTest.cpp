@@ -8,11 +8,11 @@
 
 namespace {
 
-using GalleryActs = CActs;
+using ActsOnGalleries = CActs;
 
 } // namespace
 
-TEST_F(GalleryActs, OfTheTree)
+TEST_F(ActsOnGalleries, OfTheTree)
 {
     StartInMountains();
     Do("rename", [&] {
@@ -39,14 +39,14 @@ TEST_F(GalleryActs, OfTheTree)
     EXPECT_EQ(program.Terminate(), 0);
 }
 
-TEST_F(GalleryActs, OfAGalleryThatIsDragged)
+TEST_F(ActsOnGalleries, OfAGalleryThatIsDragged)
 {
     StartIn(0, "October", "October.jpg");
     Do("drag into another", [&] { DragOntoCover(tree.PlaceOf(3), 1); });
     EXPECT_EQ(program.Terminate(), 0);
 }
 
-TEST_F(GalleryActs, OfTextsAndLooks)
+TEST_F(ActsOnGalleries, OfTextsAndLooks)
 {
     StartInMountains();
     Do("text", [&] {
@@ -72,7 +72,7 @@ TEST_F(GalleryActs, OfTextsAndLooks)
     EXPECT_EQ(program.Terminate(), 0);
 }
 
-TEST_F(GalleryActs, OfStamps)
+TEST_F(ActsOnGalleries, OfStamps)
 {
     const QString mark = program.Path(QStringLiteral("mark.png"));
     ASSERT_TRUE(QFile::copy(QStringLiteral(DATA_FOLDER "/sample/October.jpg"), mark));
@@ -94,7 +94,7 @@ TEST_F(GalleryActs, OfStamps)
     EXPECT_EQ(program.Terminate(), 0);
 }
 
-TEST_F(GalleryActs, OfMissingPicturesThatAreFound)
+TEST_F(ActsOnGalleries, OfMissingPicturesThatAreFound)
 {
     const QString home = ExtractFolder(project);
     const QString elsewhere = program.Path(QStringLiteral("Elsewhere"));
