@@ -44,11 +44,6 @@ QString WordsOf(const SendProgress& progress)
     return words;
 }
 
-void PrintFailure(const DeployError& error)
-{
-    PrintError(FailureLines(error.description, error.reason, error.solution));
-}
-
 } // namespace
 
 void CDeployProgressDisplay::Show(int32_t done, int32_t total, StringId step)
@@ -204,12 +199,10 @@ int CDeployRun::Report(const DeployFailure& failure)
 int CDeployRun::Report(const DeployDoubts& doubts)
 {
     if (doubts.IsAnyMissing()) {
-        PrintFailure(MissingFilesError(doubts));
-    } else {
-        PrintFailure(folder ? StrangeFilesError(*folder, doubts.strangeFiles)
-                            : StrangeFilesOnServerError(doubts.strangeFiles));
+        return Report(MissingFilesError(doubts));
     }
-    return ExitFailed;
+    return Report(folder ? StrangeFilesError(*folder, doubts.strangeFiles)
+                         : StrangeFilesOnServerError(doubts.strangeFiles));
 }
 
 int CDeployRun::Report(const ServerDoubt& doubt)

@@ -117,7 +117,7 @@ QStringList WarningsOf(const DeployDoubts& doubts)
     return warnings;
 }
 
-DeployError MissingFilesError(const DeployDoubts& doubts)
+DeployFailure MissingFilesError(const DeployDoubts& doubts)
 {
     QStringList reasons;
     if (!doubts.absentPictures.empty()) {
@@ -133,7 +133,7 @@ DeployError MissingFilesError(const DeployDoubts& doubts)
             Text(StringId::FindOrLeaveOut)};
 }
 
-DeployError StrangeFilesError(const QString& targetFolder, const QStringList& files)
+DeployFailure StrangeFilesError(const QString& targetFolder, const QStringList& files)
 {
     return {Text(StringId::NothingPublished),
             Text(StringId::StrangeFilesInTarget, targetFolder, static_cast<int>(files.size())) +
@@ -141,7 +141,7 @@ DeployError StrangeFilesError(const QString& targetFolder, const QStringList& fi
             Text(StringId::ChooseTargetOrOverwrite)};
 }
 
-DeployError StrangeFilesOnServerError(const QStringList& files)
+DeployFailure StrangeFilesOnServerError(const QStringList& files)
 {
     return {Text(StringId::NothingPublished),
             Text(StringId::StrangeFilesOnServer, static_cast<int>(files.size())) + QLatin1Char('\n') +

@@ -6,7 +6,7 @@
 
 #include <QStringList>
 
-#include "deploy/DeployMessages.h"
+#include "deploy/DeployFailure.h"
 
 class CGalleryProject;
 
@@ -38,7 +38,7 @@ void LeaveOut(const DeployDoubts& doubts, CGalleryProject& project);
 QStringList WarningsOf(const DeployDoubts& doubts);
 
 // The failures that end a deployment; the first ten files are named.
-DeployError MissingFilesError(const DeployDoubts& doubts);
-DeployError StrangeFilesError(const QString& targetFolder, const QStringList& files);
+DeployFailure MissingFilesError(const DeployDoubts& doubts);
+DeployFailure StrangeFilesError(const QString& targetFolder, const QStringList& files);
 // files: paths of the site.
-DeployError StrangeFilesOnServerError(const QStringList& files);
+DeployFailure StrangeFilesOnServerError(const QStringList& files);

@@ -6,7 +6,7 @@
 
 #include "common/FileSystem.h"
 #include "content/DeploymentRecord.h"
-#include "deploy/DeployJob.h"
+#include "deploy/Deployment.h"
 #include "document/galleries/Gallery.h"
 #include "imaging/Image.h"
 #include "support/ProjectFixture.h"
@@ -33,23 +33,33 @@ protected:
         bool leaveOutMissing = false;
         bool overwrite = false;
     };
-    // The texts of the error on a line each; "done" without one.
+    DeploymentTarget Site() const { return FolderTarget{Path("site")}; }
+    // The three texts of what has stopped it; "done" without one.
     QString Deploy(const Choices& choices)
     {
-        CDeployJob job(fixture.GetProject());
-        job.settings.folder = Path("site");
-        job.recordsFolder = Path("records");
-        job.leaveOutMissing = choices.leaveOutMissing;
-        job.overwrite = choices.overwrite;
-        job.StartGeneration({});
-        job.WaitFinished();
-        warnings = job.GetResult().warnings;
-        if (const auto& error = job.GetError()) {
-            return error->description + QLatin1Char('\n') + error->reason + QLatin1Char('\n') +
-                   error->solution;
+        CDeployment run(fixture.GetProject(), {.target = Site(),
+                                               .leaveOutMissing = choices.leaveOutMissing,
+                                               .overwrite = choices.overwrite,
+                                               .recordsFolder = Path("records"),
+                                               .sitesFolder = Path("sites")});
+        run.Start({});
+        run.WaitFinished();
+        warnings = run.GetResult().warnings;
+        if (const auto* const doubts = std::get_if<DeployDoubts>(&run.GetEnd())) {
+            return TextsOf(doubts->IsAnyMissing() ? MissingFilesError(*doubts)
+                                                  : StrangeFilesError(Path("site"), doubts->strangeFiles));
         }
+        if (const auto* const failure = std::get_if<DeployFailure>(&run.GetEnd())) {
+            return TextsOf(*failure);
+        }
+        EXPECT_TRUE(std::holds_alternative<DeployDone>(run.GetEnd()));
         return QStringLiteral("done");
     }
+    static QString TextsOf(const DeployFailure& failure)
+    {
+        return QStringList{failure.caption, failure.description, failure.advice}.join(QLatin1Char('\n'));
+    }
+    DeployDoubts Examine() { return ExamineDeployment(fixture.GetProject(), Site(), Path("records")); }
     QString Deploy() { return Deploy(Choices()); }
 
     QString Path(const char* name) const { return fixture.scratch.Path(QString::fromUtf8(name)); }
@@ -169,15 +179,12 @@ TEST_F(CarefulDeployment, SomebodyElsesFilesAreNamedBeforeTheFirstIsOverwritten)
 
 TEST_F(CarefulDeployment, ExamineSaysWhatIsToBeDecidedAndWritesNothing)
 {
-    CDeployJob job(fixture.GetProject());
-    job.settings.folder = Path("site");
-    job.recordsFolder = Path("records");
-    EXPECT_FALSE(job.Examine().IsAnyMissing());
-    EXPECT_TRUE(job.Examine().strangeFiles.isEmpty());
+    EXPECT_FALSE(Examine().IsAnyMissing());
+    EXPECT_TRUE(Examine().strangeFiles.isEmpty());
     QFile::remove(Photo("two.png"));
     fixture.GetRoot().GetImageStamps()[2].file = Path("missing.png");
     fixture.scratch.Write(QStringLiteral("site/p.html"), "mine");
-    const DeployDoubts doubts = job.Examine();
+    const DeployDoubts doubts = Examine();
     EXPECT_EQ(doubts.absentPictures, (std::vector<UnusableFile>{{0, Photo("two.png")}}));
     EXPECT_EQ(doubts.unreadableWatermarks, (std::vector<UnusableFile>{{0, Path("missing.png")}}));
     EXPECT_EQ(doubts.strangeFiles, QStringList(Path("site/p.html")));
@@ -234,16 +241,4 @@ TEST_F(CarefulDeployment, WhatARunHasWrittenThatWasEndedWithoutNoticeIsItsOwn)
         << qPrintable(error);
     QFile::remove(Path("site/p1.html"));
     EXPECT_EQ(Deploy(), QStringLiteral("done"));
-}
-
-TEST_F(CarefulDeployment, ARunForAnUploadStopsForMissingFilesAsWell)
-{
-    QFile::remove(Photo("two.png"));
-    CDeployJob job(fixture.GetProject());
-    job.temporaryFolder = Path("upload");
-    job.StartGeneration({});
-    job.WaitFinished();
-    ASSERT_TRUE(job.GetError().has_value());
-    EXPECT_TRUE(job.GetUploadMap().empty());
-    EXPECT_FALSE(FileExists(Path("upload")));
 }

@@ -469,3 +469,37 @@ TEST_F(Deployment, AReceiverThatIsGoneIsNoDanger)
     run.WaitFinished();
     EXPECT_TRUE(std::holds_alternative<DeployDone>(run.GetEnd()));
 }
+
+TEST_F(Deployment, AFolderThatIsAFileIsNamed)
+{
+    fixture.scratch.Write(QStringLiteral("site"), "x");
+    const auto failure = Expect<DeployFailure>(Deploy(Folder()));
+    EXPECT_EQ(failure.caption, QStringLiteral("Could not create directory %1.").arg(Path("site")));
+    EXPECT_EQ(fixture.scratch.Read(QStringLiteral("site")), "x");
+}
+
+// By the record that the run before has kept, though it was cancelled.
+TEST_F(Deployment, ARemovedPictureTakesItsFilesAlong)
+{
+    for (int i = 0; i < 100; ++i) {
+        AddPicture(qPrintable(QStringLiteral("%1.png").arg(i)));
+    }
+    const auto pictures = [this] {
+        return fixture.scratch.ListFiles().filter(QStringLiteral("site/pictures/")).size();
+    };
+    onMessage = [this](const DeploymentMessage& message) {
+        if (std::holds_alternative<DeployPagesDone>(message)) {
+            deployment->RequestCancel();
+        }
+    };
+    Expect<DeployCancelled>(Deploy(Folder()));
+    EXPECT_GT(pictures(), 0);
+    onMessage = {};
+    for (const int left : {3, 2}) {
+        while (fixture.GetRoot().GetPictures().GetCount() > left) {
+            fixture.GetRoot().RemovePicture(0);
+        }
+        Expect<DeployDone>(Deploy(Folder()));
+        EXPECT_EQ(pictures(), left);
+    }
+}

@@ -8,7 +8,7 @@
 
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
-#include "deploy/DeployJob.h"
+#include "deploy/Deployment.h"
 #include "imaging/Image.h"
 
 namespace {
@@ -407,15 +407,15 @@ void CLifeStory::Publish()
     Save();
     const QString site = root + QStringLiteral("site");
     const auto before = Snapshot(site);
-    CDeployJob job(*project);
-    job.settings.folder = site;
-    job.recordsFolder = root + QStringLiteral("records");
-    job.leaveOutMissing = Random(2) == 0;
-    job.StartGeneration({});
-    job.WaitFinished();
-    if (job.GetError()) {
+    CDeployment run(*project, {.target = FolderTarget{site},
+                               .leaveOutMissing = Random(2) == 0,
+                               .recordsFolder = root + QStringLiteral("records"),
+                               .sitesFolder = root + QStringLiteral("sites")});
+    run.Start({});
+    run.WaitFinished();
+    if (!std::holds_alternative<DeployDone>(run.GetEnd())) {
         if (Snapshot(site) != before) {
-            Fail(QStringLiteral("a deployment that was refused has written: ") + job.GetError()->description);
+            Fail(QStringLiteral("a deployment that was refused has written"));
         }
         told += " (refused)";
     } else {
