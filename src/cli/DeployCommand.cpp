@@ -99,6 +99,5 @@ int RunDeploy(const QStringList& arguments)
     if (!server) {
         return ExitInterrupted;
     }
-    const CPasswordWiper wiper(*server);
     return DeployTo(parsed, &*server);
 }

@@ -1,5 +1,7 @@
 #include <limits>
 
+#include <QFileInfo>
+
 #include "cli/Answers.h"
 #include "cli/CommandArguments.h"
 #include "cli/Commands.h"
@@ -13,7 +15,7 @@ int Add(const QStringList& arguments, CNamedDestinations& destinations)
 {
     const QString allUsers = QStringLiteral("all-users");
     const CommandArguments parsed =
-        ParseArguments(arguments, {.valueOptions = {},
+        ParseArguments(arguments, {.valueOptions = {QStringLiteral("identity")},
                                    .switches = {allUsers},
                                    .minPositional = 2,
                                    .maxPositional = std::numeric_limits<qsizetype>::max()});
@@ -21,12 +23,17 @@ int Add(const QStringList& arguments, CNamedDestinations& destinations)
     if (parsed.positional.size() > 2) {
         throw CWrongUse(Text(StringId::SurplusDestinationWords));
     }
-    ServerUrl url = ParseServerUrl(parsed.positional[1]);
-    url.password = FindPassword(url);
-    if (!url.password) {
+    auto connection = FindConnection(parsed.positional[1]);
+    if (!connection) {
         return ExitInterrupted;
     }
-    destinations.Add(parsed.positional[0], url, {.allUsers = parsed.Has(allUsers)});
+    ApplyServerOptions(parsed, *connection);
+    if (!connection->identityFile.isEmpty()) {
+        // It is used from any folder.
+        connection->identityFile = QFileInfo(connection->identityFile).absoluteFilePath();
+    }
+    connection->displayName = parsed.positional[0];
+    destinations.Add(*connection, {.allUsers = parsed.Has(allUsers)});
     return ExitDone;
 }
 

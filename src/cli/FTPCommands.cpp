@@ -206,7 +206,6 @@ int RunFTPTest(const QStringList& arguments)
     if (!connection) {
         return ExitInterrupted;
     }
-    const CPasswordWiper wiper(*connection);
     const ServerVisit visit = VisitServer(*connection, [](CRemoteSession&) {});
     if (parsed.Has(transcript)) {
         PrintTranscript(visit.log.transcript);
@@ -229,7 +228,6 @@ int RunFTPList(const QStringList& arguments)
     if (!connection) {
         return ExitInterrupted;
     }
-    const CPasswordWiper wiper(*connection);
     const QString wanted = std::exchange(connection->directory, QString());
     const bool hasEntries = connection->protocol == ServerProtocol::Sftp && !parsed.Has(raw);
     QString directory = wanted;
@@ -270,7 +268,6 @@ int RunFTPMakeDirectory(const QStringList& arguments)
     if (!connection) {
         return ExitInterrupted;
     }
-    const CPasswordWiper wiper(*connection);
     const QString& name = parsed.positional[1];
     const QString caption = Text(StringId::FolderNotMade, Printable(name), connection->server);
     RequireUsableName(name, caption);
@@ -286,7 +283,6 @@ int RunFTPRename(const QStringList& arguments)
     if (!connection) {
         return ExitInterrupted;
     }
-    const CPasswordWiper wiper(*connection);
     const QString& oldName = parsed.positional[1];
     const QString& newName = parsed.positional[2];
     const QString caption = Text(StringId::FolderNotRenamed, Printable(oldName), connection->server);

@@ -1,6 +1,7 @@
 #include "cli/NamedDestinations.h"
 
 #include "cli/Answers.h"
+#include "cli/ServerUrl.h"
 #include "common/Exceptions.h"
 #include "common/Platform.h"
 #include "common/Text.h"
@@ -49,26 +50,21 @@ CNamedDestinations::CNamedDestinations(CSettingsStore& store, const CPasswordPro
     : store(store), protection(protection), destinations(store, protection, keyring)
 {}
 
-void CNamedDestinations::Add(const QString& name, const ServerUrl& url, Owner owner)
+void CNamedDestinations::Add(const FTPDestinationConnection& connection, Owner owner)
 {
+    const QString& name = connection.displayName;
     RequireUsableName(name);
     RequireStorable(name, StringId::DestinationNamePart);
-    RequireStorable(url.userName, StringId::UserNamePart);
-    RequireStorable(url.password.value_or(QString()), StringId::PasswordPart);
-    RequireStorable(url.server, StringId::ServerPart);
-    RequireStorable(url.directory, StringId::DirectoryPart);
+    RequireStorable(connection.userName, StringId::UserNamePart);
+    RequireStorable(connection.password.GetText(), StringId::PasswordPart);
+    RequireStorable(connection.server, StringId::ServerPart);
+    RequireStorable(connection.directory, StringId::DirectoryPart);
     if (!FindAll(name).empty()) {
         throw CGenericException(Text(StringId::DestinationExists, WithoutPassword(name)),
                                 Text(StringId::DestinationNamesAreUnique), Text(StringId::ChooseAnotherName));
     }
     CFTPDestination added = destinations.Create(owner.allUsers);
-    added.connection = {.displayName = name,
-                        .userName = url.userName,
-                        .password = url.password.value_or(QString()),
-                        .server = url.server,
-                        .directory = url.directory,
-                        .port = url.port,
-                        .protocol = url.protocol};
+    added.connection = connection;
     switch (destinations.Save(added)) {
     case CFTPDestinations::SaveResult::Saved:
         return;

@@ -3,7 +3,6 @@
 #include <memory>
 #include <vector>
 
-#include "cli/ServerUrl.h"
 #include "ftpengine/destinations/FTPDestinations.h"
 #include "ftpengine/secrets/PasswordProtection.h"
 #include "ftpengine/secrets/SystemKeyring.h"
@@ -21,8 +20,9 @@ public:
         bool allUsers = false;
     };
     // Throws CWrongUse for a name or a part of the address that can't be kept, CGenericException if the name
-    // is taken or the store can't be written; then nothing of it is stored. url: its password is stored.
-    void Add(const QString& name, const ServerUrl& url, Owner owner);
+    // is taken or the store can't be written; then nothing of it is stored. connection: with the name, and
+    // with the password, which is stored as well.
+    void Add(const FTPDestinationConnection& connection, Owner owner);
     // The only one of that name; else the one of that key. Throws CGenericException.
     CFTPDestination Find(const QString& name) const;
     // Throws CGenericException.

@@ -142,9 +142,11 @@ std::optional<FTPDestinationConnection> FindConnection(const QString& address)
     if (!url.password) {
         return std::nullopt;
     }
+    const CSecretText password = *url.password;
+    WipeText(*url.password);
     return FTPDestinationConnection{.displayName = url.server,
                                     .userName = url.userName,
-                                    .password = std::move(*url.password),
+                                    .password = password,
                                     .server = url.server,
                                     .directory = url.directory,
                                     .port = url.port,
@@ -175,9 +177,4 @@ void ApplyServerOptions(const CommandArguments& parsed, FTPDestinationConnection
         }
         connection.fingerprint = *fingerprint;
     }
-}
-
-CPasswordWiper::~CPasswordWiper()
-{
-    WipeText(connection.password);
 }

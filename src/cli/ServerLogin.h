@@ -24,15 +24,3 @@ std::optional<FTPDestinationConnection> FindConnection(const QString& address);
 const QStringList& GetServerOptions();
 // Takes them over. Throws CWrongUse for a value that is none, or an option that the protocol has no use for.
 void ApplyServerOptions(const CommandArguments& parsed, FTPDestinationConnection& connection);
-
-// Wipes a connection's password from memory at the end of the work that needs it. Borrows the connection.
-class CPasswordWiper final {
-public:
-    explicit CPasswordWiper(FTPDestinationConnection& connection) : connection(connection) {}
-    ~CPasswordWiper();
-    CPasswordWiper(const CPasswordWiper&) = delete;
-    CPasswordWiper& operator=(const CPasswordWiper&) = delete;
-
-private:
-    FTPDestinationConnection& connection;
-};

@@ -1,6 +1,7 @@
 #include "deploy/DeployFailures.h"
 
 #include "ftpengine/messages/EngineStatus.h"
+#include "ftpengine/messages/ServerWords.h"
 #include "resources/StringTable.h"
 
 namespace {
@@ -11,11 +12,11 @@ QString ReasonOf(const SendFailure& failure)
     case SendFailure::Kind::NotOpened:
         return failure.status != 0 ? Text(StringId::ServerNotReached, EngineStatus::GetWords(failure.status),
                                           EngineStatus::GetDescription(failure.status))
-                                   : Text(StringId::ServerNotEntered, failure.reply.text.trimmed());
+                                   : Text(StringId::ServerNotEntered, CleanServerWords(failure.reply.text));
     case SendFailure::Kind::Network:
         return Text(StringId::ConnectionLostAt, failure.path, EngineStatus::GetWords(failure.status));
     case SendFailure::Kind::Refused:
-        return Text(StringId::FileRefused, failure.path, failure.reply.text.trimmed());
+        return Text(StringId::FileRefused, failure.path, CleanServerWords(failure.reply.text));
     case SendFailure::Kind::Incomplete:
         return Text(StringId::FileArrivedIncomplete, failure.path);
     case SendFailure::Kind::LocalFile:

@@ -1,5 +1,6 @@
 #include <sys/stat.h>
 
+#include <QDir>
 #include <QFile>
 
 #include "cli/Answers.h"
@@ -100,6 +101,23 @@ TEST(DestinationCommand, ControlCharactersOfAStoredNameAreNotPrinted)
     test.store->Write(CSettingsStore::Scope::User, QStringLiteral("Corvane/FTPDestinations/1"),
                       QStringLiteral("Dispname"), QStringLiteral("a\x1b[2J\nb"));
     EXPECT_EQ(test.named.List(), QStringLiteral("1\ta\ufffd[2J\ufffdb\tftp://\tthis user\n"));
+}
+
+TEST(DestinationCommand, AKeyFileIsStoredWithTheWholeOfItsPath)
+{
+    TestCommand test;
+    const QStringList option{QStringLiteral("--identity"), QStringLiteral("keys/site")};
+    EXPECT_EQ(test.Add(Name, "sftp://anna@host/www", option), ExitDone);
+    EXPECT_EQ(test.named.Find(Name).connection.identityFile,
+              QDir::currentPath() + QStringLiteral("/keys/site"));
+    EXPECT_NE(TestCommand::FailureOf([&] { test.Add(QStringLiteral("b"), "ftpes://anna@host", option); }),
+              QString());
+    EXPECT_NE(TestCommand::FailureOf([&] {
+                  test.Add(QStringLiteral("b"), "sftp://anna@host",
+                           {QStringLiteral("--fingerprint"), QStringLiteral("sha256:00")});
+              }),
+              QString());
+    EXPECT_EQ(test.named.List().count(QLatin1Char('\n')), 1);
 }
 
 TEST(DestinationCommand, ThePasswordMayComeFromTheEnvironment)

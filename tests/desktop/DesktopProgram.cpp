@@ -100,6 +100,8 @@ void CDesktopProgram::Launch(const QStringList& arguments)
     environment.insert(QStringLiteral("HOME"), GetHome());
     environment.insert(QStringLiteral("VISTORAMA_DATA"), dataFolder);
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    // The keyring of the desktop on which the tests run is none of theirs.
+    environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QStringLiteral("disabled:"));
     environment.insert(QStringLiteral("QTWEBENGINE_REMOTE_DEBUGGING"),
                        QStringLiteral("127.0.0.1:%1").arg(debugPort));
     process.setProcessEnvironment(environment);

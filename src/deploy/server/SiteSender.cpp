@@ -9,6 +9,7 @@
 
 #include "common/FileSystem.h"
 #include "common/ProgramIdentity.h"
+#include "ftpengine/messages/ServerWords.h"
 #include "resources/StringTable.h"
 
 namespace {
@@ -275,7 +276,7 @@ void CSiteSender::RemoveFile(CRemoteSession& session, const QString& path)
         }
         if (IsThere(session, path)) {
             const CMutexLock lock(mutex);
-            notRemoved += Text(StringId::LeftoverNotRemoved, path, reply.text.trimmed());
+            notRemoved += Text(StringId::LeftoverNotRemoved, path, CleanServerWords(reply.text));
             return;
         }
     }

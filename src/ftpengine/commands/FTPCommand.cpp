@@ -1,5 +1,7 @@
 #include "ftpengine/commands/FTPCommand.h"
 
+#include <initializer_list>
+
 #include "ftpengine/messages/EngineStatus.h"
 
 namespace {
@@ -9,14 +11,21 @@ using Clock = std::chrono::steady_clock;
 // Against a server that never comes to an end. Real ones send one preliminary reply, or two.
 constexpr std::size_t maximalPreliminaryBytes = 1024 * 1024;
 
-std::string WithLineEnd(std::string_view text)
-{
-    return text.empty() ? std::string() : std::string(text) + "\r\n";
-}
+constexpr std::string_view lineEnd = "\r\n";
 
-std::string Line(std::string_view verb, std::string_view argument)
+// In one piece: a password leaves no copies behind.
+std::string Joined(std::initializer_list<std::string_view> parts)
 {
-    return std::string(verb) + ' ' + std::string(argument);
+    std::size_t size = 0;
+    for (const std::string_view part : parts) {
+        size += part.size();
+    }
+    std::string whole;
+    whole.reserve(size);
+    for (const std::string_view part : parts) {
+        whole += part;
+    }
+    return whole;
 }
 
 } // namespace
@@ -26,13 +35,21 @@ bool BreaksLine(const QString& name)
     return name.contains(QLatin1Char('\r')) || name.contains(QLatin1Char('\n')) || name.contains(QChar(0));
 }
 
-CFTPCommand::CFTPCommand(std::string_view text) : text(WithLineEnd(text)) {}
+bool BreaksLine(std::string_view bytes)
+{
+    return bytes.find_first_of(std::string_view("\r\n\0", 3)) != std::string_view::npos;
+}
+
+CFTPCommand::CFTPCommand(std::string_view text) : text(text.empty() ? std::string() : Joined({text, lineEnd}))
+{}
+
+CFTPCommand::CFTPCommand(std::string_view verb, std::string_view argument)
+    : text(Joined({verb, " ", argument, lineEnd}))
+{}
 
 bool CFTPCommand::IsOneLine() const
 {
-    const std::string_view line =
-        std::string_view(text).substr(0, text.size() - std::min<std::size_t>(text.size(), 2));
-    return line.find_first_of(std::string_view("\r\n\0", 3)) == std::string_view::npos;
+    return !BreaksLine(std::string_view(text).substr(0, text.size() - std::min<std::size_t>(text.size(), 2)));
 }
 
 FTPReply CFTPCommand::Execute(CSocketStream& stream, const std::shared_ptr<CEvent>&, Milliseconds sendTimeout,
@@ -71,24 +88,27 @@ bool CPreliminaryReplies::Includes(std::string_view reply)
     return true;
 }
 
-CFTPCommandUser::CFTPCommandUser(std::string_view user) : CFTPCommand(Line("USER", user)) {}
+CFTPCommandUser::CFTPCommandUser(std::string_view user) : CFTPCommand("USER", user) {}
 
-CFTPCommandPassword::CFTPCommandPassword(std::string_view password) : CFTPCommand(Line("PASS", password)) {}
+CFTPCommandPassword::CFTPCommandPassword(std::string_view password) : CFTPCommand("PASS", password) {}
+
+CFTPCommandPassword::~CFTPCommandPassword()
+{
+    Wipe();
+}
 
 std::string CFTPCommandPassword::GetShownText() const
 {
     return "PASS ****\r\n";
 }
 
-CFTPCommandChangeDirectory::CFTPCommandChangeDirectory(std::string_view path) : CFTPCommand(Line("CWD", path))
-{}
+CFTPCommandChangeDirectory::CFTPCommandChangeDirectory(std::string_view path) : CFTPCommand("CWD", path) {}
 
-CFTPCommandCreateDirectory::CFTPCommandCreateDirectory(std::string_view name) : CFTPCommand(Line("MKD", name))
-{}
+CFTPCommandCreateDirectory::CFTPCommandCreateDirectory(std::string_view name) : CFTPCommand("MKD", name) {}
 
-CFTPCommandRenameFrom::CFTPCommandRenameFrom(std::string_view name) : CFTPCommand(Line("RNFR", name)) {}
+CFTPCommandRenameFrom::CFTPCommandRenameFrom(std::string_view name) : CFTPCommand("RNFR", name) {}
 
-CFTPCommandRenameTo::CFTPCommandRenameTo(std::string_view name) : CFTPCommand(Line("RNTO", name)) {}
+CFTPCommandRenameTo::CFTPCommandRenameTo(std::string_view name) : CFTPCommand("RNTO", name) {}
 
 CFTPCommandWelcomeReply::CFTPCommandWelcomeReply() : CFTPCommand("") {}
 

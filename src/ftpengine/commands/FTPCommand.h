@@ -8,9 +8,11 @@
 #include "ftpengine/messages/FTPReply.h"
 #include "ftpengine/net/Event.h"
 #include "ftpengine/net/SocketStream.h"
+#include "ftpengine/secrets/SecretText.h"
 
 // A line break or a zero byte in a name: a command with it would be two (RFC 959, 4.1).
 bool BreaksLine(const QString& name);
+bool BreaksLine(std::string_view bytes);
 
 // One exchange of a command and its reply. Used once, on the task's thread; lives on the stack of its
 // sequence.
@@ -20,6 +22,8 @@ public:
 
     // text: without the line end, which is added; "" for a command that sends nothing.
     explicit CFTPCommand(std::string_view text);
+    // The blank between them is there even if the argument is empty.
+    CFTPCommand(std::string_view verb, std::string_view argument);
     virtual ~CFTPCommand() = default;
     CFTPCommand(const CFTPCommand&) = delete;
     CFTPCommand& operator=(const CFTPCommand&) = delete;
@@ -40,11 +44,13 @@ public:
     bool IsOneLine() const;
 
 protected:
+    // Leaves nothing of the text in memory.
+    void Wipe() { WipeText(text); }
     // Waits for the final reply. firstTimeout: for the first byte of it, timeout: without one from then on.
     FTPReply AwaitReply(CSocketStream& stream, Milliseconds firstTimeout, Milliseconds timeout);
 
 private:
-    const std::string text;
+    std::string text;
     std::string wholeReply;
 };
 
@@ -70,8 +76,9 @@ public:
 
 class CFTPCommandPassword final : public CFTPCommand {
 public:
-    // password: or the response to a challenge.
+    // password: or the response to a challenge. The command's own copy is wiped with it.
     explicit CFTPCommandPassword(std::string_view password);
+    ~CFTPCommandPassword() override;
 
     // "PASS ****": a transcript is shown, copied and sent to others.
     std::string GetShownText() const override;

@@ -46,11 +46,13 @@ FTPReply CFTPCommandSequenceProtectData::Run()
     return Execute(protect);
 }
 
-FTPReply CFTPCommandSequenceLogin::Run(const QString& user, const QString& password)
+FTPReply CFTPCommandSequenceLogin::Run(const QString& user, const CSecretText& password)
 {
     CFTPCommandUser userCommand(Narrow(user));
     const FTPReply request = Execute(userCommand);
-    CFTPCommandPassword passwordCommand(AnswerPasswordRequest(Narrow(request.text), Narrow(password)));
+    std::string answer = AnswerPasswordRequest(Narrow(request.text), password.GetView());
+    CFTPCommandPassword passwordCommand(answer);
+    WipeText(answer);
     return Execute(passwordCommand);
 }
 

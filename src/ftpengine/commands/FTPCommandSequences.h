@@ -36,7 +36,7 @@ public:
 class CFTPCommandSequenceLogin final : public CFTPCommandSequence {
 public:
     using CFTPCommandSequence::CFTPCommandSequence;
-    FTPReply Run(const QString& user, const QString& password);
+    FTPReply Run(const QString& user, const CSecretText& password);
 };
 
 class CFTPCommandSequenceQuit final : public CFTPCommandSequence {

@@ -5,6 +5,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include "ftpengine/secrets/SecretText.h"
+
 // How a server is spoken to.
 enum class ServerProtocol {
     Ftp,            // in clear (RFC 959)
@@ -32,7 +34,7 @@ constexpr uint16_t DefaultPortOf(ServerProtocol protocol)
 struct FTPDestinationConnection {
     QString displayName;
     QString userName;
-    QString password;  // in clear
+    CSecretText password;
     QString server;    // a host name or a dotted address
     QString directory; // on the server, "/" between its names as the server wants; empty: the login's own
     uint16_t port = 21;

@@ -82,19 +82,29 @@ ServerProtocol ProtocolNamed(const QString& name)
     return found == std::end(protocolNames) ? ServerProtocol::FtpTls : found->protocol;
 }
 
-// The UTF-16 units of a text without a terminator, and back.
-QByteArray ToBytes(const QString& text)
+CSecretText Taken(QString&& text)
 {
-    return QByteArray(reinterpret_cast<const char*>(text.utf16()),
-                      text.size() * static_cast<qsizetype>(sizeof(char16_t)));
+    CSecretText secret(text);
+    WipeText(text);
+    return secret;
 }
 
-QString FromBytes(const QByteArray& bytes)
+// The UTF-16 units of a text without a terminator, and back; both wipe what they were given.
+QByteArray ToBytes(QString&& text)
+{
+    QByteArray bytes(reinterpret_cast<const char*>(text.utf16()),
+                     text.size() * static_cast<qsizetype>(sizeof(char16_t)));
+    WipeText(text);
+    return bytes;
+}
+
+CSecretText FromBytes(QByteArray&& bytes)
 {
     QString text(bytes.size() / static_cast<qsizetype>(sizeof(char16_t)), QChar());
     std::copy_n(bytes.constData(), text.size() * static_cast<qsizetype>(sizeof(char16_t)),
                 reinterpret_cast<char*>(text.data()));
-    return text;
+    bytes.fill('\0');
+    return Taken(std::move(text));
 }
 
 } // namespace
@@ -138,7 +148,7 @@ CFTPDestinations::SaveResult CFTPDestinations::Save(const CFTPDestination& desti
     AddChoice(destination, ProtocolValue(), NameOf(record.protocol), values);
     AddChoice(destination, IdentityFileValue(), record.identityFile, values);
     // An empty password is never written: the older one stays.
-    const bool isNew = !record.password.isEmpty();
+    const bool isNew = !record.password.IsEmpty();
     const QString formerName = NameInKeyring(destination);
     const QString name = isNew ? KeepInKeyring(destination) : formerName;
     if (name != formerName) {
@@ -260,32 +270,34 @@ uint16_t CFTPDestinations::ReadPort(const CFTPDestination& place, ServerProtocol
     return port == 0 ? DefaultPortOf(protocol) : port;
 }
 
-QString CFTPDestinations::ReadPassword(const CFTPDestination& place) const
+CSecretText CFTPDestinations::ReadPassword(const CFTPDestination& place) const
 {
-    QString password;
     if (SkipsProtection()) {
+        QString password;
         ReadText(place, "Password", password);
-        return password;
+        return Taken(std::move(password));
     }
     const Scope scope = ScopeOf(place.allUsers);
     const QString name = NameInKeyring(place);
     if (!name.isEmpty()) {
-        return keyring->Find(name).value_or(QString());
+        return keyring->Find(name).value_or(CSecretText());
     }
     const auto bytes = store.ReadBytes(scope, PathOf(place), PasswordValue());
     // One that can't be opened has to be typed again; the server's refusal will say so.
-    return bytes ? FromBytes(protection.Unprotect(scope, *bytes).value_or(QByteArray())) : QString();
+    return bytes ? FromBytes(protection.Unprotect(scope, *bytes).value_or(QByteArray())) : CSecretText();
 }
 
 bool CFTPDestinations::AddPassword(const CFTPDestination& destination, CSettingsStore::Values& values) const
 {
     const QString name = PasswordValue();
-    const QString& password = destination.connection.password;
+    const CSecretText& password = destination.connection.password;
     if (SkipsProtection()) {
-        values[name] = password;
+        values[name] = password.GetText();
         return true;
     }
-    const auto bytes = protection.Protect(ScopeOf(destination.allUsers), ToBytes(password));
+    QByteArray clear = ToBytes(password.GetText());
+    const auto bytes = protection.Protect(ScopeOf(destination.allUsers), clear);
+    clear.fill('\0');
     if (bytes) {
         values[name] = *bytes;
     }

@@ -53,7 +53,7 @@ private:
     // Not where earlier versions have none and none is needed: what they have stored stays as it is.
     void AddChoice(const CFTPDestination& place, const QString& name, const QString& value,
                    CSettingsStore::Values& values) const;
-    QString ReadPassword(const CFTPDestination& place) const;
+    CSecretText ReadPassword(const CFTPDestination& place) const;
     // False if the password can't be protected.
     bool AddPassword(const CFTPDestination& destination, CSettingsStore::Values& values) const;
     // Of the secret that a destination has in the keyring; empty if it has none.

@@ -6,6 +6,7 @@
 
 #include "common/Text.h"
 #include "ftpengine/messages/EngineStatus.h"
+#include "ftpengine/secrets/SecretText.h"
 
 namespace {
 
@@ -78,7 +79,11 @@ std::optional<OtpChallenge> FindOtpChallenge(std::string_view reply)
 
 std::string MakeOtpResponse(const OtpChallenge& challenge, std::string_view password)
 {
-    Key key = FoldedDigest(challenge.seed + std::string(password));
+    std::string secret;
+    secret.reserve(challenge.seed.size() + password.size()); // no copy is left behind by its growth
+    secret.append(challenge.seed).append(password);
+    Key key = FoldedDigest(secret);
+    WipeText(secret);
     for (int32_t i = 0; i < challenge.sequenceNumber; ++i) {
         key = FoldedDigest({reinterpret_cast<const char*>(key.data()), key.size()});
     }

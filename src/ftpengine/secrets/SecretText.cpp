@@ -4,7 +4,6 @@
 #include <sodium.h>
 #include <sys/mman.h>
 #include <unistd.h>
-#include <utility>
 
 #include <QStringEncoder>
 
@@ -32,41 +31,49 @@ char* AllocatePages(std::size_t size)
 
 } // namespace
 
-CSecretText::CSecretText(const QString& text)
-{
-    if (text.isEmpty()) {
-        return;
+class CSecretText::CPages final {
+public:
+    explicit CPages(const QString& text)
+    {
+        // Straight into the pages, so that no other memory ever holds the bytes.
+        QStringEncoder encoder(QStringEncoder::Utf8, QStringEncoder::Flag::Stateless);
+        const auto most = static_cast<std::size_t>(encoder.requiredSpace(text.size())) + 1;
+        capacity = SizeInPages(most);
+        bytes = AllocatePages(capacity);
+        size = static_cast<std::size_t>(encoder.appendToBuffer(bytes, text) - bytes);
+        bytes[size] = '\0';
     }
-    // Straight into the pages, so that no other memory ever holds the bytes.
-    QStringEncoder encoder(QStringEncoder::Utf8, QStringEncoder::Flag::Stateless);
-    const auto most = static_cast<std::size_t>(encoder.requiredSpace(text.size())) + 1;
-    capacity = SizeInPages(most);
-    bytes = AllocatePages(capacity);
-    size = static_cast<std::size_t>(encoder.appendToBuffer(bytes, text) - bytes);
-    bytes[size] = '\0';
-}
-
-CSecretText::CSecretText(CSecretText&& other) noexcept
-    : bytes(std::exchange(other.bytes, nullptr)),
-      size(std::exchange(other.size, 0)),
-      capacity(std::exchange(other.capacity, 0))
-{}
-
-CSecretText& CSecretText::operator=(CSecretText&& other) noexcept
-{
-    std::swap(bytes, other.bytes);
-    std::swap(size, other.size);
-    std::swap(capacity, other.capacity);
-    return *this;
-}
-
-CSecretText::~CSecretText()
-{
-    if (bytes != nullptr) {
+    ~CPages()
+    {
         sodium_memzero(bytes, capacity);
         ::munlock(bytes, capacity);
         ::munmap(bytes, capacity);
     }
+    CPages(const CPages&) = delete;
+    CPages& operator=(const CPages&) = delete;
+
+    char* bytes = nullptr;
+    std::size_t size = 0;     // of the text, in bytes
+    std::size_t capacity = 0; // whole pages, in bytes
+};
+
+CSecretText::CSecretText(const QString& text)
+    : pages(text.isEmpty() ? nullptr : std::make_shared<const CPages>(text))
+{}
+
+const char* CSecretText::GetBytes() const
+{
+    return pages ? pages->bytes : "";
+}
+
+std::size_t CSecretText::GetSize() const
+{
+    return pages ? pages->size : 0;
+}
+
+QString CSecretText::GetText() const
+{
+    return QString::fromUtf8(GetBytes(), static_cast<qsizetype>(GetSize()));
 }
 
 void WipeText(QString& text)
@@ -77,4 +84,10 @@ void WipeText(QString& text)
         return;
     }
     text = QString();
+}
+
+void WipeText(std::string& text)
+{
+    sodium_memzero(text.data(), text.size());
+    text.clear();
 }

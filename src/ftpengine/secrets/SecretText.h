@@ -1,32 +1,39 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
 
 #include <QString>
 
-// A password on its way, in UTF-8, in memory of its own that core dumps leave out, that isn't written to the
-// swap space as far as the system grants that, and that is wiped at the end. Owned by whoever needs it.
+// A password while it is held, in UTF-8, in memory of its own that core dumps leave out, that isn't written
+// to the swap space as far as the system grants that, and that is wiped with the last copy of the value. The
+// text never changes; copies may be used on several threads.
 class CSecretText final {
 public:
     CSecretText() = default; // empty
-    // The text itself stays as it is with its owner. Throws std::bad_alloc.
-    explicit CSecretText(const QString& text);
-    CSecretText(CSecretText&& other) noexcept;
-    CSecretText& operator=(CSecretText&& other) noexcept;
-    ~CSecretText();
+    // The text itself stays as it is with its owner. Not explicit: records of servers are written with texts.
+    // Throws std::bad_alloc.
+    CSecretText(const QString& text);
 
-    // Terminated by a zero byte; never null.
-    const char* GetBytes() const { return bytes == nullptr ? "" : bytes; }
+    // Terminated by a zero byte; never null. Lives as long as a copy of the value.
+    const char* GetBytes() const;
     // Without that byte.
-    std::size_t GetSize() const { return size; }
-    bool IsEmpty() const { return size == 0; }
+    std::size_t GetSize() const;
+    std::string_view GetView() const { return {GetBytes(), GetSize()}; }
+    bool IsEmpty() const { return pages == nullptr; }
+    // For a dialog or a store, who wipe it (WipeText).
+    QString GetText() const;
+
+    bool operator==(const CSecretText& other) const { return GetView() == other.GetView(); }
 
 private:
-    char* bytes = nullptr;    // null if it is empty
-    std::size_t size = 0;     // of the text, in bytes
-    std::size_t capacity = 0; // whole pages, in bytes
+    class CPages;
+    std::shared_ptr<const CPages> pages; // null if it is empty
 };
 
 // Overwrites a text that nobody else shares, and empties it without letting its memory go; one that is shared
 // is only let go.
 void WipeText(QString& text);
+void WipeText(std::string& text);

@@ -117,30 +117,32 @@ bool CSystemKeyring::Ask(const std::function<void(_GCancellable*)>& ask)
 bool CSystemKeyring::Store(const Item& item)
 {
     const auto isStored = std::make_shared<bool>(false);
-    const auto secret = std::make_shared<CSecretText>(item.secret);
+    const CSecretText secret = item.secret;
     const QByteArray name = item.name.toUtf8();
     const QByteArray label = item.label.toUtf8();
     const bool isAsked = Ask([=](GCancellable* cancellable) {
         GError* error = nullptr;
         *isStored = secret_password_store_sync(&GetSchema(), SECRET_COLLECTION_DEFAULT, label.constData(),
-                                               secret->GetBytes(), cancellable, &error, nameAttribute,
+                                               secret.GetBytes(), cancellable, &error, nameAttribute,
                                                name.constData(), nullptr) != FALSE;
         Succeeds(error);
     });
     return isAsked && *isStored;
 }
 
-std::optional<QString> CSystemKeyring::Find(const QString& itemName)
+std::optional<CSecretText> CSystemKeyring::Find(const QString& itemName)
 {
-    const auto found = std::make_shared<std::optional<QString>>();
+    const auto found = std::make_shared<std::optional<CSecretText>>();
     const QByteArray name = itemName.toUtf8();
     const bool isAsked = Ask([=](GCancellable* cancellable) {
         GError* error = nullptr;
         char* const secret = secret_password_lookup_nonpageable_sync(
             &GetSchema(), cancellable, &error, nameAttribute, name.constData(), nullptr);
         if (secret != nullptr) {
-            *found = QString::fromUtf8(secret);
+            QString text = QString::fromUtf8(secret);
             secret_password_free(secret);
+            *found = text;
+            WipeText(text);
         }
         Succeeds(error);
     });

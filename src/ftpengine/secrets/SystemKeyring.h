@@ -17,7 +17,7 @@ public:
     {}
 
     bool Store(const Item& item) override;
-    std::optional<QString> Find(const QString& name) override;
+    std::optional<CSecretText> Find(const QString& name) override;
     bool Remove(const QString& name) override;
 
 private:

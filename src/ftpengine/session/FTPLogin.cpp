@@ -10,7 +10,7 @@ namespace {
 
 void CheckNames(const FTPDestinationConnection& destination)
 {
-    if (BreaksLine(destination.userName) || BreaksLine(destination.password) ||
+    if (BreaksLine(destination.userName) || BreaksLine(destination.password.GetView()) ||
         BreaksLine(destination.directory)) {
         ThrowTraced("CheckNames throws: ", EngineStatus::InvalidName);
     }

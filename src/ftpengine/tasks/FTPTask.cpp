@@ -115,9 +115,10 @@ void CFTPTask::Post(FTPMessage message) const
 void CFTPTask::CheckNames() const
 {
     const FTPDestinationConnection& destination = setting.destination;
-    const QStringList names = GetNames()
-                              << destination.userName << destination.password << destination.directory;
-    if (std::any_of(names.begin(), names.end(), BreaksLine)) {
+    const QStringList names = GetNames() << destination.userName << destination.directory;
+    const bool isAnyBroken =
+        std::any_of(names.begin(), names.end(), [](const QString& name) { return BreaksLine(name); });
+    if (isAnyBroken || BreaksLine(destination.password.GetView())) {
         ThrowTraced("CheckNames throws: ", EngineStatus::InvalidName);
     }
 }

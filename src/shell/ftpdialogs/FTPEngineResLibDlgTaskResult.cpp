@@ -8,6 +8,7 @@
 
 #include "ftpengine/messages/EngineStatus.h"
 #include "ftpengine/messages/FTPMessages.h"
+#include "ftpengine/messages/ServerWords.h"
 #include "resources/StringTable.h"
 #include "shell/look/DialogParts.h"
 
@@ -15,10 +16,10 @@ namespace {
 
 const QString LineEnd = QStringLiteral("\r\n");
 
-// Replies bring their line end with them, commands may not.
+// Replies bring their line end with them, commands may not, and a server may say what only a terminal obeys.
 QString OnItsOwnLine(const QString& entry)
 {
-    return entry.endsWith(QLatin1Char('\n')) ? entry : entry + LineEnd;
+    return CleanServerWords(entry).replace(QLatin1Char('\n'), LineEnd) + LineEnd;
 }
 
 } // namespace

@@ -17,6 +17,7 @@
 #include "common/MessageTarget.h"
 #include "ftpengine/destinations/FTPDestinations.h"
 #include "ftpengine/messages/EngineStatus.h"
+#include "ftpengine/messages/ServerWords.h"
 #include "resources/StringTable.h"
 #include "shell/ftpdialogs/EngineRetirement.h"
 #include "shell/ftpdialogs/ServerQuestion.h"
@@ -47,7 +48,7 @@ QString DescribeFailedTest(const CTaskResult& result, ServerProtocol protocol)
     }
     // What a refusal over SFTP says has come about here: which ways to log in were tried.
     const bool hasOwnWords = protocol == ServerProtocol::Sftp || result.reply.code != notLoggedIn;
-    return hasOwnWords ? Text(StringId::TestRefused, result.reply.text.trimmed())
+    return hasOwnWords ? Text(StringId::TestRefused, CleanServerWords(result.reply.text))
                        : Text(StringId::LoginInvalid);
 }
 
@@ -187,7 +188,7 @@ void CPropPageEditFTP::OnShown()
     identityFile->setText(record.identityFile);
     userName->setText(record.userName);
     displayName->setText(record.displayName);
-    password->setText(record.password);
+    password->setText(record.password.GetText());
     following = record.server == record.displayName;
     ShowScope(destination);
     stored = false;

@@ -21,7 +21,7 @@ public:
         }
         return isThere;
     }
-    std::optional<QString> Find(const QString& name) override
+    std::optional<CSecretText> Find(const QString& name) override
     {
         const auto found = secrets.find(name);
         return isThere && found != secrets.end() ? std::optional(found->second) : std::nullopt;
@@ -29,7 +29,7 @@ public:
     bool Remove(const QString& name) override { return isThere && secrets.erase(name) == 1; }
 
     bool isThere = true;
-    std::map<QString, QString> secrets;
+    std::map<QString, CSecretText> secrets;
     QString label;
 };
 
@@ -53,7 +53,7 @@ struct TestKeyring {
             ->ReadBytes(scope, Root + QLatin1Char('/') + QString::number(key), QStringLiteral("Password"))
             .has_value();
     }
-    QString PasswordOf(int key) const { return destinations.Load(key).connection.password; }
+    QString PasswordOf(int key) const { return destinations.Load(key).connection.password.GetText(); }
 };
 
 } // namespace
@@ -111,7 +111,7 @@ TEST(FTPDestinations, SavingWithAnEmptyPasswordKeepsTheOneInTheKeyring)
 {
     TestKeyring own;
     CFTPDestination edited = own.Saved(FullRecord());
-    edited.connection.password.clear();
+    edited.connection.password = {};
     edited.connection.server = QStringLiteral("new.example.org");
     EXPECT_EQ(own.destinations.Save(edited), SaveResult::Saved);
     EXPECT_EQ(own.PasswordOf(1), Secret);
@@ -140,7 +140,7 @@ TEST(FTPDestinations, ADeletedDestinationLeavesNothingInTheKeyring)
     EXPECT_TRUE(own.destinations.Delete(1));
     own.keyring.isThere = true;
     FTPDestinationConnection other = FullRecord();
-    other.password.clear();
+    other.password = {};
     own.Saved(other);
     EXPECT_EQ(own.PasswordOf(1), QString());
 }

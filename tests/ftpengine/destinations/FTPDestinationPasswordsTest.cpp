@@ -56,7 +56,7 @@ TEST(FTPDestinations, APasswordOfTheOtherKindReadsAsEmpty)
 TEST(FTPDestinations, APasswordThatCannotBeOpenedIsEmptyAndTheRestIsThere)
 {
     FTPDestinationConnection expected = FullRecord();
-    expected.password.clear();
+    expected.password = {};
     const struct {
         const char* what;
         void (*damage)(TestDestinations& test);
@@ -109,7 +109,7 @@ TEST(FTPDestinations, SavingWithAnEmptyPasswordKeepsTheOlderOne)
 {
     TestDestinations test;
     CFTPDestination edited = test.Saved(false, FullRecord());
-    edited.connection.password.clear();
+    edited.connection.password = {};
     edited.connection.server = QStringLiteral("new.example.org");
     EXPECT_EQ(test.destinations.Save(edited), SaveResult::Saved);
     const CFTPDestination loaded = test.destinations.Load(edited.key);

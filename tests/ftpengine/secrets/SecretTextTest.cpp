@@ -49,15 +49,19 @@ TEST(SecretText, HoldsTheTextInUtf8)
     }
 }
 
-TEST(SecretText, MovesWithoutACopy)
+TEST(SecretText, CopiesShareOneMemory)
 {
-    CSecretText first(QStringLiteral("secret"));
-    const char* const bytes = first.GetBytes();
-    CSecretText second(std::move(first));
-    EXPECT_EQ(static_cast<const void*>(second.GetBytes()), bytes);
-    CSecretText third;
-    third = std::move(second);
-    EXPECT_STREQ(third.GetBytes(), "secret");
+    CSecretText copy;
+    {
+        const CSecretText first(QStringLiteral("secret"));
+        copy = first;
+        EXPECT_EQ(static_cast<const void*>(copy.GetBytes()), first.GetBytes());
+    }
+    EXPECT_STREQ(copy.GetBytes(), "secret");
+    EXPECT_EQ(copy, CSecretText(QStringLiteral("secret")));
+    EXPECT_FALSE(copy == CSecretText(QStringLiteral("secre")));
+    EXPECT_EQ(copy.GetText(), QStringLiteral("secret"));
+    EXPECT_EQ(CSecretText().GetText(), QString());
 }
 
 TEST(SecretText, CoreDumpsLeaveItOut)
@@ -92,4 +96,14 @@ TEST(SecretText, ATextThatOthersShareStaysWithThem)
     QString constant = QStringLiteral("a literal"); // in memory that can't be written
     WipeText(constant);
     EXPECT_EQ(constant, QString());
+}
+
+TEST(SecretText, AWipedTextOfBytesIsZeros)
+{
+    std::string own = "PASS a password of more than a few bytes\r\n";
+    const char* const memory = own.data();
+    WipeText(own);
+    EXPECT_TRUE(own.empty());
+    EXPECT_EQ(own.data(), memory);
+    EXPECT_EQ(std::string(memory, 40), std::string(40, '\0'));
 }

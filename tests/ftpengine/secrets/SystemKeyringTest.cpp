@@ -126,16 +126,16 @@ TEST_F(SystemKeyring, KeepsFindsAndForgetsSecrets)
     while (!keyring.Store(Item("a", QStringLiteral("secret \u00e4\u20ac"))) && patience.elapsed() < 30'000) {
         daemon.waitForFinished(50);
     }
-    EXPECT_EQ(keyring.Find(QStringLiteral("a")), QStringLiteral("secret \u00e4\u20ac"));
+    EXPECT_EQ(keyring.Find(QStringLiteral("a")), CSecretText(QStringLiteral("secret \u00e4\u20ac")));
     EXPECT_FALSE(keyring.Find(QStringLiteral("b")).has_value());
     EXPECT_TRUE(keyring.Store(Item("a", QStringLiteral("another"))));
     EXPECT_TRUE(keyring.Store(Item("b", QStringLiteral("of b"))));
-    EXPECT_EQ(keyring.Find(QStringLiteral("a")), QStringLiteral("another"));
+    EXPECT_EQ(keyring.Find(QStringLiteral("a")), CSecretText(QStringLiteral("another")));
     // Another run of the program finds them.
-    EXPECT_EQ(CSystemKeyring().Find(QStringLiteral("b")), QStringLiteral("of b"));
+    EXPECT_EQ(CSystemKeyring().Find(QStringLiteral("b")), CSecretText(QStringLiteral("of b")));
     EXPECT_TRUE(keyring.Remove(QStringLiteral("a")));
     EXPECT_FALSE(keyring.Find(QStringLiteral("a")).has_value());
-    EXPECT_EQ(keyring.Find(QStringLiteral("b")), QStringLiteral("of b"));
+    EXPECT_EQ(keyring.Find(QStringLiteral("b")), CSecretText(QStringLiteral("of b")));
     End(daemon);
     EXPECT_FALSE(keyring.Find(QStringLiteral("b")).has_value());
     End(bus);
