@@ -25,6 +25,7 @@ protected:
     void Do(const char* name, const std::function<void()>& act);
     // Does something that brings another page.
     void Await(const std::function<void()>& act);
+    void AwaitKeys(const char* keys);
 
     // --- What an act consists of.
 
@@ -60,8 +61,7 @@ protected:
 
 private:
     void WriteBase(int gallery, const char* title, const char* file);
-    void AwaitKeys(const char* keys);
-    int CountMarks();
+    int CountMarks(); // -1 while the page has none yet
 
     QByteArray base; // the file as the program writes it when everything is taken back
 };

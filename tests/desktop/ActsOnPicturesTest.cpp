@@ -154,11 +154,10 @@ TEST_F(ActsOnPictures, OfPicturesThatAreCopiedToAnotherGallery)
     const QStringList before = names();
     const auto copy = [&](const char* name, const std::function<void()>& act, int count) {
         SCOPED_TRACE(name);
-        act();
+        Await(act);
         ASSERT_TRUE(
             WaitForSavedFile([&](const QByteArray&) { return names().size() == before.size() + count; }));
-        program.FocusWindow(QStringLiteral("Vistorama - "));
-        Keys("ctrl+z");
+        AwaitKeys("ctrl+z");
         ASSERT_TRUE(WaitForSavedFile([&](const QByteArray&) { return names() == before; }));
         ASSERT_TRUE(program.WaitForPictures());
         ASSERT_TRUE(ClearSelection());

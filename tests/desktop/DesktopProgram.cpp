@@ -162,9 +162,9 @@ bool CDesktopProgram::IsRunning()
     return process.state() == QProcess::Running;
 }
 
-bool CDesktopProgram::WaitFor(const std::function<bool()>& condition)
+bool CDesktopProgram::WaitFor(const std::function<bool()>& condition, int patience)
 {
-    const QDeadlineTimer deadline(Patience);
+    const QDeadlineTimer deadline(patience);
     while (!condition()) {
         if (deadline.hasExpired()) {
             return false;
@@ -323,12 +323,15 @@ void CDesktopProgram::PressStripButton(const QString& elementExpression, const Q
 // The strip comes up when the mouse enters the element. Its images are named after the element.
 QPoint CDesktopProgram::PointAtStripButton(const QString& elementExpression, const QString& tip)
 {
-    MovePointer(PlaceOf(elementExpression));
     return page.PointAtStripButton(
         QStringLiteral("[...document.images].filter(i => (%1).getAttribute('onmouseenter')"
                        ".includes('(' + i.id + ')'))")
             .arg(elementExpression),
-        tip);
+        tip, [&] {
+            const QPoint place = PlaceOf(elementExpression);
+            MovePointer(place + QPoint(1, 0));
+            MovePointer(place);
+        });
 }
 
 void CDesktopProgram::TakePicture(const QString& name, const QString& title) const

@@ -98,8 +98,8 @@ public:
     // Of the browser control's remote debugging, for a look into other pages than that of the pages view.
     quint16 GetDebugPort() const { return debugPort; }
 
-    // Until the function answers true; false at the deadline.
-    static bool WaitFor(const std::function<bool()>& condition);
+    // Until the function answers true; false at the deadline. patience: in milliseconds.
+    static bool WaitFor(const std::function<bool()>& condition, int patience = 30'000);
 
 private:
     void Launch(const QStringList& arguments);

@@ -31,8 +31,9 @@ QPoint CGalleriesPane::PlaceOf(int gallery)
 
 void CGalleriesPane::PressButton(int gallery, const QString& tip)
 {
-    program.MovePointer(ToScreen(QPoint(3, 3)));
-    program.MovePointer(PlaceOf(gallery));
     program.Click(page.PointAtStripButton(
-        QStringLiteral("[...document.querySelectorAll('img[id=gl_%1_menu]')]").arg(gallery), tip));
+        QStringLiteral("[...document.querySelectorAll('img[id=gl_%1_menu]')]").arg(gallery), tip, [&] {
+            program.MovePointer(ToScreen(QPoint(3, 3)));
+            program.MovePointer(PlaceOf(gallery));
+        }));
 }

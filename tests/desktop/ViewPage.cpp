@@ -16,6 +16,9 @@ QString InShownPage(const QString& expression)
     return QStringLiteral("viewShell.evaluate(%1)").arg(QString::fromUtf8(text.mid(1, text.size() - 2)));
 }
 
+// Between what the mouse does and what the page shows of it.
+constexpr int timeOfAPage = 2'000; // milliseconds
+
 } // namespace
 
 CViewPage::CViewPage(CDesktopProgram& program, const QString& sign, QPoint rest)
@@ -83,11 +86,23 @@ QPoint CViewPage::ToScreen(QPoint place)
     return origin + place;
 }
 
+// A page that takes the place of another meanwhile has no places yet.
 QPoint CViewPage::PlaceFrom(const QString& expression)
 {
+    std::optional<QPoint> place;
+    EXPECT_TRUE(CDesktopProgram::WaitFor([&] {
+        place = TryPlace(expression);
+        return place.has_value();
+    })) << "There is no place "
+        << qPrintable(expression);
+    return place.value_or(QPoint());
+}
+
+std::optional<QPoint> CViewPage::TryPlace(const QString& expression)
+{
     const QStringList place = Ask(expression).toString().split(QLatin1Char(' '));
-    EXPECT_EQ(place.size(), 2) << "There is no place " << qPrintable(expression);
-    return ToScreen(QPoint(place.value(0).toInt(), place.value(1).toInt()));
+    return place.size() == 2 ? std::optional(ToScreen(QPoint(place[0].toInt(), place[1].toInt())))
+                             : std::nullopt;
 }
 
 QPoint CViewPage::PlaceOf(const QString& elementExpression)
@@ -99,15 +114,28 @@ QPoint CViewPage::PlaceOf(const QString& elementExpression)
             .arg(elementExpression));
 }
 
-QPoint CViewPage::PointAtStripButton(const QString& strips, const QString& tip)
+// A page that takes the place of another meanwhile does not know where the mouse is, and is told anew.
+QPoint CViewPage::PointAtStripButton(const QString& strips, const QString& tip,
+                                     const std::function<void()>& pointAtElement)
 {
     const QString shown = QStringLiteral("(%1.find(s => s.style.display == 'inline') || null)").arg(strips);
-    EXPECT_TRUE(WaitFor(shown + QStringLiteral(" != null"))) << qPrintable(strips);
-    const QPoint button =
-        PlaceFrom(QStringLiteral("(r => Math.round(r.x + 24 * %1.findIndex(i => i.alt == '%2') - 12) + ' ' + "
-                                 "Math.round(r.y + 12))(%3.getBoundingClientRect())")
-                      .arg(strips, tip, shown));
-    program.MovePointer(button);
-    EXPECT_TRUE(WaitFor(QStringLiteral("(%1 || {}).alt == '%2'").arg(shown, tip))) << qPrintable(tip);
-    return button;
+    const QString place =
+        QStringLiteral("(r => Math.round(r.x + 24 * %1.findIndex(i => i.alt == '%2') - 12) + ' ' + "
+                       "Math.round(r.y + 12))(%3.getBoundingClientRect())")
+            .arg(strips, tip, shown);
+    const auto becomesTrue = [this](const QString& condition) {
+        return CDesktopProgram::WaitFor([&] { return Ask(condition).toBool(); }, timeOfAPage);
+    };
+    std::optional<QPoint> button;
+    EXPECT_TRUE(CDesktopProgram::WaitFor([&] {
+        pointAtElement();
+        button = becomesTrue(shown + QStringLiteral(" != null")) ? TryPlace(place) : std::nullopt;
+        if (!button) {
+            return false;
+        }
+        program.MovePointer(*button);
+        return becomesTrue(QStringLiteral("(%1 || {}).alt == '%2'").arg(shown, tip));
+    })) << qPrintable(tip)
+        << " of " << qPrintable(strips);
+    return button.value_or(QPoint());
 }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <optional>
 
 #include <QPoint>
 #include <QString>
@@ -29,12 +31,14 @@ public:
     QPoint PlaceOf(const QString& elementExpression);
     // The place that an expression gives as a text of two numbers, on the screen.
     QPoint PlaceFrom(const QString& expression);
-    // Points at a button of the strip that has come up, by its tooltip, and returns its place. A strip is
-    // several images: at rest, then one for each button lit, with the button's tooltip. strips: an expression
-    // for the list of them.
-    QPoint PointAtStripButton(const QString& strips, const QString& tip);
+    // Points at an element, then at a button of the strip that comes up, by its tooltip, and returns its
+    // place. A strip is several images: at rest, then one for each button lit, with the button's tooltip.
+    // strips: an expression for the list of them.
+    QPoint PointAtStripButton(const QString& strips, const QString& tip,
+                              const std::function<void()>& pointAtElement);
 
 private:
+    std::optional<QPoint> TryPlace(const QString& expression);
     bool Connect();
     QPoint FindOrigin();
 

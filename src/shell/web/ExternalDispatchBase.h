@@ -35,10 +35,10 @@ public:
     // arguments: in the order in which the script wrote them.
     DispatchResult Invoke(int dispid, DispatchKind kind, const QVariantList& arguments);
 
-    // Whether calls of a page are understood that isn't the current one any more, or not yet: a person has
-    // pressed something on it while the next one was on its way. page: the number that CHTMLView::LoadHtml
-    // gave it.
-    virtual bool KnowsPage(int) const { return false; }
+    // Whether calls of a page are understood. page: the number that CHTMLView::LoadHtml gave it. isCurrent:
+    // it is on the screen and no other is on its way; a person may have pressed something on one that isn't
+    // current any more, or not yet.
+    virtual bool KnowsPage(int /*page*/, bool isCurrent) const { return isCurrent; }
     // Of the call that comes next.
     void SetCallingPage(int page) { callingPage = page; }
     int GetCallingPage() const { return callingPage; }

@@ -134,7 +134,7 @@ std::unique_ptr<CViewPage> CHTMLViewHost::MakePage()
             .isAwaited = [this](int revision) { return awaited && awaited->revision == revision; },
             .isShown =
                 [this](int revision) {
-                    return shown && (!awaited || KnowsLinksOf(shown->revision)) &&
+                    return shown && KnowsLinksOf(shown->revision) &&
                            (revision == -1 || revision == shown->revision);
                 }});
 }
@@ -258,7 +258,7 @@ void CHTMLViewHost::OnCalled(int revision, const QString& method, const QJsonArr
 
 void CHTMLViewHost::Dispatch(int revision, const QString& method, const QJsonArray& arguments)
 {
-    if (!dispatch || !(IsCurrent(revision) || dispatch->KnowsPage(revision)) || !MayAsk(revision)) {
+    if (!dispatch || !dispatch->KnowsPage(revision, IsCurrent(revision)) || !MayAsk(revision)) {
         Trace(QStringLiteral("A call is not heard: ") + method);
         return;
     }
@@ -278,7 +278,7 @@ void CHTMLViewHost::Dispatch(int revision, const QString& method, const QJsonArr
 void CHTMLViewHost::Follow(int revision, const QString& link)
 {
     // A link of a page that is about to go may lead to something else by now.
-    if (loader && (IsCurrent(revision) || KnowsLinksOf(revision)) && MayAsk(revision)) {
+    if (KnowsLinksOf(revision) && MayAsk(revision)) {
         loader->LoadURL(link);
     }
 }

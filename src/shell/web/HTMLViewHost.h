@@ -91,7 +91,10 @@ private:
     void Follow(int revision, const QString& link);
     // Whether that page is on the screen, with no other on its way.
     bool IsCurrent(int revision) const { return shown && shown->revision == revision && !awaited; }
-    bool KnowsLinksOf(int revision) const { return loader && loader->KnowsLinksOf(revision); }
+    bool KnowsLinksOf(int revision) const
+    {
+        return loader && loader->KnowsLinksOf(revision, IsCurrent(revision));
+    }
     // Whether the page of that revision may ask for something now.
     bool MayAsk(int revision);
     void OnPress(int press);

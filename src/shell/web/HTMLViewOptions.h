@@ -22,9 +22,9 @@ public:
     // The address as the page wrote it, without the page's own address before it and without what
     // stands from "#".
     virtual void LoadURL(const QString& url) = 0;
-    // Whether links mean the same on a page that isn't the current one any more, or not yet. page: the number
-    // that CHTMLView::LoadHtml gave it.
-    virtual bool KnowsLinksOf(int) const { return false; }
+    // Whether the links of a page still mean what they did. page: the number that CHTMLView::LoadHtml gave
+    // it. isCurrent: it is on the screen and no other is on its way.
+    virtual bool KnowsLinksOf(int /*page*/, bool isCurrent) const { return isCurrent; }
 
 protected:
     ~CContentURLLoader() = default;

@@ -20,7 +20,7 @@ public:
     {
         lines += QStringLiteral("Select %1 %2").arg(ids, way);
     }
-    bool KnowsPage(int) const override { return false; }
+    bool KnowsPage(int, bool isCurrent) const override { return isCurrent; }
     void TakeSelected(const QString& id) override { lines += QStringLiteral("TakeSelected ") + id; }
     void OpenMenu(const QString& id, int32_t x, int32_t y) override
     {
@@ -30,7 +30,7 @@ public:
 
 class CGalleriesRecorder final : public CViewGalleriesExternalDispatchCommands {
 public:
-    bool KnowsPage(int) const override { return false; }
+    bool KnowsPage(int, bool isCurrent) const override { return isCurrent; }
     QStringList lines;
     void AddChildGallery(int32_t id) override { Note("AddChildGallery", id); }
     void DragGallery(int32_t id) override { Note("DragGallery", id); }

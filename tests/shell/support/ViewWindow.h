@@ -53,7 +53,7 @@ public:
     void FindImage(const QString& id) override;
     void Select(const QString& ids, const QString& way) override;
     void OpenMenu(const QString& id, int32_t x, int32_t y) override;
-    bool KnowsPage(int) const override { return false; }
+    bool KnowsPage(int, bool isCurrent) const override { return isCurrent; }
     void LoadURL(const QString& url) override;
 
 private:

@@ -18,7 +18,7 @@ public:
     virtual void OpenMenu(const QString& id, int32_t x, int32_t y) = 0;
 
     // See CExternalDispatchBase::KnowsPage.
-    virtual bool KnowsPage(int page) const = 0;
+    virtual bool KnowsPage(int page, bool isCurrent) const = 0;
 
 protected:
     ~CViewFolderExternalDispatchCommands() = default;
@@ -31,7 +31,7 @@ public:
     {}
 
     QStringList GetMethodNames() const override;
-    bool KnowsPage(int page) const override { return commands.KnowsPage(page); }
+    bool KnowsPage(int page, bool isCurrent) const override { return commands.KnowsPage(page, isCurrent); }
 
 protected:
     DispatchResult CallMethod(int dispid, const QVariantList& arguments) override;

@@ -73,12 +73,13 @@ public:
     void SetCurrentGallery(int32_t id) override;
     void DragGallery(int32_t id) override;
     void OpenMenu(int32_t id, int32_t x, int32_t y) override;
-    // A gallery keeps its index as long as the project is open.
-    bool KnowsPage(int number) const override { return number >= firstPage; }
+    // A gallery keeps its index as long as the project is open. The page of the project before may still be
+    // on the screen while the covers of the next are drawn.
+    bool KnowsPage(int number, bool) const override { return number >= firstPage; }
 
     // "gl_5" chooses gallery 5; other links do nothing.
     void LoadURL(const QString& url) override;
-    bool KnowsLinksOf(int number) const override { return KnowsPage(number); }
+    bool KnowsLinksOf(int number, bool isCurrent) const override { return KnowsPage(number, isCurrent); }
 
 protected:
     void resizeEvent(QResizeEvent* event) override;

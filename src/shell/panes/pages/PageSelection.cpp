@@ -56,8 +56,9 @@ void CPageSelection::Follow()
 void CPageSelection::Mark(const PagePictures& page)
 {
     shown = page;
-    view.RunScript(SelectionScript({.clicksSelect = false}));
-    Update();
+    // In one: who sees the script in a page sees the marks.
+    view.RunScript(SelectionScript({.clicksSelect = false}) + QLatin1Char('\n') + MarksScript());
+    bar.SetCount(selection.GetCount());
 }
 
 CPageSelection::Positions CPageSelection::GetPositions() const
@@ -80,12 +81,17 @@ QStringList CPageSelection::ListKeys() const
 
 void CPageSelection::Update()
 {
+    view.RunScript(MarksScript());
+    bar.SetCount(selection.GetCount());
+}
+
+QString CPageSelection::MarksScript() const
+{
     QStringList ids;
     for (const auto& [id, key] : shown.keys) {
         if (selection.Has(key)) {
             ids += id;
         }
     }
-    view.RunScript(MarkScript(ids));
-    bar.SetCount(selection.GetCount());
+    return MarkScript(ids);
 }

@@ -40,6 +40,7 @@ public:
 private:
     QStringList ListKeys() const;
     void Update();
+    QString MarksScript() const;
 
     CDocumentDesk& desk;
     CHTMLView& view;

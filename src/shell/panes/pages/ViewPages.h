@@ -78,7 +78,7 @@ public:
     void FindImage(const QString& id) override;
     void Select(const QString& ids, const QString& way) override;
     void OpenMenu(const QString& id, int32_t x, int32_t y) override;
-    bool KnowsPage(int page) const override { return pages.count(page) != 0; }
+    bool KnowsPage(int page, bool) const override { return pages.count(page) != 0; }
 
     void LoadURL(const QString& url) override;
 

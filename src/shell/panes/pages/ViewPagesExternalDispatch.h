@@ -37,7 +37,7 @@ public:
     virtual void OpenMenu(const QString& id, int32_t x, int32_t y) = 0;
 
     // See CExternalDispatchBase::KnowsPage.
-    virtual bool KnowsPage(int page) const = 0;
+    virtual bool KnowsPage(int page, bool isCurrent) const = 0;
 
 protected:
     ~CViewPagesExternalDispatchCommands() = default;
@@ -49,7 +49,7 @@ public:
     explicit CViewPagesExternalDispatch(CViewPagesExternalDispatchCommands& commands) : commands(commands) {}
 
     QStringList GetMethodNames() const override;
-    bool KnowsPage(int page) const override { return commands.KnowsPage(page); }
+    bool KnowsPage(int page, bool isCurrent) const override { return commands.KnowsPage(page, isCurrent); }
 
 protected:
     DispatchResult CallMethod(int dispid, const QVariantList& arguments) override;

@@ -147,7 +147,8 @@ TEST_F(ViewGalleries, WhatIsPressedWhileTheNextPageIsOnItsWayIsDone)
     showAnew();
     EXPECT_TRUE(WaitUntil([&] { return window.GetProject().FindGallery(1) == nullptr; }));
     ASSERT_TRUE(WaitForPage(window.GetPage(), QStringLiteral("!document.querySelector('img[id=gl_1]')")));
-    // Not on those of another project.
+    // Not on those of another project, whose covers have to be drawn before its page is there.
+    window.AddChild(0);
     ::PressKey(window.GetPage());
     window.GetPage().RunScript(QStringLiteral("external.RemoveGallery(2)"));
     window.Show(Cause::ProjectReplaced);

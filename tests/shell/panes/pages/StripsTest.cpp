@@ -151,7 +151,8 @@ TEST_F(Strips, LieOverThePictureInEveryLayout)
         SCOPED_TRACE(row.name);
         Show(row.style, row.body);
         MoveMouse(window.GetView(), Rect("#photo1").center().toPoint());
-        // Transitions of the layout end first.
+        // Transitions of the layout end first; they have begun when the page has noticed the mouse.
+        ASSERT_TRUE(WaitForStrip("photo1", 0));
         ASSERT_TRUE(
             WaitForPage(window.GetView(),
                         QStringLiteral("document.getAnimations().every(a => a.playState == 'finished')")));
