@@ -154,7 +154,8 @@ void PrintItem(bool isFile, const QString& name)
 
 void PrintListing(const QString& directory, const QString& listing)
 {
-    for (const CFTPDirectoryItem& item : CFTPDirectoryContent(directory, listing).GetItems()) {
+    const CFTPDirectoryContent content(directory, listing);
+    for (const CFTPDirectoryItem& item : content.GetItems()) {
         PrintItem(item.isFile, item.name);
     }
 }

@@ -61,12 +61,19 @@ void CActs::Do(const char* name, const std::function<void()>& act)
     ASSERT_TRUE(WaitForSavedFile([&](const QByteArray& file) { return file != base; }));
     RecordProperty(name, static_cast<int>(time.elapsed()));
     const QByteArray after = Read();
+    const auto becomes = [&](const QByteArray& wanted) {
+        return WaitForSavedFile([&](const QByteArray& file) { return file == wanted; });
+    };
     AwaitKeys("ctrl+z");
-    ASSERT_TRUE(WaitForSavedFile([&](const QByteArray& file) { return file == base; }));
+    ASSERT_TRUE(becomes(base));
     AwaitKeys("ctrl+shift+z");
-    ASSERT_TRUE(WaitForSavedFile([&](const QByteArray& file) { return file == after; }));
+    ASSERT_TRUE(becomes(after));
+    Await([&] { program.Click(ToolButton::Undo); });
+    ASSERT_TRUE(becomes(base));
+    Await([&] { program.Click(ToolButton::Redo); });
+    ASSERT_TRUE(becomes(after));
     AwaitKeys("ctrl+z");
-    ASSERT_TRUE(WaitForSavedFile([&](const QByteArray& file) { return file == base; }));
+    ASSERT_TRUE(becomes(base));
     ASSERT_TRUE(program.WaitForPictures());
     ASSERT_TRUE(ClearSelection());
 }

@@ -251,6 +251,19 @@ void CDesktopProgram::Click(QPoint place)
     RunTool({QStringLiteral("click"), QStringLiteral("1")});
 }
 
+// The toolbar stands at the left of the window, which fills the screen.
+void CDesktopProgram::Click(ToolButton button)
+{
+    switch (button) {
+    case ToolButton::Undo:
+        return Click(QPoint(150, 36));
+    case ToolButton::Redo:
+        return Click(QPoint(178, 36));
+    case ToolButton::Visibility:
+        return Click(QPoint(486, 36));
+    }
+}
+
 void CDesktopProgram::DoubleClick(QPoint place)
 {
     MovePointer(place);
