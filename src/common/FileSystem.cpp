@@ -4,7 +4,9 @@
 #include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <fcntl.h>
+#include <functional>
 #include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -65,14 +67,29 @@ QString ParentOf(const QString& path)
     return parent;
 }
 
+// Of a process, with a number within it. Short, since the target's own name may already have all the length
+// that a name can have.
+QString TemporaryName(pid_t process, int number)
+{
+    return QStringLiteral(".vistorama-%1-%2.tmp").arg(process).arg(number);
+}
+
+// Beside the file; no other call and no other process has it.
+QByteArray TemporaryBeside(const QString& path)
+{
+    static std::atomic<int> counter = 0;
+    return QFile::encodeName(ExtractFolder(path) + TemporaryName(::getpid(), ++counter));
+}
+
 struct Replacement {
     QByteArray target;
     QByteArray temporary;
     bool synced;
 };
 
-// 0, or the value of errno of the step that failed.
-int ReplaceByTemporary(const Replacement& names, const QByteArray& bytes)
+// write: false, and the reason in errno, if it fails. Returns 0, or the value of errno of the step that
+// failed.
+int ReplaceByTemporary(const Replacement& names, const std::function<bool(CDescriptor&)>& write)
 {
     struct stat old;
     const bool replaces = ::stat(names.target.constData(), &old) == 0;
@@ -84,8 +101,7 @@ int ReplaceByTemporary(const Replacement& names, const QByteArray& bytes)
     if (file.Get() < 0) {
         return errno;
     }
-    const bool written = (!replaces || ::fchmod(file.Get(), old.st_mode & 07777) == 0) &&
-                         file.WriteAll(bytes.constData(), static_cast<size_t>(bytes.size())) &&
+    const bool written = (!replaces || ::fchmod(file.Get(), old.st_mode & 07777) == 0) && write(file) &&
                          (!names.synced || ::fsync(file.Get()) == 0) && file.Close() &&
                          ::rename(names.temporary.constData(), names.target.constData()) == 0;
     if (written) {
@@ -141,16 +157,76 @@ std::optional<QByteArray> ReadBytes(const QByteArray& name)
     }
 }
 
-void CopyFileOver(const QString& source, const QString& destination)
+// Files of a layout or style may be films: they are never in memory as a whole.
+constexpr size_t pieceSize = 1024 * 1024;
+
+bool HoldTheSame(const CDescriptor& file, const CDescriptor& other)
 {
-    const std::optional<QByteArray> bytes = ReadBytes(QFile::encodeName(source));
+    std::vector<char> piece(pieceSize);
+    std::vector<char> otherPiece(pieceSize);
+    for (;;) {
+        const size_t size = ReadUpTo(file, piece.data(), pieceSize);
+        if (ReadUpTo(other, otherPiece.data(), pieceSize) != size ||
+            std::memcmp(piece.data(), otherPiece.data(), size) != 0) {
+            return false;
+        }
+        if (size < pieceSize) {
+            return true;
+        }
+    }
+}
+
+// False, and the reason in errno, if it fails.
+bool CopyToTheEnd(const CDescriptor& source, CDescriptor& destination)
+{
+    // Within the system, as far as the file systems of both allow it.
+    constexpr size_t most = 1024 * 1024 * 1024;
+    while (::copy_file_range(source.Get(), nullptr, destination.Get(), nullptr, most, 0) > 0) {
+    }
+    // What is left by then: everything, or nothing.
+    std::vector<char> piece;
+    for (;;) {
+        piece.resize(pieceSize);
+        const ssize_t count = ::read(source.Get(), piece.data(), piece.size());
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count <= 0) {
+            return count == 0;
+        }
+        if (!destination.WriteAll(piece.data(), static_cast<size_t>(count))) {
+            return false;
+        }
+    }
+}
+
+// 0, or the value of errno of the step that failed.
+int TryToCopy(const QString& source, const QString& destination)
+{
+    const QByteArray target = QFile::encodeName(destination);
+    const CDescriptor from(::open(QFile::encodeName(source).constData(), O_RDONLY | O_CLOEXEC));
+    struct stat status;
+    if (from.Get() < 0 || ::fstat(from.Get(), &status) != 0) {
+        return errno;
+    }
     // Reading is much cheaper than writing a file again: no blocks are given back and taken.
-    if (bytes && IsFileOf(destination, *bytes)) {
-        return;
+    if (S_ISREG(status.st_mode) && OrdinarySize(target) == status.st_size) {
+        const CDescriptor to(::open(target.constData(), O_RDONLY | O_CLOEXEC));
+        if (to.Get() >= 0 && HoldTheSame(from, to)) {
+            return 0;
+        }
+        if (::lseek(from.Get(), 0, SEEK_SET) != 0) {
+            return errno;
+        }
     }
     // What is there may be a link to the source, and stays whole if the disk is full.
-    const int error = bytes ? ReplaceFile(destination, *bytes, Durability::Plain) : errno;
-    if (error != 0) {
+    return ReplaceByTemporary({target, TemporaryBeside(destination), false},
+                              [&from](CDescriptor& to) { return CopyToTheEnd(from, to); });
+}
+
+void CopyFileOver(const QString& source, const QString& destination)
+{
+    if (const int error = TryToCopy(source, destination)) {
         throw CWin32Exception(error, Text(StringId::FileNotCopied, source, destination));
     }
 }
@@ -185,13 +261,6 @@ void CopyEntries(const QString& source, const QString& destination, const QStrin
             CopyFileOver(from, to);
         }
     }
-}
-
-// Of a process, with a number within it. Short, since the target's own name may already have all the length
-// that a name can have.
-QString TemporaryName(pid_t process, int number)
-{
-    return QStringLiteral(".vistorama-%1-%2.tmp").arg(process).arg(number);
 }
 
 // The process that a temporary file's name tells of; 0 for other names.
@@ -303,10 +372,11 @@ void CopyDirectoryTree(const QString& source, const QString& destination)
 
 int ReplaceFile(const QString& path, const QByteArray& bytes, Durability durability)
 {
-    static std::atomic<int> counter = 0;
-    const QByteArray temporary =
-        QFile::encodeName(ExtractFolder(path) + TemporaryName(::getpid(), ++counter));
-    return ReplaceByTemporary({QFile::encodeName(path), temporary, durability == Durability::Synced}, bytes);
+    return ReplaceByTemporary(
+        {QFile::encodeName(path), TemporaryBeside(path), durability == Durability::Synced},
+        [&bytes](CDescriptor& file) {
+            return file.WriteAll(bytes.constData(), static_cast<size_t>(bytes.size()));
+        });
 }
 
 bool IsFileOf(const QString& path, const QByteArray& bytes)

@@ -388,6 +388,28 @@ TEST(CopyDirectoryTree, ALinkToTheSourceAtTheDestinationCostsNothing)
     EXPECT_EQ(scratch.Read(QStringLiteral("to/a.css")), "body {}");
 }
 
+TEST(CopyDirectoryTree, ALongFileIsComparedAndCopiedToItsEnd)
+{
+    const CScratchFolder scratch;
+    QByteArray film(3 * 1024 * 1024 + 17, 'f');
+    scratch.Write(QStringLiteral("from/film.mp4"), film);
+    const auto copy = [&] {
+        CopyDirectoryTree(scratch.Path(QStringLiteral("from")), scratch.Path(QStringLiteral("to")));
+        return scratch.Read(QStringLiteral("to/film.mp4"));
+    };
+    EXPECT_EQ(copy(), film);
+    film[film.size() - 1] = 'g'; // the size stays
+    scratch.Write(QStringLiteral("from/film.mp4"), film);
+    EXPECT_EQ(copy(), film);
+    struct stat before {};
+    struct stat after {};
+    const QByteArray name = QFile::encodeName(scratch.Path(QStringLiteral("to/film.mp4")));
+    ASSERT_EQ(::stat(name.constData(), &before), 0);
+    EXPECT_EQ(copy(), film);
+    ASSERT_EQ(::stat(name.constData(), &after), 0);
+    EXPECT_EQ(after.st_ino, before.st_ino); // it wasn't written again
+}
+
 TEST(CopyDirectoryTree, AFullDiskLeavesTheOldFileWhole)
 {
     const CScratchFolder scratch;
