@@ -61,8 +61,7 @@ TEST_F(ActsOnGalleries, OfTextsAndLooks)
     Do("layout", [&] { Menu("g l Home Return"); });
     Do("style", [&] { Menu("g s Home Return"); });
     Do("visibility", [&] {
-        // The eye in the toolbar.
-        program.Click(QPoint(423, 36));
+        program.Click(ToolButton::Visibility);
         InDialog("Change page elements visibility", "space Return");
     });
     Do("advertisements", [&] {

@@ -139,12 +139,17 @@ TEST_F(ActsOnPictures, OfTheClipboardBetweenGalleries)
     const SavedProject::Picture* pasted = saved.galleries.at(2).Find(QStringLiteral("Alpenglow.jpg"));
     ASSERT_NE(pasted, nullptr);
     EXPECT_EQ(pasted->variables.at(QStringLiteral("title")), QStringLiteral("Alpenglow"));
-    Keys("ctrl+z");
-    EXPECT_TRUE(WaitForSavedFile([&](const QByteArray&) { return names() == before; }));
+    const QStringList after = names();
+    AwaitKeys("ctrl+z");
+    ASSERT_TRUE(WaitForSavedFile([&](const QByteArray&) { return names() == before; }));
+    AwaitKeys("ctrl+y");
+    ASSERT_TRUE(WaitForSavedFile([&](const QByteArray&) { return names() == after; }));
+    Await([&] { program.Click(ToolButton::Undo); });
+    ASSERT_TRUE(WaitForSavedFile([&](const QByteArray&) { return names() == before; }));
     EXPECT_EQ(program.Terminate(), 0);
 }
 
-// The page on the screen stays as it is, so there is no other one to wait for before the undo.
+// The gallery on the screen stays, and its page is made anew.
 TEST_F(ActsOnPictures, OfPicturesThatAreCopiedToAnotherGallery)
 {
     StartInMountains();
@@ -157,6 +162,11 @@ TEST_F(ActsOnPictures, OfPicturesThatAreCopiedToAnotherGallery)
         Await(act);
         ASSERT_TRUE(
             WaitForSavedFile([&](const QByteArray&) { return names().size() == before.size() + count; }));
+        const QStringList after = names();
+        AwaitKeys("ctrl+z");
+        ASSERT_TRUE(WaitForSavedFile([&](const QByteArray&) { return names() == before; }));
+        Await([&] { program.Click(ToolButton::Redo); });
+        ASSERT_TRUE(WaitForSavedFile([&](const QByteArray&) { return names() == after; }));
         AwaitKeys("ctrl+z");
         ASSERT_TRUE(WaitForSavedFile([&](const QByteArray&) { return names() == before; }));
         ASSERT_TRUE(program.WaitForPictures());

@@ -12,6 +12,9 @@
 #include "support/ScratchFolder.h"
 #include "support/VirtualDisplay.h"
 
+// The buttons of the window's toolbar that tests press.
+enum class ToolButton { Undo, Redo, Visibility };
+
 // The desktop program as a person has it: the program itself on a display of its own, with a home of its own,
 // used by mouse and keyboard. Whatever is waited for has a deadline, after which the test fails.
 class CDesktopProgram {
@@ -66,6 +69,7 @@ public:
     void PressKeys(const QStringList& keys);
     void MovePointer(QPoint place);
     void Click(QPoint place);
+    void Click(ToolButton button);
     void DoubleClick(QPoint place);
     void RightClick(QPoint place);
     // A key that stays down, as xdotool names it: "ctrl".

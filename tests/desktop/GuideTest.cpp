@@ -341,8 +341,7 @@ TEST_F(Guide, AProjectIsNamedWithoutItsEnding)
 TEST_F(Guide, PartsOfThePageAreHidden)
 {
     StartWithSample();
-    // The eye in the toolbar.
-    program.Click(QPoint(423, 36));
+    program.Click(ToolButton::Visibility);
     WaitForDialog("Change page elements visibility");
     TakePicture("visibility", "Change page elements visibility");
     program.PressKeys({QStringLiteral("Escape")});

@@ -119,3 +119,10 @@ CCommandActions::CCommandActions(QWidget& window, const std::function<void(int c
         actions[row.id] = action;
     }
 }
+
+void CCommandActions::SetText(CommandId id, const QString& text)
+{
+    QAction& action = *Get(id);
+    action.setText(text);
+    action.setToolTip(ToolTipOf(action));
+}

@@ -89,6 +89,8 @@ public:
     CCommandActions(QWidget& window, const std::function<void(int commandId)>& command);
 
     QAction* Get(CommandId id) const { return actions.at(id); }
+    // In the menu and, with its keys, in the tip of its button.
+    void SetText(CommandId id, const QString& text);
 
 private:
     std::map<CommandId, QAction*> actions;

@@ -141,7 +141,8 @@ void CMainFrame::CreateMenus()
     menus =
         std::make_unique<FrameMenus>(*menuBar(), *actions, toolBar.GetLayoutMenu(), toolBar.GetStyleMenu());
     toolBar.AddDocumentCommands({actions->Get(CommandId::New), actions->Get(CommandId::Open),
-                                 actions->Get(CommandId::Save), actions->Get(CommandId::Deploy), nullptr});
+                                 actions->Get(CommandId::Save), actions->Get(CommandId::Deploy), nullptr,
+                                 actions->Get(CommandId::Undo), actions->Get(CommandId::Redo), nullptr});
 }
 
 void CMainFrame::Start()
@@ -173,12 +174,12 @@ void CMainFrame::OnEdited(const Edited& edited)
 void CMainFrame::UpdateUndoCommands()
 {
     const QUndoStack& steps = desk.GetHistory().GetStack();
-    QAction& undo = *actions->Get(CommandId::Undo);
-    QAction& redo = *actions->Get(CommandId::Redo);
-    undo.setEnabled(steps.canUndo());
-    redo.setEnabled(steps.canRedo());
-    undo.setText(steps.canUndo() ? Text(StringId::UndoAct, steps.undoText()) : Text(StringId::UndoCommand));
-    redo.setText(steps.canRedo() ? Text(StringId::RedoAct, steps.redoText()) : Text(StringId::RedoCommand));
+    actions->Get(CommandId::Undo)->setEnabled(steps.canUndo());
+    actions->Get(CommandId::Redo)->setEnabled(steps.canRedo());
+    actions->SetText(CommandId::Undo, steps.canUndo() ? Text(StringId::UndoAct, steps.undoText())
+                                                      : Text(StringId::UndoCommand));
+    actions->SetText(CommandId::Redo, steps.canRedo() ? Text(StringId::RedoAct, steps.redoText())
+                                                      : Text(StringId::RedoCommand));
 }
 
 void CMainFrame::Undo()

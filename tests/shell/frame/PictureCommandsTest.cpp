@@ -5,6 +5,7 @@
 #include <QMimeData>
 #include <QStatusBar>
 #include <QTest>
+#include <QToolBar>
 #include <QToolButton>
 #include <QTreeView>
 #include <QUrl>
@@ -85,6 +86,30 @@ TEST_F(PictureCommands, TheBarTurnsMovesAndDeletesWhatIsSelected)
     Command(CommandId::Undo);
     EXPECT_EQ(Order(), QStringLiteral("abcde"));
     EXPECT_FALSE(frame->GetPagesView().findChild<QWidget*>(QStringLiteral("SelectionBar"))->isVisible());
+}
+
+TEST_F(PictureCommands, TheArrowsInTheToolbarTakeBackAndDoAgainWhatTheirTipsName)
+{
+    auto* const toolBar = frame->findChild<QToolBar*>(QStringLiteral("PagesToolBar"));
+    ASSERT_NE(toolBar, nullptr);
+    const auto button = [&](const char* name) {
+        auto* const action = frame->findChild<QAction*>(QString::fromLatin1(name));
+        return qobject_cast<QToolButton*>(toolBar->widgetForAction(action));
+    };
+    ASSERT_NE(button("Undo"), nullptr);
+    ASSERT_NE(button("Redo"), nullptr);
+    EXPECT_FALSE(button("Undo")->icon().isNull());
+    EXPECT_FALSE(button("Redo")->isEnabled());
+    EXPECT_EQ(button("Redo")->toolTip(), QStringLiteral("Redo (Ctrl+Shift+Z)"));
+    Command(CommandId::SelectAll);
+    Command(CommandId::Clear);
+    ASSERT_TRUE(WaitUntil([&] { return Order().isEmpty(); }));
+    EXPECT_EQ(button("Undo")->toolTip(), QStringLiteral("Undo Delete 5 Pictures (Ctrl+Z)"));
+    QTest::mouseClick(button("Undo"), Qt::LeftButton);
+    EXPECT_EQ(Order(), QStringLiteral("abcde"));
+    EXPECT_EQ(button("Redo")->toolTip(), QStringLiteral("Redo Delete 5 Pictures (Ctrl+Shift+Z)"));
+    QTest::mouseClick(button("Redo"), Qt::LeftButton);
+    EXPECT_EQ(Order(), QString());
 }
 
 TEST_F(PictureCommands, WhatIsCopiedIsPastedElsewhereWithItsTexts)
