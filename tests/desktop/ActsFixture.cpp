@@ -11,6 +11,8 @@ namespace {
 
 // From a key to the page that shows what it did.
 constexpr int timeForAKey = 2'000; // milliseconds
+// From the press of the mouse to the mark where something would fall.
+constexpr int timeForADrag = 5'000; // milliseconds
 
 } // namespace
 
@@ -192,6 +194,13 @@ void CActs::DragOntoCover(QPoint from, int gallery)
 
 void CActs::Drag(QPoint from, QPoint to, const std::function<bool()>& hasArrived)
 {
+    ASSERT_TRUE(program.WaitFor([&] { return TryToDrag(from, to, hasArrived); }));
+    program.ReleaseMouse();
+}
+
+// A page that comes anew in the meantime knows of no drag: the button is let go where it went down.
+bool CActs::TryToDrag(QPoint from, QPoint to, const std::function<bool()>& hasArrived)
+{
     program.MovePointer(from);
     program.PressMouse();
     // A drag begins by small steps.
@@ -199,11 +208,16 @@ void CActs::Drag(QPoint from, QPoint to, const std::function<bool()>& hasArrived
         program.MovePointer(from + (to - from) * step / 10);
     }
     int moves = 0;
-    ASSERT_TRUE(program.WaitFor([&] {
+    const auto arrives = [&] {
         program.MovePointer(to + QPoint(++moves % 2, 0));
         return hasArrived();
-    }));
-    program.ReleaseMouse();
+    };
+    const bool isThere = CDesktopProgram::WaitFor(arrives, timeForADrag);
+    if (!isThere) {
+        program.MovePointer(from);
+        program.ReleaseMouse();
+    }
+    return isThere;
 }
 
 QByteArray CActs::Read() const

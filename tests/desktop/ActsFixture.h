@@ -61,6 +61,7 @@ protected:
 
 private:
     void WriteBase(int gallery, const char* title, const char* file);
+    bool TryToDrag(QPoint from, QPoint to, const std::function<bool()>& hasArrived);
     int CountMarks(); // -1 while the page has none yet
 
     QByteArray base; // the file as the program writes it when everything is taken back

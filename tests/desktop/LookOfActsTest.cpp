@@ -1,4 +1,4 @@
-#include <QImage>
+#include <QProcess>
 
 #include "ActsFixture.h"
 
@@ -19,9 +19,13 @@ protected:
     {
         const QString file = QStringLiteral("acts-%1-%2").arg(QLatin1String(name), QLatin1String(GetParam()));
         program.TakePicture(file, window);
-        const QImage dot = QImage(QStringLiteral(SCREENSHOT_FOLDER "/%1.png").arg(file))
-                               .scaled(1, 1, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-        return qGray(dot.pixel(0, 0));
+        QProcess convert;
+        convert.start(QStringLiteral("convert"),
+                      {QStringLiteral(SCREENSHOT_FOLDER "/%1.png").arg(file), QStringLiteral("-colorspace"),
+                       QStringLiteral("Gray"), QStringLiteral("-format"),
+                       QStringLiteral("%[fx:round(255*mean)]"), QStringLiteral("info:")});
+        EXPECT_TRUE(convert.waitForFinished());
+        return convert.readAllStandardOutput().toInt();
     }
     bool IsDark() const { return QByteArray(GetParam()) == "dark"; }
 };
