@@ -46,27 +46,108 @@ TEST_F(ActsOnGalleries, OfAGalleryThatIsDragged)
     EXPECT_EQ(program.Terminate(), 0);
 }
 
-TEST_F(ActsOnGalleries, OfTextsAndLooks)
+// The same by keyboard: the menu of a cover for what its strip has, the menu key for the strip of a text.
+TEST_F(ActsOnGalleries, OfTheTreeByMenus)
 {
     StartInMountains();
-    Do("text", [&] {
-        program.PressStripButton(QStringLiteral("document.querySelector('h1 [onmouseenter]')"),
-                                 QStringLiteral("Edit text"));
-        InDialog("Gallery title", "ctrl+a Z Return");
+    const auto chooseAtCover = [&](const char* key) {
+        program.FocusWindow(QStringLiteral("Vistorama - "));
+        ASSERT_TRUE(tree.WaitForCover(1));
+        tree.Ask(QStringLiteral("window.focus(), %1.closest('a').focus()").arg(CGalleriesPane::Cover(1)));
+        const qsizetype windows = program.CountWindows();
+        Keys("shift+F10");
+        ASSERT_TRUE(program.WaitFor([&] { return program.CountWindows() > windows; }));
+        Keys(key);
+    };
+    Do("add below by keyboard", [&] {
+        chooseAtCover("n");
+        // The field for its name has the keyboard then.
+        ASSERT_TRUE(tree.WaitFor(QStringLiteral("!document.hasFocus()")));
+        Keys("Escape");
     });
-    Do("titles of all pictures", [&] {
+    Do("insert above by keyboard", [&] { chooseAtCover("i"); });
+    Do("delete by keyboard", [&] { chooseAtCover("d"); });
+    Do("rename by mouse", [&] {
+        program.Choose(MenuTitle::Gallery, {{.entries = 7, .separators = 1}});
+        ASSERT_TRUE(program.WaitInPage(QStringLiteral("!document.hasFocus()")));
+        Keys("ctrl+a");
+        program.TypeText(QStringLiteral("Peaks"));
+        Keys("Return");
+    });
+    Do("duplicate by mouse", [&] { program.Choose(MenuTitle::Gallery, {{.entries = 8, .separators = 1}}); });
+    Do("delete by mouse", [&] { program.Choose(MenuTitle::Gallery, {{.entries = 9, .separators = 1}}); });
+    EXPECT_EQ(program.Terminate(), 0);
+}
+
+TEST_F(ActsOnGalleries, OfTexts)
+{
+    StartInMountains();
+    const QString title = QStringLiteral("document.querySelector('h1 [onmouseenter]')");
+    const QString logo = QStringLiteral("document.querySelector('.logo [onmouseenter]')");
+    const auto openByKeys = [&](const QString& element) {
+        program.FocusWindow(QStringLiteral("Vistorama - "));
+        program.InPage(QStringLiteral("window.focus(), (e => (e.closest('a,[tabindex]') || e).focus())(%1)")
+                           .arg(element));
+        Keys("shift+F10 Return");
+    };
+    const char* const newTitle = "ctrl+a Z Return";
+    Do("text by mouse", [&] {
+        program.PressStripButton(title, QStringLiteral("Edit text"));
+        InDialog("Gallery title", newTitle);
+    });
+    Do("text by keyboard", [&] {
+        openByKeys(title);
+        InDialog("Gallery title", newTitle);
+    });
+    const char* const newLink = "ctrl+a a Tab ctrl+a M Return";
+    Do("link by mouse", [&] {
+        program.PressStripButton(logo, QStringLiteral("Edit hypertext reference URL and text"));
+        InDialog("Logo", newLink);
+    });
+    Do("link by keyboard", [&] {
+        openByKeys(logo);
+        InDialog("Logo", newLink);
+    });
+    const char* const newTitles = "X Return Y Return ctrl+Return";
+    Do("titles of all pictures by keyboard", [&] {
         Menu("g t");
-        InDialog("Titles and descriptions", "X Return Y Return ctrl+Return");
+        InDialog("Titles and descriptions", newTitles);
     });
-    Do("layout", [&] { Menu("g l Home Return"); });
-    Do("style", [&] { Menu("g s Home Return"); });
-    Do("visibility", [&] {
-        program.Click(ToolButton::Visibility);
+    Do("titles of all pictures by mouse", [&] {
+        program.Choose(MenuTitle::Gallery, {{.entries = 6}});
+        InDialog("Titles and descriptions", newTitles);
+    });
+    EXPECT_EQ(program.Terminate(), 0);
+}
+
+TEST_F(ActsOnGalleries, OfLooks)
+{
+    StartInMountains();
+    Do("layout by keyboard", [&] { Menu("g l Home Return"); });
+    Do("layout by mouse", [&] { program.Choose(MenuTitle::Gallery, {{.entries = 1}, {.entries = 0}}); });
+    Do("style by keyboard", [&] { Menu("g s Home Return"); });
+    Do("style by mouse", [&] { program.Choose(MenuTitle::Gallery, {{.entries = 2}, {.entries = 0}}); });
+    const auto hideOne = [&] {
         InDialog("Change page elements visibility", "space Return");
+    };
+    Do("visibility by mouse", [&] {
+        program.Click(ToolButton::Visibility);
+        hideOne();
     });
-    Do("advertisements", [&] {
-        Menu("t Down Down Return");
+    Do("visibility by keyboard", [&] {
+        Menu("g v");
+        hideOne();
+    });
+    const auto advertise = [&] {
         InDialog("Advertisement blocks", "alt+h A D Tab Return");
+    };
+    Do("advertisements by keyboard", [&] {
+        Menu("t Down Down Return");
+        advertise();
+    });
+    Do("advertisements by mouse", [&] {
+        program.Choose(MenuTitle::Effects, {{.entries = 2}});
+        advertise();
     });
     EXPECT_EQ(program.Terminate(), 0);
 }
@@ -76,8 +157,7 @@ TEST_F(ActsOnGalleries, OfStamps)
     const QString mark = program.Path(QStringLiteral("mark.png"));
     ASSERT_TRUE(QFile::copy(QStringLiteral(DATA_FOLDER "/sample/October.jpg"), mark));
     StartInMountains();
-    Do("watermark", [&] {
-        Menu("t Return");
+    const auto chooseMark = [&] {
         InDialog("Image watermark", "alt+z End alt+c");
         ASSERT_TRUE(program.WaitForWindow(QStringLiteral("Choose a watermark picture")));
         program.FocusWindow(QStringLiteral("Choose a watermark picture"));
@@ -85,10 +165,25 @@ TEST_F(ActsOnGalleries, OfStamps)
         Keys("Return");
         WaitUntilGone("Choose a watermark picture");
         InDialog("Image watermark", "Return");
+    };
+    Do("watermark by keyboard", [&] {
+        Menu("t Return");
+        chooseMark();
     });
-    Do("signature", [&] {
-        Menu("t Down Return");
+    Do("watermark by mouse", [&] {
+        program.Choose(MenuTitle::Effects, {{.entries = 0}});
+        chooseMark();
+    });
+    const auto sign = [&] {
         InDialog("Image signature", "alt+z End alt+t A n n a Return");
+    };
+    Do("signature by keyboard", [&] {
+        Menu("t Down Return");
+        sign();
+    });
+    Do("signature by mouse", [&] {
+        program.Choose(MenuTitle::Effects, {{.entries = 1}});
+        sign();
     });
     EXPECT_EQ(program.Terminate(), 0);
 }
@@ -101,14 +196,21 @@ TEST_F(ActsOnGalleries, OfMissingPicturesThatAreFound)
     ASSERT_TRUE(QFile::rename(home + QStringLiteral("/By the Water/Low Tide.jpg"),
                               elsewhere + QStringLiteral("/Low Tide.jpg")));
     StartIn(2, "Still Water", "Still Water.jpg");
-    Do("find missing pictures", [&] {
-        Menu("s m");
+    const auto find = [&] {
         ASSERT_TRUE(program.WaitForWindow(QStringLiteral("Select picture folder...")));
         program.FocusWindow(QStringLiteral("Select picture folder..."));
         Keys("ctrl+a");
         program.TypeText(elsewhere);
         Keys("Return");
         InDialog("Find missing pictures", "Return");
+    };
+    Do("find missing pictures by keyboard", [&] {
+        Menu("s m");
+        find();
+    });
+    Do("find missing pictures by mouse", [&] {
+        program.Choose(MenuTitle::Source, {{.entries = 1}});
+        find();
     });
     EXPECT_EQ(program.Terminate(), 0);
 }

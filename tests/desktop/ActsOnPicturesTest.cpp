@@ -21,6 +21,10 @@ TEST_F(ActsOnPictures, OfOnePictureByMouse)
     Do("move up", [&] { Strip("Blue Ridges", "Move up"); });
     Do("move down", [&] { Strip("Blue Ridges", "Move down"); });
     Do("delete", [&] { Strip("First Snow", "Delete"); });
+    Do("add by Enter", [&] {
+        program.Click(folder.PlaceOf(CFolderPane::Row(1)));
+        Keys("Return");
+    });
     Do("add by two clicks", [&] { program.DoubleClick(folder.PlaceOf(CFolderPane::Row(1))); });
     Do("drag from the folder", [&] {
         DragOntoPage(folder.PlaceOf(CFolderPane::Row(2)), program.PlaceOf(PictureOnPage("Alpenglow")));
@@ -109,9 +113,17 @@ TEST_F(ActsOnPictures, OfPicturesByKeyboard)
     Do("rotate all", press("ctrl+a ctrl+r"));
     Do("delete some", press("space Tab Tab space Delete"));
     Do("cut", press("ctrl+x"));
+    const auto sortByMouse = [&](int entry) {
+        return [this, entry] {
+            program.Choose(MenuTitle::Gallery, {{.entries = 5}, {.entries = entry}});
+        };
+    };
     Do("reverse the order", choose("g o r"));
     Do("sort by name", choose("g o n"));
     Do("sort by file date", choose("g o f"));
+    Do("sort by name by mouse", sortByMouse(0));
+    Do("sort by file date by mouse", sortByMouse(2));
+    Do("reverse the order by mouse", sortByMouse(3));
     Do("move to a gallery", [&] {
         Focus("Alpenglow");
         Keys("ctrl+m");

@@ -265,6 +265,34 @@ void CDesktopProgram::Click(ToolButton button)
     }
 }
 
+void CDesktopProgram::Choose(MenuTitle menu, const std::vector<MenuEntry>& entries)
+{
+    const int place = menu == MenuTitle::Gallery ? 104 : menu == MenuTitle::Effects ? 160 : 216;
+    qsizetype windows = CountWindows();
+    Click(QPoint(place, 9));
+    for (const MenuEntry& entry : entries) {
+        EXPECT_TRUE(WaitFor([&] { return CountWindows() > windows; }));
+        const QStringList open = FindAllWindows();
+        windows = open.size();
+        constexpr int entryHeight = 22;
+        constexpr int separatorHeight = 2;
+        Click(CornerOf(open.last()) + QPoint(50, 1 + entryHeight / 2 + entryHeight * entry.entries +
+                                                     separatorHeight * entry.separators));
+    }
+}
+
+QPoint CDesktopProgram::CornerOf(const QString& window) const
+{
+    // "X=10", "Y=20" among other lines.
+    const QStringList lines =
+        RunTool({QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), window})
+            .split(QLatin1Char('\n'));
+    const auto value = [&lines](const char* name) {
+        return lines.filter(QLatin1String(name)).value(0).section(QLatin1Char('='), 1).toInt();
+    };
+    return QPoint(value("X="), value("Y="));
+}
+
 void CDesktopProgram::DoubleClick(QPoint place)
 {
     MovePointer(place);

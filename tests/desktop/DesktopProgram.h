@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <vector>
 
 #include <QAnyStringView>
 #include <QPoint>
@@ -11,6 +12,13 @@
 #include "ViewPage.h"
 #include "support/ScratchFolder.h"
 #include "support/VirtualDisplay.h"
+
+// Menus of the menu bar, and an entry of a menu by its place: how many entries and separators are above it.
+enum class MenuTitle { Gallery, Effects, Source };
+struct MenuEntry {
+    int entries = 0;
+    int separators = 0;
+};
 
 // The buttons of the window's toolbar that tests press.
 enum class ToolButton { Undo, Redo, Visibility };
@@ -70,6 +78,8 @@ public:
     void MovePointer(QPoint place);
     void Click(QPoint place);
     void Click(ToolButton button);
+    // Opens a menu by mouse, then the menus of its entries but for the last one, which is chosen.
+    void Choose(MenuTitle menu, const std::vector<MenuEntry>& entries);
     void DoubleClick(QPoint place);
     void RightClick(QPoint place);
     // A key that stays down, as xdotool names it: "ctrl".
@@ -110,6 +120,7 @@ private:
     QString RunTool(const QStringList& arguments) const;
     QStringList FindWindows(const QString& title) const;
     QStringList FindAllWindows() const;
+    QPoint CornerOf(const QString& window) const;
 
     QString dataFolder;
     QProcess process;

@@ -36,7 +36,7 @@ QAction* MakeEntry(QMenu& menu, const QString& path, int commandId)
 
 } // namespace
 
-FrameMenus::FrameMenus(QMenuBar& menuBar, const CCommandActions& actions, QMenu& layouts, QMenu& styles)
+FrameMenus::FrameMenus(QMenuBar& menuBar, const CCommandActions& actions, const PageCommands& page)
 {
     file = menuBar.addMenu(Text(StringId::FileMenu));
     file->addActions({actions.Get(CommandId::New), actions.Get(CommandId::Open), actions.Get(CommandId::Save),
@@ -54,11 +54,11 @@ FrameMenus::FrameMenus(QMenuBar& menuBar, const CCommandActions& actions, QMenu&
     edit->addAction(actions.Get(CommandId::SelectAll));
 
     QAction* const layoutItem = actions.Get(CommandId::LayoutMenu);
-    layoutItem->setMenu(&layouts);
+    layoutItem->setMenu(&page.layouts);
     QAction* const styleItem = actions.Get(CommandId::StyleMenu);
-    styleItem->setMenu(&styles);
+    styleItem->setMenu(&page.styles);
     QMenu* const gallery = menuBar.addMenu(Text(StringId::GalleryMenu));
-    gallery->addActions({actions.Get(CommandId::Deploy), layoutItem, styleItem});
+    gallery->addActions({actions.Get(CommandId::Deploy), layoutItem, styleItem, &page.visibility});
     gallery->addMenu(Text(StringId::PicturesMenu))
         ->addActions({actions.Get(CommandId::TurnLeft), actions.Get(CommandId::TurnRight),
                       actions.Get(CommandId::MoveToFront), actions.Get(CommandId::MoveToEnd),

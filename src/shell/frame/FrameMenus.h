@@ -11,9 +11,15 @@ class QAction;
 class QMenu;
 class QMenuBar;
 
-// The menus of the frame. layouts, styles: filled by the pages view.
+// The menus of the frame.
 struct FrameMenus {
-    FrameMenus(QMenuBar& menuBar, const CCommandActions& actions, QMenu& layouts, QMenu& styles);
+    // What the pages view gives: menus that it fills, and the button of the toolbar.
+    struct PageCommands {
+        QMenu& layouts;
+        QMenu& styles;
+        QAction& visibility;
+    };
+    FrameMenus(QMenuBar& menuBar, const CCommandActions& actions, const PageCommands& page);
 
     QMenu* file;
 };

@@ -138,8 +138,9 @@ void CMainFrame::Deploy()
 void CMainFrame::CreateMenus()
 {
     CViewPagesToolBar& toolBar = pagesView->GetToolBar();
-    menus =
-        std::make_unique<FrameMenus>(*menuBar(), *actions, toolBar.GetLayoutMenu(), toolBar.GetStyleMenu());
+    menus = std::make_unique<FrameMenus>(
+        *menuBar(), *actions,
+        FrameMenus::PageCommands{toolBar.GetLayoutMenu(), toolBar.GetStyleMenu(), toolBar.GetVisibility()});
     toolBar.AddDocumentCommands({actions->Get(CommandId::New), actions->Get(CommandId::Open),
                                  actions->Get(CommandId::Save), actions->Get(CommandId::Deploy), nullptr,
                                  actions->Get(CommandId::Undo), actions->Get(CommandId::Redo), nullptr});

@@ -74,7 +74,8 @@ TEST(FrameMenus, HoldTheCommandsInTheirOrder)
     QMenu layouts;
     QMenu styles;
     const CCommandActions actions(window, [](int) {});
-    const FrameMenus frameMenus(*window.menuBar(), actions, layouts, styles);
+    QAction visibility(Text(StringId::VisibilityCommand));
+    const FrameMenus frameMenus(*window.menuBar(), actions, {layouts, styles, visibility});
     EXPECT_EQ(frameMenus.file, window.menuBar()->actions().at(0)->menu());
     QStringList found;
     for (const QAction* action : window.menuBar()->actions()) {
@@ -88,7 +89,8 @@ TEST(FrameMenus, HoldTheCommandsInTheirOrder)
                            "57665"),
             QStringLiteral("&Edit: &Undo 57643|&Redo 57644|-|Cu&t 57635|&Copy 57634|&Paste 57637|&Delete "
                            "57632|-|Select &all 57642"),
-            QStringLiteral("&Gallery: &Deploy... 32780|&Layout 32786|&Style 32788|&Pictures |S&ort pictures "
+            QStringLiteral("&Gallery: &Deploy... 32780|&Layout 32786|&Style 32788|&Visibility... |&Pictures "
+                           "|S&ort pictures "
                            "|&Titles and descriptions... 32807|-|&Rename gallery 32810|D&uplicate gallery "
                            "32811|D&elete gallery 32812"),
             QStringLiteral("Effec&ts: &Image watermark... 32792|&Image signature... 32794|&Ads... "

@@ -68,10 +68,10 @@ CViewPagesToolBar::CViewPagesToolBar(Commands newCommands, QWidget* parent)
     ConnectMenu(*layoutMenu, FirstLayoutId, commands.chooseLayout);
     ConnectMenu(*styleMenu, FirstStyleId, commands.chooseStyle);
     addSeparator();
-    QAction* const visibility = AddButton({.objectName = QStringLiteral("ChangeVisibility"),
-                                           .icon = QStringLiteral("visibility"),
-                                           .text = Text(StringId::VisibilityCommand),
-                                           .tip = Text(StringId::VisibilityTip)});
+    visibility = AddButton({.objectName = QStringLiteral("ChangeVisibility"),
+                            .icon = QStringLiteral("visibility"),
+                            .text = Text(StringId::VisibilityCommand),
+                            .tip = Text(StringId::VisibilityTip)});
     connect(visibility, &QAction::triggered, this, [this] { commands.changeVisibility(); });
     title = new CPanelTitle(this);
     title->setAlignment(Qt::AlignRight | Qt::AlignVCenter);

@@ -41,6 +41,7 @@ public:
     // The same menus are for the frame's menu bar. The id of an entry is its action's data.
     QMenu& GetLayoutMenu() { return *layoutMenu; }
     QMenu& GetStyleMenu() { return *styleMenu; }
+    QAction& GetVisibility() { return *visibility; }
 
     void SetTitle(const QString& text);
     QString GetTitle() const;
@@ -53,6 +54,7 @@ private:
     Commands commands;
     QMenu* layoutMenu;
     QMenu* styleMenu;
+    QAction* visibility = nullptr;
     QMenu* recentMenu;
     CPanelTitle* title;
     QAction* firstOwnAction;
