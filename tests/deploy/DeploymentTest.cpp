@@ -270,12 +270,12 @@ TEST_F(Deployment, StrangersOnTheServerAreADoubt)
     server.Put(QStringLiteral("web/index.html"), "mine");
     const auto doubts = Expect<DeployDoubts>(Deploy(Server()));
     EXPECT_EQ(doubts.strangeFiles, QStringList(QStringLiteral("index.html")));
-    const DeployError error = StrangeFilesOnServerError(doubts.strangeFiles);
-    EXPECT_EQ(error.description,
+    const DeployFailure error = StrangeFilesOnServerError(doubts.strangeFiles);
+    EXPECT_EQ(error.caption,
               QStringLiteral("The gallery was not published: there is something to decide first."));
-    EXPECT_TRUE(error.reason.endsWith(QStringLiteral("overwritten: 1.\nindex.html")))
-        << qPrintable(error.reason);
-    EXPECT_TRUE(error.solution.contains(QStringLiteral("--overwrite")));
+    EXPECT_TRUE(error.description.endsWith(QStringLiteral("overwritten: 1.\nindex.html")))
+        << qPrintable(error.description);
+    EXPECT_TRUE(error.advice.contains(QStringLiteral("--overwrite")));
     EXPECT_EQ(Served().size(), 1u);
     EXPECT_EQ(server.Find(QStringLiteral("web/index.html"))->bytes, "mine");
     Expect<DeployDone>(Deploy(Server(), {.overwrite = true}));
@@ -290,7 +290,8 @@ TEST_F(Deployment, AServerInDoubtIsToldBeforeThePagesAreMade)
                                           .port = 21,
                                           .fingerprint = QByteArray(32, 'f'),
                                           .subject = {},
-                                          .issuer = {}};
+                                          .issuer = {},
+                                          .hostKey = {}};
             log.transcript = {QStringLiteral("220 hello")};
             throw status;
         };
