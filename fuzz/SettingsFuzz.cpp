@@ -133,7 +133,7 @@ void AddAndDelete(const CSettingsWorkshop& workshop, bool allUsers)
     Check(result == SaveResult::Saved || (allUsers && result == SaveResult::SavedWithoutPassword),
           "a destination is stored; only a bad key file keeps its password out");
     if (result == SaveResult::SavedWithoutPassword) {
-        added.connection.password.clear();
+        added.connection.password = {};
     }
     const std::unique_ptr<CSettingsStore> anew = workshop.OpenStore();
     const CFTPDestination found = CFTPDestinations(*anew, protection).Load(added.key);
