@@ -61,7 +61,8 @@ GenerationResult GeneratePages(CGalleryProject& project, const GenerationTarget&
     CPagesCounter counter(total);
     if (walk.Run(counter)) {
         tally.SetTotal(total);
-        CPagesGenerator writer({target.folder, generator, production, runStop, target.record});
+        CPagesGenerator writer(
+            {target.folder, generator, production, runStop, target.record, target.uncopied});
         WritePages(walk, writer, production);
     }
     return {

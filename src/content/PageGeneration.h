@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 
 #include <QString>
 #include <QStringList>
@@ -29,6 +30,9 @@ struct GenerationResult {
 struct GenerationTarget {
     QString folder;
     CDeploymentRecord* record = nullptr; // of the folder, borrowed; without one every image is made anew
+    // Borrowed. Where it is given, the files of styles aren't copied into the folder but listed here: where
+    // they lie, by their relative paths in the folder.
+    std::map<QString, QString>* uncopied = nullptr;
 };
 
 // Writes a project's whole gallery tree into the target: a first walk counts the pages, a second one writes

@@ -2,6 +2,8 @@
 
 #include <cerrno>
 
+#include <QDir>
+
 #include "common/Exceptions.h"
 #include "common/FileSystem.h"
 #include "common/StopSignal.h"
@@ -85,11 +87,23 @@ void CPagesGenerator::BeginGallery()
 
 void CPagesGenerator::TakeStyle(const QString& directory, const QString& copy)
 {
+    if (run.uncopied) {
+        ListStyle(directory, copy);
+        return;
+    }
     CopyDirectoryTree(directory, copy);
     if (run.record) {
         for (const FileCopy& file : ListCopies(directory, copy)) {
             run.record->NoteFile(file.copy);
         }
+    }
+}
+
+void CPagesGenerator::ListStyle(const QString& directory, const QString& copy)
+{
+    const QDir target(run.targetFolder);
+    for (const FileCopy& file : ListCopies(directory, copy)) {
+        (*run.uncopied)[target.relativeFilePath(file.copy)] = file.source;
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <vector>
 
 #include "content/GalleryWalk.h"
@@ -63,7 +64,8 @@ public:
         CContentGeneratorFolder& generator;
         CImageProduction& production;
         const CStopSignal& stop;
-        CDeploymentRecord* record; // may be null
+        CDeploymentRecord* record = nullptr;
+        std::map<QString, QString>* uncopied = nullptr; // of GenerationTarget
     };
     explicit CPagesGenerator(const Run& run)
         : CPagesMaker({run.targetFolder, run.generator, run.stop}), run(run)
@@ -78,6 +80,8 @@ protected:
     void TakePage(const QString& path, const QByteArray& page) override;
 
 private:
+    void ListStyle(const QString& directory, const QString& copy);
+
     const Run run;
 };
 

@@ -17,8 +17,6 @@ QString ReasonOf(const SendFailure& failure)
         return Text(StringId::ConnectionLostAt, failure.path, EngineStatus::GetWords(failure.status));
     case SendFailure::Kind::Refused:
         return Text(StringId::FileRefused, failure.path, CleanServerWords(failure.reply.text));
-    case SendFailure::Kind::Incomplete:
-        return Text(StringId::FileArrivedIncomplete, failure.path);
     case SendFailure::Kind::LocalFile:
         return Text(StringId::FileChangedMeanwhile, failure.path);
     }
@@ -33,7 +31,6 @@ StringId AdviceOn(const SendFailure& failure)
     case SendFailure::Kind::Refused:
         return StringId::CheckRightsAndSpace;
     case SendFailure::Kind::Network:
-    case SendFailure::Kind::Incomplete:
     case SendFailure::Kind::LocalFile:
         break;
     }

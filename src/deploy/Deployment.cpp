@@ -1,6 +1,7 @@
 #include "deploy/Deployment.h"
 
 #include "common/Exceptions.h"
+#include "common/FileSystem.h"
 #include "common/Text.h"
 #include "content/StrangeFiles.h"
 #include "deploy/PublishedProject.h"
@@ -163,12 +164,12 @@ DeployEnd CDeployment::DeployTo(const ServerTarget& target, CGalleryProject& pub
                                        .pause = {},
                                        .now = {}}});
     server.TryLogin();
-    const QStringList paths = GenerateForServer(server.GetFolder(), published, missing);
+    const SiteSources sources = GenerateForServer(server.GetFolder(), published, missing);
     if (cancel.IsSet()) {
         return DeployCancelled();
     }
     Begin(DeployPhase::Compare);
-    const SitePlan plan = server.Compare(paths, !missing.IsAnyMissing(), cancel);
+    const SitePlan plan = server.Compare(sources, !missing.IsAnyMissing(), cancel);
     result.summary = SummaryOf(plan);
     return SendTo(server, plan);
 }
@@ -177,8 +178,7 @@ DeployEnd CDeployment::SendTo(CServerDeployment& server, const SitePlan& plan)
 {
     DeploySummary& summary = *result.summary;
     const bool isInDoubt = !setting.overwrite && !plan.strangers.isEmpty();
-    summary.awaitsConsent =
-        setting.awaitsConsent && !setting.isDryRun && !isInDoubt && !summary.IsNothing();
+    summary.awaitsConsent = setting.awaitsConsent && !setting.isDryRun && !isInDoubt && !summary.IsNothing();
     Post(summary);
     if (isInDoubt) {
         server.Finish();
@@ -201,18 +201,22 @@ DeployEnd CDeployment::SendTo(CServerDeployment& server, const SitePlan& plan)
     return DeployDone();
 }
 
-// The paths of the site's files. What a missing picture has left of it there stays among them.
-QStringList CDeployment::GenerateForServer(const CSiteFolder& folder, CGalleryProject& published,
+// What a missing picture has left of it in the site's folder stays among the files.
+SiteSources CDeployment::GenerateForServer(const CSiteFolder& folder, CGalleryProject& published,
                                            const DeployDoubts& missing)
 {
     const QString site = folder.GetSite();
     CDeploymentRecord record(folder.GetRecordPath(), site);
     const CRecordSaver saver(record);
-    Generate(published, {site, &record});
+    SiteSources sources;
+    Generate(published, {site, &record, &sources});
     if (!cancel.IsSet() && !missing.IsAnyMissing()) {
         record.RemoveLeftovers();
     }
-    return record.GetFiles();
+    for (const QString& path : record.GetFiles()) {
+        sources[path] = JoinPath(site, path);
+    }
+    return sources;
 }
 
 void CDeployment::Generate(CGalleryProject& published, const GenerationTarget& target)

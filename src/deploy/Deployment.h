@@ -14,6 +14,7 @@
 #include "content/PageGeneration.h"
 #include "deploy/DeployDoubts.h"
 #include "deploy/DeployFailures.h"
+#include "deploy/server/LocalSite.h"
 #include "deploy/server/SendTally.h"
 #include "deploy/server/SessionCrew.h"
 #include "deploy/server/SitePlan.h"
@@ -133,7 +134,7 @@ private:
     DeployEnd Deploy();
     DeployEnd DeployTo(const FolderTarget& target, CGalleryProject& published, const DeployDoubts& missing);
     DeployEnd DeployTo(const ServerTarget& target, CGalleryProject& published, const DeployDoubts& missing);
-    QStringList GenerateForServer(const CSiteFolder& folder, CGalleryProject& published,
+    SiteSources GenerateForServer(const CSiteFolder& folder, CGalleryProject& published,
                                   const DeployDoubts& missing);
     DeployEnd SendTo(CServerDeployment& server, const SitePlan& plan);
     DeployEnd EndOf(const SendFailure& failure);

@@ -199,7 +199,10 @@ TEST(DestinationCommand, WrongUseStoresNothing)
         {{add, Name, QStringLiteral("ftp://u:") + QString(260, QLatin1Char('p')) + QStringLiteral("@host")},
          QStringLiteral("The password has more than 259 characters.")},
         {{add, Name, QStringLiteral("host")},
-         QStringLiteral("The FTP address is wrong: it does not begin with 'ftp://'.")},
+         QStringLiteral("The FTP address is wrong: it does not begin with 'ftp://', 'ftpes://', 'ftps://' or "
+                        "'sftp://'.")},
+        {{add, Name, QStringLiteral("sftp://host"), QStringLiteral("--identity")},
+         QStringLiteral("The option '--identity' needs a value.")},
         {{QStringLiteral("list"), Name}, QStringLiteral("There is no use for 'My site'.")},
         {{QStringLiteral("remove")}, QStringLiteral("Something is missing.")},
     };

@@ -380,6 +380,34 @@ TEST_F(PageGeneration, ACancelWhileStylesAreCopiedLeavesTheGalleryWithoutPages)
     EXPECT_FALSE(FolderExists(fixture.scratch.Path(QStringLiteral("site/1/pictures"))));
 }
 
+TEST_F(PageGeneration, FilesOfStylesAreListedInsteadOfCopied)
+{
+    WriteLayout("<page file=\"index.html\"/>", {{QStringLiteral("index.html"), 0}});
+    CGalleryProject& project = fixture.NewProject();
+    project.AddChildGallery(project.GetRootGalleryIndex());
+    std::map<QString, QString> uncopied;
+    const QString site = fixture.scratch.Path(QStringLiteral("site"));
+    GeneratePages(project, {site, nullptr, &uncopied}, stop, *this);
+    EXPECT_THAT(SiteFiles(QString()),
+                ElementsAre(QStringLiteral("1/index.html"), QStringLiteral("index.html")));
+    const std::map<QString, QString> listed = uncopied;
+    uncopied.clear();
+    EXPECT_EQ(Generate().pages, 2);
+    QStringList copied;
+    for (const auto& [path, source] : listed) {
+        copied += path;
+        QFile original(source);
+        EXPECT_TRUE(original.open(QIODevice::ReadOnly) &&
+                    IsFileOf(site + QLatin1Char('/') + path, original.readAll()))
+            << qPrintable(path);
+    }
+    EXPECT_TRUE(copied.contains(QStringLiteral("1/Blue/style.css")))
+        << qPrintable(copied.join(QLatin1Char(' ')));
+    for (const QString& file : SiteFiles(QString())) {
+        EXPECT_TRUE(listed.contains(file) || file.endsWith(QStringLiteral(".html"))) << qPrintable(file);
+    }
+}
+
 TEST_F(PageGeneration, ACancelInAMultipageSetLeavesThePageInProgressOut)
 {
     WriteLayout("<page file=\"p.html\" multipage=\"1\"/>", {{QStringLiteral("p.html"), 1}});
@@ -390,7 +418,7 @@ TEST_F(PageGeneration, ACancelInAMultipageSetLeavesThePageInProgressOut)
     CNoListener listener;
     CImageProduction production(listener, stop);
     CContentGeneratorFolder generator({.targetFolder = site, .bannerServer = QString()}, production);
-    CPagesGenerator writer({site, generator, production, stop, nullptr});
+    CPagesGenerator writer({site, generator, production, stop});
     CStoppingPage page(stop);
     CGalleryIterator iterator;
     iterator.Init(fixture.GetRoot());

@@ -39,7 +39,6 @@ TEST(DeployFailures, SayWhatHappenedAndWhatToDo)
          "Please publish again. What has arrived stays there"},
         {Kind::Refused, 0, "552 Disk full\r\n", "The server doesn't take pictures/a.jpg: 552 Disk full",
          "Please check on the server that you may write there and that there is space left"},
-        {Kind::Incomplete, 0, "", "pictures/a.jpg did not arrive completely", "Please publish again."},
         {Kind::LocalFile, 0, "", "The file pictures/a.jpg was changed or removed while it was published.",
          "Please publish again."},
     };

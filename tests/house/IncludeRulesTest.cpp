@@ -116,6 +116,7 @@ TEST(IncludeRules, ALibraryIsIncludedOnlyByItsOwnFolder)
         {"^<(QtWidgets|QtGui|QtWebEngine|QtWebChannel|QWidget|QApplication|QMainWindow|QDialog|QWizard|QWeb)",
          "shell"},
         {"^<(sodium|openssl/|libsecret/|libssh/)", "ftpengine"},
+        {"^<xxhash", "deploy"},
         {"^<sys/socket|^<netdb|^<poll", "ftpengine"},
     };
     for (const auto& rule : rules) {

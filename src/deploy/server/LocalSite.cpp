@@ -2,9 +2,8 @@
 
 #include <algorithm>
 #include <map>
-#include <optional>
+#include <unistd.h>
 
-#include <QCryptographicHash>
 #include <QDataStream>
 #include <QDateTime>
 #include <QFile>
@@ -14,18 +13,18 @@
 #include "common/FileSystem.h"
 #include "common/StopSignal.h"
 #include "common/WorkerPool.h"
+#include "deploy/server/ContentHash.h"
 #include "resources/StringTable.h"
 
 namespace {
 
 constexpr quint32 magic = 0x56485331;
-constexpr qint64 hashSize = 32;
 // The clocks of file systems are coarse, down to two seconds.
 constexpr int64_t restless = 3'000'000'000; // nanoseconds
 
 struct KnownHash {
     FileStamp stamp;
-    QByteArray sha256;
+    QByteArray hash;
 };
 using KnownHashes = std::map<QString, KnownHash>;
 
@@ -45,73 +44,103 @@ KnownHashes LoadHashes(const QString& path)
         QString name;
         qint64 size = 0;
         qint64 modified = 0;
-        QByteArray sha256;
-        stream >> name >> size >> modified >> sha256;
-        hashes[name] = {{size, modified}, sha256};
+        QByteArray hash;
+        stream >> name >> size >> modified >> hash;
+        hashes[name] = {{size, modified}, hash};
     }
     const bool isWhole = stream.status() == QDataStream::Ok &&
                          std::all_of(hashes.begin(), hashes.end(), [](const auto& entry) {
-                             return entry.second.sha256.size() == hashSize;
+                             return entry.second.hash.size() == CContentHash::size;
                          });
     return isWhole ? hashes : KnownHashes();
 }
 
-// Without it everything is read once more the next time.
-void SaveHashes(const QString& path, const KnownHashes& hashes)
+[[noreturn]] void ThrowNotRead(const QString& path)
 {
-    QByteArray bytes;
-    QDataStream stream(&bytes, QIODevice::WriteOnly);
-    stream.setVersion(QDataStream::Qt_6_4);
-    stream << magic << static_cast<quint32>(hashes.size());
-    for (const auto& [name, known] : hashes) {
-        stream << name << qint64{known.stamp.size} << qint64{known.stamp.modified} << known.sha256;
-    }
-    ReplaceFile(path, bytes, Durability::Plain);
+    throw CFileException(
+        path, {StringId::CouldNotOpenFile, StringId::FileDoesNotExist, StringId::CheckFolderAndFileName});
 }
 
 QByteArray HashOf(const QString& path)
 {
     QFile file(path);
-    QCryptographicHash hash(QCryptographicHash::Sha256);
-    if (!file.open(QIODevice::ReadOnly) || !hash.addData(&file)) {
-        throw CFileException(
-            path, {StringId::CouldNotOpenFile, StringId::FileDoesNotExist, StringId::CheckFolderAndFileName});
+    CContentHash hash;
+    std::vector<char> block(1024 * 1024);
+    qint64 count = -1;
+    if (file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+        while ((count = file.read(block.data(), static_cast<qint64>(block.size()))) > 0) {
+            hash.Add(block.data(), static_cast<std::size_t>(count));
+        }
     }
-    return hash.result();
+    if (count < 0) {
+        ThrowNotRead(path);
+    }
+    return hash.Get();
 }
 
 } // namespace
 
-std::vector<LocalFile> ReadLocalSite(const QString& siteFolder, const QStringList& paths,
-                                     const QString& hashesPath, const CStopSignal& stop)
+CLocalSite::CLocalSite(const SiteSources& sources, const QString& hashesPath)
+    : hashesPath(hashesPath), lookedAt(QDateTime::currentMSecsSinceEpoch() * 1'000'000)
 {
     const KnownHashes known = LoadHashes(hashesPath);
-    const int64_t now = QDateTime::currentMSecsSinceEpoch() * 1'000'000;
-    std::vector<std::optional<KnownHash>> found(static_cast<size_t>(paths.size()));
-    OnAllCores(found.size(), [&](size_t i) {
-        const QString& name = paths[static_cast<qsizetype>(i)];
-        const QString path = JoinPath(siteFolder, name);
-        const auto stamp = FileStamp::Of(path);
-        if (!stamp || stop.IsSet()) {
-            return;
+    for (const auto& [path, source] : sources) {
+        const auto stamp = FileStamp::Of(source);
+        if (!stamp) {
+            continue;
         }
-        const auto hash = known.find(name);
+        if (::access(QFile::encodeName(source).constData(), R_OK) != 0) {
+            ThrowNotRead(source);
+        }
+        const auto hash = known.find(path);
         const bool isKnown = hash != known.end() && hash->second.stamp == *stamp;
-        found[i] = KnownHash{*stamp, isKnown ? hash->second.sha256 : HashOf(path)};
+        files.push_back({.path = path,
+                         .source = source,
+                         .size = stamp->size,
+                         .modified = stamp->modified,
+                         .hash = isKnown ? hash->second.hash : QByteArray()});
+    }
+}
+
+void CLocalSite::ReadHashes(const std::function<bool(const LocalFile&)>& isNeeded, const CStopSignal& stop)
+{
+    std::vector<LocalFile*> unknown;
+    for (LocalFile& file : files) {
+        if (file.hash.isEmpty() && isNeeded(file)) {
+            unknown.push_back(&file);
+        }
+    }
+    OnAllCores(unknown.size(), [&](size_t i) {
+        if (!stop.IsSet()) {
+            unknown[i]->hash = HashOf(unknown[i]->source);
+        }
     });
-    std::vector<LocalFile> files;
-    KnownHashes kept;
-    for (size_t i = 0; i < found.size(); ++i) {
-        const QString& name = paths[static_cast<qsizetype>(i)];
-        if (found[i]) {
-            files.push_back({name, found[i]->stamp.size, found[i]->sha256});
-        }
-        if (found[i] && now - found[i]->stamp.modified > restless) {
-            kept[name] = *found[i];
+}
+
+void CLocalSite::SetHashes(const std::map<QString, QByteArray>& hashes)
+{
+    for (LocalFile& file : files) {
+        const auto found = hashes.find(file.path);
+        if (found != hashes.end()) {
+            file.hash = found->second;
         }
     }
-    if (!stop.IsSet()) {
-        SaveHashes(hashesPath, kept);
+}
+
+void CLocalSite::SaveHashes() const
+{
+    std::vector<const LocalFile*> kept;
+    for (const LocalFile& file : files) {
+        if (!file.hash.isEmpty() && lookedAt - file.modified > restless) {
+            kept.push_back(&file);
+        }
     }
-    return files;
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream.setVersion(QDataStream::Qt_6_4);
+    stream << magic << static_cast<quint32>(kept.size());
+    for (const LocalFile* const file : kept) {
+        stream << file->path << qint64{file->size} << qint64{file->modified} << file->hash;
+    }
+    ReplaceFile(hashesPath, bytes, Durability::Plain);
 }

@@ -8,11 +8,10 @@
 // Why a site couldn't be brought to a server. Thrown by value; a plain value.
 struct SendFailure {
     enum class Kind {
-        NotOpened,  // no connection, no login: status or reply say why
-        Network,    // the connection broke, and new ones didn't help: status
-        Refused,    // the server doesn't want it: reply
-        Incomplete, // what has arrived has another size
-        LocalFile,  // the file of the site on this computer has changed or can't be read
+        NotOpened, // no connection, no login: status or reply say why
+        Network,   // the connection broke, and new ones didn't help: status
+        Refused,   // the server doesn't want it, or what has arrived has another size: reply
+        LocalFile, // the file of the site on this computer has changed or can't be read
     };
 
     Kind kind = Kind::Network;

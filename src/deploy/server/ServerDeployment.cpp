@@ -3,7 +3,6 @@
 #include <QDateTime>
 
 #include "common/StopSignal.h"
-#include "deploy/server/LocalSite.h"
 #include "deploy/server/ServerLook.h"
 #include "deploy/server/SiteSender.h"
 
@@ -18,18 +17,22 @@ void CServerDeployment::TryLogin()
 {
     crew.Run(CSessionCrew::Job{QString(), [](CRemoteSession&) {
                                }});
-    // Servers don't wait while pages are made.
-    crew.Quit();
+    rest.emplace(crew);
 }
 
-SitePlan CServerDeployment::Compare(const QStringList& paths, bool removeLeftovers, const CStopSignal& stop)
+SitePlan CServerDeployment::Compare(const SiteSources& sources, bool removeLeftovers, const CStopSignal& stop)
 {
-    const std::vector<LocalFile> local = ReadLocalSite(folder.GetSite(), paths, folder.GetHashesPath(), stop);
+    rest.reset();
+    local.emplace(sources, folder.GetHashesPath());
+    const RemoteSite remote =
+        LookAtServer(crew, {setting.place, setting.projectKey, local->GetFiles()}, journal);
+    local->ReadHashes([&](const LocalFile& file) { return NeedsHash(file, remote, journal.GetSender()); },
+                      stop);
+    local->SaveHashes();
     if (stop.IsSet()) {
         throw SendCancelled();
     }
-    const RemoteSite remote = LookAtServer(crew, {setting.place, setting.projectKey, local}, journal);
-    return MakeSitePlan({.local = local,
+    return MakeSitePlan({.local = local->GetFiles(),
                          .remote = remote,
                          .stored = journal.GetStored(),
                          .sender = journal.GetSender(),
@@ -41,8 +44,7 @@ QStringList CServerDeployment::Send(const SitePlan& plan,
                                     const std::function<void(const SendProgress&)>& onProgress,
                                     const std::function<void()>& onTidy)
 {
-    CSiteSender sender({.siteFolder = folder.GetSite(),
-                        .place = setting.place,
+    CSiteSender sender({.place = setting.place,
                         .projectKey = setting.projectKey,
                         .crew = crew,
                         .journal = journal,
@@ -51,6 +53,8 @@ QStringList CServerDeployment::Send(const SitePlan& plan,
                         .onTidy = onTidy},
                        plan);
     sender.Run();
+    local->SetHashes(sender.GetSentHashes());
+    local->SaveHashes();
     return sender.GetWarnings();
 }
 

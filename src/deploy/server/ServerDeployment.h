@@ -1,11 +1,14 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 
 #include <QStringList>
 
+#include "deploy/server/LocalSite.h"
 #include "deploy/server/SendTally.h"
 #include "deploy/server/SessionCrew.h"
+#include "deploy/server/SessionRest.h"
 #include "deploy/server/SiteFolder.h"
 #include "deploy/server/SiteJournal.h"
 #include "deploy/server/SiteNames.h"
@@ -31,10 +34,11 @@ public:
     // The folder in which the site is to be made, before it is compared.
     const CSiteFolder& GetFolder() const { return folder; }
 
-    // A login that is in doubt is to be told before all pages are made.
+    // A login that is in doubt is to be told before all pages are made. What it has opened is kept alive
+    // until Compare is called.
     void TryLogin();
-    // paths: of the site's files. removeLeftovers: what the site no longer has goes from the server.
-    SitePlan Compare(const QStringList& paths, bool removeLeftovers, const CStopSignal& stop);
+    // removeLeftovers: what the site no longer has goes from the server.
+    SitePlan Compare(const SiteSources& sources, bool removeLeftovers, const CStopSignal& stop);
     // Answers warnings for people. onTidy: all is sent, and leftovers are removed next.
     QStringList Send(const SitePlan& plan, const std::function<void(const SendProgress&)>& onProgress,
                      const std::function<void()>& onTidy);
@@ -46,4 +50,6 @@ private:
     const CSiteFolder folder;
     CSessionCrew crew;
     CSiteJournal journal;
+    std::optional<CSessionRest> rest;
+    std::optional<CLocalSite> local;
 };

@@ -11,8 +11,6 @@ namespace {
 
 constexpr std::chrono::milliseconds pauses[] = {std::chrono::seconds(1), std::chrono::seconds(4),
                                                 std::chrono::seconds(10)};
-// Servers close connections that say nothing for a while, often after a minute.
-constexpr std::chrono::seconds longQuiet(20);
 // Fewer jobs than these aren't worth another login.
 constexpr size_t jobsForASession = 4;
 
@@ -211,16 +209,11 @@ CSessionCrew::Outcome CSessionCrew::DoOnce(Place& place, const Job& job, SendFai
     } catch (const FTPReply& reply) {
         reason = {
             .kind = SendFailure::Kind::Refused, .path = job.path, .status = 0, .reply = reply, .log = {}};
-        if (!IsBreak(reply)) {
+        if (IsBreak(reply)) {
+            Drop(place);
+        } else if (reply.code != RefusalCode::Incomplete) {
             throw reason;
         }
-        Drop(place);
-        return Outcome::Again;
-    } catch (const SendFailure& failed) {
-        if (failed.kind != SendFailure::Kind::Incomplete) {
-            throw;
-        }
-        reason = failed;
         return Outcome::Again;
     }
 }
@@ -228,11 +221,12 @@ CSessionCrew::Outcome CSessionCrew::DoOnce(Place& place, const Job& job, SendFai
 // True if the place has a session that can be used.
 bool CSessionCrew::Refresh(Place& place)
 {
-    if (!place.session || setting.now() - place.lastUse < longQuiet) {
+    if (!place.session || setting.now() - place.lastUse < setting.longestQuiet) {
         return place.session != nullptr;
     }
     try {
         place.session->KeepAlive();
+        place.lastUse = setting.now();
         return true;
     } catch (int) {
         // It was closed for its silence, which is no failure of what comes now.
@@ -271,6 +265,13 @@ void CSessionCrew::Drop(Place& place)
     place.session.reset();
     const CMutexLock lock(mutex);
     --openSessions;
+}
+
+void CSessionCrew::KeepAlive()
+{
+    for (Place& place : places) {
+        Refresh(place);
+    }
 }
 
 void CSessionCrew::Quit()

@@ -37,6 +37,9 @@ public:
         std::shared_ptr<CEvent> abort; // the person's cancel; breaks everything, the pauses as well
         size_t mostSessions = 4;
         std::function<void(const SendRetry&)> onRetry; // on any thread; may be empty
+        // After which a session is asked whether it still lives. Servers close connections that say nothing
+        // for a while, often after a minute.
+        std::chrono::milliseconds longestQuiet = std::chrono::seconds(20);
         // For tests; empty for the real ones.
         std::function<void(std::chrono::milliseconds)> pause;
         std::function<Clock::time_point()> now;
@@ -55,6 +58,11 @@ public:
     // what the others are at is done: SendFailure, SendCancelled, or what a job has thrown besides.
     void Run(std::vector<Job> jobs);
     void Run(Job job);
+
+    // Lets the server know that somebody is still there; what it has closed is opened again by the next job.
+    // Throws nothing.
+    void KeepAlive();
+    std::chrono::milliseconds GetLongestQuiet() const { return setting.longestQuiet; }
 
     // The goodbye after success.
     void Quit();

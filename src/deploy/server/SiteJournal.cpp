@@ -21,7 +21,7 @@ const QString SentField = QStringLiteral("sent");
 const QString StoredField = QStringLiteral("stored");
 const QString RemovedField = QStringLiteral("removed");
 const QString SizeField = QStringLiteral("size");
-const QString HashField = QStringLiteral("sha256");
+const QString HashField = QStringLiteral("hash");
 const QString TimeField = QStringLiteral("time");
 
 QByteArray Bytes(const QJsonObject& line)
@@ -38,7 +38,7 @@ QJsonObject SentLine(const QString& path, const ManifestFile& file)
 {
     return {{SentField, path},
             {SizeField, qint64{file.size}},
-            {HashField, QString::fromLatin1(file.sha256.toHex())},
+            {HashField, QString::fromLatin1(file.hash.toHex())},
             {TimeField, qint64{file.time}}};
 }
 
@@ -51,7 +51,7 @@ QJsonObject StoredLine(const QString& path, const StoredFile& file)
 {
     return {{StoredField, path},
             {SizeField, qint64{file.size}},
-            {HashField, QString::fromLatin1(file.sha256.toHex())}};
+            {HashField, QString::fromLatin1(file.hash.toHex())}};
 }
 
 } // namespace
@@ -99,7 +99,7 @@ void CSiteJournal::TakeLine(const QJsonObject& line)
         const QString sent = line[SentField].toString();
         stored.erase(sent);
         sections.back().acts[sent] = ManifestFile{.size = line[SizeField].toInteger(),
-                                                  .sha256 = HashOf(line),
+                                                  .hash = HashOf(line),
                                                   .isSeen = false,
                                                   .time = line[TimeField].toInteger(),
                                                   .rest = {}};
@@ -123,7 +123,7 @@ std::set<QString> CSiteJournal::Amend(SiteManifest& manifest) const
             }
             ManifestFile& listed = manifest.files[sitePath];
             listed.size = sent->size;
-            listed.sha256 = sent->sha256;
+            listed.hash = sent->hash;
             listed.time = sent->time;
         }
     }
@@ -158,7 +158,7 @@ std::optional<SiteManifest> CSiteJournal::FindSubstitute() const
     Amend(*substitute);
     for (auto& [sitePath, listed] : substitute->files) {
         if (wasOnServer && KindOfSiteFile(sitePath) != SiteFileKind::Asset) {
-            listed.sha256.clear();
+            listed.hash.clear();
         }
     }
     return substitute;

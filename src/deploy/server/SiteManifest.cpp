@@ -4,13 +4,13 @@
 #include <QList>
 #include <QRandomGenerator>
 
+#include "deploy/server/ContentHash.h"
 #include "deploy/server/SiteNames.h"
 
 namespace {
 
 // To be raised when readers of the form before would misunderstand it; new fields alone need nothing.
 constexpr int64_t formNumber = 1;
-constexpr qsizetype hashSize = 32; // bytes of SHA-256
 
 const QString FormField = QStringLiteral("vistorama-manifest");
 const QString ProgramField = QStringLiteral("program");
@@ -18,7 +18,7 @@ const QString ProjectField = QStringLiteral("project");
 const QString RunField = QStringLiteral("run");
 const QString PathField = QStringLiteral("path");
 const QString SizeField = QStringLiteral("size");
-const QString HashField = QStringLiteral("sha256");
+const QString HashField = QStringLiteral("hash");
 const QString SeenField = QStringLiteral("seen");
 const QString TimeField = QStringLiteral("time");
 const QString CountField = QStringLiteral("files");
@@ -41,7 +41,7 @@ QJsonObject ObjectOf(const QString& path, const ManifestFile& file)
     object[SizeField] = qint64{file.size};
     object[TimeField] = qint64{file.time};
     if (file.IsWhole()) {
-        object[HashField] = QString::fromLatin1(file.sha256.toHex());
+        object[HashField] = QString::fromLatin1(file.hash.toHex());
     } else if (file.isSeen) {
         object[SeenField] = true;
     }
@@ -54,11 +54,11 @@ std::optional<ManifestFile> TakeFile(QJsonObject& object)
     const QJsonValue size = object.take(SizeField);
     const QJsonValue hash = object.take(HashField);
     ManifestFile file{.size = size.toInteger(-1),
-                      .sha256 = QByteArray::fromHex(hash.toString().toLatin1()),
+                      .hash = QByteArray::fromHex(hash.toString().toLatin1()),
                       .isSeen = object.take(SeenField).toBool(),
                       .time = object.take(TimeField).toInteger(),
                       .rest = {}};
-    const bool isHash = hash.isUndefined() || (hash.isString() && file.sha256.size() == hashSize);
+    const bool isHash = hash.isUndefined() || (hash.isString() && file.hash.size() == CContentHash::size);
     if (file.size < 0 || !isHash) {
         return std::nullopt;
     }

@@ -10,13 +10,13 @@
 // A file that a project has put on a server.
 struct ManifestFile {
     int64_t size = 0; // bytes
-    QByteArray
-        sha256; // 32 bytes; empty while the file is on its way: it is ours, and may be old, new or absent
+    QByteArray hash;  // of CContentHash; empty while the file is on its way: it is ours, and may be old, new
+                      // or absent
     bool isSeen = false; // if it isn't whole: it was there before, so that pages may lead to it
     int64_t time = 0;    // when it was sent, by the clock of the computer that sent it; seconds since 1970
     QJsonObject rest;    // fields of other versions
 
-    bool IsWhole() const { return !sha256.isEmpty(); }
+    bool IsWhole() const { return !hash.isEmpty(); }
 };
 
 using ManifestFiles = std::map<QString, ManifestFile>; // by path of the site

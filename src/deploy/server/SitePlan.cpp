@@ -82,13 +82,13 @@ private:
         const RemoteFile* const remote = FindRemote(file.path);
         const ManifestFile* const listed = FindListed(file.path);
         if (listed && listed->IsWhole() && remote && IsAsListed(file.path, *listed, *remote) &&
-            listed->sha256 == file.sha256 && listed->size == file.size) {
+            listed->hash == file.hash && listed->size == file.size) {
             Keep(file.path, *listed);
             return;
         }
         if (listed && remote && HasGotItsName(file, *listed, *remote)) {
             const ManifestFile named{.size = file.size,
-                                     .sha256 = file.sha256,
+                                     .hash = file.hash,
                                      .isSeen = false,
                                      .time = remote->modified.value_or(0),
                                      .rest = listed->rest};
@@ -100,7 +100,7 @@ private:
             !input.remote.isManifestThere && !listed && remote && remote->size == file.size;
         if (isFormerWork && KindOfSiteFile(file.path) == SiteFileKind::Asset) {
             Keep(file.path, {.size = file.size,
-                             .sha256 = file.sha256,
+                             .hash = file.hash,
                              .isSeen = false,
                              .time = remote->modified.value_or(0),
                              .rest = {}});
@@ -120,7 +120,7 @@ private:
         const bool isYoung =
             !remote.modified || !input.remote.manifestTime || *remote.modified >= *input.remote.manifestTime;
         return input.remote.isLastOurs && !listed.IsWhole() && stored != input.stored.end() &&
-               stored->second.sha256 == file.sha256 && remote.size == file.size && isYoung &&
+               stored->second.hash == file.hash && remote.size == file.size && isYoung &&
                !FindRemote(TemporaryPathFor(input.sender, file.path));
     }
 
@@ -134,14 +134,14 @@ private:
     {
         const auto stored = input.stored.find(file.path);
         const RemoteFile* const temporary = FindRemote(TemporaryPathFor(input.sender, file.path));
-        const bool isStored = stored != input.stored.end() && stored->second.sha256 == file.sha256 &&
-                              temporary && temporary->size == file.size;
+        const bool isStored = stored != input.stored.end() && stored->second.hash == file.hash && temporary &&
+                              temporary->size == file.size;
         const ManifestFile* const listed = FindListed(file.path);
         // Pages lead to what somebody has removed: whatever that leads to has to be there first.
         const bool isSeen = !isNew || (listed && (listed->IsWhole() || listed->isSeen));
         plan.sends.push_back({file, StepOf(file.path, !isSeen), isNew, isStored});
         plan.opened[file.path] = {.size = file.size,
-                                  .sha256 = {},
+                                  .hash = {},
                                   .isSeen = isSeen,
                                   .time = 0,
                                   .rest = listed ? listed->rest : QJsonObject()};
@@ -198,7 +198,7 @@ private:
     bool IsManifestCurrent() const
     {
         const auto isSame = [](const auto& a, const auto& b) {
-            return a.first == b.first && a.second.size == b.second.size && a.second.sha256 == b.second.sha256;
+            return a.first == b.first && a.second.size == b.second.size && a.second.hash == b.second.hash;
         };
         return input.remote.isManifestThere && input.remote.amended.empty() && plan.IsEmpty() &&
                std::equal(plan.opened.begin(), plan.opened.end(), input.remote.manifest->files.begin(),
@@ -222,6 +222,15 @@ int64_t SitePlan::CountBytes() const
     return std::accumulate(
         sends.begin(), sends.end(), int64_t{0},
         [](int64_t bytes, const PlannedFile& send) { return bytes + (send.isStored ? 0 : send.file.size); });
+}
+
+bool NeedsHash(const LocalFile& file, const RemoteSite& remote, const QString& sender)
+{
+    const auto isCandidate = [&](const QString& path) {
+        const auto found = remote.files.find(path);
+        return found != remote.files.end() && found->second.size.value_or(file.size) == file.size;
+    };
+    return isCandidate(file.path) || isCandidate(TemporaryPathFor(sender, file.path));
 }
 
 SitePlan MakeSitePlan(const PlanInput& input)

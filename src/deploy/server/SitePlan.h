@@ -10,9 +10,11 @@
 
 // A file of the site as it is to be.
 struct LocalFile {
-    QString path; // of the site
-    int64_t size = 0;
-    QByteArray sha256;
+    QString path;         // of the site
+    QString source;       // where it lies
+    int64_t size = 0;     // bytes
+    int64_t modified = 0; // nanoseconds since 1970
+    QByteArray hash;      // of CContentHash; empty as long as nobody has read the file
 };
 
 // A file on the server, as far as a listing tells.
@@ -36,7 +38,7 @@ struct RemoteSite {
 // A whole file on the server that has not got its own name yet, by this computer's own notes.
 struct StoredFile {
     int64_t size = 0;
-    QByteArray sha256;
+    QByteArray hash;
 };
 
 // What a comparison looks at. References are borrowed for the call.
@@ -48,6 +50,9 @@ struct PlanInput {
     int64_t now = 0;                             // seconds since 1970
     bool removeLeftovers = true;                 // false: what the site no longer has stays on the server
 };
+
+// The server has something that may be this file, so that its hash is to be known before the comparison.
+bool NeedsHash(const LocalFile& file, const RemoteSite& remote, const QString& sender);
 
 // The order in which a site is changed, so that visitors never meet a link to something that isn't there:
 // what nobody sees yet comes first, what others lead to before what leads there, and what nobody leads to any
@@ -83,9 +88,10 @@ struct SitePlan {
     bool IsEmpty() const { return sends.empty() && CountRemoved() == 0; }
 };
 
-// Compares. A file of the manifest is sent again if the server has it no longer, or with another size, or has
-// changed it later than the manifest. Without a manifest a file of the same size counts as the project's own
-// work of earlier versions: as the same one if it is an asset, while a page is sent again.
+// Compares; a local hash that isn't known equals none. A file of the manifest is sent again if the server has
+// it no longer, or with another size, or has changed it later than the manifest. Without a manifest a file of
+// the same size counts as the project's own work of earlier versions: as the same one if it is an asset,
+// while a page is sent again.
 SitePlan MakeSitePlan(const PlanInput& input);
 
 // The directories that a comparison needs to know: of all files, and those above. "" is among them.

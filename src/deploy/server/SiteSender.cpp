@@ -7,8 +7,8 @@
 #include <QDateTime>
 #include <QFile>
 
-#include "common/FileSystem.h"
 #include "common/ProgramIdentity.h"
+#include "deploy/server/ContentHash.h"
 #include "ftpengine/messages/ServerWords.h"
 #include "resources/StringTable.h"
 
@@ -35,6 +35,29 @@ void TolerateRefusal(const Act& act)
         }
     }
 }
+
+// Hashes the bytes on their way from the disk to the network.
+class CHashedFile final : public QFile {
+public:
+    using QFile::QFile;
+
+    int64_t GetRead() const { return read; }
+    QByteArray GetHash() const { return hash.Get(); }
+
+private:
+    qint64 readData(char* bytes, qint64 most) override
+    {
+        const qint64 count = QFile::readData(bytes, most);
+        if (count > 0) {
+            hash.Add(bytes, static_cast<std::size_t>(count));
+            read += count;
+        }
+        return count;
+    }
+
+    CContentHash hash;
+    int64_t read = 0;
+};
 
 SendFailure FailureOf(SendFailure::Kind kind, const QString& path)
 {
@@ -180,24 +203,19 @@ void CSiteSender::SendFile(CRemoteSession& session, Sending& sending)
 void CSiteSender::Store(CRemoteSession& session, Sending& sending)
 {
     const LocalFile& file = sending.planned.file;
-    const QString temporary = TemporaryPathFor(setting.journal.GetSender(), file.path);
     if (setting.journal.IsStored(file.path)) {
         setting.journal.NoteUnstored(file.path);
     }
     SendBytes(session, sending);
-    const auto size = session.GetSize(setting.place.PathOf(temporary));
-    if (size.value_or(file.size) != file.size) {
-        throw FailureOf(SendFailure::Kind::Incomplete, file.path);
-    }
-    setting.journal.NoteStored(file.path, {file.size, file.sha256});
+    setting.journal.NoteStored(file.path, {file.size, file.hash});
     sending.planned.isStored = true;
 }
 
 void CSiteSender::SendBytes(CRemoteSession& session, Sending& sending)
 {
-    const LocalFile& file = sending.planned.file;
-    QFile source(JoinPath(setting.siteFolder, file.path));
-    if (!source.open(QIODevice::ReadOnly) || source.size() != file.size) {
+    LocalFile& file = sending.planned.file;
+    CHashedFile source(file.source);
+    if (!source.open(QIODevice::ReadOnly | QIODevice::Unbuffered) || source.size() != file.size) {
         throw FailureOf(SendFailure::Kind::LocalFile, source.fileName());
     }
     // Those of a try before.
@@ -207,6 +225,11 @@ void CSiteSender::SendBytes(CRemoteSession& session, Sending& sending)
         sending.counted += bytes;
         tally.AddBytes(file.path, bytes);
     });
+    if (source.GetRead() != file.size) {
+        throw FailureOf(SendFailure::Kind::LocalFile, source.fileName());
+    }
+    // What has arrived is known by what was read, whatever happens to the file.
+    file.hash = source.GetHash();
 }
 
 void CSiteSender::GiveName(CRemoteSession& session, Sending& sending)
@@ -238,10 +261,23 @@ bool CSiteSender::HasName(CRemoteSession& session, Sending& sending)
     return !sending.planned.isStored && isAtName;
 }
 
+std::map<QString, QByteArray> CSiteSender::GetSentHashes() const
+{
+    const CMutexLock lock(mutex);
+    std::map<QString, QByteArray> hashes;
+    for (const PlannedFile& send : plan.sends) {
+        const auto sent = known.find(send.file.path);
+        if (sent != known.end() && sent->second.IsWhole()) {
+            hashes[send.file.path] = sent->second.hash;
+        }
+    }
+    return hashes;
+}
+
 void CSiteSender::NoteSent(const LocalFile& file)
 {
     ManifestFile noted{.size = file.size,
-                       .sha256 = file.sha256,
+                       .hash = file.hash,
                        .isSeen = false,
                        .time = QDateTime::currentSecsSinceEpoch(),
                        .rest = {}};
@@ -368,13 +404,10 @@ bool CSiteSender::PutManifest(CRemoteSession& session, const QByteArray& bytes)
             session.MakeDirectory(setting.place.PathOf(ManifestFolder));
         }
         session.Send(source, setting.place.PathOf(temporary), {});
-        if (session.GetSize(setting.place.PathOf(temporary)).value_or(bytes.size()) != bytes.size()) {
-            throw FailureOf(SendFailure::Kind::Incomplete, path);
-        }
         session.Rename(setting.place.PathOf(temporary), setting.place.PathOf(path));
     } catch (const FTPReply& reply) {
         // A full server is no reason to go on without one.
-        if (IsBreak(reply) || isManifestTaken) {
+        if (IsBreak(reply) || reply.code == RefusalCode::Incomplete || isManifestTaken) {
             throw;
         }
         return false;

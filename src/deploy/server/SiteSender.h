@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <set>
 #include <vector>
 
@@ -20,7 +21,6 @@ class CSiteSender final {
 public:
     // All that is borrowed outlives the sender.
     struct Setting {
-        QString siteFolder; // of the local site
         ServerPlace place;
         QString projectKey;
         CSessionCrew& crew;
@@ -39,6 +39,8 @@ public:
 
     // What didn't keep the run from its end; for people, complete after Run.
     const QStringList& GetWarnings() const { return warnings; }
+    // Of the files that were sent, by path: what their bytes were when they were read.
+    std::map<QString, QByteArray> GetSentHashes() const;
 
 private:
     // A file that is being sent. Used by the thread that does its job.
@@ -76,7 +78,7 @@ private:
     QStringList warnings;
     bool isManifestTaken; // the server has one of ours; of one job at a time
 
-    CMutex mutex;
+    mutable CMutex mutex;
     ManifestFiles known VISTORAMA_GUARDED_BY(mutex); // the manifest as it would be now
     std::set<QString> removed VISTORAMA_GUARDED_BY(mutex);
     QStringList notRemoved VISTORAMA_GUARDED_BY(mutex);

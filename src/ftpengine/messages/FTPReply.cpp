@@ -21,6 +21,11 @@ bool IsCode(std::string_view text)
 
 } // namespace
 
+FTPReply MakeRefusal(int32_t code, const QString& text)
+{
+    return {.code = code, .text = QStringLiteral("%1 %2\r\n").arg(QString::number(code), text)};
+}
+
 FTPReply ReadReply(std::string_view bytes)
 {
     constexpr std::string_view lineEnd = "\r\n";

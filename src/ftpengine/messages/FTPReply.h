@@ -14,6 +14,19 @@ struct FTPReply {
     int32_t GetGroup() const { return code / 100; }
 };
 
+// Codes of refusals that this side gives a meaning to (RFC 959, 4.2); those of other protocols are translated
+// into them.
+namespace RefusalCode {
+inline constexpr int32_t Incomplete = 451; // "local error in processing"
+inline constexpr int32_t NotImplemented = 502;
+inline constexpr int32_t NotLoggedIn = 530;
+inline constexpr int32_t NotAvailable = 550;
+inline constexpr int32_t NoSpace = 552;
+} // namespace RefusalCode
+
+// With the code before the text and the line's end after it.
+FTPReply MakeRefusal(int32_t code, const QString& text);
+
 // The reply in its bytes. The last line decides, and its head alone: whether a line says that
 // others follow ("230-") is not looked at. No bytes, or no number at the head of the last line: code 0.
 // "230-Hello\r\n230 OK\r\n" gives 230 and "230 OK\r\n".

@@ -8,6 +8,7 @@
 #include "ftpengine/session/DeviceSender.h"
 #include "ftpengine/session/FTPLogin.h"
 #include "ftpengine/session/FTPReplyValues.h"
+#include "resources/StringTable.h"
 
 namespace {
 
@@ -153,8 +154,9 @@ void CFTPSession::Send(QIODevice& source, const QString& path, const Progress& p
     dialogue.Transfer("STOR", Narrow(path), sender);
     const auto size = GetSize(path);
     if (size && *size != sender.GetSent()) {
-        // As good as a connection that was cut: worth another try.
-        ThrowTraced("Send, GetSize throws: ", EngineStatus::ConnectionReset);
+        throw MakeRefusal(RefusalCode::Incomplete,
+                          Text(StringId::ServerHoldsOtherSize, path, QString::number(*size),
+                               QString::number(sender.GetSent())));
     }
 }
 

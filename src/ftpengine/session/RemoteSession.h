@@ -50,7 +50,8 @@ public:
     // Refused if it isn't empty.
     virtual void RemoveDirectory(const QString& path) = 0;
     // Sends from the source's position to its end. A file of that name is replaced. When it returns, the
-    // server has confirmed the file; after a failure what is there is incomplete.
+    // server has confirmed the file and, where it tells sizes, holds all of it; after a failure what is there
+    // is incomplete. A refusal with 451 if the server holds another size.
     virtual void Send(QIODevice& source, const QString& path, const Progress& progress) = 0;
     // A small file; throws MessageTooLong if it has more than maximum bytes. Nothing if there is no such
     // file.

@@ -68,8 +68,3 @@ FTPReply TranslateRefusal(const SftpStatus& status, const QString& what)
     return MakeRefusal(TellsOfNoSpace(words) ? RefusalCode::NoSpace : usual,
                        what + QStringLiteral(": ") + words);
 }
-
-FTPReply MakeRefusal(int32_t code, const QString& text)
-{
-    return {.code = code, .text = QStringLiteral("%1 %2\r\n").arg(QString::number(code), text)};
-}

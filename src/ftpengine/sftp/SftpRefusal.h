@@ -16,18 +16,6 @@ inline constexpr uint32_t Failure = 4;
 inline constexpr uint32_t NoSuchPath = 10; // of later versions; servers of version 3 send it, too
 } // namespace SftpCode
 
-// Codes of FTP (RFC 959, 4.2) into which those of other protocols are translated.
-namespace RefusalCode {
-inline constexpr int32_t Incomplete = 451;
-inline constexpr int32_t NotImplemented = 502;
-inline constexpr int32_t NotLoggedIn = 530;
-inline constexpr int32_t NotAvailable = 550;
-inline constexpr int32_t NoSpace = 552;
-} // namespace RefusalCode
-
 // A refusal as a server of FTP would have told it: "550 www/a.html: Permission denied\r\n". what: the path
 // that it is about. Throws 10054 for a status that says that the connection is gone.
 FTPReply TranslateRefusal(const SftpStatus& status, const QString& what);
-
-// With the code before the text and the line's end after it.
-FTPReply MakeRefusal(int32_t code, const QString& text);

@@ -3,11 +3,11 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include <QCryptographicHash>
 #include <gtest/gtest.h>
 
 #include "common/Exceptions.h"
 #include "common/StopSignal.h"
+#include "deploy/server/ContentHash.h"
 #include "support/ScratchFolder.h"
 
 namespace {
@@ -24,9 +24,21 @@ protected:
             paths += name;
         }
     }
+    // The hashes of all files.
     std::vector<LocalFile> Read()
     {
-        return ReadLocalSite(scratch.Path(QStringLiteral("site/")), paths, hashesPath, stop);
+        return ReadThose([](const LocalFile&) { return true; });
+    }
+    std::vector<LocalFile> ReadThose(const std::function<bool(const LocalFile&)>& isNeeded)
+    {
+        SiteSources sources;
+        for (const QString& path : paths) {
+            sources[path] = scratch.Path(QStringLiteral("site/") + path);
+        }
+        CLocalSite site(sources, hashesPath);
+        site.ReadHashes(isNeeded, stop);
+        site.SaveHashes();
+        return site.GetFiles();
     }
 
     const CScratchFolder scratch;
@@ -38,7 +50,7 @@ protected:
 
 QByteArray HashOf(const QByteArray& bytes)
 {
-    return QCryptographicHash::hash(bytes, QCryptographicHash::Sha256);
+    return CContentHash::Of(bytes);
 }
 
 } // namespace
@@ -51,9 +63,10 @@ TEST_F(LocalSite, TellsSizesAndHashesOfTheFilesThatAreThere)
     const std::vector<LocalFile> files = Read();
     ASSERT_EQ(files.size(), 2u);
     EXPECT_EQ(files[0].path, page);
+    EXPECT_EQ(files[0].source, scratch.Path(QStringLiteral("site/index.html")));
     EXPECT_EQ(files[0].size, 5);
-    EXPECT_EQ(files[0].sha256, HashOf("hello"));
-    EXPECT_EQ(files[1].sha256, HashOf(""));
+    EXPECT_EQ(files[0].hash, HashOf("hello"));
+    EXPECT_EQ(files[1].hash, HashOf(""));
 }
 
 // Shown by a change that neither size nor time tells of.
@@ -62,11 +75,11 @@ TEST_F(LocalSite, AFileOfTheSameSizeAndTimeIsNotReadAgain)
     Write(page, "hello");
     Read();
     Write(page, "world");
-    EXPECT_EQ(Read()[0].sha256, HashOf("hello"));
+    EXPECT_EQ(Read()[0].hash, HashOf("hello"));
     Write(page, "world", 1'000'000'001);
-    EXPECT_EQ(Read()[0].sha256, HashOf("world"));
+    EXPECT_EQ(Read()[0].hash, HashOf("world"));
     Write(page, "worlds", 1'000'000'001);
-    EXPECT_EQ(Read()[0].sha256, HashOf("worlds"));
+    EXPECT_EQ(Read()[0].hash, HashOf("worlds"));
 }
 
 TEST_F(LocalSite, AFileThatWasJustWrittenIsReadAgain)
@@ -74,7 +87,44 @@ TEST_F(LocalSite, AFileThatWasJustWrittenIsReadAgain)
     Write(page, "hello", ::time(nullptr));
     Read();
     Write(page, "world", ::time(nullptr));
-    EXPECT_EQ(Read()[0].sha256, HashOf("world"));
+    EXPECT_EQ(Read()[0].hash, HashOf("world"));
+}
+
+TEST_F(LocalSite, OnlyWhatIsNeededIsRead)
+{
+    Write(page, "hello");
+    Write(QStringLiteral("film.mp4"), "long");
+    const auto isPage = [this](const LocalFile& file) {
+        return file.path == page;
+    };
+    std::vector<LocalFile> files = ReadThose(isPage);
+    EXPECT_EQ(files[0].hash, QByteArray()) << "film.mp4";
+    EXPECT_EQ(files[1].hash, HashOf("hello"));
+    files = ReadThose([](const LocalFile&) { return false; });
+    EXPECT_EQ(files[0].hash, QByteArray());
+    EXPECT_EQ(files[1].hash, HashOf("hello")) << "known from the time before";
+}
+
+TEST_F(LocalSite, WhatWasReadElsewhereIsKept)
+{
+    Write(page, "hello");
+    const SiteSources sources{{page, scratch.Path(QStringLiteral("site/index.html"))}};
+    CLocalSite first(sources, hashesPath);
+    first.SetHashes({{page, HashOf("read on its way")}, {QStringLiteral("other"), HashOf("")}});
+    first.SaveHashes();
+    const CLocalSite second(sources, hashesPath);
+    EXPECT_EQ(second.GetFiles()[0].hash, HashOf("read on its way"));
+}
+
+// The numbers are those that other programs print for the same bytes ("xxhsum -H2").
+TEST(ContentHash, IsTheStandardOne)
+{
+    EXPECT_EQ(CContentHash::Of("").toHex(), "99aa06d3014798d86001c324468d497f");
+    EXPECT_EQ(CContentHash::Of("hello").toHex(), "b5e9c1ad071b3e7fc779cfaa5e523818");
+    CContentHash hash;
+    hash.Add("he", 2);
+    hash.Add("llo", 3);
+    EXPECT_EQ(hash.Get(), CContentHash::Of("hello"));
 }
 
 TEST_F(LocalSite, DamagedHashesAreNone)
@@ -86,7 +136,7 @@ TEST_F(LocalSite, DamagedHashesAreNone)
     Write(page, "world");
     for (const QByteArray& damaged : {whole.chopped(1), whole.left(6), "x" + whole.mid(1)}) {
         scratch.Write(QStringLiteral("hashes"), damaged);
-        EXPECT_EQ(Read()[0].sha256, HashOf("world"));
+        EXPECT_EQ(Read()[0].hash, HashOf("world"));
     }
 }
 

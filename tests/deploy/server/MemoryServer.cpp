@@ -166,10 +166,16 @@ public:
         if (fault == Fault::NoSpace) {
             throw Refusal(552, "Disk full");
         }
+        if (fault == Fault::StoreLess && server.tellsSizes) {
+            throw Refusal(451, "The server holds another size");
+        }
         if (taken.size() == bytes.size()) {
             server.sentPaths.insert(path);
         }
         End(fault);
+        if (server.onConfirmed) {
+            server.onConfirmed(path);
+        }
     }
 
     std::optional<QByteArray> Read(const QString& path, int64_t maximum) override
@@ -191,9 +197,6 @@ public:
         const Fault fault = Begin(Verb::GetSize, path);
         const auto* const file = server.Find(path);
         End(fault);
-        if (file && server.onConfirmed) {
-            server.onConfirmed(path);
-        }
         return file && server.tellsSizes ? std::optional<int64_t>(file->bytes.size()) : std::nullopt;
     }
 

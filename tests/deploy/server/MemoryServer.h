@@ -36,7 +36,7 @@ public:
         Refuse,     // 550
         NoSpace,    // 552 in the middle of a file
         Goodbye,    // 421
-        StoreLess,  // a part of the file is stored, and all is confirmed
+        StoreLess,  // a part of the file is stored, and the transfer is confirmed
         KillBefore, // the program is ended
         KillInside,
         KillAfter,
@@ -55,7 +55,7 @@ public:
 
     // What the server is like. To be set before it is used.
     size_t mostSessions = 100;
-    bool tellsSizes = true; // when it is asked for one; listings have them
+    bool tellsSizes = true; // when it is asked for one, and after a transfer; listings have them
     bool tellsTimes = true;
     bool takesDotNames = true;
     bool renamesOver = true; // else a file in the way is removed first, as a step of its own
@@ -65,7 +65,7 @@ public:
     std::function<void()> onChange; // a client has changed something
     std::function<void(const QString& oldPath, const QString& newPath)> onNamed; // a file was renamed
     std::function<void(const QString& path)> onLost; // a rename was broken after the file in its way had gone
-    std::function<void(const QString& path)> onConfirmed; // a client was told a file's size
+    std::function<void(const QString& path)> onConfirmed; // a client was told that a file is there
     std::function<void(const QString& path, const QByteArray& bytes)> onSend; // a client begins to send
 
     SessionOpener MakeOpener(const std::shared_ptr<CEvent>& abort);

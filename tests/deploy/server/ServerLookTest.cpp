@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "MemoryServer.h"
+#include "deploy/server/ContentHash.h"
 #include "deploy/server/SiteJournal.h"
 #include "ftpengine/messages/EngineStatus.h"
 #include "support/ScratchFolder.h"
@@ -13,6 +14,14 @@ using Verb = CMemoryServer::Verb;
 using Fault = CMemoryServer::Fault;
 
 const QString ProjectKey = QStringLiteral("0123456789abcdef0123456789abcdef");
+
+LocalFile FileOf(const QString& path)
+{
+    LocalFile file;
+    file.path = path;
+    file.size = 1;
+    return file;
+}
 
 class ServerLookTest : public testing::Test {
 protected:
@@ -40,8 +49,8 @@ protected:
     CMemoryServer server;
     const std::shared_ptr<CEvent> abort = std::make_shared<CEvent>();
     const ServerPlace place{QStringLiteral("web")};
-    std::vector<LocalFile> local{{QStringLiteral("2/pictures/a.jpg"), 1, {}},
-                                 {QStringLiteral("index.html"), 1, {}}};
+    std::vector<LocalFile> local{FileOf(QStringLiteral("2/pictures/a.jpg")),
+                                 FileOf(QStringLiteral("index.html"))};
     std::set<QString> listed;
 };
 
@@ -77,7 +86,7 @@ TEST_F(ServerLookTest, ReadsTheManifestAndLooksWhereItHasFiles)
 {
     SiteManifest manifest;
     manifest.files[QStringLiteral("3/old.html")] =
-        ManifestFile{.size = 1, .sha256 = {}, .isSeen = false, .time = 0, .rest = {}};
+        ManifestFile{.size = 1, .hash = {}, .isSeen = false, .time = 0, .rest = {}};
     server.Put(QStringLiteral("web/3/old.html"), "x");
     server.Put(place.PathOf(ManifestPathFor(ProjectKey)), manifest.Format());
     const RemoteSite site = Look();
@@ -102,12 +111,13 @@ TEST_F(ServerLookTest, TheNotesOfThisComputerCompleteTheManifest)
     SiteManifest manifest;
     manifest.run = QStringLiteral("r1");
     manifest.files[QStringLiteral("index.html")] =
-        ManifestFile{.size = 1, .sha256 = {}, .isSeen = false, .time = 0, .rest = {}};
+        ManifestFile{.size = 1, .hash = {}, .isSeen = false, .time = 0, .rest = {}};
     server.Put(place.PathOf(ManifestPathFor(ProjectKey)), manifest.Format());
     CSiteJournal journal(scratch.Path(QStringLiteral("journal")));
     journal.BeginRun(manifest.run);
-    journal.NoteSent(QStringLiteral("index.html"),
-                     {.size = 1, .sha256 = QByteArray(32, 'a'), .isSeen = false, .time = 0, .rest = {}});
+    journal.NoteSent(
+        QStringLiteral("index.html"),
+        {.size = 1, .hash = QByteArray(CContentHash::size, 'a'), .isSeen = false, .time = 0, .rest = {}});
     const RemoteSite site = Look();
     EXPECT_TRUE(site.manifest->files.at(QStringLiteral("index.html")).IsWhole());
     EXPECT_EQ(site.amended, std::set<QString>{QStringLiteral("index.html")});

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "MemoryServer.h"
+#include "deploy/server/SessionRest.h"
 #include "ftpengine/messages/EngineStatus.h"
 
 namespace {
@@ -318,4 +319,51 @@ TEST_F(SessionCrew, WhatAJobThrowsBesidesComesOut)
     };
     CSessionCrew other(setting);
     EXPECT_THROW(other.Run(Jobs(1)), std::runtime_error);
+}
+
+// "Local error in processing", and what a session says of a file that has arrived with another size.
+TEST_F(SessionCrew, WhatTheServerCouldNotDoThisTimeIsTriedAgain)
+{
+    int calls = 0;
+    CSessionCrew crew(Setting(1));
+    crew.Run(CSessionCrew::Job{QStringLiteral("1"), [&calls](CRemoteSession&) {
+                                   if (++calls < 3) {
+                                       throw MakeRefusal(RefusalCode::Incomplete,
+                                                         QStringLiteral("half of it"));
+                                   }
+                               }});
+    EXPECT_EQ(calls, 3);
+    EXPECT_EQ(retries.size(), 2u);
+    EXPECT_EQ(server.openSessions, 1u) << "the connection stays";
+}
+
+// In real time: the server sees it within a fraction of what the time limit of the test allows.
+TEST_F(SessionCrew, SessionsAreKeptAliveWhileThereIsNoWork)
+{
+    std::mutex waiting;
+    std::condition_variable asked;
+    int times = 0;
+    server.onOperation = [&](const CMemoryServer::Operation& operation) {
+        if (operation.verb == Verb::KeepAlive) {
+            const std::lock_guard lock(waiting);
+            ++times;
+            asked.notify_all();
+        }
+        return times == 2 ? Fault::CutBefore : Fault::None;
+    };
+    CSessionCrew::Setting setting = Setting(1);
+    setting.longestQuiet = 1ms;
+    setting.now = {};
+    CSessionCrew crew(setting);
+    crew.Run(Jobs(1));
+    {
+        const CSessionRest rest(crew);
+        std::unique_lock lock(waiting);
+        EXPECT_TRUE(asked.wait_for(lock, 60s, [&] { return times == 2; }));
+    }
+    EXPECT_EQ(server.openSessions, 0u) << "the server has closed it";
+    server.onOperation = {};
+    server.Put(QStringLiteral("0"), "x");
+    crew.Run(Jobs(1));
+    EXPECT_TRUE(retries.empty()) << "which is no failure";
 }

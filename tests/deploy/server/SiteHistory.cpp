@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cstdio>
 
-#include <QCryptographicHash>
 #include <QFile>
 #include <QRegularExpression>
 
+#include "deploy/server/ContentHash.h"
 #include "deploy/server/ServerLook.h"
 #include "deploy/server/SiteJournal.h"
 #include "deploy/server/SiteSender.h"
@@ -198,7 +198,11 @@ CSiteHistory::End CSiteHistory::Deploy(bool overwrite)
 {
     std::vector<LocalFile> local;
     for (const auto& [path, bytes] : site) {
-        local.push_back({path, bytes.size(), QCryptographicHash::hash(bytes, QCryptographicHash::Sha256)});
+        local.push_back({.path = path,
+                         .source = scratch.Path(QStringLiteral("site/") + path),
+                         .size = bytes.size(),
+                         .modified = 0,
+                         .hash = CContentHash::Of(bytes)});
     }
     abort = std::make_shared<CEvent>();
     if (server.takesDotNames && !server.Find(ManifestPathFor(ProjectKey))) {
@@ -223,8 +227,7 @@ CSiteHistory::End CSiteHistory::Deploy(bool overwrite)
         if (!plan.strangers.isEmpty() && !overwrite) {
             return End::Doubts;
         }
-        CSiteSender sender({.siteFolder = scratch.Path(QStringLiteral("site/")),
-                            .place = place,
+        CSiteSender sender({.place = place,
                             .projectKey = ProjectKey,
                             .crew = crew,
                             .journal = journal,

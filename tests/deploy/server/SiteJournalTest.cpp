@@ -2,17 +2,18 @@
 
 #include <gtest/gtest.h>
 
+#include "deploy/server/ContentHash.h"
 #include "deploy/server/SiteNames.h"
 #include "support/ScratchFolder.h"
 
 namespace {
 
-const QByteArray One(32, '1');
-const QByteArray Two(32, '2');
+const QByteArray One(CContentHash::size, '1');
+const QByteArray Two(CContentHash::size, '2');
 
-ManifestFile Sent(const QByteArray& sha256)
+ManifestFile Sent(const QByteArray& hash)
 {
-    return {.size = 7, .sha256 = sha256, .isSeen = false, .time = 99, .rest = {}};
+    return {.size = 7, .hash = hash, .isSeen = false, .time = 99, .rest = {}};
 }
 
 SiteManifest ManifestOf(const char* run)
@@ -20,7 +21,7 @@ SiteManifest ManifestOf(const char* run)
     SiteManifest manifest;
     manifest.run = QString::fromLatin1(run);
     manifest.files[QStringLiteral("a.html")] = {
-        .size = 7, .sha256 = {}, .isSeen = false, .time = 0, .rest = {}};
+        .size = 7, .hash = {}, .isSeen = false, .time = 0, .rest = {}};
     manifest.files[QStringLiteral("pictures/b.jpg")] = Sent(One);
     return manifest;
 }
@@ -30,7 +31,7 @@ QString Told(const SiteManifest& manifest)
 {
     QStringList words;
     for (const auto& [path, file] : manifest.files) {
-        words += path + QLatin1Char('=') + (file.IsWhole() ? QLatin1Char(file.sha256[0]) : QLatin1Char('?'));
+        words += path + QLatin1Char('=') + (file.IsWhole() ? QLatin1Char(file.hash[0]) : QLatin1Char('?'));
     }
     return words.join(QLatin1Char(' '));
 }
@@ -138,7 +139,7 @@ TEST_F(SiteJournal, KnowsWhatIsThereUnderATemporaryName)
     EXPECT_EQ(second.GetSender(), first.GetSender());
     ASSERT_EQ(second.GetStored().size(), 1u);
     EXPECT_EQ(second.GetStored().begin()->first, QStringLiteral("a"));
-    EXPECT_EQ(second.GetStored().begin()->second.sha256, One);
+    EXPECT_EQ(second.GetStored().begin()->second.hash, One);
     EXPECT_TRUE(second.IsStored(QStringLiteral("a")));
     EXPECT_FALSE(second.IsStored(QStringLiteral("b")));
 }

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "deploy/server/ContentHash.h"
+
 namespace {
 
 SiteManifest Sample()
@@ -12,16 +14,16 @@ SiteManifest Sample()
                           .files = {},
                           .rest = {}};
     manifest.files[QStringLiteral("index.html")] = {.size = 5'000'000'000,
-                                                    .sha256 = QByteArray(32, '\x1f'),
+                                                    .hash = QByteArray(CContentHash::size, '\x1f'),
                                                     .isSeen = false,
                                                     .time = 1'800'000'000,
                                                     .rest = {}};
     manifest.files[QString::fromUtf8("pictures/\"größe\".jpg")] = {
-        .size = 0, .sha256 = {}, .isSeen = true, .time = 0, .rest = {}};
+        .size = 0, .hash = {}, .isSeen = true, .time = 0, .rest = {}};
     return manifest;
 }
 
-const QByteArray Hash = "\"sha256\":\"" + QByteArray(32, '\x1f').toHex() + "\"";
+const QByteArray Hash = "\"hash\":\"" + QByteArray(CContentHash::size, '\x1f').toHex() + "\"";
 
 } // namespace
 
@@ -78,8 +80,8 @@ TEST(SiteManifest, ADamagedOrNewerOneIsNone)
         {"\"files\":2", "\"files\":3"},
         {"\"size\":0", "\"size\":-1"},
         {"\"size\":0", "\"size\":\"0\""},
-        {"\"sha256\":\"1f", "\"sha256\":\""},
-        {"\"sha256\":\"1f", "\"sha256\":\"zz"},
+        {"\"hash\":\"1f", "\"hash\":\""},
+        {"\"hash\":\"1f", "\"hash\":\"zz"},
         {"\"path\":\"index.html\"", "\"path\":7"},
         {"\"path\":\"index.html\"", "\"path\" \"index.html\""},
         {"{\"path\"", "[\"path\""},

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "deploy/server/ContentHash.h"
 #include "deploy/server/SiteNames.h"
 
 namespace {
@@ -12,7 +13,7 @@ constexpr int64_t ManifestTime = 1'000'000;
 
 QByteArray HashOf(char content)
 {
-    return QByteArray(32, content);
+    return QByteArray(CContentHash::size, content);
 }
 
 QString Path(const char* path)
@@ -32,7 +33,8 @@ protected:
 
     void AddLocal(const char* path, char content, int64_t size = 10)
     {
-        local.push_back({Path(path), size, HashOf(content)});
+        local.push_back(
+            {.path = Path(path), .source = {}, .size = size, .modified = 0, .hash = HashOf(content)});
     }
     void AddRemote(const char* path, int64_t size = 10, int64_t modified = ManifestTime)
     {
@@ -41,7 +43,7 @@ protected:
     void AddListed(const char* path, char content, int64_t size = 10)
     {
         remote.manifest->files[Path(path)] = {
-            .size = size, .sha256 = HashOf(content), .isSeen = false, .time = 5, .rest = {}};
+            .size = size, .hash = HashOf(content), .isSeen = false, .time = 5, .rest = {}};
     }
     // As it is on both sides.
     void AddSame(const char* path)
@@ -184,7 +186,7 @@ TEST_F(PlanOfSite, WhatWasSentAfterTheManifestIsYoungerAndStays)
 TEST_F(PlanOfSite, WhatWasUnderWayIsSentAgain)
 {
     AddSame("a.jpg");
-    remote.manifest->files[Path("a.jpg")].sha256.clear();
+    remote.manifest->files[Path("a.jpg")].hash.clear();
     EXPECT_EQ(Told(), Path("*a.jpg"));
     EXPECT_TRUE(Make().strangers.isEmpty());
 }
@@ -219,7 +221,7 @@ TEST_F(PlanOfSite, WithoutAManifestAssetsOfTheSameSizeStay)
     const SitePlan plan = Make();
     EXPECT_EQ(Told(), Path("*pictures/b.jpg *p.html *index.html"));
     EXPECT_EQ(plan.strangers, QStringList({Path("pictures/b.jpg"), Path("p.html")}));
-    EXPECT_EQ(plan.opened.at(Path("pictures/a.jpg")).sha256, HashOf('a'));
+    EXPECT_EQ(plan.opened.at(Path("pictures/a.jpg")).hash, HashOf('a'));
     EXPECT_FALSE(plan.isManifestCurrent);
 }
 
@@ -286,7 +288,7 @@ TEST_F(PlanOfSite, AFileThatIsThereUnderATemporaryNameIsOnlyRenamed)
         remote.files[temporary] = {10, ManifestTime};
         stored[Path(path)] = {10, HashOf('a')};
     }
-    stored[Path("pictures/b.jpg")].sha256 = HashOf('b');                                // of another time
+    stored[Path("pictures/b.jpg")].hash = HashOf('b');                                  // of another time
     remote.files[TemporaryPathFor(Sender, Path("pictures/c.jpg"))] = {9, ManifestTime}; // not whole
     const SitePlan plan = Make();
     ASSERT_EQ(plan.sends.size(), 3u);
@@ -309,7 +311,7 @@ TEST_F(PlanOfSite, AFileThatHasGotItsNameUnnoticedIsNotSentAgain)
     AddLocal("pictures/a.jpg", 'a');
     AddRemote("pictures/a.jpg", 10, ManifestTime + 5);
     remote.manifest->files[Path("pictures/a.jpg")] = {
-        .size = 10, .sha256 = {}, .isSeen = false, .time = 0, .rest = {}};
+        .size = 10, .hash = {}, .isSeen = false, .time = 0, .rest = {}};
     stored[Path("pictures/a.jpg")] = {10, HashOf('a')};
     remote.isLastOurs = true;
     EXPECT_FALSE(isSent());
@@ -323,9 +325,9 @@ TEST_F(PlanOfSite, AFileThatHasGotItsNameUnnoticedIsNotSentAgain)
     AddRemote("pictures/a.jpg", 9, ManifestTime + 5);
     EXPECT_TRUE(isSent());
     AddRemote("pictures/a.jpg", 10, ManifestTime + 5);
-    stored[Path("pictures/a.jpg")].sha256 = HashOf('b');
+    stored[Path("pictures/a.jpg")].hash = HashOf('b');
     EXPECT_TRUE(isSent());
-    stored[Path("pictures/a.jpg")].sha256 = HashOf('a');
+    stored[Path("pictures/a.jpg")].hash = HashOf('a');
     remote.files[TemporaryPathFor(Sender, Path("pictures/a.jpg"))] = {10, ManifestTime};
     EXPECT_TRUE(isSent());
 }
@@ -354,8 +356,33 @@ TEST_F(PlanOfSite, OnlyMissingDirectoriesAreMadeUpperOnesFirst)
 TEST(SitePlan, KnowsTheDirectoriesOfBothSides)
 {
     const std::set<QString> expected{QString(), Path("2"), Path("2/pictures"), Path("Blue"), Path("Blue/x")};
-    EXPECT_EQ(DirectoriesOf({{Path("2/pictures/a.jpg"), 1, {}}},
+    EXPECT_EQ(DirectoriesOf({{Path("2/pictures/a.jpg"), {}, 1, 0, {}}},
                             {{Path("Blue/x/a.css"), ManifestFile()}, {Path("index.html"), ManifestFile()}}),
               expected);
     EXPECT_EQ(DirectoriesOf({}, {}), std::set<QString>{QString()});
+}
+
+// A file that nobody has read yet may be any.
+TEST_F(PlanOfSite, AFileWhoseHashIsNotKnownIsSent)
+{
+    AddSame("index.html");
+    local[0].hash.clear();
+    EXPECT_EQ(Told(), "*index.html");
+}
+
+TEST_F(PlanOfSite, AHashIsNeededOnlyForWhatMayBeThereAlready)
+{
+    const auto isNeeded = [this](const char* path) {
+        AddLocal(path, 'a');
+        return NeedsHash(local.back(), remote, Sender);
+    };
+    EXPECT_FALSE(isNeeded("new.jpg"));
+    AddRemote("longer.jpg", 11);
+    EXPECT_FALSE(isNeeded("longer.jpg"));
+    AddRemote("same.jpg", 10);
+    EXPECT_TRUE(isNeeded("same.jpg"));
+    remote.files[Path("untold.jpg")] = {};
+    EXPECT_TRUE(isNeeded("untold.jpg"));
+    remote.files[TemporaryPathFor(Sender, Path("arrived.jpg"))] = {10, ManifestTime};
+    EXPECT_TRUE(isNeeded("arrived.jpg"));
 }

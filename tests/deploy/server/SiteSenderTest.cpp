@@ -1,9 +1,9 @@
 #include "deploy/server/SiteSender.h"
 
-#include <QCryptographicHash>
 #include <gtest/gtest.h>
 
 #include "MemoryServer.h"
+#include "deploy/server/ContentHash.h"
 #include "deploy/server/ServerLook.h"
 #include "support/ScratchFolder.h"
 
@@ -35,8 +35,11 @@ protected:
     {
         std::vector<LocalFile> local;
         for (const auto& [path, bytes] : site) {
-            local.push_back(
-                {path, bytes.size(), QCryptographicHash::hash(bytes, QCryptographicHash::Sha256)});
+            local.push_back({.path = path,
+                             .source = scratch.Path(QStringLiteral("site/") + path),
+                             .size = bytes.size(),
+                             .modified = 0,
+                             .hash = CContentHash::Of(bytes)});
         }
         CSessionCrew crew({.open = server.MakeOpener(abort),
                            .abort = abort,
@@ -52,8 +55,7 @@ protected:
                              .sender = journal.GetSender(),
                              .now = server.clock,
                              .removeLeftovers = true});
-        CSiteSender sender({.siteFolder = scratch.Path(QStringLiteral("site")),
-                            .place = place,
+        CSiteSender sender({.place = place,
                             .projectKey = ProjectKey,
                             .crew = crew,
                             .journal = journal,
@@ -347,6 +349,15 @@ TEST_F(SiteSender, AFileThatChangedMeanwhileIsAFailureOfThisComputer)
     const SendFailure failure = FailureOfDeploy();
     EXPECT_EQ(failure.kind, SendFailure::Kind::LocalFile);
     EXPECT_TRUE(failure.path.endsWith(QStringLiteral("site/p1.html")));
+}
+
+// The manifest tells of the bytes that have arrived, not of those that were there when the run began.
+TEST_F(SiteSender, AFileThatWasReplacedMeanwhileIsKnownByWhatWasSent)
+{
+    scratch.Write(QStringLiteral("site/p1.html"), "PAGE");
+    Deploy();
+    EXPECT_EQ(Served("p1.html"), "PAGE");
+    EXPECT_EQ(Manifest()->files.at(QStringLiteral("p1.html")).hash, CContentHash::Of("PAGE"));
 }
 
 TEST_F(SiteSender, AServerThatTakesNoManifestGetsTheSiteAllTheSame)
