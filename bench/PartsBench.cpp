@@ -1,9 +1,8 @@
 // Pieces that run often, by Google Benchmark.
 
+#include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <sys/stat.h>
-
-#include <benchmark/benchmark.h>
 
 #include <QCoreApplication>
 #include <QFile>
@@ -160,36 +159,44 @@ void ParseListing(benchmark::State& state)
 }
 BENCHMARK(ParseListing);
 
-// What is left to do here when a site of 5,000 files has not changed: its hashes, the manifest as it comes from
-// the server, the comparison.
+// What is left to do here when a site of 5,000 files has not changed: its hashes, the manifest as it comes
+// from the server, the comparison.
 void CompareUnchangedSite(benchmark::State& state)
 {
     const QTemporaryDir scratch;
     const QString site = scratch.path() + QStringLiteral("/site/");
     const QString hashes = scratch.path() + QStringLiteral("/hashes");
     const CStopSignal stop;
-    QStringList paths;
+    SiteSources sources;
     for (int i = 0; i < 5000; ++i) {
-        paths += QStringLiteral("%1/pictures/picture%2.jpg").arg(i / 100).arg(i);
-        MakeDirectoryPath(ExtractFolder(site + paths.back()));
-        ReplaceFile(site + paths.back(), QByteArray(4096, 'x'), Durability::Plain);
+        const QString path = QStringLiteral("%1/pictures/picture%2.jpg").arg(i / 100).arg(i);
+        sources[path] = site + path;
+        MakeDirectoryPath(ExtractFolder(sources[path]));
+        ReplaceFile(sources[path], QByteArray(4096, 'x'), Durability::Plain);
         // Hashes of files that were just written aren't kept.
         const timespec times[] = {{1'000'000'000, 0}, {1'000'000'000, 0}};
-        ::utimensat(AT_FDCWD, QFile::encodeName(site + paths.back()).constData(), times, 0);
+        ::utimensat(AT_FDCWD, QFile::encodeName(sources[path]).constData(), times, 0);
     }
+    const auto isNeeded = [](const LocalFile&) {
+        return true;
+    };
+    CLocalSite first(sources, hashes);
+    first.ReadHashes(isNeeded, stop);
+    first.SaveHashes();
     SiteManifest manifest;
     RemoteSite remote;
-    for (const LocalFile& file : ReadLocalSite(site, paths, hashes, stop)) {
+    for (const LocalFile& file : first.GetFiles()) {
         manifest.files[file.path] = {
-            .size = file.size, .sha256 = file.sha256, .isSeen = false, .time = 0, .rest = {}};
+            .size = file.size, .hash = file.hash, .isSeen = false, .time = 0, .rest = {}};
         remote.files[file.path] = {file.size, 1};
     }
     remote.isManifestThere = true;
     const QByteArray bytes = manifest.Format();
     for (auto _ : state) {
-        const std::vector<LocalFile> local = ReadLocalSite(site, paths, hashes, stop);
+        CLocalSite local(sources, hashes);
+        local.ReadHashes(isNeeded, stop);
         remote.manifest = SiteManifest::Parse(bytes);
-        const SitePlan plan = MakeSitePlan({.local = local,
+        const SitePlan plan = MakeSitePlan({.local = local.GetFiles(),
                                             .remote = remote,
                                             .stored = {},
                                             .sender = QStringLiteral("12345678"),

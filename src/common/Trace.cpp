@@ -1,6 +1,5 @@
 #include "common/Trace.h"
 
-#include <chrono>
 #include <cstdio>
 #include <fcntl.h>
 
@@ -61,17 +60,15 @@ void SetTraceSink(std::function<void(const QString& line)> sink)
     place.sink.swap(next);
 }
 
-CTrace::CTrace(const CSettingsStore& store) : store(store) {}
+CTrace::CTrace(const CSettingsStore& store, std::chrono::milliseconds interval)
+    : store(store), interval(interval)
+{}
 
 void CTrace::Trace(const QString& text)
 {
     const CMutexLock lock(mutex);
-    if (!on) {
-        constexpr auto user = CSettingsStore::Scope::User;
-        if (!store.ListSubKeys(user, QStringLiteral("NimbleXfer")).contains(QStringLiteral("Trace"))) {
-            return;
-        }
-        TurnOn();
+    if (!IsTurnedOn()) {
+        return;
     }
     using namespace std::chrono;
     const auto ticks = duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
@@ -85,6 +82,19 @@ void CTrace::Trace(const QString& text)
         file.write(reinterpret_cast<const char*>(fileLine.utf16()),
                    fileLine.size() * qsizetype(sizeof(char16_t)));
     }
+}
+
+bool CTrace::IsTurnedOn()
+{
+    const auto now = std::chrono::steady_clock::now();
+    if (!on && (!lookedFor || now - *lookedFor >= interval)) {
+        lookedFor = now;
+        constexpr auto user = CSettingsStore::Scope::User;
+        if (store.ListSubKeys(user, QStringLiteral("NimbleXfer")).contains(QStringLiteral("Trace"))) {
+            TurnOn();
+        }
+    }
+    return on;
 }
 
 void CTrace::TurnOn()

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include <QFile>
 #include <QString>
@@ -33,20 +35,25 @@ void SetTraceSink(std::function<void(const QString& line)> sink);
 // set as the sink. Safe for all threads; failures are ignored.
 class CTrace {
 public:
-    // Tracing is on while the user's key "NimbleXfer/Trace" is there; its value "File", if it isn't empty,
-    // names the file. store is borrowed.
-    explicit CTrace(const CSettingsStore& store);
+    // Tracing is on from the first line that finds the user's key "NimbleXfer/Trace"; its value "File", if it
+    // isn't empty, names the file. store is borrowed. As long as the key isn't there it is looked for once an
+    // interval: a look opens files.
+    explicit CTrace(const CSettingsStore& store,
+                    std::chrono::milliseconds interval = std::chrono::seconds(1));
 
     // To standard error as "milliseconds<tab>text", to the file as text alone, in UTF-16.
     void Trace(const QString& text);
 
 private:
+    bool IsTurnedOn() VISTORAMA_REQUIRES(mutex);
     void TurnOn() VISTORAMA_REQUIRES(mutex);
 
     const CSettingsStore& store;
+    const std::chrono::milliseconds interval;
 
     CMutex mutex;
     bool on VISTORAMA_GUARDED_BY(mutex) = false; // once found, it stays
+    std::optional<std::chrono::steady_clock::time_point> lookedFor VISTORAMA_GUARDED_BY(mutex);
     QFile file VISTORAMA_GUARDED_BY(mutex);
 };
 

@@ -29,7 +29,7 @@ protected:
 
 TEST_F(ProgramTrace, IsOffUntilTheSettingIsThere)
 {
-    CTrace trace(*settings);
+    CTrace trace(*settings, std::chrono::milliseconds(0));
     testing::internal::CaptureStderr();
     trace.Trace(QStringLiteral("unseen"));
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
@@ -39,6 +39,16 @@ TEST_F(ProgramTrace, IsOffUntilTheSettingIsThere)
     trace.Trace(QStringLiteral("with its end\n"));
     const std::string seen = testing::internal::GetCapturedStderr();
     EXPECT_THAT(seen, testing::MatchesRegex("[0-9]+\tseen\r\n[0-9]+\twith its end\n"));
+}
+
+TEST_F(ProgramTrace, TheSettingIsNotLookedForWithEachLine)
+{
+    CTrace trace(*settings, std::chrono::hours(1));
+    testing::internal::CaptureStderr();
+    trace.Trace(QStringLiteral("unseen"));
+    NameFile({});
+    trace.Trace(QStringLiteral("unseen as well"));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
 TEST_F(ProgramTrace, WritesAFileAnewInUtf16WithoutTheTime)

@@ -1,4 +1,4 @@
-#include <csignal>
+#include <functional>
 #include <random>
 
 #include <QElapsedTimer>
@@ -8,8 +8,9 @@
 #include "ServerSites.h"
 #include "Site.h"
 
-// A deployment whose program is killed at some moment: visitors find whole pages with all their pictures, and
-// the next run goes on. VISTORAMA_KILLS in the environment says how many moments are tried.
+// A deployment whose program or server is killed at some moment: visitors find whole pages with all their
+// pictures, and the next run goes on; while the program lives, it goes on by itself when the server is there
+// again. VISTORAMA_KILLS in the environment says how many moments are tried.
 
 namespace {
 
@@ -84,6 +85,20 @@ protected:
         process.kill();
         process.waitForFinished();
     }
+    // look: what is there before the server is started again.
+    void KillServerAfter(std::chrono::milliseconds time, const std::function<void()>& look)
+    {
+        QProcess process;
+        program.Start(process, Arguments());
+        process.waitForFinished(static_cast<int>(time.count()));
+        server.Kill();
+        look();
+        ASSERT_TRUE(server.Restart()) << qPrintable(server.GetProblem());
+        const ProgramResult result = CProgram::Finish(process);
+        // Nothing is tried again before the first login.
+        EXPECT_TRUE(result.exitCode == 0 || (result.exitCode == 1 && result.GetFailure().size() == 3))
+            << qPrintable(result.errors);
+    }
 
     // Each file is the old or the new one, and no link of a page leads nowhere.
     void LookAsAVisitor(const QString& oldFolder, const QString& newFolder) const
@@ -132,7 +147,7 @@ protected:
         return dry.output.section(QLatin1Char('\n'), 3, 3).section(QLatin1Char(' '), 0, 0).toLongLong();
     }
 
-    const CProtectedServer server{GetParam()};
+    CProtectedServer server{GetParam()};
     CProgram program;
     QString project;
 };
@@ -159,9 +174,14 @@ TEST_P(KilledDeployments, LeaveAWholeSiteAndAreGoneOnWith)
         const QString newFolder = WriteFolder(version);
         const auto moment =
             std::chrono::milliseconds(std::uniform_int_distribution<qint64>(0, duration)(random));
-        SCOPED_TRACE(testing::Message()
-                     << "version " << version << " killed after " << moment.count() << " ms");
-        KillAfter(moment);
+        const bool isServer = version % 2 == 0;
+        SCOPED_TRACE(testing::Message() << (isServer ? "server" : "program") << " killed after "
+                                        << moment.count() << " ms, in version " << version);
+        if (isServer) {
+            KillServerAfter(moment, [&] { LookAsAVisitor(oldFolder, newFolder); });
+        } else {
+            KillAfter(moment);
+        }
         LookAsAVisitor(oldFolder, newFolder);
         const int64_t missing = CountBytes(newFolder) - CountBytesThatAreThere(newFolder);
         EXPECT_LE(AskForBytes(), missing);

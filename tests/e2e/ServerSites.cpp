@@ -104,6 +104,20 @@ QString CProtectedServer::GetFingerprint() const
     return QStringLiteral("sha256:") + QString::fromLatin1(hash.toHex());
 }
 
+void CProtectedServer::Kill()
+{
+    if (ssh) {
+        ssh->Kill();
+    } else {
+        ftp->Kill();
+    }
+}
+
+bool CProtectedServer::Restart()
+{
+    return ssh ? ssh->Restart() : ftp->Restart();
+}
+
 const char* NameOf(CProtectedServer::Kind kind)
 {
     return kind == CProtectedServer::Kind::Sshd ? "sshd" : NameOf(KindOfFTPServer(kind));

@@ -34,6 +34,9 @@ public:
     // "sha256:...", as the program shows it.
     QString GetFingerprint() const;
     QString GetRoot() const { return ssh ? ssh->GetRoot() : ftp->GetRoot(); }
+    // As the servers do.
+    void Kill();
+    bool Restart();
     // Everybody who has a name may log in there with any password.
     bool TakesAnyPassword() const { return kind == Kind::Vsftpd || kind == Kind::Sshd; }
 

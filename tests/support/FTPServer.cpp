@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "common/Text.h"
+#include "support/ProcessTree.h"
 #include "support/ScriptedServer.h"
 #include "support/TlsServer.h"
 
@@ -98,6 +99,20 @@ CFTPServer::CFTPServer(FTPServerKind kind, FTPServerSecurity security)
         problem = QStringLiteral("%1 did not start: %2")
                       .arg(QLatin1String(NameOf(kind)), Widen(process.readAll().toStdString()));
     }
+}
+
+void CFTPServer::Kill()
+{
+    KillTree(process);
+}
+
+bool CFTPServer::Restart()
+{
+    Start();
+    if (!WaitUntilItListens()) {
+        problem = Widen(process.readAll().toStdString());
+    }
+    return problem.isEmpty();
 }
 
 CFTPServer::~CFTPServer()

@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "common/Text.h"
+#include "support/ProcessTree.h"
 #include "support/ScriptedServer.h"
 
 namespace {
@@ -70,6 +71,20 @@ CSshServer::CSshServer(const QString& more) : more(more)
         }
         problem = QStringLiteral("sshd did not start: ") + Widen(process.readAll().toStdString());
     }
+}
+
+void CSshServer::Kill()
+{
+    KillTree(process);
+}
+
+bool CSshServer::Restart()
+{
+    Start();
+    if (!WaitUntilItListens()) {
+        problem = Widen(process.readAll().toStdString());
+    }
+    return problem.isEmpty();
 }
 
 CSshServer::~CSshServer()

@@ -21,6 +21,11 @@ public:
     // Why the server can't run here; empty if it does.
     const QString& GetProblem() const { return problem; }
 
+    // Ends it as a power cut would, in the middle of whatever it does for its clients, and starts it again:
+    // the same port, user and files. False, with a problem, if it doesn't start.
+    void Kill();
+    bool Restart();
+
     uint16_t GetPort() const { return port; }
     // The login's folder on disk, with a trailing separator.
     QString GetRoot() const { return scratch.Path(QStringLiteral("root/")); }

@@ -8,20 +8,20 @@
 
 CDeviceSender::CDeviceSender(const DataEndpoint& endpoint, QIODevice& source,
                              const CRemoteSession::Progress& progress)
-    : CDataTransfer(endpoint), source(source), progress(progress), block(blockSize)
+    : CDataTransfer(endpoint), source(source), progress(progress)
 {}
 
 CDataTransfer::Moved CDeviceSender::Move(CChannel& channel)
 {
     if (left.empty()) {
-        const qint64 size = source.read(block.data(), blockSize);
+        const qint64 size = source.read(block.get(), blockSize);
         if (size < 0) {
             throw EngineStatus::FromErrno(errno);
         }
         if (size == 0) {
             return Moved::All;
         }
-        left = {block.data(), static_cast<std::size_t>(size)};
+        left = {block.get(), static_cast<std::size_t>(size)};
     }
     const SocketResult result = channel.Send(left.data(), left.size());
     if (result.error != 0) {

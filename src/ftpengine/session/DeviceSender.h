@@ -1,6 +1,6 @@
 #pragma once
 
-#include <vector>
+#include <memory>
 
 #include "ftpengine/commands/DataTransfer.h"
 #include "ftpengine/session/RemoteSession.h"
@@ -23,7 +23,8 @@ private:
 
     QIODevice& source;
     const CRemoteSession::Progress& progress;
-    std::vector<char> block;
+    // Not filled with zeros: most files are much smaller.
+    const std::unique_ptr<char[]> block = std::make_unique_for_overwrite<char[]>(blockSize);
     std::string_view left; // of the block
     int64_t sent = 0;
 };

@@ -34,9 +34,9 @@ TEST(SiteManifest, IsLinesOfJsonAndComesBackAsItWas)
         bytes.toStdString(),
         (R"({"program":"1.2.0","project":"0123456789abcdef0123456789abcdef","run":"00000000000000aa","vistorama-manifest":1})"
          "\n"
-         R"({"path":"index.html",)" +
+         "{" +
          Hash +
-         R"(,"size":5000000000,"time":1800000000})"
+         R"(,"path":"index.html","size":5000000000,"time":1800000000})"
          "\n"
          R"({"path":"pictures/\"größe\".jpg","seen":true,"size":0,"time":0})"
          "\n"

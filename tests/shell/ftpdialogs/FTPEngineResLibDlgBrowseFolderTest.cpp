@@ -32,12 +32,17 @@ class BrowseFolder : public testing::Test {
 protected:
     BrowseFolder() { server.listing = Listing; }
 
-    void Open(const QString& directory = {}, bool troubleshooting = true)
+    void Show(const QString& directory = {}, bool troubleshooting = true)
     {
         destination.connection = server.GetDestination(directory);
         dialog =
             std::make_unique<CFTPEngineResLibDlgBrowseFolder>(destination, troubleshooting, nullptr, access);
         dialog->show();
+    }
+
+    void Open(const QString& directory = {}, bool troubleshooting = true)
+    {
+        Show(directory, troubleshooting);
         ASSERT_TRUE(QTest::qWaitForWindowActive(dialog.get()));
     }
 
@@ -439,8 +444,9 @@ TEST_F(BrowseFolder, ShowsAnEmptyListAndTheAddressWhenTheFirstListingFails)
 {
     server.Reply("PASS", "530 no\r\n");
     server.Start();
-    Open(QStringLiteral("www"));
+    // Before the dialog: the message may come as soon as it is shown.
     const CModalAnswer answer([&](QWidget& modal) { Click(modal, "ok"); });
+    Show(QStringLiteral("www"));
     WAIT_UNTIL(answer.WasAsked() && Rows().isEmpty());
     EXPECT_EQ(Url(), QStringLiteral("ftp://127.0.0.1:"));
     EXPECT_FALSE(Ok().isEnabled());
@@ -485,12 +491,12 @@ TEST_F(BrowseFolder, ShowsAConversationWithoutThePassword)
 {
     server.Reply("PASS", "530 no\r\n");
     server.Start();
-    Open();
     QString text;
     const CModalAnswer answer([&](QWidget& modal) {
         text = Find<QPlainTextEdit>(modal, "text").toPlainText();
         Click(modal, "ok");
     });
+    Show();
     WAIT_UNTIL(answer.WasAsked() && Rows().isEmpty());
     EXPECT_TRUE(HasCommand("PASS s3cret"));
     EXPECT_TRUE(text.contains(QStringLiteral("PASS ****"))) << qPrintable(text);
