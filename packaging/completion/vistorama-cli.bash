@@ -87,7 +87,7 @@ _vistorama_cli() {
             fi
             action=${COMP_WORDS[2]}
             if [[ $action == add ]]; then
-                options="--all-users"
+                options="--all-users --identity"
             fi
             ;;
         ftp-test) options="--transcript --identity --fingerprint" ;;

@@ -79,6 +79,7 @@ $command -n '__fish_seen_subcommand_from info' -x -l clusters -d 'Show groups by
 $command -n '__fish_seen_subcommand_from check' -k -a '(__fish_complete_suffix .xml)'
 $command -n '__vistorama_cli_command_and destination 2' -a 'add list remove'
 $command -n '__vistorama_cli_destination_action add' -l all-users -d 'For all users of the machine'
+$command -n '__vistorama_cli_destination_action add' -r -F -l identity -d 'Key file to log in with by SFTP'
 $command -n '__vistorama_cli_destination_action remove' -a '(__vistorama_cli_destinations)'
 $command -n '__fish_seen_subcommand_from ftp-test' -l transcript -d 'Print what was said'
 $command -n '__fish_seen_subcommand_from ftp-ls' -l raw -d "Print the server's own lines"

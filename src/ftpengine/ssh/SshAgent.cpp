@@ -1,5 +1,6 @@
 #include "ftpengine/ssh/SshAgent.h"
 
+#include <csignal>
 #include <cstring>
 #include <fcntl.h>
 #include <libssh/libssh.h>
@@ -31,7 +32,36 @@ int ConnectToAgent(const QByteArray& path)
     return ::fcntl(connecting.Get(), F_DUPFD_CLOEXEC, 0);
 }
 
+sigset_t PipeSignal()
+{
+    sigset_t signal;
+    ::sigemptyset(&signal);
+    ::sigaddset(&signal, SIGPIPE);
+    return signal;
+}
+
 } // namespace
+
+CNoPipeSignal::CNoPipeSignal()
+{
+    sigset_t before;
+    const sigset_t signal = PipeSignal();
+    ::pthread_sigmask(SIG_BLOCK, &signal, &before);
+    wasBlocked = ::sigismember(&before, SIGPIPE) == 1;
+}
+
+CNoPipeSignal::~CNoPipeSignal()
+{
+    if (wasBlocked) {
+        return;
+    }
+    const sigset_t signal = PipeSignal();
+    // What has come meanwhile would come when it is let in again.
+    const timespec noTime{};
+    while (::sigtimedwait(&signal, nullptr, &noTime) == SIGPIPE) {
+    }
+    ::pthread_sigmask(SIG_UNBLOCK, &signal, nullptr);
+}
 
 CSshAgent::~CSshAgent()
 {

@@ -316,6 +316,9 @@ window.previewSelection = window.previewSelection || (function () {
     return next;
   }
 
+  // A page that was made anew has its marks again, but nothing in it has the focus.
+  function isSelectionMeant() { return selected.size > 0 && document.activeElement === document.body; }
+
   document.addEventListener("keydown", function (event) {
     if (event.defaultPrevented || event.altKey || elementOf(event).matches("input,textarea,select")) { return; }
     var object = focusedPicture();
@@ -323,8 +326,8 @@ window.previewSelection = window.previewSelection || (function () {
       select([], "these");
     } else if (event.key == " " && object) {
       select([object.id], event.shiftKey ? "range" : "toggle");
-    } else if (event.key == "Enter" && object && "TakeSelected" in window.external) {
-      window.external.TakeSelected(object.id);
+    } else if (event.key == "Enter" && "TakeSelected" in window.external && (object || isSelectionMeant())) {
+      window.external.TakeSelected(object ? object.id : selected.values().next().value);
     } else if (options.clicksSelect && (event.key == "ArrowDown" || event.key == "ArrowUp")) {
       var next = moveFocus(event.key == "ArrowDown" ? 1 : -1);
       if (next && event.shiftKey) { select([next.id], "range"); }

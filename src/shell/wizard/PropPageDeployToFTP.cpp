@@ -144,6 +144,8 @@ void CPropPageDeployToFTP::Show(const DeploySummary& summary)
         step->setText(Text(StringId::SummaryQuestion, Number(summary.newFiles), Number(summary.changedFiles),
                            Number(summary.removedFiles), SizeOf(summary.bytes)));
         SetProgress(Progress::Asking);
+        // It lost the focus while it could not be pressed.
+        wizard()->button(QWizard::NextButton)->setFocus();
     }
 }
 

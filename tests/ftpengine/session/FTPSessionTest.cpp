@@ -95,7 +95,10 @@ TEST_F(FTPSession, ALineBreakIsRefusedBeforeAnythingIsSent)
 TEST_F(FTPSession, AnotherProtocolIsNotSupported)
 {
     server.Start();
-    EXPECT_EQ(Open(ServerProtocol::Sftp), "thrown 10043");
+    setting.destination = server.GetDestination();
+    setting.destination.protocol = ServerProtocol::Sftp;
+    EXPECT_EQ(Outcome([&] { OpenFTPSession(setting, log); }), "thrown 10043");
+    EXPECT_THAT(server.GetCommands(), ElementsAre());
 }
 
 TEST_F(FTPSession, SendsReadsAndRemovesFiles)
@@ -132,7 +135,8 @@ TEST_F(FTPSession, AFileOfAnotherSizeIsNoSuccess)
     server.On("SIZE", Saying("213 5\r\n"));
     server.Start();
     ASSERT_EQ(Open(), "done");
-    EXPECT_EQ(Send("123456"), "thrown 10054");
+    EXPECT_EQ(Send("123456"), "refused 451");
+    EXPECT_EQ(Send("12345"), "done") << "the session goes on";
 }
 
 TEST_F(FTPSession, WithoutSizesNoneIsAskedFor)
