@@ -282,13 +282,14 @@ var previewStrips = (function () {
     }
     var group = isMenuKey ? openByKey() : Array.from(open).pop();
     if (!group || event.key == "Tab") { open.forEach(close); return; }
+    // A strip that has come up under the mouse is not what a key is for.
+    if (group !== openedByKey) {
+      if (event.key == "Escape") { close(group); }
+      return;
+    }
     if (event.key == "ArrowRight" || event.key == "ArrowLeft") { moveByKey(group, event.key == "ArrowRight" ? 1 : -1); }
     else if (event.key == "Enter") { pressByKey(group); }
-    else if (event.key == "Escape") {
-      close(group);
-      // A strip that has come up under the mouse is not what the key is for.
-      if (group !== openedByKey) { return; }
-    }
+    else if (event.key == "Escape") { close(group); }
     else if (!isMenuKey) { return; }
     event.preventDefault();
     event.stopPropagation();

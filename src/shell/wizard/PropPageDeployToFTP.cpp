@@ -1,5 +1,6 @@
 #include "shell/wizard/PropPageDeployToFTP.h"
 
+#include <QAbstractButton>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
