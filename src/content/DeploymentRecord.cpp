@@ -10,7 +10,8 @@
 #include <QDir>
 #include <QFile>
 
-#include "common/FileSystem.h"
+#include "common/Exceptions.h"
+#include "resources/StringTable.h"
 
 namespace {
 
@@ -59,10 +60,12 @@ bool operator==(const CDeploymentRecord::Origin& one, const CDeploymentRecord::O
 
 } // namespace
 
-CDeploymentRecord::CDeploymentRecord(const QString& path, const QString& targetFolder, Milliseconds restless)
+CDeploymentRecord::CDeploymentRecord(const QString& path, const QString& targetFolder, Milliseconds restless,
+                                     Durability durability)
     : path(path),
       targetFolder(WithTrailingSeparator(QDir::cleanPath(QDir(targetFolder).absolutePath()))),
-      restless(restless)
+      restless(restless),
+      durability(durability)
 {
     Load();
 }
@@ -214,7 +217,9 @@ void CDeploymentRecord::Write(int64_t openSince) const
     // It names unpublished pictures.
     MakeDirectoryPath(folder, DirectoryAccess::OwnerOnly);
     QFile(folder).setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    WriteFileAtomically(path, bytes);
+    if (const int error = ReplaceFile(path, bytes, durability)) {
+        throw CWin32Exception(error, Text(StringId::FileNotWritten, path));
+    }
 }
 
 void CDeploymentRecord::Load()

@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include "common/FileIdentity.h"
+#include "common/FileSystem.h"
 #include "common/ThreadSafety.h"
 
 // What the program has written into one target folder, and what each image there was made from. With it, the
@@ -19,12 +20,14 @@
 class CDeploymentRecord {
 public:
     using Milliseconds = std::chrono::milliseconds;
+    static constexpr Milliseconds usualRestless{3000};
 
     // path: of the record; a file that is missing or damaged is an empty record. restless: a source that was
     // changed so shortly before it was looked at may be changed again without a sign, since the clocks of
-    // file systems are coarse, down to two seconds; its images are made anew by the next run.
-    CDeploymentRecord(const QString& path, const QString& targetFolder,
-                      Milliseconds restless = Milliseconds(3000));
+    // file systems are coarse, down to two seconds; its images are made anew by the next run. durability:
+    // Plain for a target that may be lost together with its record when the power goes.
+    CDeploymentRecord(const QString& path, const QString& targetFolder, Milliseconds restless = usualRestless,
+                      Durability durability = Durability::Synced);
 
     // The record's file for a target folder, below the folder of all records. One for each project: what
     // another one has put into the folder is nobody's leftover. projectKey: by which the project is known.
@@ -94,6 +97,7 @@ private:
     const QString path;
     const QString targetFolder; // with a trailing separator
     const Milliseconds restless;
+    const Durability durability;
     QString runFolder; // set before the run
     // Nanoseconds since 1970: when the last run began, if it was ended without notice; else 0.
     int64_t abandonedSince = 0;

@@ -206,7 +206,9 @@ SiteSources CDeployment::GenerateForServer(const CSiteFolder& folder, CGalleryPr
                                            const DeployDoubts& missing)
 {
     const QString site = folder.GetSite();
-    CDeploymentRecord record(folder.GetRecordPath(), site);
+    // A disk that is told to hurry makes the network wait.
+    CDeploymentRecord record(folder.GetRecordPath(), site, CDeploymentRecord::usualRestless,
+                             Durability::Plain);
     const CRecordSaver saver(record);
     SiteSources sources;
     Generate(published, {site, &record, &sources});

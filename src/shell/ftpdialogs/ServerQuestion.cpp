@@ -88,8 +88,9 @@ QString FingerprintOf(const ServerIdentity& identity)
         return QStringLiteral("SHA256:") +
                QString::fromLatin1(identity.fingerprint.toBase64(QByteArray::OmitTrailingEquals));
     }
+    // On lines of its own: behind its word the first half would be broken.
     const qsizetype half = identity.fingerprint.size() / 2;
-    return QString::fromLatin1(identity.fingerprint.left(half).toHex(':').toUpper() + ":\n" +
+    return QString::fromLatin1('\n' + identity.fingerprint.left(half).toHex(':').toUpper() + ":\n" +
                                identity.fingerprint.mid(half).toHex(':').toUpper());
 }
 
