@@ -49,12 +49,21 @@ var previewStrips = (function () {
       if (groups.has(strip)) { return; }
       if (!strip.hasAttribute("onclick") || !group || group.strips[0].id != strip.id) {
         group = { strips: [], object: objectBehind(strip) };
-        if (group.object && !objects.has(group.object)) { objects.set(group.object, group); }
+        if (group.object && !objects.has(group.object)) {
+          objects.set(group.object, group);
+          makeReachable(group.object);
+        }
       }
       group.strips.push(strip);
       groups.set(strip, group);
       strip.title = strip.alt;
     });
+  }
+
+  // By the Tab key: what is no link, and is in none, is reached by itself.
+  function makeReachable(object) {
+    var reached = 'a[href],button,[tabindex]';
+    if (!object.closest(reached) && !object.querySelector(reached)) { object.tabIndex = 0; }
   }
 
   function objectBehind(strip) {
