@@ -429,8 +429,8 @@ TEST_F(DeploymentRecord, NamesTheFilesOfThisRunAndOfEarlierOnes)
     }
     CDeploymentRecord record(Path("record"), Path("site"));
     record.NoteFile(fixture.scratch.Write(QStringLiteral("site/c.html"), "page"));
-    EXPECT_EQ(record.GetFiles(), QStringList({QStringLiteral("2/a.html"), QStringLiteral("b.html"),
-                                              QStringLiteral("c.html")}));
+    EXPECT_EQ(record.GetFiles(),
+              QStringList({QStringLiteral("2/a.html"), QStringLiteral("b.html"), QStringLiteral("c.html")}));
     record.RemoveLeftovers();
     EXPECT_EQ(record.GetFiles(), QStringList(QStringLiteral("c.html")));
 }

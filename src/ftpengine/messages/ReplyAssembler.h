@@ -9,7 +9,7 @@
 // Puts the bytes of a control connection, however they are cut, together to replies. A value.
 class CReplyAssembler {
 public:
-    void Append(std::string_view bytes);
+    void Append(std::string_view more);
 
     // The oldest complete reply, with the line end of its final line.
     std::optional<std::string> Take();

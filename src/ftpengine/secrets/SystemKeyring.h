@@ -22,7 +22,7 @@ public:
 
 private:
     // Runs the question on a thread of its own. False if there is no keyring, or it hasn't answered.
-    bool Ask(const std::function<void(_GCancellable*)>& question);
+    bool Ask(const std::function<void(_GCancellable*)>& ask);
 
     const std::chrono::milliseconds patience;
     bool isSilent = false;

@@ -61,7 +61,7 @@ public:
 
     CSftpRequest& AddUint32(uint32_t number);
     CSftpRequest& AddUint64(uint64_t number);
-    CSftpRequest& AddString(std::string_view bytes);
+    CSftpRequest& AddString(std::string_view text);
     // Nothing but these permissions, which the server's umask narrows.
     CSftpRequest& AddPermissions(uint32_t permissions);
 
