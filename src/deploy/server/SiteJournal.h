@@ -42,7 +42,7 @@ public:
     bool Follows(const QString& run) const;
     // Files that came to the server under temporary names.
     std::map<QString, StoredFile> GetStored() const;
-    bool IsStored(const QString& path) const;
+    bool IsStored(const QString& sitePath) const;
 
     // From here on the notes are those of another run; earlier ones still count, but of the stored files only
     // those named here. Throws CWin32Exception.
@@ -52,11 +52,11 @@ public:
     void NoteManifest(const SiteManifest& manifest, bool isOnServer);
 
     // These throw nothing: what can't be noted is sent again.
-    void NoteStored(const QString& path, const StoredFile& file);
+    void NoteStored(const QString& sitePath, const StoredFile& storedFile);
     // What lies under the file's temporary name is about to change.
-    void NoteUnstored(const QString& path);
-    void NoteSent(const QString& path, const ManifestFile& file);
-    void NoteRemoved(const QString& path);
+    void NoteUnstored(const QString& sitePath);
+    void NoteSent(const QString& sitePath, const ManifestFile& sent);
+    void NoteRemoved(const QString& sitePath);
 
 private:
     // What one run has done; by path, nothing for a file that was removed.
