@@ -40,7 +40,7 @@ private:
     void MakeShare(QVBoxLayout& layout);
     bool IsNew() const;
     void ShowScope(const CFTPDestination& destination);
-    void ShowProtocol(ServerProtocol protocol);
+    void ShowProtocol(ServerProtocol chosen);
     ServerProtocol GetProtocol() const;
     FTPDestinationConnection ReadControls() const;
     void OnServerEdited(const QString& text);
