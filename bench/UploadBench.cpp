@@ -11,6 +11,7 @@
 #include <QProcess>
 
 #include "../tests/e2e/Program.h"
+#include "Measuring.h"
 #include "support/FTPServer.h"
 #include "support/SshServer.h"
 
@@ -32,12 +33,6 @@ struct Site {
 constexpr Site smallFiles{"500 files of 4 KiB", 500, 4096};
 constexpr Site largeFile{"1 file of 300 MiB", 1, qint64{300} * 1024 * 1024};
 constexpr Site manyFiles{"5,000 files, none changed", 5000, 4096};
-
-double Median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
 
 [[noreturn]] void Fail(const QString& reason)
 {
@@ -292,7 +287,6 @@ void Compare(const CMeasuredServer& server, const Site& site, int turns)
           Median(best->second));
 }
 
-// Beside a run with nothing to do: the listing of the site, asked for by the same program.
 void MeasureUnchanged(const CMeasuredServer& server, int turns)
 {
     const CMeasuredSite measured(manyFiles);
